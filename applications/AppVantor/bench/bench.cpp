@@ -1,0 +1,34 @@
+#include "bench.h"
+
+#include <plugin_management/d_plugin_loader.h>
+
+namespace {
+
+std::unique_ptr<LineDevice> makeDevice(const SimulatedBoardSetup& setup, Scheduler* scheduler)
+{
+    return std::make_unique<SimulatedBoard>(setup, scheduler);
+}
+
+std::unique_ptr<LineDevice> makeDevice(const GpioChipSetup& setup, Scheduler* scheduler)
+{
+    return std::make_unique<GpioChipDevice>(setup, scheduler);
+}
+
+} // namespace
+
+std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, QString* problem)
+{
+    std::unique_ptr<Bench> bench(new Bench);
+    bench->m_device = std::visit(
+        [&bench](const auto& setup) { return makeDevice(setup, &bench->m_scheduler); }, configuration.device);
+    for (const BenchConfiguration::Tool& tool : configuration.tools) {
+        const DPluginLoader loader(tool.pluginFile);
+        if (loader.prototype() == nullptr) {
+            *problem = loader.error();
+            return nullptr;
+        }
+        bench->m_tools.push_back(
+            std::make_unique<DTool>(tool.entry, *loader.prototype(), bench->m_device.get()));
+    }
+    return bench;
+}

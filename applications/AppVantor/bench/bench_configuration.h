@@ -1,0 +1,30 @@
+#pragma once
+
+#include <devices/gpio_chip_device.h>
+#include <devices/simulated_board.h>
+
+#include <QString>
+#include <QVariantMap>
+#include <QVector>
+
+#include <optional>
+#include <variant>
+
+/// What a configuration file describes.
+struct BenchConfiguration
+{
+    struct Tool
+    {
+        /// The tool's entry, exactly as it was read.
+        QVariantMap entry;
+        /// The plugin's library file.
+        QString pluginFile;
+    };
+
+    std::variant<SimulatedBoardSetup, GpioChipSetup> device;
+    QVector<Tool> tools;
+};
+
+/// Reads the configuration file. Returns nothing after a mistake; problem then names the file, the place, and
+/// what was expected there.
+std::optional<BenchConfiguration> readConfiguration(const QString& file, QString* problem);

@@ -1,0 +1,111 @@
+#include "gpio_configuration.h"
+
+#include <QJsonValue>
+#include <QSet>
+
+namespace {
+
+using Settings = GpioLineSettings;
+
+const QString& lineKey()
+{
+    static const QString key = QStringLiteral("line");
+    return key;
+}
+
+/// The kernel's name of the line or its offset; the name in the configuration without either.
+QString readLineKey(const ConfigObject& entry, const QString& name)
+{
+    constexpr int highestOffset = 65535;
+    if (entry.json().value(lineKey()).isDouble()) {
+        return QString::number(entry.numberOr(lineKey(), 0, highestOffset, 0));
+    }
+    return entry.textOr(lineKey(), name);
+}
+
+/// Entries that suit lines of the other direction only.
+void refuse(const ConfigObject& entry, const QStringList& keys, const QString& wanted)
+{
+    for (const QString& key : keys) {
+        if (entry.has(key)) {
+            entry.addProblem(key, QStringLiteral("expected on %1 only").arg(wanted));
+        }
+    }
+}
+
+Settings readSettings(const ConfigObject& entry)
+{
+    constexpr int longestDebounceUs = 1000000;
+    Settings settings;
+    settings.output =
+        entry.choiceOr(QStringLiteral("direction"), {QStringLiteral("in"), QStringLiteral("out")}, 0) == 1;
+    settings.activeLow = entry.flagOr(QStringLiteral("activeLow"), false);
+    settings.bias =
+        static_cast<Settings::Bias>(entry.choiceOr(QStringLiteral("bias"),
+                                                   {QStringLiteral("as-is"), QStringLiteral("pull-up"),
+                                                    QStringLiteral("pull-down"), QStringLiteral("none")},
+                                                   0));
+    settings.drive = static_cast<Settings::Drive>(entry.choiceOr(
+        QStringLiteral("drive"),
+        {QStringLiteral("push-pull"), QStringLiteral("open-drain"), QStringLiteral("open-source")}, 0));
+    settings.level = entry.numberOr(QStringLiteral("level"), 0, 1, 0);
+    settings.debounceUs = entry.numberOr(QStringLiteral("debounceUs"), 0, longestDebounceUs, 0);
+    if (settings.output) {
+        refuse(entry, {QStringLiteral("debounceUs")}, QStringLiteral("an input"));
+    } else {
+        refuse(entry, {QStringLiteral("drive"), QStringLiteral("level")}, QStringLiteral("an output"));
+    }
+    return settings;
+}
+
+GpioChipSetup::Line readLine(const ConfigObject& entry)
+{
+    const QString kind = QStringLiteral("kind");
+    entry.allowOnly({QStringLiteral("name"), QStringLiteral("chip"), lineKey(), QStringLiteral("direction"),
+                     QStringLiteral("activeLow"), QStringLiteral("bias"), QStringLiteral("drive"),
+                     QStringLiteral("level"), QStringLiteral("debounceUs"), kind});
+    GpioChipSetup::Line line;
+    line.name = entry.text(QStringLiteral("name"));
+    line.chip = entry.text(QStringLiteral("chip"));
+    line.line = readLineKey(entry, line.name);
+    line.settings = readSettings(entry);
+    if (entry.json().value(kind).toString() == QLatin1String("analog")) {
+        entry.addProblem(
+            kind,
+            QStringLiteral("line \"%1\" of the chip \"%2\": a GPIO line is digital, expected \"digital\"")
+                .arg(line.line, line.chip));
+    } else {
+        entry.choiceOr(kind, {QStringLiteral("digital")}, 0);
+    }
+    return line;
+}
+
+} // namespace
+
+GpioChipSetup readGpioLines(const ConfigObject& device)
+{
+    device.allowOnly({QStringLiteral("type"), QStringLiteral("lines")});
+    GpioChipSetup setup;
+    QSet<QString> names;
+    QSet<QString> places;
+    for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
+        const GpioChipSetup::Line line = readLine(entry);
+        const QString place = line.chip + QLatin1Char('\n') + line.line;
+        if (names.contains(line.name)) {
+            entry.addProblem(QStringLiteral("name"),
+                             QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.name));
+        }
+        if (places.contains(place)) {
+            entry.addProblem(
+                lineKey(), QStringLiteral("line \"%1\" of the chip \"%2\" is used already, expected another")
+                               .arg(line.line, line.chip));
+        }
+        names.insert(line.name);
+        places.insert(place);
+        setup.lines.append(line);
+    }
+    if (setup.lines.isEmpty()) {
+        device.addProblem(QStringLiteral("lines"), QStringLiteral("expected at least one line"));
+    }
+    return setup;
+}

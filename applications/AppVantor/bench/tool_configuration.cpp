@@ -1,0 +1,173 @@
+#include "tool_configuration.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QHash>
+#include <QSet>
+#include <QUuid>
+
+namespace {
+
+/// The lines that channels can be linked to.
+struct Lines
+{
+    QHash<QString, DLine::Direction> directions;
+    LineKinds kinds = LineKinds::Any;
+};
+
+QString pluginFile(const QString& plugin, const QString& folder)
+{
+    if (plugin.contains(QLatin1Char('/'))) {
+        return QDir::cleanPath(QDir(folder).absoluteFilePath(plugin));
+    }
+    const QString pluginFolder = QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins");
+    return QDir::cleanPath(QStringLiteral("%1/lib%2.so").arg(pluginFolder, plugin));
+}
+
+/// The sub-entries of a channel that the bench knows; a plugin may have others.
+struct ChannelItems
+{
+    QString type;
+    QString direction;
+    QString link;
+};
+
+ChannelItems readItems(const ConfigObject& channel)
+{
+    const QString id = QStringLiteral("id");
+    const QString value = QStringLiteral("value");
+    ChannelItems items;
+    QSet<QString> names;
+    for (const ConfigObject& item : channel.objects(value)) {
+        item.allowOnly({id, value});
+        const QString name = item.text(id);
+        if (names.contains(name)) {
+            item.addProblem(id, QStringLiteral("expected \"%1\" once").arg(name));
+        }
+        names.insert(name);
+        if (name == QLatin1String("type")) {
+            const QStringList types = {QStringLiteral("analogInput"), QStringLiteral("analogOutput"),
+                                       QStringLiteral("digitalInput"), QStringLiteral("digitalOutput")};
+            items.type = types.value(item.choiceOr(value, types, -1));
+        } else if (name == QLatin1String("direction")) {
+            const QStringList directions = {QStringLiteral("in"), QStringLiteral("out")};
+            items.direction = directions.value(item.choiceOr(value, directions, -1));
+        } else if (name == QLatin1String("link")) {
+            items.link = item.text(value);
+        }
+    }
+    return items;
+}
+
+/// The equipment's inputs are what the bench drives, its outputs what the bench reads.
+void checkDirection(const ConfigObject& channel, const QString& id, const ChannelItems& items)
+{
+    if (items.type.isEmpty() || items.direction.isEmpty()) {
+        return;
+    }
+    const QString expected =
+        items.type.endsWith(QLatin1String("Input")) ? QStringLiteral("out") : QStringLiteral("in");
+    if (items.direction != expected) {
+        channel.addProblem(
+            QStringLiteral("value"),
+            QStringLiteral("channel \"%1\": expected the \"direction\" \"%2\" of a channel of the "
+                           "type \"%3\", found \"%4\"")
+                .arg(id, expected, items.type, items.direction));
+    }
+}
+
+void checkLink(const ConfigObject& channel, const QString& id, const ChannelItems& items, const Lines& lines)
+{
+    const QString value = QStringLiteral("value");
+    const auto line = lines.directions.constFind(items.link);
+    if (items.link.isEmpty()) {
+        return;
+    }
+    if (line == lines.directions.constEnd()) {
+        channel.addProblem(value,
+                           QStringLiteral("channel \"%1\": expected \"link\" to name a line of the device, "
+                                          "found \"%2\"")
+                               .arg(id, items.link));
+    } else if (items.direction == QLatin1String("out") && *line == DLine::Direction::In) {
+        channel.addProblem(value,
+                           QStringLiteral("channel \"%1\": \"direction\" is \"out\", expected \"link\" to "
+                                          "name an output line, \"%2\" is an input")
+                               .arg(id, items.link));
+    } else if (lines.kinds == LineKinds::DigitalOnly && items.type.startsWith(QLatin1String("analog"))) {
+        channel.addProblem(
+            value, QStringLiteral("channel \"%1\": \"type\" is \"%2\", but \"%3\" is a line of a GPIO "
+                                  "chip and digital, expected \"digitalInput\" or \"digitalOutput\"")
+                       .arg(id, items.type, items.link));
+    }
+}
+
+void readChannel(const ConfigObject& channel, const QString& id, const Lines& lines)
+{
+    const QString visibility = QStringLiteral("visibility");
+    const QString shown = QStringLiteral("public");
+    channel.allowOnly({QStringLiteral("id"), QStringLiteral("name"), visibility, QStringLiteral("value")});
+    channel.textOr(QStringLiteral("name"), id);
+    const QString found = channel.textOr(visibility, shown);
+    if (found != shown && found.trimmed().toLower() == shown) {
+        channel.addProblem(visibility, QStringLiteral("expected \"public\", found \"%1\"").arg(found));
+    }
+    const ChannelItems items = readItems(channel);
+    checkDirection(channel, id, items);
+    checkLink(channel, id, items, lines);
+}
+
+void readChannels(const ConfigObject& tool, const Lines& lines)
+{
+    const QString key = QStringLiteral("id");
+    QSet<QString> ids;
+    for (const ConfigObject& channel : tool.objects(QStringLiteral("channels"))) {
+        const QString id = channel.text(key);
+        if (ids.contains(id)) {
+            channel.addProblem(key,
+                               QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(id));
+        }
+        ids.insert(id);
+        readChannel(channel, id, lines);
+    }
+}
+
+} // namespace
+
+QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root, const QVector<DLine>& lines,
+                                            LineKinds kinds, const QString& folder)
+{
+    const QString id = QStringLiteral("id");
+    const QString name = QStringLiteral("name");
+    const QString plugin = QStringLiteral("plugin");
+    Lines known;
+    known.kinds = kinds;
+    for (const DLine& line : lines) {
+        known.directions.insert(line.name, line.direction);
+    }
+    QVector<BenchConfiguration::Tool> tools;
+    QSet<QString> names;
+    QSet<QUuid> ids;
+    for (const ConfigObject& entry : root.objects(QStringLiteral("tools"))) {
+        entry.allowOnly({name, id, plugin, QStringLiteral("channels")});
+        const QString toolName = entry.text(name);
+        if (names.contains(toolName)) {
+            entry.addProblem(name,
+                             QStringLiteral("expected a name of its own, \"%1\" is taken").arg(toolName));
+        }
+        names.insert(toolName);
+        const QString toolId = entry.text(id);
+        if (!toolId.isEmpty() && QUuid(toolId).isNull()) {
+            entry.addProblem(id, QStringLiteral("expected a uuid in braces, found \"%1\"").arg(toolId));
+        } else if (ids.contains(QUuid(toolId))) {
+            entry.addProblem(
+                id, QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(toolId));
+        }
+        ids.insert(QUuid(toolId));
+        readChannels(entry, known);
+        tools.append({entry.json().toVariantMap(), pluginFile(entry.text(plugin), folder)});
+    }
+    if (tools.isEmpty()) {
+        root.addProblem(QStringLiteral("tools"), QStringLiteral("expected at least one tool"));
+    }
+    return tools;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "bench_configuration.h"
+#include "config_object.h"
+
+/// What kinds of channels the lines of a device can serve.
+enum class LineKinds
+{
+    Any,
+    DigitalOnly
+};
+
+/// Reads the tools whose channels are linked to these lines. Plugins are named ("p_tool_gpio", found beside
+/// the bench) or given as a library file, relative to folder.
+QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root, const QVector<DLine>& lines,
+                                            LineKinds kinds, const QString& folder);

@@ -1,0 +1,179 @@
+#include "discover.h"
+
+#include "../bench/exit_status.h"
+
+#include <devices/gpio_chip.h>
+#include <devices/gpio_messages.h>
+
+#include <QFileInfo>
+#include <QSet>
+#include <QUuid>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+namespace {
+
+struct Chip
+{
+    QString file;
+    QString name;
+    QString label;
+    std::vector<GpioLineInfo> lines;
+};
+
+Chip describe(const QString& file, const GpioChip& chip)
+{
+    Chip described = {file, chip.name(), chip.label(), {}};
+    for (int offset = 0; offset < chip.lineCount(); ++offset) {
+        if (const std::optional<GpioLineInfo> line = chip.line(offset)) {
+            described.lines.push_back(*line);
+        }
+    }
+    return described;
+}
+
+/// The chips that can be opened; each of the others is told on standard error.
+std::vector<Chip> chipsOfThisMachine()
+{
+    std::vector<Chip> chips;
+    const QStringList files = GpioChip::files();
+    for (const QString& file : files) {
+        int error = 0;
+        const std::unique_ptr<GpioChip> chip = GpioChip::open(file, &error);
+        if (chip != nullptr) {
+            chips.push_back(describe(file, *chip));
+        } else if (error == EACCES || error == EPERM) {
+            Output::diagnostic(GpioMessages::permissionDenied(file, QFileInfo(file).group()));
+        } else {
+            Output::diagnostic(GpioMessages::chipFailed(file, error));
+        }
+    }
+    if (files.isEmpty()) {
+        Output::diagnostic(GpioMessages::noChips());
+    }
+    return chips;
+}
+
+QString directionOf(const GpioLineInfo& line)
+{
+    return line.output ? QStringLiteral("out") : QStringLiteral("in");
+}
+
+QString holderOf(const GpioLineInfo& line)
+{
+    return line.used && line.consumer.isEmpty() ? QStringLiteral("(unknown)") : line.consumer;
+}
+
+QString tableRow(const QString& offset, const QString& name, const QString& direction, const QString& holder,
+                 const QString& flags)
+{
+    constexpr int offsetWidth = 6;
+    constexpr int nameWidth = 20;
+    constexpr int directionWidth = 9;
+    constexpr int holderWidth = 16;
+    const QString row = offset.rightJustified(offsetWidth) + QStringLiteral("  ") +
+                        name.leftJustified(nameWidth) + QLatin1Char(' ') +
+                        direction.leftJustified(directionWidth) + QLatin1Char(' ') +
+                        holder.leftJustified(holderWidth) + QLatin1Char(' ') + flags;
+    const auto end = std::find_if(row.crbegin(), row.crend(), [](QChar sign) { return !sign.isSpace(); });
+    return row.left(static_cast<int>(std::distance(end, row.crend())));
+}
+
+void write(const Chip& chip, Output* output)
+{
+    Json lines = Json::array();
+    QStringList rows = {
+        QStringLiteral("%1 \"%2\", %3 lines").arg(chip.name, chip.label).arg(chip.lines.size()),
+        tableRow(QStringLiteral("LINE"), QStringLiteral("NAME"), QStringLiteral("DIRECTION"),
+                 QStringLiteral("CONSUMER"), QStringLiteral("FLAGS"))};
+    for (const GpioLineInfo& line : chip.lines) {
+        rows.append(tableRow(QString::number(line.offset), line.name, directionOf(line), holderOf(line),
+                             line.flags.join(QLatin1Char(' '))));
+        lines.push_back({{"line", line.offset},
+                         {"name", toJson(line.name)},
+                         {"direction", toJson(directionOf(line))},
+                         {"used", line.used},
+                         {"consumer", toJson(line.consumer)},
+                         {"flags", toJson(QVariant(line.flags))}});
+    }
+    output->write({{"chip", toJson(chip.name)},
+                   {"label", toJson(chip.label)},
+                   {"file", toJson(chip.file)},
+                   {"lines", lines}},
+                  rows.join(QLatin1Char('\n')));
+}
+
+Json channelItem(const char* id, const QString& value)
+{
+    return {{"id", id}, {"value", toJson(value)}};
+}
+
+/// A bench of the free lines of a chip, as inputs: these change nothing on the board.
+Json configurationOf(const Chip& chip, const QString& wanted)
+{
+    Json lines = Json::array();
+    Json channels = Json::array();
+    QSet<QString> names;
+    for (const GpioLineInfo& line : chip.lines) {
+        if (line.used) {
+            continue;
+        }
+        const bool isNamed = !line.name.isEmpty() && !names.contains(line.name);
+        const QString name = isNamed ? line.name : QStringLiteral("line%1").arg(line.offset);
+        names.insert(name);
+        lines.push_back(
+            {{"name", toJson(name)}, {"chip", toJson(wanted)}, {"line", line.offset}, {"direction", "in"}});
+        channels.push_back({{"id", toJson(name)},
+                            {"name", toJson(name)},
+                            {"visibility", "public"},
+                            {"value",
+                             {channelItem("type", QStringLiteral("digitalOutput")),
+                              channelItem("direction", QStringLiteral("in")), channelItem("link", name)}}});
+    }
+    const QUuid id = QUuid::createUuidV5(QUuid(), wanted);
+    return {{"device", {{"type", "gpiochip"}, {"lines", lines}}},
+            {"tools", Json::array({{{"name", toJson(chip.label)},
+                                    {"id", toJson(id.toString())},
+                                    {"plugin", "p_tool_gpio"},
+                                    {"channels", channels}}})}};
+}
+
+int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Output* output)
+{
+    const auto chip = std::find_if(chips.cbegin(), chips.cend(), [&wanted](const Chip& candidate) {
+        return candidate.file == wanted || candidate.name == wanted || candidate.label == wanted;
+    });
+    if (chip == chips.cend()) {
+        Output::diagnostic(GpioMessages::noSuchChip(wanted));
+        return ExitDeviceUnreachable;
+    }
+    for (const GpioLineInfo& line : chip->lines) {
+        if (line.used) {
+            Output::diagnostic(QStringLiteral("line %1 of %2 is held by \"%3\" and left out")
+                                   .arg(QString::number(line.offset), chip->name, holderOf(line)));
+        }
+    }
+    constexpr int indent = 2;
+    const Json configuration = configurationOf(*chip, wanted);
+    output->write(configuration, QString::fromStdString(configuration.dump(indent)));
+    return ExitSuccess;
+}
+
+} // namespace
+
+int discover(const Options& options, Output* output)
+{
+    const std::vector<Chip> chips = chipsOfThisMachine();
+    if (chips.empty()) {
+        return ExitDeviceUnreachable;
+    }
+    if (!options.configurationFor.isEmpty()) {
+        return writeConfiguration(chips, options.configurationFor, output);
+    }
+    for (const Chip& chip : chips) {
+        write(chip, output);
+    }
+    return ExitSuccess;
+}

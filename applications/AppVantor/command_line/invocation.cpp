@@ -1,0 +1,112 @@
+#include "invocation.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+
+bool looksLikeJson(const QString& text)
+{
+    return text.startsWith(QLatin1Char('[')) || text.startsWith(QLatin1Char('{')) ||
+           text.startsWith(QLatin1Char('"'));
+}
+
+QVariant readValue(const QString& text, QString* problem)
+{
+    if (!looksLikeJson(text)) {
+        return text;
+    }
+    QJsonParseError error;
+    // A lone text is no document of its own for Qt's reader, an element of a list is.
+    const QByteArray list = '[' + text.toUtf8() + ']';
+    const QJsonArray elements = QJsonDocument::fromJson(list, &error).array();
+    if (error.error != QJsonParseError::NoError) {
+        *problem = QStringLiteral("%1 in %2").arg(error.errorString(), text);
+        return QVariant();
+    }
+    if (elements.size() != 1) {
+        *problem = QStringLiteral("expected one JSON value, found %1").arg(text);
+        return QVariant();
+    }
+    return elements.first().toVariant();
+}
+
+} // namespace
+
+QStringList splitLine(const QString& line, QString* problem)
+{
+    QStringList words;
+    QString word;
+    bool inWord = false;
+    QChar quote;
+    bool quoteIsJson = false;
+    int depth = 0;
+    for (int i = 0; i < line.size(); ++i) {
+        const QChar character = line.at(i);
+        const bool json = depth > 0 || (!quote.isNull() && quoteIsJson);
+        if (character == QLatin1Char('\\') && i + 1 < line.size()) {
+            word += json ? QString(character) + line.at(i + 1) : QString(line.at(i + 1));
+            ++i;
+            inWord = true;
+        } else if (!quote.isNull()) {
+            if (character != quote || json) {
+                word += character;
+            }
+            quote = character == quote ? QChar() : quote;
+        } else if (character == QLatin1Char('"') || (character == QLatin1Char('\'') && !json)) {
+            quote = character;
+            quoteIsJson = character == QLatin1Char('"') && word.endsWith(QLatin1Char('='));
+            inWord = true;
+            if (json || quoteIsJson) {
+                word += character;
+            }
+        } else if (character.isSpace() && depth == 0) {
+            if (inWord) {
+                words.append(word);
+            }
+            word.clear();
+            inWord = false;
+        } else {
+            const bool opens = character == QLatin1Char('[') || character == QLatin1Char('{');
+            const bool closes = character == QLatin1Char(']') || character == QLatin1Char('}');
+            depth = qMax(0, depth + (opens ? 1 : 0) - (closes ? 1 : 0));
+            word += character;
+            inWord = true;
+        }
+    }
+    if (inWord) {
+        words.append(word);
+    }
+    if (!quote.isNull()) {
+        *problem = QStringLiteral("expected a closing %1").arg(quote);
+    } else if (depth > 0) {
+        *problem = QStringLiteral("expected a closing bracket");
+    }
+    return words;
+}
+
+Invocation readInvocation(const QStringList& words, QString* problem)
+{
+    Invocation invocation;
+    invocation.command = words.first();
+    const QStringList assignments = words.mid(1);
+    for (const QString& word : assignments) {
+        const int equals = word.indexOf(QLatin1Char('='));
+        if (equals <= 0) {
+            *problem = QStringLiteral("expected NAME=VALUE, found \"%1\"").arg(word);
+            return invocation;
+        }
+        const QString name = word.left(equals);
+        if (invocation.arguments.contains(name)) {
+            *problem = QStringLiteral("parameter \"%1\" is given twice").arg(name);
+            return invocation;
+        }
+        const QVariant value = readValue(word.mid(equals + 1), problem);
+        if (!problem->isEmpty()) {
+            *problem = QStringLiteral("parameter \"%1\": %2").arg(name, *problem);
+            return invocation;
+        }
+        invocation.arguments.insert(name, value);
+    }
+    return invocation;
+}

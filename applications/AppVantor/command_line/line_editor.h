@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+class Shell;
+
+/// Reads lines from a terminal with a prompt, history and completion, from the event loop. There is one of it
+/// at a time.
+class LineEditor : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(LineEditor)
+
+public:
+    /// shell tells the completions.
+    explicit LineEditor(const Shell& shell, QObject* parent = nullptr);
+    ~LineEditor() override;
+
+    /// Asks for the next line.
+    void prompt();
+    /// Takes the prompt away, so that a line can be written in its place.
+    void hide();
+    /// Brings the prompt back, with what was typed.
+    void show();
+
+    const Shell& shell() const { return m_shell; }
+
+Q_SIGNALS:
+    void lineRead(const QString& line);
+    void ended();
+
+private:
+    static void takeLine(char* line);
+    void stopPrompting();
+
+    const Shell& m_shell;
+    QSocketNotifier m_notifier;
+    QString m_historyFile;
+    bool m_prompting = false;
+};

@@ -1,0 +1,58 @@
+#include "line_reader.h"
+
+#include <cerrno>
+#include <unistd.h>
+
+namespace {
+constexpr int c_longestLine = 1 << 20;
+}
+
+LineReader::LineReader(QObject* parent)
+    : QObject(parent)
+    , m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+{
+    connect(&m_notifier, &QSocketNotifier::activated, this, &LineReader::readMore);
+}
+
+void LineReader::readMore()
+{
+    constexpr std::size_t chunk = 65536;
+    char buffer[chunk];
+    const ssize_t count = read(STDIN_FILENO, buffer, chunk);
+    if (count < 0 && (errno == EINTR || errno == EAGAIN)) {
+        return;
+    }
+    if (count <= 0) {
+        end(QString());
+        return;
+    }
+    int start = 0;
+    const int searched = m_rest.size();
+    m_rest.append(buffer, static_cast<int>(count));
+    for (int end = m_rest.indexOf('\n', searched); end >= 0; end = m_rest.indexOf('\n', start)) {
+        Q_EMIT lineRead(QString::fromUtf8(m_rest.mid(start, end - start)));
+        start = end + 1;
+    }
+    m_rest.remove(0, start);
+    if (m_rest.size() > c_longestLine) {
+        m_rest.clear();
+        end(QStringLiteral("standard input: expected lines of at most %1 bytes").arg(c_longestLine));
+    } else if (start > 0) {
+        m_notifier.setEnabled(false);
+    }
+}
+
+void LineReader::resume()
+{
+    m_notifier.setEnabled(!m_ended);
+}
+
+void LineReader::end(const QString& problem)
+{
+    m_ended = true;
+    m_notifier.setEnabled(false);
+    if (!m_rest.isEmpty()) {
+        Q_EMIT lineRead(QString::fromUtf8(m_rest));
+    }
+    Q_EMIT ended(problem);
+}

@@ -1,0 +1,57 @@
+#include "list_commands.h"
+
+#include "order_report.h"
+
+#include "../bench/exit_status.h"
+
+#include <plugin_management/d_tool.h>
+
+namespace {
+
+Json toJson(const QVector<DDeclaration>& declarations)
+{
+    Json list = Json::array();
+    for (const DDeclaration& declared : declarations) {
+        list.push_back({{"name", toJson(declared.name)},
+                        {"type", toJson(declared.typeTag)},
+                        {"description", toJson(declared.description)},
+                        {"default", toJson(declared.defaultValue)}});
+    }
+    return list;
+}
+
+QString toText(const QString& title, const QVector<DDeclaration>& declarations)
+{
+    QString text;
+    for (const DDeclaration& declared : declarations) {
+        text += QStringLiteral("\n  %1 %2 (%3): %4")
+                    .arg(title, declared.name, declared.typeTag, declared.description);
+        if (declared.defaultValue.isValid()) {
+            text += QStringLiteral(" [default: %1]")
+                        .arg(QString::fromStdString(toJson(declared.defaultValue).dump()));
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+int listCommands(const DTool& tool, Output* output)
+{
+    const QVector<DCommandDescription> commands = tool.commands();
+    for (const DCommandDescription& command : commands) {
+        const Json json = {{"tool", toJson(tool.objectName())},
+                           {"name", toJson(command.name)},
+                           {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
+                           {"description", toJson(command.description)},
+                           {"parameters", toJson(command.parameters)},
+                           {"results", toJson(command.results)}};
+        const QString stop =
+            command.stopName.isEmpty() ? QString() : QStringLiteral(", stopped by %1").arg(command.stopName);
+        output->write(json, QStringLiteral("%1: %2%3%4%5")
+                                .arg(command.name, command.description, stop,
+                                     toText(QStringLiteral("parameter"), command.parameters),
+                                     toText(QStringLiteral("result"), command.results)));
+    }
+    return ExitSuccess;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Names of the log levels, from the most to the least talkative: "debug", "info", "warning", "critical",
+/// "off".
+QStringList logLevels();
+
+/// From now on, Qt's messages of at least this level go to standard error exactly as they are, a line each.
+/// level is one of logLevels().
+void installMessageLog(const QString& level);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the command line asks for.
+struct Options
+{
+    enum class Subcommand
+    {
+        Window,
+        Commands,
+        Channels,
+        Run,
+        Shell,
+        Discover,
+        Panel
+    };
+
+    Subcommand subcommand = Subcommand::Window;
+    QString configuration;
+    QString tool;
+    QString trace;
+    QString logLevel;
+    bool json = false;
+    /// The words after the subcommand.
+    QStringList words;
+
+    std::optional<double> seconds; ///< of run, window and panel
+    std::optional<int> count;      ///< of run
+    QString configurationFor;      ///< of discover: file, name or label of a chip
+    bool echo = false;             ///< of shell
+    QString screenshot;            ///< of window and panel
+    QSize size;                    ///< of window and panel
+    double scale = 0;              ///< of window and panel: 2 for 200 %, 0 for that of the screen
+    QString theme;                 ///< of window and panel: "light", "dark", or empty for the desktop's
+    QString language;              ///< of window and panel: a locale name, or empty for the user's
+};
+
+/// What parsing ends with: options to follow, or a text to write and a status to end with.
+struct ParsedOptions
+{
+    std::optional<Options> options;
+    QString text;
+    int exitStatus = 0;
+};
+
+/// Reads the arguments of the process, its name first.
+ParsedOptions parseOptions(const QStringList& arguments);

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "options.h"
+#include "output.h"
+
+class DTool;
+
+/// Runs one order: the words of options name it. Returns the exit status.
+int runOrder(DTool* tool, const Options& options, Output* output);

@@ -1,0 +1,325 @@
+#include "shell.h"
+
+#include "invocation.h"
+#include "list_channels.h"
+#include "list_commands.h"
+#include "order_report.h"
+#include "order_status.h"
+
+#include "../bench/exit_status.h"
+
+#include <plugin_management/d_order.h>
+#include <plugin_management/d_tool.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int c_longestSleepMs = 86400000;
+
+QStringList ownWords()
+{
+    return {QStringLiteral("channels"), QStringLiteral("commands"), QStringLiteral("help"),
+            QStringLiteral("quit"),     QStringLiteral("sleep"),    QStringLiteral("stop"),
+            QStringLiteral("wait")};
+}
+
+QStringList channelIds(const DTool& tool)
+{
+    QStringList ids;
+    const QVariantList channels = tool.toolConfiguration.value(QStringLiteral("channels")).toList();
+    for (const QVariant& channel : channels) {
+        ids.append(channel.toMap().value(QStringLiteral("id")).toString());
+    }
+    return ids;
+}
+
+/// What a parameter is usually given.
+QStringList usualValues(const DTool& tool, const QString& parameter)
+{
+    if (parameter == QLatin1String("channel")) {
+        return channelIds(tool);
+    }
+    if (parameter == QLatin1String("state")) {
+        return {QStringLiteral("ON"), QStringLiteral("OFF"), QStringLiteral("BLINK"),
+                QStringLiteral("PULSE")};
+    }
+    if (parameter == QLatin1String("edge")) {
+        return {QStringLiteral("RE"), QStringLiteral("FE"), QStringLiteral("HL"), QStringLiteral("LL")};
+    }
+    return {};
+}
+
+} // namespace
+
+Shell::Shell(DTool* tool, Output* output, bool echo)
+    : m_tool(tool)
+    , m_output(output)
+    , m_echo(echo)
+{
+    m_sleep.setSingleShot(true);
+    m_sleep.setTimerType(Qt::PreciseTimer);
+    connect(&m_sleep, &QTimer::timeout, this, &Shell::resume);
+}
+
+Shell::~Shell() = default;
+
+void Shell::addLine(const QString& line)
+{
+    m_lines.push(line);
+    resume();
+}
+
+void Shell::close()
+{
+    m_closed = true;
+    resume();
+}
+
+void Shell::abandon()
+{
+    m_lines = {};
+    close();
+}
+
+void Shell::interrupt()
+{
+    m_sleep.stop();
+    const auto awaited = m_orders.find(m_awaited);
+    if (awaited != m_orders.end()) {
+        awaited->second->stop();
+    }
+    resume();
+}
+
+bool Shell::isBusy() const
+{
+    return m_inLine || m_sleep.isActive() || m_orders.count(m_awaited) > 0;
+}
+
+QStringList Shell::completions(const QStringList& before, const QString& word) const
+{
+    QStringList candidates;
+    const QVector<DCommandDescription> commands = m_tool->commands();
+    if (before.isEmpty()) {
+        candidates = ownWords();
+        for (const DCommandDescription& command : commands) {
+            candidates.append(command.name);
+        }
+    }
+    for (const DCommandDescription& command : commands) {
+        if (before.isEmpty() || command.name != before.first()) {
+            continue;
+        }
+        for (const DDeclaration& parameter : command.parameters) {
+            const QString prefix = parameter.name + QLatin1Char('=');
+            if (!word.startsWith(prefix)) {
+                candidates.append(prefix);
+                continue;
+            }
+            const QStringList values = usualValues(*m_tool, parameter.name);
+            for (const QString& value : values) {
+                candidates.append(prefix + value);
+            }
+        }
+    }
+    QStringList matching;
+    std::copy_if(candidates.cbegin(), candidates.cend(), std::back_inserter(matching),
+                 [&word](const QString& candidate) { return candidate.startsWith(word); });
+    return matching;
+}
+
+/// Goes on with the next line, from the event loop: a line never runs within another.
+void Shell::resume()
+{
+    if (!m_resuming) {
+        m_resuming = true;
+        QMetaObject::invokeMethod(this, &Shell::next, Qt::QueuedConnection);
+    }
+}
+
+void Shell::next()
+{
+    m_resuming = false;
+    if (isBusy() || m_ending) {
+        return;
+    }
+    const bool goesOn = !m_output->hasFailed();
+    if (goesOn && !m_lines.empty()) {
+        const QString line = m_lines.front();
+        m_lines.pop();
+        m_inLine = true; // some lines wait in an event loop of their own
+        carryOut(line);
+        m_inLine = false;
+        resume();
+    } else if (m_closed || !goesOn) {
+        end();
+    } else {
+        Q_EMIT ready();
+    }
+}
+
+void Shell::carryOut(const QString& line)
+{
+    if (m_echo) {
+        m_output->text(QStringLiteral("> ") + line);
+    }
+    if (line.trimmed().startsWith(QLatin1Char('#'))) {
+        return;
+    }
+    QString problem;
+    QStringList words = splitLine(line, &problem);
+    if (!problem.isEmpty()) {
+        refuse(problem);
+        return;
+    }
+    const bool beside = words.size() > 1 && words.last() == QLatin1String("&");
+    if (beside) {
+        words.removeLast();
+    }
+    if (!words.isEmpty() && !carryOutOwnWord(words)) {
+        startOrder(words, beside);
+    }
+}
+
+bool Shell::carryOutOwnWord(const QStringList& words)
+{
+    const QString& word = words.first();
+    if (!ownWords().contains(word)) {
+        return false;
+    }
+    const bool takesValue =
+        word == QLatin1String("stop") || word == QLatin1String("wait") || word == QLatin1String("sleep");
+    if (words.size() != (takesValue ? 2 : 1)) {
+        refuse(takesValue ? QStringLiteral("expected \"%1\" and one number").arg(word)
+                          : QStringLiteral("expected nothing after \"%1\"").arg(word));
+    } else if (word == QLatin1String("stop")) {
+        stopOrder(words.at(1));
+    } else if (word == QLatin1String("wait")) {
+        waitFor(words.at(1));
+    } else if (word == QLatin1String("sleep")) {
+        sleep(words.at(1));
+    } else if (word == QLatin1String("help")) {
+        writeHelp();
+    } else if (word == QLatin1String("channels")) {
+        worsen(listChannels(m_tool, m_output));
+    } else if (word == QLatin1String("commands")) {
+        listCommands(*m_tool, m_output);
+    } else {
+        abandon();
+    }
+    return true;
+}
+
+void Shell::startOrder(const QStringList& words, bool beside)
+{
+    QString problem;
+    Invocation invocation = readInvocation(words, &problem);
+    if (problem.isEmpty()) {
+        problem = m_tool->checkInvocation(invocation.command, &invocation.arguments);
+    }
+    if (!problem.isEmpty()) {
+        refuse(problem);
+        return;
+    }
+    const int number = ++m_lastNumber;
+    DOrder* order =
+        m_orders.emplace(number, std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments))
+            .first->second.get();
+    reportOrder(order, number, m_output);
+    connect(order, &DOrder::finished, this, [this, number] { orderEnded(number); });
+    order->start();
+    if (order->state() == DOrder::State::Finished) {
+        return;
+    }
+    if (beside || order->isListening()) {
+        m_output->text(
+            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(invocation.command));
+    } else {
+        m_awaited = number;
+    }
+}
+
+void Shell::stopOrder(const QString& text)
+{
+    const auto order = m_orders.find(readNumber(text));
+    if (order != m_orders.end()) {
+        order->second->stop();
+    }
+}
+
+void Shell::waitFor(const QString& text)
+{
+    m_awaited = readNumber(text);
+}
+
+void Shell::sleep(const QString& text)
+{
+    bool ok = false;
+    const int milliseconds = text.toInt(&ok);
+    if (!ok || milliseconds < 0 || milliseconds > c_longestSleepMs) {
+        refuse(QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
+                   .arg(c_longestSleepMs)
+                   .arg(text));
+        return;
+    }
+    m_sleep.start(milliseconds);
+}
+
+void Shell::writeHelp()
+{
+    m_output->text(
+        QStringLiteral("COMMAND NAME=VALUE …   runs an order; with \"&\" at the end, beside the next lines\n"
+                       "stop N                 stops the order N\n"
+                       "wait N                 waits for the end of the order N\n"
+                       "sleep MS               waits MS milliseconds\n"
+                       "commands, channels     list what the tool has\n"
+                       "help                   shows this\n"
+                       "quit                   stops what runs, and ends\n"
+                       "# …                    a remark"));
+}
+
+void Shell::orderEnded(int number)
+{
+    const auto ended = m_orders.find(number);
+    const DOrder& order = *ended->second;
+    worsen(exitStatusOf(order));
+    ended->second.release()->deleteLater(); // its signal is still on the stack
+    m_orders.erase(ended);
+    resume();
+}
+
+int Shell::readNumber(const QString& text)
+{
+    bool ok = false;
+    const int number = text.toInt(&ok);
+    if (ok && number >= 1 && number <= m_lastNumber) {
+        return number;
+    }
+    refuse(
+        QStringLiteral("expected the number of an order, 1 to %1, found \"%2\"").arg(m_lastNumber).arg(text));
+    return 0;
+}
+
+void Shell::refuse(const QString& problem)
+{
+    Output::diagnostic(problem);
+    worsen(ExitWrongUsage);
+}
+
+void Shell::end()
+{
+    m_ending = true;
+    while (!m_orders.empty()) {
+        m_orders.begin()->second->stop(); // its end takes it out
+    }
+    if (m_output->hasFailed()) {
+        worsen(ExitOrderFailed);
+    }
+    Q_EMIT ended();
+}
+
+void Shell::worsen(int status)
+{
+    m_exitStatus = std::max(m_exitStatus, status);
+}

@@ -1,0 +1,187 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import QtQuick.Window 2.15
+import "../widgets"
+
+// The frame of every maintenance page: the tool's name and connection above, the page's content below, which
+// scrolls. It asks for fresh data when the tool is there, when the user wants it, and again and again while it
+// is live.
+Item {
+    id: panel
+
+    property string name: ""
+    property bool connected: false
+    property Item contentItem: null
+    property real spacing: Style.defSpacing
+
+    property bool live: true
+    property int liveIntervalMs: 500
+    // What the host knows of the tool that the page is for.
+    property bool toolExists: true
+    property bool hasChannels: true
+    property string connectionProblem: ""
+
+    readonly property string notice: {
+        if (!toolExists) {
+            return qsTrId("panel_no_such_tool").arg(name)
+        }
+        if (!connected) {
+            return connectionProblem.length > 0 ? qsTrId("panel_not_connected_because").arg(connectionProblem)
+                                                : qsTrId("panel_not_connected")
+        }
+        return hasChannels ? "" : qsTrId("panel_no_public_channels")
+    }
+
+    signal updateData()
+
+    function showFocused(item) {
+        for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
+            if (ancestor === flickable.contentItem) {
+                const top = item.mapToItem(flickable.contentItem, 0, 0).y
+                const lowest = Math.max(0, flickable.contentHeight - flickable.height)
+                const highestY = top - Style.defSpacing
+                const lowestY = top + item.height + Style.defSpacing - flickable.height
+                flickable.contentY = Math.min(lowest, Math.max(0, Math.max(lowestY, Math.min(flickable.contentY,
+                                                                                             highestY))))
+                return
+            }
+        }
+    }
+
+    function scrollBy(distance) {
+        const lowest = Math.max(0, flickable.contentHeight - flickable.height)
+        flickable.contentY = Math.min(lowest, Math.max(0, flickable.contentY + distance))
+    }
+
+    implicitHeight: flickable.y + flickable.contentHeight
+
+    onContentItemChanged: {
+        if (contentItem) {
+            contentItem.parent = flickable.contentItem
+        }
+    }
+    // The channels of a tool that is just there are made in the same pass of the event loop.
+    onConnectedChanged: Qt.callLater(updateData)
+    Window.onActiveFocusItemChanged: showFocused(Window.activeFocusItem)
+
+    Keys.onPressed: {
+        if (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp) {
+            scrollBy(event.key === Qt.Key_PageDown ? flickable.height * 0.9 : -flickable.height * 0.9)
+            event.accepted = true
+        }
+    }
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: name
+
+    Timer {
+        interval: panel.liveIntervalMs
+        repeat: true
+        running: panel.live && panel.connected && panel.visible
+        onTriggered: panel.updateData()
+    }
+
+    Item {
+        id: header
+        width: parent.width
+        height: 48
+
+        Column {
+            anchors.left: parent.left
+            anchors.right: actions.left
+            anchors.rightMargin: Style.defSpacing
+            anchors.verticalCenter: parent.verticalCenter
+
+            UiLabel {
+                width: parent.width
+                text: panel.name
+                isBigger: true
+                font.bold: true
+            }
+
+            Row {
+                UiLedIndicator {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 16
+                    height: 16
+                    statusColor: panel.connected ? Style.toolStatusIn : Style.toolStatusInactive
+                }
+
+                UiLabel {
+                    leftPadding: 4
+                    text: panel.connected ? qsTrId("connected") : qsTrId("not_connected")
+                    font.pixelSize: Style.smallTextSize
+                    color: Style.textSecondary
+                }
+            }
+        }
+
+        Row {
+            id: actions
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: Style.defSpacing * 2
+
+            UiSwitch {
+                objectName: "panelLive"
+                text: qsTrId("panel_live")
+                hint: qsTrId("panel_live_hint")
+                checked: panel.live
+                onToggled: panel.live = checked
+            }
+
+            UiButton {
+                objectName: "panelRefresh"
+                text: qsTrId("panel_refresh")
+                hint: qsTrId("panel_refresh_hint")
+                enabled: panel.connected
+                onClicked: panel.updateData()
+            }
+        }
+    }
+
+    Rectangle {
+        id: noticeBar
+        anchors.top: header.bottom
+        width: parent.width
+        height: visible ? noticeText.implicitHeight + 2 * Style.defSpacing : 0
+        visible: panel.notice.length > 0
+        radius: Style.radius
+        color: Style.surfaceRaised
+        border.color: Style.separator
+
+        Text {
+            id: noticeText
+            objectName: "panelNotice"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.margins: Style.defSpacing
+            anchors.verticalCenter: parent.verticalCenter
+            text: panel.notice
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+        }
+    }
+
+    Flickable {
+        id: flickable
+        objectName: "panelFlickable"
+        anchors.top: noticeBar.bottom
+        anchors.topMargin: Style.defSpacing
+        anchors.bottom: parent.bottom
+        width: parent.width
+        contentWidth: width
+        contentHeight: panel.contentItem ? panel.contentItem.height + Style.defSpacing : 0
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+
+        // Half beside the content, whose rows leave no more room than the column's spacing.
+        T.ScrollBar.vertical: UiScrollBar {
+            parent: panel
+            anchors.top: flickable.top
+            anchors.bottom: flickable.bottom
+            anchors.right: flickable.right
+            anchors.rightMargin: -4
+        }
+    }
+}

@@ -1,0 +1,31 @@
+import QtQuick 2.15 as Quick
+import QtQuick.Templates 2.15 as T
+
+T.ToolTip {
+    id: root
+
+    x: 0
+    y: parent ? parent.height + 4 : 0
+    margins: Style.defSpacing
+    padding: Style.defSpacing
+    delay: 300
+    implicitWidth: Math.min(content.implicitWidth + 2 * padding, 400)
+    implicitHeight: content.implicitHeight + 2 * padding
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
+
+    contentItem: Quick.Text {
+        id: content
+        text: root.text
+        textFormat: Quick.Text.PlainText
+        wrapMode: Quick.Text.Wrap
+        color: Style.text
+        font.family: Style.fontFamily
+        font.pixelSize: Style.smallTextSize
+    }
+
+    background: Quick.Rectangle {
+        color: Style.surfaceRaised
+        border.color: Style.controlBorder
+        radius: Style.radius
+    }
+}

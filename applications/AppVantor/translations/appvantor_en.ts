@@ -1,0 +1,216 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_GB">
+<context>
+    <name></name>
+    <message id="maintenance_panel_Inputs">
+        <source></source>
+        <translation>Inputs</translation>
+    </message>
+    <message id="maintenance_panel_Outputs">
+        <source></source>
+        <translation>Outputs</translation>
+    </message>
+    <message id="connected">
+        <source></source>
+        <translation>Connected</translation>
+    </message>
+    <message id="not_connected">
+        <source></source>
+        <translation>Not connected</translation>
+    </message>
+    <message id="lamp_on">
+        <source></source>
+        <translation>on</translation>
+    </message>
+    <message id="lamp_off">
+        <source></source>
+        <translation>off</translation>
+    </message>
+    <message id="panel_live">
+        <source></source>
+        <translation>Live</translation>
+    </message>
+    <message id="panel_live_hint">
+        <source></source>
+        <translation>Read the values again and again</translation>
+    </message>
+    <message id="panel_refresh">
+        <source></source>
+        <translation>Refresh</translation>
+    </message>
+    <message id="panel_refresh_hint">
+        <source></source>
+        <translation>Read all values now (F5)</translation>
+    </message>
+    <message id="panel_no_such_tool">
+        <source></source>
+        <translation>This tool does not exist: %1</translation>
+    </message>
+    <message id="panel_not_connected">
+        <source></source>
+        <translation>The device is not connected. Values are read as soon as it is back.</translation>
+    </message>
+    <message id="panel_not_connected_because">
+        <source></source>
+        <translation>The device is not connected: %1. Values are read as soon as it is back.</translation>
+    </message>
+    <message id="panel_no_public_channels">
+        <source></source>
+        <translation>This tool has no public channels. Give a channel "visibility": "public" in the configuration to see it here.</translation>
+    </message>
+    <message id="page_none">
+        <source></source>
+        <translation>The plugin "%1" has no maintenance page.</translation>
+    </message>
+    <message id="page_broken">
+        <source></source>
+        <translation>The maintenance page of the plugin "%1" has errors:
+%2</translation>
+    </message>
+    <message id="page_no_tool">
+        <source></source>
+        <translation>This tool does not exist. Choose one of the tools on the left.</translation>
+    </message>
+    <message id="tools_title">
+        <source></source>
+        <translation>Tools</translation>
+    </message>
+    <message id="tools_detail">
+        <source></source>
+        <translation>%1 · %2 channels</translation>
+    </message>
+    <message id="tools_empty">
+        <source></source>
+        <translation>There is no tool. Add one under "tools" in the configuration file.</translation>
+    </message>
+    <message id="tools_dark">
+        <source></source>
+        <translation>Dark</translation>
+    </message>
+    <message id="board_filter">
+        <source></source>
+        <translation>Filter lines</translation>
+    </message>
+    <message id="board_freeze">
+        <source></source>
+        <translation>Freeze</translation>
+    </message>
+    <message id="board_resume">
+        <source></source>
+        <translation>Resume</translation>
+    </message>
+    <message id="board_freeze_hint">
+        <source></source>
+        <translation>Hold the waveforms to look at them</translation>
+    </message>
+    <message id="board_not_connected">
+        <source></source>
+        <translation>The device is not connected.</translation>
+    </message>
+    <message id="board_not_connected_because">
+        <source></source>
+        <translation>The device is not connected: %1.</translation>
+    </message>
+    <message id="board_empty">
+        <source></source>
+        <translation>The device has no lines. Name them under "device", "lines" in the configuration file.</translation>
+    </message>
+    <message id="board_no_match">
+        <source></source>
+        <translation>No line has "%1" in its name or its channels. Clear the filter to see all.</translation>
+    </message>
+    <message id="form_title">
+        <source></source>
+        <translation>Command</translation>
+    </message>
+    <message id="form_command">
+        <source></source>
+        <translation>Command</translation>
+    </message>
+    <message id="form_run">
+        <source></source>
+        <translation>Run</translation>
+    </message>
+    <message id="form_run_hint">
+        <source></source>
+        <translation>Run the command (Ctrl+Enter)</translation>
+    </message>
+    <message id="form_default">
+        <source></source>
+        <translation>default: %1</translation>
+    </message>
+    <message id="form_not_given">
+        <source></source>
+        <translation>not given</translation>
+    </message>
+    <message id="form_channel">
+        <source></source>
+        <translation>a channel of the tool</translation>
+    </message>
+    <message id="form_sections">
+        <source></source>
+        <translation>Sections</translation>
+    </message>
+    <message id="form_sections_hint">
+        <source></source>
+        <translation>More, as a JSON object</translation>
+    </message>
+    <message id="form_sections_expected">
+        <source></source>
+        <translation>Sections: expected a JSON object, {"name": [ … ]}</translation>
+    </message>
+    <message id="form_sections_broken">
+        <source></source>
+        <translation>Sections: %1 at offset %2</translation>
+    </message>
+    <message id="form_no_command">
+        <source></source>
+        <translation>Choose a tool to see its commands.</translation>
+    </message>
+    <message id="orders_title">
+        <source></source>
+        <translation>Orders</translation>
+    </message>
+    <message id="orders_stop">
+        <source></source>
+        <translation>Stop</translation>
+    </message>
+    <message id="orders_stop_hint">
+        <source></source>
+        <translation>Stop this order (Delete)</translation>
+    </message>
+    <message id="orders_stop_all">
+        <source></source>
+        <translation>Stop all</translation>
+    </message>
+    <message id="orders_clear">
+        <source></source>
+        <translation>Clear</translation>
+    </message>
+    <message id="orders_state_running">
+        <source></source>
+        <translation>running</translation>
+    </message>
+    <message id="orders_state_listening">
+        <source></source>
+        <translation>listening</translation>
+    </message>
+    <message id="orders_state_done">
+        <source></source>
+        <translation>done</translation>
+    </message>
+    <message id="orders_state_failed">
+        <source></source>
+        <translation>failed</translation>
+    </message>
+    <message id="orders_events">
+        <source></source>
+        <translation>%1 events · %2</translation>
+    </message>
+    <message id="orders_empty">
+        <source></source>
+        <translation>No order yet. Choose a command and press Run.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,216 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR">
+<context>
+    <name></name>
+    <message id="maintenance_panel_Inputs">
+        <source></source>
+        <translation>Entrées</translation>
+    </message>
+    <message id="maintenance_panel_Outputs">
+        <source></source>
+        <translation>Sorties</translation>
+    </message>
+    <message id="connected">
+        <source></source>
+        <translation>Connecté</translation>
+    </message>
+    <message id="not_connected">
+        <source></source>
+        <translation>Non connecté</translation>
+    </message>
+    <message id="lamp_on">
+        <source></source>
+        <translation>allumé</translation>
+    </message>
+    <message id="lamp_off">
+        <source></source>
+        <translation>éteint</translation>
+    </message>
+    <message id="panel_live">
+        <source></source>
+        <translation>En direct</translation>
+    </message>
+    <message id="panel_live_hint">
+        <source></source>
+        <translation>Relire les valeurs en continu</translation>
+    </message>
+    <message id="panel_refresh">
+        <source></source>
+        <translation>Actualiser</translation>
+    </message>
+    <message id="panel_refresh_hint">
+        <source></source>
+        <translation>Relire toutes les valeurs (F5)</translation>
+    </message>
+    <message id="panel_no_such_tool">
+        <source></source>
+        <translation>Cet outil n’existe pas : %1</translation>
+    </message>
+    <message id="panel_not_connected">
+        <source></source>
+        <translation>L’appareil n’est pas connecté. Les valeurs seront lues dès son retour.</translation>
+    </message>
+    <message id="panel_not_connected_because">
+        <source></source>
+        <translation>L’appareil n’est pas connecté : %1. Les valeurs seront lues dès son retour.</translation>
+    </message>
+    <message id="panel_no_public_channels">
+        <source></source>
+        <translation>Cet outil n’a pas de voie publique. Donnez à une voie "visibility": "public" dans la configuration pour la voir ici.</translation>
+    </message>
+    <message id="page_none">
+        <source></source>
+        <translation>Le plugin « %1 » n’a pas de page de maintenance.</translation>
+    </message>
+    <message id="page_broken">
+        <source></source>
+        <translation>La page de maintenance du plugin « %1 » contient des erreurs :
+%2</translation>
+    </message>
+    <message id="page_no_tool">
+        <source></source>
+        <translation>Cet outil n’existe pas. Choisissez un des outils à gauche.</translation>
+    </message>
+    <message id="tools_title">
+        <source></source>
+        <translation>Outils</translation>
+    </message>
+    <message id="tools_detail">
+        <source></source>
+        <translation>%1 · %2 voies</translation>
+    </message>
+    <message id="tools_empty">
+        <source></source>
+        <translation>Il n’y a pas d’outil. Ajoutez-en un sous « tools » dans le fichier de configuration.</translation>
+    </message>
+    <message id="tools_dark">
+        <source></source>
+        <translation>Sombre</translation>
+    </message>
+    <message id="board_filter">
+        <source></source>
+        <translation>Filtrer</translation>
+    </message>
+    <message id="board_freeze">
+        <source></source>
+        <translation>Figer</translation>
+    </message>
+    <message id="board_resume">
+        <source></source>
+        <translation>Reprendre</translation>
+    </message>
+    <message id="board_freeze_hint">
+        <source></source>
+        <translation>Arrêter les courbes pour les examiner</translation>
+    </message>
+    <message id="board_not_connected">
+        <source></source>
+        <translation>L’appareil n’est pas connecté.</translation>
+    </message>
+    <message id="board_not_connected_because">
+        <source></source>
+        <translation>L’appareil n’est pas connecté : %1.</translation>
+    </message>
+    <message id="board_empty">
+        <source></source>
+        <translation>L’appareil n’a pas de ligne. Nommez-les sous « device », « lines » dans le fichier de configuration.</translation>
+    </message>
+    <message id="board_no_match">
+        <source></source>
+        <translation>Aucune ligne ne contient « %1 » dans son nom ou ses voies. Effacez le filtre pour toutes les voir.</translation>
+    </message>
+    <message id="form_title">
+        <source></source>
+        <translation>Commande</translation>
+    </message>
+    <message id="form_command">
+        <source></source>
+        <translation>Commande</translation>
+    </message>
+    <message id="form_run">
+        <source></source>
+        <translation>Lancer</translation>
+    </message>
+    <message id="form_run_hint">
+        <source></source>
+        <translation>Lancer la commande (Ctrl+Entrée)</translation>
+    </message>
+    <message id="form_default">
+        <source></source>
+        <translation>par défaut : %1</translation>
+    </message>
+    <message id="form_not_given">
+        <source></source>
+        <translation>non fourni</translation>
+    </message>
+    <message id="form_channel">
+        <source></source>
+        <translation>une voie de l’outil</translation>
+    </message>
+    <message id="form_sections">
+        <source></source>
+        <translation>Sections</translation>
+    </message>
+    <message id="form_sections_hint">
+        <source></source>
+        <translation>Plus, en objet JSON</translation>
+    </message>
+    <message id="form_sections_expected">
+        <source></source>
+        <translation>Sections : un objet JSON est attendu, {"nom": [ … ]}</translation>
+    </message>
+    <message id="form_sections_broken">
+        <source></source>
+        <translation>Sections : %1 à la position %2</translation>
+    </message>
+    <message id="form_no_command">
+        <source></source>
+        <translation>Choisissez un outil pour voir ses commandes.</translation>
+    </message>
+    <message id="orders_title">
+        <source></source>
+        <translation>Ordres</translation>
+    </message>
+    <message id="orders_stop">
+        <source></source>
+        <translation>Arrêter</translation>
+    </message>
+    <message id="orders_stop_hint">
+        <source></source>
+        <translation>Arrêter cet ordre (Suppr)</translation>
+    </message>
+    <message id="orders_stop_all">
+        <source></source>
+        <translation>Tout arrêter</translation>
+    </message>
+    <message id="orders_clear">
+        <source></source>
+        <translation>Effacer</translation>
+    </message>
+    <message id="orders_state_running">
+        <source></source>
+        <translation>en cours</translation>
+    </message>
+    <message id="orders_state_listening">
+        <source></source>
+        <translation>à l’écoute</translation>
+    </message>
+    <message id="orders_state_done">
+        <source></source>
+        <translation>terminé</translation>
+    </message>
+    <message id="orders_state_failed">
+        <source></source>
+        <translation>échoué</translation>
+    </message>
+    <message id="orders_events">
+        <source></source>
+        <translation>%1 événements · %2</translation>
+    </message>
+    <message id="orders_empty">
+        <source></source>
+        <translation>Aucun ordre pour l’instant. Choisissez une commande et appuyez sur Lancer.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,208 @@
+#include "command_form.h"
+
+#include "../bench/value_text.h"
+#include "order_log_model.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+CommandForm::CommandForm(OrderLogModel* log, QObject* parent)
+    : QAbstractListModel(parent)
+    , m_log(log)
+{
+    check();
+}
+
+int CommandForm::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant CommandForm::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return QVariant();
+    }
+    const DDeclaration& parameter = m_declared.parameters.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+    case NameRole:
+        return parameter.name;
+    case DescriptionRole:
+        return parameter.description;
+    case EditorRole:
+        return editor(parameter);
+    case DefaultTextRole:
+        return parameter.defaultValue.isValid() ? valueText(parameter.defaultValue) : QString();
+    case Qt::EditRole:
+    case TextRole:
+        return m_texts.at(index.row());
+    case ChoicesRole:
+        return editor(parameter) == QLatin1String("channel") ? channels() : QStringList();
+    default:
+        return QVariant();
+    }
+}
+
+bool CommandForm::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    const bool valid = checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid);
+    if (!valid || (role != TextRole && role != Qt::EditRole)) {
+        return false;
+    }
+    const QString text = value.toString();
+    if (text != m_texts.at(index.row())) {
+        m_texts[index.row()] = text;
+        Q_EMIT dataChanged(index, index, {TextRole, Qt::EditRole});
+        check();
+    }
+    return true;
+}
+
+QHash<int, QByteArray> CommandForm::roleNames() const
+{
+    return {{NameRole, "name"},     {DescriptionRole, "description"},
+            {EditorRole, "editor"}, {DefaultTextRole, "defaultText"},
+            {TextRole, "text"},     {ChoicesRole, "choices"}};
+}
+
+QObject* CommandForm::tool() const
+{
+    return m_tool;
+}
+
+void CommandForm::setTool(QObject* tool)
+{
+    auto* newTool = qobject_cast<DTool*>(tool);
+    if (newTool == m_tool) {
+        return;
+    }
+    m_tool = newTool;
+    Q_EMIT toolChanged();
+    const QStringList names = commands();
+    setCommand(names.contains(command()) ? command() : names.value(0));
+}
+
+QStringList CommandForm::commands() const
+{
+    QStringList names;
+    if (!m_tool.isNull()) {
+        const QVector<DCommandDescription> all = m_tool->commands();
+        for (const DCommandDescription& declared : all) {
+            names.append(declared.name);
+        }
+    }
+    return names;
+}
+
+void CommandForm::setCommand(const QString& command)
+{
+    const QVector<DCommandDescription> declared =
+        m_tool.isNull() ? QVector<DCommandDescription>() : m_tool->commands();
+    const auto found = std::find_if(declared.cbegin(), declared.cend(),
+                                    [&](const DCommandDescription& one) { return one.name == command; });
+    // What was entered for a parameter stays for the parameter of that name of the next command.
+    QMap<QString, QString> entered;
+    for (int row = 0; row < count(); ++row) {
+        entered.insert(m_declared.parameters.at(row).name, m_texts.at(row));
+    }
+    beginResetModel();
+    m_declared = found != declared.cend() ? *found : DCommandDescription();
+    m_sections.clear();
+    m_texts.clear();
+    for (const DDeclaration& parameter : qAsConst(m_declared.parameters)) {
+        m_texts.append(entered.value(parameter.name));
+    }
+    endResetModel();
+    Q_EMIT commandChanged();
+    Q_EMIT problemChanged();
+    check();
+}
+
+void CommandForm::setSections(const QString& sections)
+{
+    if (sections != m_sections) {
+        m_sections = sections;
+        Q_EMIT problemChanged();
+        check();
+    }
+}
+
+void CommandForm::setText(int row, const QString& text)
+{
+    setData(index(row), text, TextRole);
+}
+
+void CommandForm::run()
+{
+    check();
+    if (m_problem.isEmpty()) {
+        QString problem;
+        m_log->run(m_tool, command(), arguments(&problem));
+    }
+}
+
+QVariantMap CommandForm::arguments(QString* problem) const
+{
+    QVariantMap values;
+    if (!m_sections.trimmed().isEmpty()) {
+        QJsonParseError error{};
+        const QJsonDocument document = QJsonDocument::fromJson(m_sections.toUtf8(), &error);
+        if (!document.isObject()) {
+            *problem = error.error == QJsonParseError::NoError
+                           ? qtTrId("form_sections_expected")
+                           : qtTrId("form_sections_broken").arg(error.errorString()).arg(error.offset);
+            return QVariantMap();
+        }
+        values = document.object().toVariantMap();
+    }
+    for (int row = 0; row < count(); ++row) {
+        const QString& text = m_texts.at(row);
+        if (!text.isEmpty()) {
+            values.insert(m_declared.parameters.at(row).name, text);
+        }
+    }
+    return values;
+}
+
+QString CommandForm::editor(const DDeclaration& parameter) const
+{
+    if (parameter.typeTag == QLatin1String("bool")) {
+        return QStringLiteral("bool");
+    }
+    if (parameter.typeTag == QLatin1String("ui16") || parameter.typeTag == QLatin1String("int")) {
+        return QStringLiteral("number");
+    }
+    return parameter.name == QLatin1String("channel") ? QStringLiteral("channel") : QStringLiteral("text");
+}
+
+QStringList CommandForm::channels() const
+{
+    QStringList ids;
+    if (!m_tool.isNull()) {
+        const QVariantList all = m_tool->toolConfiguration.value(QStringLiteral("channels")).toList();
+        for (const QVariant& channel : all) {
+            ids.append(channel.toMap().value(QStringLiteral("id")).toString());
+        }
+    }
+    return ids;
+}
+
+void CommandForm::check()
+{
+    QString problem;
+    if (m_tool.isNull() || command().isEmpty()) {
+        problem = qtTrId("form_no_command");
+    } else {
+        QVariantMap values = arguments(&problem);
+        if (problem.isEmpty()) {
+            problem = m_tool->checkInvocation(command(), &values);
+        }
+    }
+    if (problem != m_problem) {
+        m_problem = problem;
+        Q_EMIT problemChanged();
+    }
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <plugin_management/d_tool.h>
+
+#include <QAbstractListModel>
+#include <QPointer>
+
+class OrderLogModel;
+
+/// The form for one of a tool's commands: a row for each declared parameter, with the text that was entered.
+/// A parameter without a text is left out, so that its default counts.
+class CommandForm : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(CommandForm)
+    Q_PROPERTY(QObject* tool READ tool WRITE setTool NOTIFY toolChanged)
+    Q_PROPERTY(QStringList commands READ commands NOTIFY toolChanged)
+    Q_PROPERTY(QString command READ command WRITE setCommand NOTIFY commandChanged)
+    Q_PROPERTY(QString description READ description NOTIFY commandChanged)
+    Q_PROPERTY(int count READ count NOTIFY commandChanged)
+    /// Lists and maps that reach the command beside its parameters, as one JSON object.
+    Q_PROPERTY(QString sections READ sections WRITE setSections NOTIFY problemChanged)
+    /// Why the command cannot be run with what was entered; empty when it can.
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+
+public:
+    enum Role
+    {
+        NameRole = Qt::UserRole,
+        DescriptionRole,
+        EditorRole,
+        DefaultTextRole,
+        TextRole,
+        ChoicesRole
+    };
+
+    /// Orders are run in log, which must outlive the form.
+    explicit CommandForm(OrderLogModel* log, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    QObject* tool() const;
+    void setTool(QObject* tool);
+    QStringList commands() const;
+    QString command() const { return m_declared.name; }
+    void setCommand(const QString& command);
+    QString description() const { return m_declared.description; }
+    int count() const { return m_declared.parameters.size(); }
+    QString sections() const { return m_sections; }
+    void setSections(const QString& sections);
+    QString problem() const { return m_problem; }
+
+    /// Enters the text of a row.
+    Q_INVOKABLE void setText(int row, const QString& text);
+    /// Runs the command with what was entered; does nothing while there is a problem.
+    Q_INVOKABLE void run();
+
+Q_SIGNALS:
+    void toolChanged();
+    void commandChanged();
+    void problemChanged();
+
+private:
+    QVariantMap arguments(QString* problem) const;
+    QString editor(const DDeclaration& parameter) const;
+    QStringList channels() const;
+    void check();
+
+    OrderLogModel* m_log;
+    QPointer<DTool> m_tool;
+    DCommandDescription m_declared;
+    QStringList m_texts;
+    QString m_sections;
+    QString m_problem;
+};

@@ -1,0 +1,156 @@
+import QtQuick 2.15
+import "../../gui/widgets"
+
+// The bench: tools, the chosen tool's page and the board side by side, orders below.
+Rectangle {
+    id: root
+
+    property var tools
+    property var lines
+    property var lineFilter
+    property var clock
+    property var form
+    property var orders
+    // "light", "dark", or empty for that of the system.
+    property string theme: ""
+
+    // Where the user has dragged the gaps to.
+    property real wantedToolsWidth: 176
+    property real wantedBoardWidth: Math.max(448, width * 0.35)
+    property real wantedCommandWidth: 448
+    property real wantedLowerHeight: Math.max(280, height * 0.3)
+    // Where they are: every pane keeps a least size while the window has room for it.
+    readonly property real toolsWidth: bounded(96, wantedToolsWidth, width - 640)
+    readonly property real boardWidth: bounded(320, wantedBoardWidth, width - toolsWidth - 330)
+    readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
+    readonly property real lowerHeight: bounded(120, wantedLowerHeight, height - 205)
+    readonly property real upperHeight: height - lowerHeight - lowerHandle.height
+
+    readonly property var panes: [toolsPane, pagePane, boardPane, commandPane, ordersPane]
+
+    function bounded(least, wanted, most) {
+        return Math.round(Math.max(least, Math.min(wanted, most)))
+    }
+
+    function focusNextPane(step) {
+        const current = panes.findIndex(pane => pane.activeFocus)
+        const next = (Math.max(0, current) + step + panes.length) % panes.length
+        panes[next].forceActiveFocus(Qt.TabFocusReason)
+        const first = panes[next].nextItemInFocusChain(true)
+        if (first) {
+            first.forceActiveFocus(Qt.TabFocusReason)
+        }
+    }
+
+    color: Style.background
+
+    Component.onCompleted: {
+        if (theme.length > 0) {
+            Style.dark = theme === "dark"
+        }
+    }
+
+    Shortcut {
+        sequence: "F5"
+        onActivated: pagePane.refresh()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        onActivated: commandPane.run()
+    }
+
+    Shortcut {
+        sequence: StandardKey.Find
+        onActivated: boardPane.focusFilter()
+    }
+
+    Shortcut {
+        sequence: "F6"
+        onActivated: root.focusNextPane(1)
+    }
+
+    Shortcut {
+        sequence: "Shift+F6"
+        onActivated: root.focusNextPane(-1)
+    }
+
+    ToolsPane {
+        id: toolsPane
+        width: root.toolsWidth
+        height: root.upperHeight
+        tools: root.tools
+    }
+
+    SplitHandle {
+        id: toolsHandle
+        objectName: "toolsHandle"
+        x: toolsPane.width
+        height: root.upperHeight
+        onDragged: root.wantedToolsWidth = root.toolsWidth + distance
+    }
+
+    PagePane {
+        id: pagePane
+        anchors.left: toolsHandle.right
+        anchors.right: boardHandle.left
+        height: root.upperHeight
+        tool: toolsPane.currentRow >= 0 ? root.tools.toolAt(toolsPane.currentRow) : null
+    }
+
+    SplitHandle {
+        id: boardHandle
+        anchors.right: boardPane.left
+        height: root.upperHeight
+        onDragged: root.wantedBoardWidth = root.boardWidth - distance
+    }
+
+    BoardPane {
+        id: boardPane
+        anchors.right: parent.right
+        width: root.boardWidth
+        height: root.upperHeight
+        lines: root.lines
+        filter: root.lineFilter
+        clock: root.clock
+    }
+
+    SplitHandle {
+        id: lowerHandle
+        y: root.upperHeight
+        width: parent.width
+        upright: false
+        onDragged: root.wantedLowerHeight = root.lowerHeight - distance
+    }
+
+    CommandPane {
+        id: commandPane
+        anchors.top: lowerHandle.bottom
+        anchors.bottom: parent.bottom
+        width: root.commandWidth
+        form: root.form
+    }
+
+    SplitHandle {
+        id: commandHandle
+        anchors.top: lowerHandle.bottom
+        anchors.bottom: parent.bottom
+        x: commandPane.width
+        onDragged: root.wantedCommandWidth = root.commandWidth + distance
+    }
+
+    OrdersPane {
+        id: ordersPane
+        anchors.top: lowerHandle.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: commandHandle.right
+        anchors.right: parent.right
+        orders: root.orders
+    }
+
+    Binding {
+        target: root.form
+        property: "tool"
+        value: pagePane.tool
+    }
+}

@@ -1,0 +1,229 @@
+import QtQuick 2.15
+import AppVantor 1.0
+import "../../gui/widgets"
+
+// One line of the board: its name, its switch, slider or lamp, its last seconds and its level.
+Item {
+    id: root
+
+    property var lines
+    property var clock
+    property real spanUs: 10e6
+    // Age in microseconds of the moment under the pointer; negative while there is none.
+    property real pointedAgeUs: -1
+    property bool current: false
+    property bool focused: false
+
+    readonly property int line: model.line
+    readonly property int shownLevel: pointedAgeUs >= 0 ? lines.levelAt(line, clock.now - pointedAgeUs) : model.level
+
+    signal pointed(real ageUs)
+    signal chosen()
+
+    function adjust(share) {
+        if (model.settable) {
+            lines.setLevel(line, model.analog ? Math.round(model.level + share * model.highest)
+                                              : (share > 0 ? 1 : 0))
+        }
+    }
+
+    function toggle() {
+        if (model.settable) {
+            lines.setLevel(line, model.level > model.highest / 2 ? 0 : model.highest)
+        }
+    }
+
+    implicitHeight: 48
+
+    Accessible.role: model.settable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
+    Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
+    Accessible.description: String(model.level)
+    Accessible.checked: !model.analog && model.level === 1
+
+    Rectangle {
+        anchors.fill: parent
+        color: root.current && root.focused ? Style.accentSoft : "transparent"
+    }
+
+    UiFocusRing {
+        anchors.margins: 2
+        shown: root.current && root.focused
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        onClicked: root.chosen()
+    }
+
+    Column {
+        id: names
+        x: Style.defSpacing * 2
+        anchors.verticalCenter: parent.verticalCenter
+        width: 88
+
+        UiLabel {
+            width: parent.width
+            text: model.name
+            font.bold: true
+        }
+
+        UiLabel {
+            width: parent.width
+            visible: text.length > 0
+            text: model.channels
+            font.pixelSize: Style.smallTextSize
+            color: Style.textSecondary
+        }
+    }
+
+    Item {
+        id: control
+        anchors.left: names.right
+        anchors.leftMargin: Style.defSpacing
+        width: 80
+        height: parent.height
+
+        Loader {
+            anchors.verticalCenter: parent.verticalCenter
+            x: item && item.width < parent.width ? (parent.width - item.width) / 2 : 0
+            sourceComponent: model.settable ? (model.analog ? slider : lever) : (model.analog ? gauge : lamp)
+        }
+    }
+
+    Component {
+        id: lever
+
+        UiSwitch {
+            objectName: "lineSwitch"
+            focusPolicy: Qt.NoFocus
+            checked: model.level > 0
+            onToggled: {
+                lines.setLevel(root.line, checked ? 1 : 0)
+                checked = Qt.binding(() => model.level > 0)
+                root.chosen()
+            }
+        }
+    }
+
+    Component {
+        id: slider
+
+        UiSlider {
+            objectName: "lineSlider"
+            width: 80
+            focusPolicy: Qt.NoFocus
+            to: model.highest
+            value: model.level
+            onMoved: {
+                lines.setLevel(root.line, Math.round(value))
+                root.chosen()
+            }
+            onPressedChanged: {
+                if (!pressed) {
+                    value = Qt.binding(() => model.level)
+                }
+            }
+        }
+    }
+
+    Component {
+        id: lamp
+
+        UiLedIndicator {
+            width: 40
+            height: 40
+            statusColor: model.level > 0 ? Style.toolStatusIn : Style.toolStatusInactive
+        }
+    }
+
+    Component {
+        id: gauge
+
+        Rectangle {
+            width: 72
+            height: 8
+            radius: 4
+            color: "transparent"
+            border.color: Style.controlBorder
+
+            Rectangle {
+                width: Math.max(0, parent.width * model.level / model.highest)
+                height: parent.height
+                radius: 4
+                color: Style.toolStatusIn
+            }
+        }
+    }
+
+    Item {
+        id: wave
+        anchors.left: control.right
+        anchors.right: levelLabel.left
+        anchors.leftMargin: Style.defSpacing
+        anchors.rightMargin: Style.defSpacing
+        height: parent.height
+
+        Repeater {
+            model: 4
+
+            Rectangle {
+                x: wave.width * (index + 1) / 5
+                width: 1
+                height: wave.height
+                color: Style.separator
+            }
+        }
+
+        WaveformItem {
+            anchors.fill: parent
+            anchors.topMargin: 8
+            anchors.bottomMargin: 8
+            lines: root.lines
+            line: root.line
+            now: root.clock.now
+            span: root.spanUs
+            color: Style.accent
+        }
+
+        Rectangle {
+            x: wave.width * (1 - root.pointedAgeUs / root.spanUs)
+            width: 1
+            height: wave.height
+            visible: root.pointedAgeUs >= 0
+            color: Style.text
+        }
+
+        HoverHandler {
+            id: pointer
+            onHoveredChanged: {
+                if (!hovered) {
+                    root.pointed(-1)
+                }
+            }
+            onPointChanged: {
+                if (hovered) {
+                    root.pointed((1 - point.position.x / wave.width) * root.spanUs)
+                }
+            }
+        }
+    }
+
+    UiLabel {
+        id: levelLabel
+        anchors.right: parent.right
+        anchors.rightMargin: Style.defSpacing * 2
+        anchors.verticalCenter: parent.verticalCenter
+        width: 44
+        horizontalAlignment: Qt.AlignRight
+        text: root.shownLevel
+        font.bold: root.pointedAgeUs >= 0
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        x: Style.defSpacing * 2
+        width: parent.width - 2 * x
+        height: 1
+        color: Style.separator
+    }
+}

@@ -1,0 +1,46 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import "../../gui/widgets"
+
+// A part of the window with its title, controls beside the title, and its content below.
+FocusScope {
+    id: root
+
+    property string title: ""
+    property alias controls: controlRow.data
+    default property alias content: body.data
+
+    readonly property int inset: Style.defSpacing * 2
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    Rectangle {
+        anchors.fill: parent
+        color: Style.surface
+    }
+
+    UiLabel {
+        id: titleLabel
+        x: root.inset
+        width: root.width - 2 * root.inset - controlRow.width - Style.defSpacing
+        height: 48
+        text: root.title
+        isBigger: true
+        font.bold: true
+    }
+
+    Row {
+        id: controlRow
+        anchors.right: parent.right
+        anchors.rightMargin: root.inset
+        anchors.verticalCenter: titleLabel.verticalCenter
+        spacing: Style.defSpacing
+    }
+
+    Item {
+        id: body
+        anchors.fill: parent
+        anchors.topMargin: titleLabel.height
+    }
+}

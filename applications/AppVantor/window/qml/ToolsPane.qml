@@ -1,0 +1,106 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import "../../gui/widgets"
+
+// The tools; the chosen one's page and commands are shown.
+Pane {
+    id: root
+
+    property var tools
+    readonly property alias currentRow: list.currentIndex
+
+    title: qsTrId("tools_title")
+
+    ListView {
+        id: list
+        objectName: "toolsList"
+        anchors.fill: parent
+        anchors.bottomMargin: 56
+        activeFocusOnTab: count > 0
+        model: root.tools
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        currentIndex: count > 0 ? 0 : -1
+        highlightMoveDuration: 0
+
+        Accessible.role: Accessible.List
+        Accessible.name: root.title
+
+        T.ScrollBar.vertical: UiScrollBar {}
+
+        delegate: Rectangle {
+            width: list.width
+            height: 56
+            color: ListView.isCurrentItem ? Style.accentSoft : "transparent"
+
+            Accessible.role: Accessible.ListItem
+            Accessible.name: model.name
+            Accessible.selected: ListView.isCurrentItem
+
+            Rectangle {
+                width: 3
+                height: parent.height
+                visible: parent.ListView.isCurrentItem
+                color: Style.accent
+            }
+
+            UiFocusRing {
+                anchors.margins: 2
+                shown: parent.ListView.isCurrentItem && list.activeFocus
+            }
+
+            Column {
+                anchors.verticalCenter: parent.verticalCenter
+                x: root.inset
+                width: parent.width - root.inset - lamp.width - Style.defSpacing
+
+                UiLabel {
+                    width: parent.width
+                    text: model.name
+                    font.bold: true
+                }
+
+                UiLabel {
+                    width: parent.width
+                    text: qsTrId("tools_detail").arg(model.plugin).arg(model.channelCount)
+                    font.pixelSize: Style.smallTextSize
+                    color: Style.textSecondary
+                }
+            }
+
+            UiLedIndicator {
+                id: lamp
+                anchors.right: parent.right
+                anchors.rightMargin: Style.defSpacing
+                anchors.verticalCenter: parent.verticalCenter
+                width: 20
+                height: 20
+                statusColor: model.connected ? Style.toolStatusIn : Style.toolStatusInactive
+            }
+
+            MouseArea {
+                anchors.fill: parent
+                onClicked: {
+                    list.currentIndex = index
+                    list.forceActiveFocus(Qt.MouseFocusReason)
+                }
+            }
+        }
+    }
+
+    EmptyState {
+        visible: list.count === 0
+        text: qsTrId("tools_empty")
+    }
+
+    UiSwitch {
+        objectName: "darkSwitch"
+        anchors.left: parent.left
+        anchors.leftMargin: root.inset
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        text: qsTrId("tools_dark")
+        checked: Style.dark
+        onToggled: Style.dark = checked
+    }
+}

@@ -1,0 +1,15 @@
+#include "qml_types.h"
+
+#include "lines_model.h"
+#include "page_panel.h"
+#include "waveform_item.h"
+
+#include <QtQml>
+
+void registerQmlTypes()
+{
+    constexpr auto module = "AppVantor";
+    qmlRegisterType<PagePanel>(module, 1, 0, "PagePanel");
+    qmlRegisterType<WaveformItem>(module, 1, 0, "WaveformItem");
+    qmlRegisterUncreatableType<LinesModel>(module, 1, 0, "LinesModel", QStringLiteral("made by the bench"));
+}

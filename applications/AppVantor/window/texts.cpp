@@ -1,0 +1,25 @@
+#include "texts.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+/// Outside of any namespace, as the macro requires.
+void initializeGuiResources()
+{
+    Q_INIT_RESOURCE(appvantor_gui);
+    Q_INIT_RESOURCE(appvantor_texts);
+}
+
+void installTexts(const QLocale& locale)
+{
+    static const QString name = QStringLiteral("appvantor_gui_texts");
+    initializeGuiResources();
+    delete QCoreApplication::instance()->findChild<QTranslator*>(name);
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    translator->setObjectName(name);
+    const QString folder = QStringLiteral(":/applications/AppVantor/translations");
+    if (!translator->load(locale, QStringLiteral("appvantor"), QStringLiteral("_"), folder)) {
+        translator->load(QStringLiteral("appvantor_en"), folder);
+    }
+    QCoreApplication::installTranslator(translator);
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QLocale>
+
+/// Makes the resources of the window known: its pages, the host's components and the texts. The build puts
+/// them into a static library, whose resources announce themselves to nobody.
+void initializeGuiResources();
+
+/// Installs the texts of locale's language for the whole application, replacing those installed before;
+/// English where there are none of it. Needs the application object.
+void installTexts(const QLocale& locale);

@@ -1,0 +1,24 @@
+# tool_gpio_add_test(NAME <name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
+#
+# Adds one QtTest program and its ctest test "<folder>/<name>" with the label <folder>, the folder of tests/ that
+# calls this. Tests run without a display and in one locale everywhere.
+function(tool_gpio_add_test)
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "NAME;TIMEOUT" "SOURCES;LIBRARIES")
+    cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+    set(target test_${folder}_${arg_NAME})
+    add_executable(${target} ${arg_SOURCES})
+    set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${folder})
+    target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} test_support Qt5::Test project_options)
+    add_test(NAME ${folder}/${arg_NAME} COMMAND ${target})
+    tool_gpio_set_test_surroundings(${folder}/${arg_NAME} ${folder} "${arg_TIMEOUT}")
+endfunction()
+
+# Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit.
+function(tool_gpio_set_test_surroundings name label timeout)
+    set_tests_properties(${name} PROPERTIES
+        LABELS ${label}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+    if(timeout)
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
+    endif()
+endfunction()

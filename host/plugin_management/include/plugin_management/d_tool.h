@@ -1,0 +1,65 @@
+#pragma once
+
+#include <plugin_management/d_command_description.h>
+#include <plugin_management/i_command.h>
+#include <plugin_management/plugin_management_global.h>
+
+#include <utilities/d_object.h>
+
+#include <memory>
+
+class DAbstractPlugin;
+class DDevice;
+class DOrder;
+class IPlugin;
+
+/// A configured tool: a working plugin instance, the device it speaks to, and its configuration. Tools are
+/// listed in DToolRegistry while they live.
+class PLUGIN_MANAGEMENT_EXPORT DTool : public DObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(DTool)
+
+public:
+    /// Makes the tool that configuration describes ("name", "id", "channels") with a working instance of
+    /// prototype, whose commands it has declared. device may be null; it must outlive the tool's orders or be
+    /// destroyed whole.
+    DTool(const QVariantMap& configuration, const IPlugin& prototype, DDevice* device,
+          QObject* parent = nullptr);
+    /// Running orders of the tool fail with "the tool was closed".
+    ~DTool() override;
+
+    /// The tool's configuration, exactly as it was read.
+    const QVariantMap toolConfiguration;
+
+    /// Identifier of the tool, as configured.
+    QString id() const;
+    /// The working plugin instance.
+    IPlugin& plugin() const;
+    /// The device; null when there is none.
+    DDevice* device() const;
+
+    /// Device channel that the channel id is linked to; empty when it is linked to none.
+    QString getLinkedChannel(const QString& channel) const;
+    /// Item infoKey of the channel's configuration converted to type; fallback when there is no such channel
+    /// or item, or it cannot be converted.
+    QVariant getInfoFromChannel(const QString& channel, const QString& infoKey, QMetaType::Type type,
+                                const QVariant& fallback) const;
+
+    /// The tool's commands, in the order of their declaration.
+    QVector<DCommandDescription> commands() const;
+    /// Checks arguments against the declaration of command and converts each to its declared type. Returns an
+    /// empty text, or a message that names what was wrong (the arguments are then as they were).
+    QString checkInvocation(const QString& command, QVariantMap* arguments) const;
+
+private:
+    friend class DOrder;
+    struct Private;
+
+    /// Makes a working instance of command, which has been checked.
+    QSharedPointer<ICommand> makeCommand(const QString& command, const QVariantMap& arguments) const;
+    void orderStarted(DOrder* order);
+    void orderEnded(DOrder* order);
+
+    std::unique_ptr<Private> d;
+};

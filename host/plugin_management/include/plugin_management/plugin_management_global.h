@@ -1,0 +1,9 @@
+#pragma once
+
+#include <QtGlobal>
+
+#ifdef PLUGIN_MANAGEMENT_LIBRARY
+#define PLUGIN_MANAGEMENT_EXPORT Q_DECL_EXPORT
+#else
+#define PLUGIN_MANAGEMENT_EXPORT Q_DECL_IMPORT
+#endif

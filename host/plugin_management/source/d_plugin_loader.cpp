@@ -1,0 +1,59 @@
+#include <plugin_management/d_plugin_loader.h>
+
+#include <plugin_management/d_abstract_plugin.h>
+
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QPluginLoader>
+
+#include <exception>
+
+DPluginLoader::DPluginLoader(const QString& file)
+{
+    QString problem;
+    m_prototype = load(file, &problem);
+    if (m_prototype == nullptr) {
+        m_error = QStringLiteral("%1: %2").arg(file, problem);
+    }
+}
+
+IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
+{
+    if (!QFileInfo::exists(file)) {
+        *problem = QStringLiteral("no such plugin library");
+        return nullptr;
+    }
+    QPluginLoader loader(file);
+    const QJsonObject metaData = loader.metaData();
+    if (metaData.isEmpty()) {
+        *problem = QStringLiteral("not a plugin for this version of Qt (%1)").arg(loader.errorString());
+        return nullptr;
+    }
+    const QString iid = metaData.value(QLatin1String("IID")).toString();
+    const QString expected =
+        QStringLiteral("fr.velt.rd.tav.") + metaData.value(QLatin1String("className")).toString();
+    if (iid != expected) {
+        *problem = QStringLiteral("interface identifier \"%1\", expected \"%2\"").arg(iid, expected);
+        return nullptr;
+    }
+    QObject* instance = nullptr;
+    try {
+        instance = loader.instance();
+    } catch (const std::exception& exception) {
+        *problem =
+            QStringLiteral("its instance could not be made: %1").arg(QString::fromUtf8(exception.what()));
+        return nullptr;
+    } catch (...) {
+        *problem = QStringLiteral("its instance could not be made: it threw something unknown");
+        return nullptr;
+    }
+    if (instance == nullptr) {
+        *problem = loader.errorString();
+        return nullptr;
+    }
+    IPlugin* plugin = qobject_cast<DAbstractPlugin*>(instance);
+    if (plugin == nullptr) {
+        *problem = QStringLiteral("its instance is no plugin of this host");
+    }
+    return plugin;
+}

@@ -1,0 +1,186 @@
+#include <plugin_management/d_tool.h>
+
+#include "d_type_tag.h"
+
+#include <plugin_management/d_abstract_command.h>
+#include <plugin_management/d_abstract_plugin.h>
+#include <plugin_management/d_device.h>
+#include <plugin_management/d_order.h>
+#include <plugin_management/d_tool_registry.h>
+
+#include <QHash>
+#include <QJsonDocument>
+#include <QPointer>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+using ChannelItems = QHash<QString, QVariant>;
+
+QHash<QString, ChannelItems> channelsOf(const QVariantMap& configuration)
+{
+    QHash<QString, ChannelItems> channels;
+    const QVariantList entries = configuration.value(QStringLiteral("channels")).toList();
+    for (const QVariant& entry : entries) {
+        const QVariantMap channel = entry.toMap();
+        ChannelItems items;
+        const QVariantList pairs = channel.value(QStringLiteral("value")).toList();
+        for (const QVariant& item : pairs) {
+            const QVariantMap pair = item.toMap();
+            items.insert(pair.value(QStringLiteral("id")).toString(), pair.value(QStringLiteral("value")));
+        }
+        channels.insert(channel.value(QStringLiteral("id")).toString(), items);
+    }
+    return channels;
+}
+
+const DDeclaration* find(const QVector<DDeclaration>& declarations, const QString& name)
+{
+    const auto found = std::find_if(declarations.cbegin(), declarations.cend(),
+                                    [&name](const DDeclaration& declared) { return declared.name == name; });
+    return found != declarations.cend() ? &*found : nullptr;
+}
+
+bool isSection(const QVariant& argument)
+{
+    const auto type = static_cast<QMetaType::Type>(argument.type());
+    return type == QMetaType::QVariantList || type == QMetaType::QVariantMap;
+}
+
+/// A value as a message shows it.
+QString shown(const QVariant& value)
+{
+    return isSection(value)
+               ? QString::fromUtf8(QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact))
+               : value.toString();
+}
+
+QString namesOf(const QVector<DDeclaration>& declarations)
+{
+    QStringList names;
+    for (const DDeclaration& declared : declarations) {
+        names.append(QLatin1Char('"') + declared.name + QLatin1Char('"'));
+    }
+    return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+struct DTool::Private
+{
+    QString id;
+    std::unique_ptr<IPlugin> instance;
+    DAbstractPlugin* plugin = nullptr;
+    QPointer<DDevice> device;
+    QHash<QString, ChannelItems> channels;
+    QSet<DOrder*> orders;
+    bool closing = false;
+};
+
+DTool::DTool(const QVariantMap& configuration, const IPlugin& prototype, DDevice* device, QObject* parent)
+    : DObject(configuration.value(QStringLiteral("name")).toString(), parent)
+    , toolConfiguration(configuration)
+    , d(std::make_unique<Private>())
+{
+    d->id = configuration.value(QStringLiteral("id")).toString();
+    d->instance.reset(prototype.createInstance(QUuid(d->id)));
+    d->plugin = dynamic_cast<DAbstractPlugin*>(d->instance.get());
+    d->device = device;
+    d->channels = channelsOf(configuration);
+    d->plugin->setMainConfig(configuration);
+    d->plugin->initPluginCommands();
+    DToolRegistry::instance().add(this);
+}
+
+DTool::~DTool()
+{
+    d->closing = true;
+    DToolRegistry::instance().remove(this);
+    while (!d->orders.isEmpty()) {
+        (*d->orders.constBegin())->toolIsClosing();
+    }
+}
+
+QString DTool::id() const
+{
+    return d->id;
+}
+
+IPlugin& DTool::plugin() const
+{
+    return *d->instance;
+}
+
+DDevice* DTool::device() const
+{
+    return d->device;
+}
+
+QString DTool::getLinkedChannel(const QString& channel) const
+{
+    return d->channels.value(channel).value(QStringLiteral("link")).toString();
+}
+
+QVariant DTool::getInfoFromChannel(const QString& channel, const QString& infoKey, QMetaType::Type type,
+                                   const QVariant& fallback) const
+{
+    QVariant item = d->channels.value(channel).value(infoKey);
+    return item.isValid() && item.convert(type) ? item : fallback;
+}
+
+QVector<DCommandDescription> DTool::commands() const
+{
+    QVector<DCommandDescription> commands;
+    const QStringList names = d->plugin->commandNames();
+    for (const QString& name : names) {
+        commands.append(d->plugin->command(name)->declaration());
+    }
+    return commands;
+}
+
+QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) const
+{
+    if (d->closing) {
+        return QStringLiteral("the tool was closed");
+    }
+    const DAbstractCommand* prototype = d->plugin->command(command);
+    if (prototype == nullptr) {
+        return QStringLiteral("unknown command \"%1\"; the tool has: %2")
+            .arg(command, d->plugin->commandNames().join(QStringLiteral(", ")));
+    }
+    const QVector<DDeclaration>& parameters = prototype->declaration().parameters;
+    QVariantMap converted = *arguments;
+    for (auto argument = converted.begin(); argument != converted.end(); ++argument) {
+        const DDeclaration* parameter = find(parameters, argument.key());
+        if (parameter == nullptr && isSection(*argument)) {
+            continue;
+        }
+        if (parameter == nullptr) {
+            return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
+                .arg(argument.key(), command, namesOf(parameters));
+        }
+        if (!convertToTypeTag(parameter->typeTag, &*argument)) {
+            return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
+                .arg(argument.key(), command, shown(*argument), typeTagExpectation(parameter->typeTag));
+        }
+    }
+    *arguments = converted;
+    return QString();
+}
+
+QSharedPointer<ICommand> DTool::makeCommand(const QString& command, const QVariantMap& arguments) const
+{
+    return d->plugin->command(command)->createCommand(arguments);
+}
+
+void DTool::orderStarted(DOrder* order)
+{
+    d->orders.insert(order);
+}
+
+void DTool::orderEnded(DOrder* order)
+{
+    d->orders.remove(order);
+}

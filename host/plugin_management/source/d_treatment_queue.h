@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QVariant>
+
+#include <deque>
+
+class DTool;
+
+/// Runs treatments, orders of a tool's commands, one at a time in their order, from the event loop.
+class DTreatmentQueue : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(DTreatmentQueue)
+
+public:
+    explicit DTreatmentQueue(QObject* parent);
+
+    /// Adds a treatment.
+    void append(int id, const QString& name, const QVariantMap& parameters);
+    /// Number of treatments that have not been released.
+    int size() const;
+
+    /// The tool whose commands run from now on; null for none.
+    void setTool(DTool* tool);
+
+Q_SIGNALS:
+    /// A treatment's order has succeeded with these results; released follows.
+    void replied(int id, const QString& name, const QVariantMap& reply);
+    /// A treatment is over. It is counted no more.
+    void released(int id, const QString& name, bool success);
+
+private:
+    struct Treatment
+    {
+        int id;
+        QString name;
+        QVariantMap parameters;
+    };
+
+    void runNextLater();
+    void runNext();
+    void release(bool success, const QVariantMap& results);
+
+    std::deque<Treatment> m_treatments;
+    QPointer<DTool> m_tool;
+    bool m_busy = false; ///< a treatment runs, or is about to
+};

@@ -1,0 +1,112 @@
+#include "text.h"
+
+#include <plugin_management/d_abstract_plugin.h>
+
+#include <QPluginLoader>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_q);
+
+QVariantMap parameter(const QString& name, const QString& type, const QString& description,
+                      const QVariant& defaultValue)
+{
+    return {{"name"_q, name}, {"type"_q, type}, {"description"_q, description}, {"default"_q, defaultValue}};
+}
+
+} // namespace
+
+/// The plugin as the stand-ins see it: through its library and the interface alone.
+class TestCatalogue : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QPluginLoader loader(QStringLiteral(PLUGIN_FILE));
+        auto* prototype = qobject_cast<DAbstractPlugin*>(loader.instance());
+        QVERIFY2(prototype != nullptr, qPrintable(loader.errorString()));
+        m_instance.reset(dynamic_cast<DAbstractPlugin*>(prototype->createInstance(c_objectUuid)));
+        delete prototype;
+        QVERIFY(!m_instance.isNull());
+        QVERIFY(m_instance->getFunctions().isEmpty());
+        QSignalSpy done(m_instance.data(), &DAbstractPlugin::sigCommandsInitDone);
+        m_instance->initPluginCommands();
+        QCOMPARE(done.count(), 1);
+        QCOMPARE(done.first().at(0).value<QUuid>(), c_objectUuid);
+        QCOMPARE(done.first().at(1).toStringList(), m_instance->commandNames());
+    }
+
+    void instanceHasThePluginsIdentity()
+    {
+        const IPlugin& plugin = *m_instance;
+        QCOMPARE(plugin.objectUuid(), c_objectUuid);
+        QCOMPARE(plugin.pluginUuid(), QUuid("{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_q));
+        QCOMPARE(plugin.pluginName(), "Tool Gpio"_q);
+        QCOMPARE(static_cast<uint>(plugin.pluginType()), 1416589164U);
+        QCOMPARE(QByteArray(plugin.pluginSubTypeName()), QByteArray("gpio"));
+        QCOMPARE(plugin.pluginVersion(), 0x0001000000000000ULL);
+        QCOMPARE(plugin.getProperty("toolType"_q), QVariant(3));
+        QCOMPARE(plugin.getProperty("typeName"_q), QVariant("gpio"_q));
+        QCOMPARE(m_instance->parent(), nullptr);
+    }
+
+    void commandsAreListedInOrder()
+    {
+        QCOMPARE(m_instance->getFunctions(), QStringList({"setValue"_q, "switchValue"_q, "getValue"_q,
+                                                          "startListening"_q, "init"_q, "listenToAll"_q}));
+    }
+
+    void descriptionsAreReadBack_data()
+    {
+        QTest::addColumn<QString>("description");
+        QTest::newRow("setValue") << "Set the value of a GPIO pin"_q;
+        QTest::newRow("switchValue") << "Set the value of a GPIO pin"_q;
+        QTest::newRow("getValue") << "Get the value of a GPIO pin"_q;
+        QTest::newRow("startListening") << "Listen events from the gpio channel"_q;
+        QTest::newRow("init") << "Set initia values of a GPIO pin"_q;
+        QTest::newRow("listenToAll") << "Listen events from the gpio channel"_q;
+        QTest::newRow("listenEvents") << QString();
+    }
+    void descriptionsAreReadBack()
+    {
+        QFETCH(QString, description);
+        QCOMPARE(m_instance->getFunctionDescription(QString::fromLatin1(QTest::currentDataTag())),
+                 description);
+    }
+
+    void parametersAreReadBack_data()
+    {
+        QTest::addColumn<QVariantList>("parameters");
+        const QVariantMap channel = parameter("channel"_q, "strg"_q, "Channel"_q, QVariant());
+        QTest::newRow("setValue") << QVariantList(
+            {channel, parameter("value"_q, "ui16"_q, "Value"_q, 1),
+             parameter("state"_q, "strg"_q, "ON, OFF, PULSE or BLINK"_q, ""_q),
+             parameter("duration"_q, "int"_q, "Cycle duration"_q, 1000),
+             parameter("dutyCycle"_q, "int"_q, "Duty cycle in %"_q, 100)});
+        QTest::newRow("switchValue") << QVariantList({channel});
+        QTest::newRow("getValue") << QVariantList({channel});
+        QTest::newRow("startListening") << QVariantList(
+            {channel,
+             parameter("edge"_q, "strg"_q,
+                       "Edge detection mode: RE: Rising Edge, FE: falling Edge, HL: hight level, LL: "
+                       "low level, default: déactivated"_q,
+                       ""_q)});
+        QTest::newRow("init") << QVariantList();
+        QTest::newRow("listenToAll") << QVariantList();
+    }
+    void parametersAreReadBack()
+    {
+        QFETCH(QVariantList, parameters);
+        QCOMPARE(m_instance->getCommandParameters(QString::fromLatin1(QTest::currentDataTag())), parameters);
+    }
+
+private:
+    QScopedPointer<DAbstractPlugin> m_instance;
+};
+
+QTEST_GUILESS_MAIN(TestCatalogue)
+#include "test_catalogue.moc"

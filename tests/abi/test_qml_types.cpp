@@ -1,0 +1,104 @@
+#include "message_log.h"
+#include "text.h"
+
+#include <QPluginLoader>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QtTest>
+
+namespace {
+
+/// Makes the object of a QML document that imports the plugin's module, and returns its property "answer", or
+/// its class when it has none; the errors when it cannot be made.
+QVariant answerOf(const QByteArray& object)
+{
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\nimport PlgLibToolGpio 1.0\n" + object, QUrl());
+    const QScopedPointer<QObject> made(component.create());
+    if (made.isNull()) {
+        return component.errorString();
+    }
+    const QVariant answer = made->property("answer");
+    return answer.isValid() ? answer : QVariant(QString::fromLatin1(made->metaObject()->className()));
+}
+
+} // namespace
+
+class TestQmlTypes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(answerOf("DGpioChannel {}").toString().contains("is not installed"_q));
+        QPluginLoader loader(QStringLiteral(PLUGIN_FILE));
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY2(loader.instance() != nullptr, qPrintable(loader.errorString()));
+            delete loader.instance();
+        }
+        m_instance.reset(loader.instance());
+    }
+
+    void typesAreUsableAfterSeveralInstances()
+    {
+        const MessageLog log;
+        QCOMPARE(answerOf("DGpioChannel {}"), QVariant("DGpioChannel"_q));
+        QCOMPARE(answerOf("BeMaintenanceToolGpio { name: 'tool'; objectId: 'id' }"),
+                 QVariant("BeMaintenanceToolGpio"_q));
+        QCOMPARE(log.texts(), QStringList());
+    }
+
+    void channelTypesAreNumbers()
+    {
+        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtBinOut }"), QVariant(4));
+        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtBinIn }"), QVariant(3));
+        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtAnaOut }"), QVariant(2));
+        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtAnaIn }"), QVariant(1));
+        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtUnknown }"), QVariant(0));
+    }
+
+    void channelIsAPropertyType()
+    {
+        QCOMPARE(answerOf("QtObject { property DGpioChannel channel: DGpioChannel {}\n"
+                          "property int answer: channel.type }"),
+                 QVariant(0));
+    }
+
+    void modelIsReachedThroughTheBackendOnly()
+    {
+        QCOMPARE(answerOf("BeMaintenanceToolGpio { property int answer: channelsModel.length }"),
+                 QVariant(0));
+        const QString problem = answerOf("OLM_DGpioChannel {}").toString();
+        QVERIFY2(problem.contains("OLM_DGpioChannel is not a type"_q), qPrintable(problem));
+    }
+
+    void propertiesCannotBeWritten_data()
+    {
+        QTest::addColumn<QByteArray>("object");
+        QTest::newRow("id of a channel") << QByteArray("DGpioChannel { name: 'x' }");
+        QTest::newRow("value of a channel") << QByteArray("DGpioChannel { value: 1 }");
+        QTest::newRow("version of a backend") << QByteArray("BeMaintenanceToolGpio { version: '1' }");
+    }
+    void propertiesCannotBeWritten()
+    {
+        QFETCH(QByteArray, object);
+        const QString problem = answerOf(object).toString();
+        QVERIFY2(problem.contains("is a read-only property"_q), qPrintable(problem));
+    }
+
+    void otherVersionsOfTheModuleAreNotThere()
+    {
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData("import PlgLibToolGpio 2.0\nDGpioChannel {}", QUrl());
+        QVERIFY(component.isError());
+    }
+
+private:
+    QScopedPointer<QObject> m_instance;
+};
+
+QTEST_GUILESS_MAIN(TestQmlTypes)
+#include "test_qml_types.moc"

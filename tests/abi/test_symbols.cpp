@@ -1,0 +1,84 @@
+#include "text.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSet>
+#include <QtTest>
+
+namespace {
+
+const QString c_pluginFile = QStringLiteral(PLUGIN_FILE);
+
+/// Names of the dynamic symbols of a library, sorted and each once. The further arguments go to nm.
+QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
+{
+    QProcess nm;
+    nm.start(QStringLiteral(NM_PROGRAM),
+             QStringList({"-D"_q, "--format=posix"_q}) + arguments + QStringList(file));
+    if (!nm.waitForFinished() || nm.exitCode() != 0) {
+        return {"nm failed: "_q + nm.errorString()};
+    }
+    QStringList symbols;
+    const QString output = QString::fromUtf8(nm.readAllStandardOutput());
+    for (const QString& line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        // "name type [value size]", where a demangled name has blanks of its own.
+        static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_q);
+        symbols.append(line.left(line.indexOf(afterName)));
+    }
+    symbols.removeDuplicates();
+    symbols.sort();
+    return symbols;
+}
+
+QStringList linesOf(const QString& name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    lines.sort();
+    return lines;
+}
+
+QStringList difference(const QStringList& list, const QStringList& other)
+{
+    const QSet<QString> others(other.cbegin(), other.cend());
+    QStringList rest;
+    for (const QString& element : list) {
+        if (!others.contains(element)) {
+            rest.append(element);
+        }
+    }
+    return rest;
+}
+
+} // namespace
+
+class TestSymbols : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void libraryShowsItsTwoEntryPointsOnly()
+    {
+        QCOMPARE(dynamicSymbols(c_pluginFile, {"--defined-only"_q}),
+                 QStringList({"qt_plugin_instance"_q, "qt_plugin_query_metadata"_q}));
+    }
+
+    void libraryTakesTheseSymbolsFromTheHost()
+    {
+        const QStringList defined =
+            dynamicSymbols(QStringLiteral(UTILITIES_FILE), {"-C"_q, "--defined-only"_q}) +
+            dynamicSymbols(QStringLiteral(PLUGIN_MANAGEMENT_FILE), {"-C"_q, "--defined-only"_q});
+        const QStringList undefined = dynamicSymbols(c_pluginFile, {"-C"_q, "--undefined-only"_q});
+        const QStringList taken = difference(undefined, difference(undefined, defined));
+        const QStringList expected = linesOf(QStringLiteral(IMPORTED_SYMBOLS_FILE));
+        QVERIFY(!expected.isEmpty());
+        QCOMPARE(difference(taken, expected), QStringList());
+        QCOMPARE(difference(expected, taken), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSymbols)
+#include "test_symbols.moc"

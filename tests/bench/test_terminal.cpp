@@ -1,0 +1,248 @@
+#include "bench_process.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/// The bench on a terminal of its own.
+class Terminal
+{
+public:
+    Terminal(const QStringList& arguments, const QString& home)
+    {
+        struct winsize size = {24, 100, 0, 0};
+        m_process = forkpty(&m_terminal, nullptr, nullptr, &size);
+        if (m_process == 0) {
+            QByteArray file = benchFile().toLocal8Bit();
+            std::vector<QByteArray> texts;
+            for (const QString& argument : arguments) {
+                texts.push_back(argument.toLocal8Bit());
+            }
+            std::vector<char*> argv = {file.data()};
+            for (QByteArray& text : texts) {
+                argv.push_back(text.data());
+            }
+            argv.push_back(nullptr);
+            setenv("TERM", "xterm", 1);
+            setenv("XDG_DATA_HOME", home.toLocal8Bit().constData(), 1);
+            execv(file.constData(), argv.data());
+            _exit(127);
+        }
+    }
+    ~Terminal()
+    {
+        kill(m_process, SIGKILL);
+        close(m_terminal);
+    }
+    Q_DISABLE_COPY(Terminal)
+
+    void type(const QByteArray& text)
+    {
+        QVERIFY(write(m_terminal, text.constData(), static_cast<size_t>(text.size())) > 0);
+    }
+
+    /// Waits until the screen has shown text since the last call.
+    bool shows(const QByteArray& text)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < 20000) {
+            const int found = m_seen.indexOf(text);
+            if (found >= 0) {
+                m_seen.remove(0, found + text.size());
+                return true;
+            }
+            if (!readMore()) {
+                return m_seen.contains(text);
+            }
+        }
+        qWarning("%s", m_seen.constData());
+        return false;
+    }
+
+    /// What the screen has shown since it was last asked.
+    const QByteArray& seen() const { return m_seen; }
+
+    int end()
+    {
+        while (readMore()) {
+        }
+        int status = 0;
+        waitpid(m_process, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+private:
+    bool readMore()
+    {
+        struct pollfd waiting = {m_terminal, POLLIN, 0};
+        if (poll(&waiting, 1, 1000) == 0) {
+            return true;
+        }
+        char buffer[4096];
+        const ssize_t count = read(m_terminal, buffer, sizeof(buffer));
+        if (count <= 0) {
+            return false;
+        }
+        m_seen.append(buffer, static_cast<int>(count));
+        return true;
+    }
+
+    int m_terminal = -1;
+    pid_t m_process = -1;
+    QByteArray m_seen;
+};
+
+} // namespace
+
+/// The bench on a terminal.
+class TestTerminal : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theShellPromptsAndEndsWithTheInput();
+    void commandsParametersChannelsAndStatesAreCompleted();
+    void theHistoryLastsFromOneRunToTheNext();
+    void eventsDoNotTearThePrompt();
+    void ctrlCAtThePromptStopsWhatRunsAndEnds();
+    void ctrlCStopsWhatHoldsThePromptBack();
+    void aFailureBesideThePromptBringsItBack();
+    void aPulseShowsItsProgress();
+    void noProgressIsShownWithJson();
+};
+
+void TestTerminal::theShellPromptsAndEndsWithTheInput()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getValue channel=ALARM\n");
+    QVERIFY(terminal.shows("[1] getValue: value=1"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("\x04");
+    QCOMPARE(terminal.end(), 0);
+}
+
+void TestTerminal::commandsParametersChannelsAndStatesAreCompleted()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("setV\tch\tDO\tsta\tON\n");
+    QVERIFY(terminal.shows("[1] setValue: doneOk=true"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getV\tchannel=DOO\t\n");
+    QVERIFY(terminal.shows("[2] getValue: value=1"));
+    terminal.type("quit\n");
+    QCOMPARE(terminal.end(), 0);
+}
+
+void TestTerminal::theHistoryLastsFromOneRunToTheNext()
+{
+    QTemporaryDir home;
+    {
+        Terminal terminal({QStringLiteral("shell")}, home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getValue channel=ALARM\n");
+        QVERIFY(terminal.shows("value=1"));
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("\x04");
+        QCOMPARE(terminal.end(), 0);
+    }
+    Terminal terminal({QStringLiteral("shell")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("\x1b[A");
+    QVERIFY(terminal.shows("getValue channel=ALARM"));
+    terminal.type("\n");
+    QVERIFY(terminal.shows("[1] getValue: value=1"));
+}
+
+void TestTerminal::eventsDoNotTearThePrompt()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("startListening channel=TEMPERATURE\n");
+    QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getVal");
+    QVERIFY(terminal.shows("lastValue="));
+    QVERIFY(terminal.shows("gpio> getVal"));
+    terminal.type("ue channel=ALARM\n");
+    QVERIFY(terminal.shows("[2] getValue: value=1"));
+}
+
+void TestTerminal::ctrlCAtThePromptStopsWhatRunsAndEnds()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("startListening channel=START\n");
+    QVERIFY(terminal.shows("value=0"));
+    terminal.type("\x03");
+    QVERIFY(terminal.shows("[1] startListening: "));
+    QCOMPARE(terminal.end(), 0);
+}
+
+void TestTerminal::ctrlCStopsWhatHoldsThePromptBack()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell"), QStringLiteral("--echo")}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("sleep 80000000\n");
+    QVERIFY(terminal.shows("> sleep 80000000\r\n"));
+    terminal.type("\x03");
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getValue channel=ALARM\n");
+    QVERIFY(terminal.shows("[1] getValue: value=1"));
+}
+
+void TestTerminal::aFailureBesideThePromptBringsItBack()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("--config"), example(QStringLiteral("fault_injection.json")),
+                       QStringLiteral("shell")},
+                      home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getValue channel=DEAD &\n");
+    QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("getVal");
+    QVERIFY(terminal.shows("\r\x1b[Kappvantor: [1] getValue failed"));
+    QVERIFY(terminal.shows("gpio> getVal"));
+}
+
+void TestTerminal::noProgressIsShownWithJson()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("--json"), QStringLiteral("run"), QStringLiteral("setValue"),
+                       QStringLiteral("channel=START"), QStringLiteral("state=PULSE"),
+                       QStringLiteral("duration=900")},
+                      home.path());
+    QCOMPARE(terminal.end(), 0);
+    QVERIFY(!terminal.seen().contains("PULSE ["));
+    QVERIFY(terminal.seen().contains("\"success\":true"));
+}
+
+void TestTerminal::aPulseShowsItsProgress()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("run"), QStringLiteral("setValue"), QStringLiteral("channel=START"),
+                       QStringLiteral("state=PULSE"), QStringLiteral("duration=900")},
+                      home.path());
+    QVERIFY(terminal.shows("PULSE [####"));
+    QVERIFY(terminal.shows("of 0.9 s"));
+    QVERIFY(terminal.shows("\r\x1b[K[1] setValue: doneOk=true"));
+    QCOMPARE(terminal.end(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestTerminal)
+#include "test_terminal.moc"

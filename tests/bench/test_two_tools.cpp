@@ -1,0 +1,109 @@
+#include "bench_process.h"
+
+#include <bench/bench.h>
+#include <plugin_management/d_order.h>
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+/// Two tools whose channels of the same names are lines of one board; each also sees the other's line.
+QByteArray configuration()
+{
+    const auto tool = [](const QByteArray& name, const QByteArray& digit, const QByteArray& own,
+                         const QByteArray& other) {
+        return R"({ "name": ")" + name + R"(", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a1)" + digit +
+               R"(}", "plugin": ")" PLUGIN_FILE R"(", "channels": [
+          { "id": "OWN", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": ")" +
+               own + R"("} ] },
+          { "id": "OTHER", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": ")" +
+               other + R"("} ] } ] })";
+    };
+    return R"({ "device": { "type": "simulated", "lines": [ {"name": "a"}, {"name": "b"} ] }, "tools": [)" +
+           tool("First", "0", "a", "b") + "," + tool("Second", "1", "b", "a") + "] }";
+}
+
+QVariantMap on(const char* channel, const char* state)
+{
+    return {{QStringLiteral("channel"), QString::fromLatin1(channel)},
+            {QStringLiteral("state"), QString::fromLatin1(state)}};
+}
+
+} // namespace
+
+/// Commands of two tools at once on one device.
+class TestTwoTools : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_bench.reset(); }
+
+    void ordersOfBothToolsRunAtOnceEachOnItsOwnChannel();
+    void aListenerOfOneToolHearsWhatTheOtherDoes();
+    void anOrderOfOneToolGoesOnWhenTheOthersAreStopped();
+
+private:
+    DTool* tool(int index) const { return m_bench->tools().at(static_cast<std::size_t>(index)).get(); }
+
+    std::unique_ptr<Bench> m_bench;
+};
+
+void TestTwoTools::init()
+{
+    QString problem;
+    const auto read = readConfiguration(temporaryFile(configuration()), &problem);
+    QVERIFY2(read, qPrintable(problem));
+    m_bench = Bench::make(*read, &problem);
+    QVERIFY2(m_bench != nullptr, qPrintable(problem));
+}
+
+void TestTwoTools::ordersOfBothToolsRunAtOnceEachOnItsOwnChannel()
+{
+    DOrder first(tool(0), QStringLiteral("setValue"), on("OWN", "ON"));
+    DOrder second(tool(1), QStringLiteral("switchValue"),
+                  {{QStringLiteral("channel"), QStringLiteral("OWN")}});
+    QSignalSpy firstEnd(&first, &DOrder::finished);
+    QSignalSpy secondEnd(&second, &DOrder::finished);
+    first.start();
+    second.start();
+    QTRY_COMPARE(firstEnd.size() + secondEnd.size(), 2);
+    QVERIFY(first.isSuccessful());
+    QVERIFY(second.isSuccessful());
+    QCOMPARE(m_bench->device().level(0), 1);
+    QCOMPARE(m_bench->device().level(1), 1);
+}
+
+void TestTwoTools::aListenerOfOneToolHearsWhatTheOtherDoes()
+{
+    DOrder listener(tool(0), QStringLiteral("startListening"),
+                    {{QStringLiteral("channel"), QStringLiteral("OTHER")}});
+    QSignalSpy events(&listener, &DOrder::eventReceived);
+    listener.start();
+    QTRY_COMPARE(events.size(), 1);
+    DOrder writer(tool(1), QStringLiteral("setValue"), on("OWN", "ON"));
+    writer.start();
+    QTRY_COMPARE(events.size(), 2);
+    QCOMPARE(events.last().first().toMap().value(QStringLiteral("lastValue")).toInt(), 1);
+}
+
+void TestTwoTools::anOrderOfOneToolGoesOnWhenTheOthersAreStopped()
+{
+    DOrder first(tool(0), QStringLiteral("startListening"),
+                 {{QStringLiteral("channel"), QStringLiteral("OWN")}});
+    DOrder second(tool(1), QStringLiteral("startListening"),
+                  {{QStringLiteral("channel"), QStringLiteral("OTHER")}});
+    QSignalSpy events(&second, &DOrder::eventReceived);
+    first.start();
+    second.start();
+    first.stop();
+    DOrder writer(tool(0), QStringLiteral("setValue"), on("OWN", "ON"));
+    writer.start();
+    QTRY_COMPARE(events.size(), 2);
+    QCOMPARE(second.state(), DOrder::State::Running);
+}
+
+QTEST_GUILESS_MAIN(TestTwoTools)
+#include "test_two_tools.moc"

@@ -1,0 +1,92 @@
+#include <devices/simulated_board.h>
+#include <plugin_management/d_device.h>
+#include <trace/vcd_trace.h>
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+class NoClient final : public DDeviceClient
+{
+public:
+    void requestReplied(quint64 id, const QVariantMap& reply) override
+    {
+        Q_UNUSED(id)
+        Q_UNUSED(reply)
+    }
+    void requestFailed(quint64 id, const QString& reason) override
+    {
+        Q_UNUSED(id)
+        Q_UNUSED(reason)
+    }
+};
+
+SimulatedBoardSetup oneLine()
+{
+    SimulatedBoardSetup setup;
+    setup.lines.append(
+        {{QStringLiteral("lamp"), DLine::Kind::Digital, DLine::Direction::Out}, 0, std::nullopt});
+    return setup;
+}
+
+} // namespace
+
+/// The trace of a board whose time is moved by hand.
+class TestVcdTrace : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem();
+    void theFileIsWrittenATenthOfASecondLaterAtMost();
+};
+
+void TestVcdTrace::theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem()
+{
+    const QTemporaryDir folder;
+    ManualScheduler time;
+    SimulatedBoard board(oneLine(), &time);
+    VcdTrace trace(board);
+    QCOMPARE(trace.begin(folder.filePath(QStringLiteral("t.vcd"))), QString());
+    NoClient client;
+    time.advance(1000);
+    board.send(1, QStringLiteral("setBlink"),
+               {{QStringLiteral("channel"), QStringLiteral("lamp")},
+                {QStringLiteral("values"), 1},
+                {QStringLiteral("pulseOnWidth"), 300},
+                {QStringLiteral("pulseOffWidth"), 700}},
+               0, &client);
+    time.advance(2000000);
+    QCOMPARE(trace.end(), QString());
+    QFile file(folder.filePath(QStringLiteral("t.vcd")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll();
+    QCOMPARE(text.mid(text.indexOf("#0\n")),
+             QByteArray("#0\n$dumpvars\n0!\n$end\n#1000\n1!\n#301000\n0!\n#1001000\n1!\n"
+                        "#1301000\n0!\n#2001000\n1!\n#2001000\n"));
+}
+
+void TestVcdTrace::theFileIsWrittenATenthOfASecondLaterAtMost()
+{
+    const QTemporaryDir folder;
+    ManualScheduler time;
+    SimulatedBoard board(oneLine(), &time);
+    VcdTrace trace(board);
+    const QString name = folder.filePath(QStringLiteral("t.vcd"));
+    QCOMPARE(trace.begin(name), QString());
+    NoClient client;
+    board.send(1, QStringLiteral("setValues"),
+               {{QStringLiteral("channel"), QStringLiteral("lamp")}, {QStringLiteral("values"), 1}}, 0,
+               &client);
+    const auto isWritten = [&name] {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) && file.readAll().endsWith("$end\n1!\n");
+    };
+    QVERIFY(!isWritten());
+    QTRY_VERIFY(isWritten());
+}
+
+QTEST_GUILESS_MAIN(TestVcdTrace)
+#include "test_vcd_trace.moc"

@@ -1,0 +1,15 @@
+#include "scripted_plugin.h"
+
+/// A plugin of this host that claims an interface of another one.
+class ForeignPlugin : public ScriptedPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "org.example.ForeignPlugin")
+
+public:
+    ForeignPlugin()
+        : ScriptedPlugin({})
+    {}
+};
+
+#include "foreign_plugin.moc"

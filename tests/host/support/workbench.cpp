@@ -1,0 +1,52 @@
+#include "workbench.h"
+
+#include <QCoreApplication>
+
+Workbench::Workbench(const std::function<void(CommandScript&)>& fill)
+    : script(std::make_shared<CommandScript>())
+    , device(std::make_unique<RecordingDevice>())
+{
+    if (fill) {
+        fill(*script);
+    }
+    tool = std::make_unique<DTool>(configuration(), ScriptedPlugin({script}), device.get());
+}
+
+Workbench::~Workbench() = default;
+
+QVariantMap Workbench::configuration()
+{
+    const QVariantMap lamp =
+        channel("LAMP"_s, {{"type"_s, "digitalInput"_s}, {"direction"_s, "out"_s}, {"link"_s, "line0"_s}});
+    return {{"name"_s, "Bench"_s},
+            {"id"_s, "{11111111-2222-3333-4444-555555555555}"_s},
+            {"channels"_s, QVariantList{lamp}}};
+}
+
+QVariantMap Workbench::channel(const QString& id, const QVariantMap& items)
+{
+    QVariantList pairs;
+    for (auto item = items.cbegin(); item != items.cend(); ++item) {
+        pairs.append(QVariantMap{{"id"_s, item.key()}, {"value"_s, item.value()}});
+    }
+    return {{"id"_s, id}, {"value"_s, pairs}};
+}
+
+std::unique_ptr<DOrder> Workbench::order(const QVariantMap& arguments)
+{
+    return std::make_unique<DOrder>(tool.get(), "work"_s, arguments);
+}
+
+int Workbench::workingCommands() const
+{
+    return script->alive - (tool != nullptr ? 1 : 0);
+}
+
+void deliver()
+{
+    constexpr int longestChain = 8; // each pass leaves to the next what it posts itself
+    for (int pass = 0; pass < longestChain; ++pass) {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}

@@ -1,0 +1,489 @@
+#include "common_scripts.h"
+#include "workbench.h"
+
+#include <utilities/d_timer.h>
+
+#include <QEventLoop>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+const QVariantMap c_reply{{"value"_s, 1}};
+
+} // namespace
+
+/// Whoever hears of an order may stop it, destroy it, its tool or its device there and then.
+class TestOrderLifetime : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anOrderMayBeStoppedWhereItsResultIsHeard()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QStringList heard;
+        connect(order.get(), &DOrder::resultUpdated, this, [&] {
+            heard.append("result"_s);
+            order->stop();
+        });
+        connect(order.get(), &DOrder::eventReceived, this, [&] { heard.append("event"_s); });
+        connect(order.get(), &DOrder::finished, this, [&] { heard.append("finished"_s); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(heard, (QStringList{"result"_s, "finished"_s}));
+        QVERIFY(order->isSuccessful());
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeStoppedWhereItsEventIsHeard()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        connect(order.get(), &DOrder::eventReceived, order.get(), &DOrder::stop);
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedInAnyOfItsSignals_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        QTest::addColumn<bool>("whole");
+        QTest::addColumn<bool>("listening");
+        for (const bool whole : {false, true}) {
+            for (const bool listening : {false, true}) {
+                const char* how = whole ? "whole reply" : "single result";
+                const char* what = listening ? "listening" : "one-shot";
+                QTest::addRow("resultUpdated, %s, %s", how, what)
+                    << QByteArray(SIGNAL(resultUpdated(QString, QVariant))) << whole << listening;
+                if (whole || listening) {
+                    QTest::addRow("eventReceived, %s, %s", how, what)
+                        << QByteArray(SIGNAL(eventReceived(QVariantMap))) << whole << listening;
+                }
+                if (!listening) {
+                    QTest::addRow("finished, %s, %s", how, what)
+                        << QByteArray(SIGNAL(finished(bool, QString))) << whole << listening;
+                }
+            }
+        }
+    }
+
+    void anOrderMayBeDestroyedInAnyOfItsSignals()
+    {
+        QFETCH(QByteArray, signal);
+        QFETCH(bool, whole);
+        QFETCH(bool, listening);
+        Workbench bench(listening ? fillListener : fillReader);
+        if (whole) {
+            bench.script->onReply = [](ScriptedCommand& command, quint64, const QVariantMap& reply) {
+                command.commandSetReply(reply);
+                return !command.commandName().isEmpty();
+            };
+        }
+        auto order = bench.order();
+        m_onSignal = [&order] { order.reset(); };
+        QVERIFY(connect(order.get(), signal.constData(), this, SLOT(onSignal())));
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItFails()
+    {
+        Workbench bench(fillReader);
+        auto order = bench.order();
+        connect(order.get(), &DOrder::finished, this, [&order] { order.reset(); });
+        order->start();
+        bench.device->fail(bench.device->lastId(), "burnt"_s);
+        deliver();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItIsRefused()
+    {
+        Workbench bench;
+        auto order = bench.order();
+        connect(order.get(), &DOrder::finished, this, [&order] { order.reset(); });
+        order->start();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedInsideTheSendingOfItsRequest()
+    {
+        Workbench bench(fillReader);
+        auto order = bench.order();
+        bench.device->onRequest = [&](const auto& request) {
+            order.reset();
+            bench.device->reply(request.id, c_reply);
+        };
+        order->start();
+        QVERIFY(order == nullptr);
+        deliver();
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeStoppedInsideTheSendingOfItsRequest()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        bench.device->onRequest = [&](const auto&) { order->stop(); };
+        order->start();
+        QCOMPARE(finished.count(), 1);
+        QVERIFY(order->isSuccessful());
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhileItsCommandFinishes()
+    {
+        Workbench bench(fillListener);
+        auto order = bench.order();
+        bench.script->onFinish = [&](ScriptedCommand&) { order.reset(); };
+        order->start();
+        order->stop();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.script->finishes, 1);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+    }
+
+    void anOrderMayBeDestroyedFromTheTimerOfItsCommand()
+    {
+        Workbench bench([](CommandScript& script) {
+            fillReader(script);
+            script.execute = [](ScriptedCommand& command) {
+                command.send("setValues"_s);
+                auto* timer = new DTimer(&command);
+                connect(timer, &QTimer::timeout, &command, [&command] {
+                    command.commandUpdateResult("value"_s, 1);
+                    command.commandUpdateResult("value"_s, 2);
+                });
+                timer->start(1);
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
+        order->start();
+        QTRY_VERIFY(order == nullptr);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+    }
+
+    void theCommandOutlivesANestedEventLoopInItsOwnCode()
+    {
+        bool aliveAfterwards = false;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.onReply = [&](ScriptedCommand& command, quint64, const QVariantMap&) {
+                const QPointer<ScriptedCommand> self(&command);
+                command.commandUpdateResult("value"_s, 1);
+                aliveAfterwards = !self.isNull();
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
+            order.reset();
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+            deliver();
+        });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QVERIFY(aliveAfterwards);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void theCommandOutlivesANestedEventLoopBelowItsOwnTimer()
+    {
+        bool aliveAfterwards = false;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.execute = [&](ScriptedCommand& command) {
+                command.send("listenEvents"_s);
+                QTimer::singleShot(0, &command, [&] {
+                    const QPointer<ScriptedCommand> self(&command);
+                    command.commandUpdateResult("value"_s, 1);
+                    aliveAfterwards = !self.isNull();
+                });
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
+            order.reset();
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+        });
+        order->start();
+        QTRY_VERIFY(order == nullptr);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+        QVERIFY(aliveAfterwards);
+    }
+
+    void aCommandWhoseOrderIsGoneCanDoNothingMore()
+    {
+        QVector<bool> stored;
+        quint64 sent = 1;
+        QString link = "line0"_s;
+        bool valid = true;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.onReply = [&](ScriptedCommand& command, quint64 id, const QVariantMap&) {
+                stored.append(command.commandUpdateResult("value"_s, 1));
+                stored.append(command.commandUpdateResult("value"_s, 2));
+                sent = command.send("getValue"_s);
+                link = command.getLinkedChannel("LAMP"_s);
+                valid = command.isValid() || command.getOrderId() != 0;
+                command.stopTheInstruction(id);
+                command.commandSetReply({{"value"_s, 3}});
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(stored, (QVector<bool>{true, false}));
+        QCOMPARE(sent, quint64{0});
+        QCOMPARE(link, QString());
+        QVERIFY(!valid);
+        QCOMPARE(bench.device->requests.size(), 1);
+    }
+
+    void repliesGoOnInANestedEventLoop()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QVariantList seen;
+        connect(order.get(), &DOrder::eventReceived, this, [&](const QVariantMap& event) {
+            seen.append(event.value("value"_s));
+            if (seen.size() == 1) {
+                deliver();
+            }
+        });
+        order->start();
+        for (const int level : {1, 2, 3}) {
+            bench.device->reply(bench.device->lastId(), {{"value"_s, level}});
+        }
+        deliver();
+        QCOMPARE(seen, (QVariantList{1, 2, 3}));
+        order->stop();
+        QVERIFY(order->isSuccessful());
+    }
+
+    void destroyingAWaitingOrderLeavesNothing()
+    {
+        Workbench bench(fillReader);
+        bench.order().reset();
+        QCOMPARE(bench.script->finishes, 0);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void destroyingARunningOrderFinishesItsCommandSilently()
+    {
+        Workbench bench(fillListener);
+        auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        const quint64 id = bench.device->lastId();
+        order.reset();
+        QCOMPARE(finished.count(), 0);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.device->cancelled, QVector<quint64>{id});
+        bench.device->reply(id, c_reply);
+        deliver();
+    }
+
+    void closingTheToolFailsItsRunningOrders()
+    {
+        Workbench bench(fillListener);
+        const auto first = bench.order();
+        const auto second = bench.order();
+        const auto waiting = bench.order();
+        first->start();
+        second->start();
+        bench.tool.reset();
+        QCOMPARE(first->reason(), "the tool was closed"_s);
+        QCOMPARE(second->reason(), "the tool was closed"_s);
+        QVERIFY(first->tool() == nullptr);
+        QCOMPARE(bench.script->alive, 0);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        waiting->start();
+        QCOMPARE(waiting->reason(), "the tool was closed"_s);
+    }
+
+    void ordersMayBeDestroyedWhereTheClosingOfTheirToolIsHeard()
+    {
+        Workbench bench(fillListener);
+        auto first = bench.order();
+        auto second = bench.order();
+        const auto destroyBoth = [&] {
+            first.reset();
+            second.reset();
+        };
+        connect(first.get(), &DOrder::finished, this, destroyBoth);
+        connect(second.get(), &DOrder::finished, this, destroyBoth);
+        first->start();
+        second->start();
+        bench.tool.reset();
+        QVERIFY(first == nullptr);
+        QVERIFY(second == nullptr);
+        QCOMPARE(bench.script->alive, 0);
+    }
+
+    void anOrderStartedWhereTheClosingOfItsToolIsHeardFails()
+    {
+        Workbench bench(fillListener);
+        const auto first = bench.order();
+        const auto second = bench.order();
+        connect(first.get(), &DOrder::finished, second.get(), &DOrder::start);
+        first->start();
+        bench.tool.reset();
+        QCOMPARE(second->reason(), "the tool was closed"_s);
+        QCOMPARE(bench.device->requests.size(), 1);
+    }
+
+    void theToolMayBeClosedWhereAResultIsHeard()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&bench] { bench.tool.reset(); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(order->reason(), "the tool was closed"_s);
+        QCOMPARE(bench.script->alive, 0);
+    }
+
+    void theToolMayBeClosedWhileTheCommandFinishes()
+    {
+        Workbench bench(fillListener);
+        auto order = bench.order();
+        bench.script->onFinish = [&](ScriptedCommand&) { bench.tool.reset(); };
+        order->start();
+        order->stop();
+        QCOMPARE(order->state(), DOrder::State::Finished);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        order.reset();
+        deliver();
+        QCOMPARE(bench.script->alive, 0);
+    }
+
+    void destroyingTheDeviceFailsTheOrdersThatWaitForIt()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        order->start();
+        bench.device.reset();
+        QCOMPARE(order->reason(), "the device is gone"_s);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void theDeviceMayBeDestroyedWhereAResultIsHeard()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&bench] { bench.device.reset(); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(order->reason(), "the device is gone"_s);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void theDeviceMayBeDestroyedWhereTheOrderFails()
+    {
+        Workbench bench(fillReader);
+        const auto order = bench.order();
+        connect(order.get(), &DOrder::finished, this, [&bench] { bench.device.reset(); });
+        order->start();
+        bench.device->fail(bench.device->lastId(), "burnt"_s);
+        deliver();
+        QCOMPARE(order->reason(), "burnt"_s);
+        QVERIFY(bench.device == nullptr);
+    }
+
+    void anOrderMayBeStoppedWhereItsCommandTellsThatItHasFinished()
+    {
+        Workbench bench([](CommandScript& script) {
+            fillListener(script);
+            script.onReply = [](ScriptedCommand& command, quint64, const QVariantMap&) {
+                bool ok = true;
+                command.commandFinish(ok);
+                return command.commandName() == "work"_s;
+            };
+        });
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        m_onSignal = [&order] { order->stop(); };
+        connect(bench.script->latest, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal()));
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeStoppedWhereItsCommandFinishesItselfFromATimer()
+    {
+        Workbench bench([](CommandScript& script) {
+            fillListener(script);
+            script.execute = [](ScriptedCommand& command) {
+                command.send("listenEvents"_s);
+                QTimer::singleShot(0, &command, [&command] {
+                    bool ok = true;
+                    command.commandFinish(ok);
+                });
+                return true;
+            };
+        });
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        m_onSignal = [&order] { order->stop(); };
+        connect(bench.script->latest, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal()));
+        QTRY_COMPARE(finished.count(), 1);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.script->finishes, 1);
+    }
+
+public Q_SLOTS:
+    void onSignal() { m_onSignal(); }
+
+private:
+    std::function<void()> m_onSignal;
+};
+
+QTEST_GUILESS_MAIN(TestOrderLifetime)
+
+#include "tst_order_lifetime.moc"

@@ -1,0 +1,158 @@
+#include "panel_fixture.h"
+
+#include <window/qml_types.h>
+#include <window/texts.h>
+
+#include <plugin_management/d_plugin_loader.h>
+#include <plugin_management/i_plugin.h>
+
+#include <QDeadlineTimer>
+#include <QQmlComponent>
+#include <QTimer>
+#include <QtTest>
+
+IPlugin& builtPlugin()
+{
+    static const DPluginLoader loader(QStringLiteral(PLUGIN_FILE));
+    if (loader.prototype() == nullptr) {
+        qFatal("%s", qPrintable(loader.error()));
+    }
+    return *loader.prototype();
+}
+
+QVariantMap channelEntry(const QString& id, const QString& type, const QString& direction,
+                         const QString& link, const QString& visibility)
+{
+    const auto item = [](const QString& key, const QString& value) {
+        return QVariantMap{{QStringLiteral("id"), key}, {QStringLiteral("value"), value}};
+    };
+    return {
+        {QStringLiteral("id"), id},
+        {QStringLiteral("name"), QStringLiteral("Name of ") + id},
+        {QStringLiteral("visibility"), visibility},
+        {QStringLiteral("value"),
+         QVariantList{item(QStringLiteral("type"), type), item(QStringLiteral("direction"), direction),
+                      item(QStringLiteral("link"), link)}},
+    };
+}
+
+QVariantMap toolEntry(const QVariantList& channels, const QString& name)
+{
+    return {
+        {QStringLiteral("name"), name},
+        {QStringLiteral("id"), QStringLiteral("{4b7a2f10-0000-4000-8000-000000000001}")},
+        {QStringLiteral("channels"), channels},
+    };
+}
+
+SimulatedBoardSetup smallBoard()
+{
+    const auto line = [](const QString& name, DLine::Kind kind, DLine::Direction direction) {
+        SimulatedBoardSetup::Line made;
+        made.line = {name, kind, direction};
+        return made;
+    };
+    SimulatedBoardSetup setup;
+    setup.lines = {
+        line(QStringLiteral("dout"), DLine::Kind::Digital, DLine::Direction::Out),
+        line(QStringLiteral("din"), DLine::Kind::Digital, DLine::Direction::In),
+        line(QStringLiteral("aout"), DLine::Kind::Analog, DLine::Direction::Out),
+        line(QStringLiteral("ain"), DLine::Kind::Analog, DLine::Direction::In),
+    };
+    return setup;
+}
+
+QVector<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name)
+{
+    QVector<QQuickItem*> found;
+    if (root->objectName() == name) {
+        found.append(root);
+    }
+    for (QQuickItem* child : root->childItems()) {
+        found += itemsNamed(child, name);
+    }
+    return found;
+}
+
+QQuickItem* itemNamed(QQuickItem* root, const QString& name)
+{
+    return itemsNamed(root, name).value(0);
+}
+
+bool waitUntil(const std::function<bool()>& condition)
+{
+    const QDeadlineTimer deadline(20000);
+    QTimer wakeUp; // should nothing else happen
+    wakeUp.start(10);
+    QCoreApplication::processEvents();
+    while (!condition() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return condition();
+}
+
+PanelFixture::PanelFixture(const QVariantMap& tool, const SimulatedBoardSetup& setup)
+    : m_board(std::make_unique<SimulatedBoard>(setup, &m_scheduler))
+    , m_tool(std::make_unique<DTool>(tool, builtPlugin(), m_board.get()))
+{
+    show(m_tool.get());
+}
+
+PanelFixture::PanelFixture(DTool& tool)
+{
+    show(&tool);
+}
+
+void PanelFixture::show(DTool* tool)
+{
+    initializeGuiResources();
+    registerQmlTypes();
+    installTexts(QLocale(QLocale::English));
+    m_window.resize(720, 480);
+    QQmlComponent component(&m_engine);
+    component.setData("import AppVantor 1.0\nPagePanel {}", QUrl());
+    m_panel.reset(qobject_cast<PagePanel*>(component.create()));
+    m_panel->setParentItem(m_window.contentItem());
+    m_panel->setSize(m_window.size());
+    m_panel->setTool(tool);
+    m_window.show();
+    m_window.requestActivate();
+}
+
+DAbstractPluginBackend* PanelFixture::backend()
+{
+    return page()->findChild<DAbstractPluginBackend*>();
+}
+
+QQuickItem* PanelFixture::row(const QString& channelId)
+{
+    for (QQuickItem* row : itemsNamed(page(), QStringLiteral("idChannelRow"))) {
+        auto* channel = row->property("currentChannel").value<QObject*>();
+        if (channel != nullptr && channel->property("id") == channelId) {
+            return row;
+        }
+    }
+    return nullptr;
+}
+
+QQuickItem* PanelFixture::part(const QString& channelId, const QString& name)
+{
+    QQuickItem* found = row(channelId);
+    return found != nullptr ? itemNamed(found, QStringLiteral("idChannelRow") + name) : nullptr;
+}
+
+void PanelFixture::setLive(bool live)
+{
+    page()->setProperty("live", live);
+}
+
+bool PanelFixture::settle()
+{
+    return waitUntil([this] { return !m_panel->isBusy(); });
+}
+
+void PanelFixture::click(QQuickItem* item)
+{
+    const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle.toPoint());
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <window/page_panel.h>
+
+#include <devices/simulated_board.h>
+#include <plugin_management/d_abstract_plugin_backend.h>
+#include <plugin_management/d_tool.h>
+
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <functional>
+#include <memory>
+
+class IPlugin;
+
+/// Prototype of the plugin as it was built, loaded as an application loads it.
+IPlugin& builtPlugin();
+
+/// The configuration entry of a channel.
+QVariantMap channelEntry(const QString& id, const QString& type, const QString& direction,
+                         const QString& link, const QString& visibility = QStringLiteral("public"));
+
+/// A tool's configuration.
+QVariantMap toolEntry(const QVariantList& channels, const QString& name = QStringLiteral("Tool under test"));
+
+/// A board with an output and an input line for each kind: "dout", "din", "aout", "ain".
+SimulatedBoardSetup smallBoard();
+
+/// The first item below root with this object name; null when there is none.
+QQuickItem* itemNamed(QQuickItem* root, const QString& name);
+/// All items below root with this object name, in the order of the tree.
+QVector<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name);
+
+/// Runs the event loop until condition holds. False when that takes too long.
+bool waitUntil(const std::function<bool()>& condition);
+
+/// A tool on a simulated board with its page in a window.
+class PanelFixture
+{
+public:
+    explicit PanelFixture(const QVariantMap& tool, const SimulatedBoardSetup& setup = smallBoard());
+    /// The page of somebody else's tool, on whatever device; the tool must outlive this.
+    explicit PanelFixture(DTool& tool);
+
+    SimulatedBoard& board() { return *m_board; }
+    DTool& tool() { return *m_tool; }
+    QQmlEngine& engine() { return m_engine; }
+    QQuickWindow& window() { return m_window; }
+    PagePanel& panel() { return *m_panel; }
+    QQuickItem* page() { return m_panel->page(); }
+    DAbstractPluginBackend* backend();
+    /// The row of the page that shows the channel id; null when there is none.
+    QQuickItem* row(const QString& channelId);
+    /// A part of that row: ".idIndicator.idDigitalOutput", for example.
+    QQuickItem* part(const QString& channelId, const QString& name);
+
+    /// Switches the page's own periodical refresh on or off.
+    void setLive(bool live);
+    /// Waits until the page has what it has asked for. False when it takes too long.
+    bool settle();
+    /// Clicks the middle of item with the left mouse button.
+    void click(QQuickItem* item);
+
+private:
+    void show(DTool* tool);
+
+    SteadyScheduler m_scheduler;
+    std::unique_ptr<SimulatedBoard> m_board;
+    std::unique_ptr<DTool> m_tool;
+    QQmlEngine m_engine;
+    QQuickWindow m_window;
+    std::unique_ptr<PagePanel> m_panel;
+};

@@ -1,0 +1,389 @@
+#include "panel_fixture.h"
+#include "warning_guard.h"
+
+#include <QQmlExpression>
+#include <QQmlProperty>
+#include <QQuickItemGrabResult>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const QString c_root = QStringLiteral("maintenance_panel_tool_gpio");
+const QString c_columns = c_root + QStringLiteral(".idColumn.idColumnsRow");
+const QString c_inputs = c_columns + QStringLiteral(".idInputsColumn");
+const QString c_outputs = c_columns + QStringLiteral(".idOutputsColumn");
+
+const QString c_checkBox = QStringLiteral(".idIndicator.idDigitalOutput");
+const QString c_led = QStringLiteral(".idIndicator.idDigitalInput");
+const QString c_glyph = QStringLiteral(".idIndicator.idAnalogInput");
+const QString c_value = QStringLiteral(".idValueRectangle");
+
+QVariantMap toolOfAllTypes()
+{
+    return toolEntry({
+        channelEntry(QStringLiteral("BI"), QStringLiteral("digitalInput"), QStringLiteral("out"),
+                     QStringLiteral("dout")),
+        channelEntry(QStringLiteral("BO"), QStringLiteral("digitalOutput"), QStringLiteral("in"),
+                     QStringLiteral("din")),
+        channelEntry(QStringLiteral("AI"), QStringLiteral("analogInput"), QStringLiteral("out"),
+                     QStringLiteral("aout")),
+        channelEntry(QStringLiteral("AO"), QStringLiteral("analogOutput"), QStringLiteral("in"),
+                     QStringLiteral("ain")),
+        channelEntry(QStringLiteral("UN"), QStringLiteral("no such type"), QStringLiteral("in"),
+                     QStringLiteral("din")),
+        channelEntry(QStringLiteral("HIDDEN"), QStringLiteral("digitalInput"), QStringLiteral("out"),
+                     QStringLiteral("dout"), QStringLiteral("private")),
+    });
+}
+
+qreal style(PanelFixture& fixture, const char* member)
+{
+    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(),
+                              QStringLiteral("Style.") + QLatin1String(member));
+    return expression.evaluate().toReal();
+}
+
+QColor styleColor(PanelFixture& fixture, const char* member)
+{
+    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(),
+                              QStringLiteral("Style.") + QLatin1String(member));
+    return expression.evaluate().value<QColor>();
+}
+
+/// Stores a value in the channel of a row as the backend does with a reply.
+void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
+{
+    fixture.backend()->applyTreatmentReply(row, QStringLiteral("getValue"),
+                                           {{QStringLiteral("value"), value}});
+}
+
+} // namespace
+
+/// The page as it stands on the screen.
+class MaintenancePageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_guard = std::make_unique<WarningGuard>();
+        m_fixture = std::make_unique<PanelFixture>(toolOfAllTypes());
+        QVERIFY2(m_fixture->page() != nullptr, qPrintable(m_fixture->panel().problem()));
+        QVERIFY(m_fixture->settle());
+        m_fixture->setLive(false);
+        QVERIFY(m_fixture->settle());
+    }
+
+    void cleanup()
+    {
+        m_fixture.reset();
+        const QString messages = WarningGuard::takeMessages();
+        m_guard.reset();
+        QVERIFY2(messages.isEmpty(), qPrintable(messages));
+    }
+
+    void thePageIsTheOneThatTheLibraryCarries()
+    {
+        QCOMPARE(m_fixture->page()->objectName(), c_root);
+        QCOMPARE(m_fixture->page()->property("name").toString(), QStringLiteral("Tool under test"));
+        QCOMPARE(m_fixture->backend()->objectId(), QStringLiteral("{4b7a2f10-0000-4000-8000-000000000001}"));
+        QVERIFY(m_fixture->page()->property("connected").toBool());
+    }
+
+    void everyElementHasItsName_data()
+    {
+        QTest::addColumn<QString>("name");
+        const QString row = QStringLiteral("idChannelRow");
+        const QStringList names = {
+            c_root + QStringLiteral(".idColumn"),
+            c_columns,
+            c_inputs,
+            c_outputs,
+            c_inputs + QStringLiteral(".idInputsRepeater"),
+            c_outputs + QStringLiteral(".idOutputsRepeater"),
+            row,
+            row + QStringLiteral(".idIndicator"),
+            row + c_glyph,
+            row + c_led,
+            row + c_checkBox,
+            row + QStringLiteral(".idInformation"),
+            row + QStringLiteral(".idInformation.idChannelId"),
+            row + QStringLiteral(".idInformation.idChannelName"),
+            row + c_value,
+            row + c_value + QStringLiteral(".idValue"),
+        };
+        for (const QString& name : names) {
+            QTest::newRow(qPrintable(name)) << name;
+        }
+    }
+
+    void everyElementHasItsName()
+    {
+        QFETCH(QString, name);
+        QVERIFY(itemNamed(m_fixture->page(), name) != nullptr);
+    }
+
+    void eachChannelStandsInItsColumn_data()
+    {
+        QTest::addColumn<QString>("channel");
+        QTest::addColumn<QString>("column");
+        QTest::newRow("binary input") << QStringLiteral("BI") << c_inputs;
+        QTest::newRow("analogue input") << QStringLiteral("AI") << c_inputs;
+        QTest::newRow("binary output") << QStringLiteral("BO") << c_outputs;
+        QTest::newRow("analogue output") << QStringLiteral("AO") << c_outputs;
+    }
+
+    void eachChannelStandsInItsColumn()
+    {
+        QFETCH(QString, channel);
+        QFETCH(QString, column);
+        QQuickItem* row = m_fixture->row(channel);
+        QVERIFY(row != nullptr);
+        QCOMPARE(row->parentItem()->parentItem()->objectName(), column);
+    }
+
+    void noOtherChannelIsShown()
+    {
+        QCOMPARE(itemsNamed(m_fixture->page(), QStringLiteral("idChannelRow")).size(), 4);
+        QVERIFY(m_fixture->row(QStringLiteral("UN")) == nullptr);
+        QVERIFY(m_fixture->row(QStringLiteral("HIDDEN")) == nullptr);
+    }
+
+    void theTypeDecidesWhatIsVisible_data()
+    {
+        QTest::addColumn<QString>("channel");
+        QTest::addColumn<QStringList>("visible");
+        QTest::newRow("binary input") << QStringLiteral("BI") << QStringList{c_checkBox};
+        QTest::newRow("analogue input") << QStringLiteral("AI") << QStringList{};
+        QTest::newRow("binary output") << QStringLiteral("BO") << QStringList{c_led};
+        QTest::newRow("analogue output") << QStringLiteral("AO") << QStringList{c_glyph, c_value};
+    }
+
+    void theTypeDecidesWhatIsVisible()
+    {
+        QFETCH(QString, channel);
+        QFETCH(QStringList, visible);
+        for (const QString& part : {c_checkBox, c_led, c_glyph, c_value}) {
+            QQuickItem* item = m_fixture->part(channel, part);
+            QVERIFY2(item != nullptr, qPrintable(part));
+            QVERIFY2(item->isVisible() == visible.contains(part), qPrintable(part));
+        }
+    }
+
+    void theColumnsShareTheWidth()
+    {
+        QQuickItem* page = m_fixture->page();
+        QQuickItem* column = itemNamed(page, c_root + QStringLiteral(".idColumn"));
+        QQuickItem* row = itemNamed(page, c_columns);
+        const qreal spacing = style(*m_fixture, "baseWidth") * 2;
+        QCOMPARE(column->width(), page->width());
+        QCOMPARE(column->property("spacing"), page->property("spacing"));
+        QCOMPARE(row->width(), column->width());
+        QCOMPARE(row->property("spacing").toReal(), spacing);
+        for (const QString& name : {c_inputs, c_outputs}) {
+            QQuickItem* channels = itemNamed(page, name);
+            QCOMPARE(channels->width(), (row->width() - spacing) / 2);
+            QCOMPARE(channels->property("spacing").toReal(), style(*m_fixture, "defSpacing"));
+        }
+    }
+
+    void theRowsKeepTheirProportions_data()
+    {
+        QTest::addColumn<int>("pageWidth");
+        QTest::newRow("narrow") << 480;
+        QTest::newRow("usual") << 720;
+        QTest::newRow("wide") << 1600;
+    }
+
+    void theRowsKeepTheirProportions()
+    {
+        QFETCH(int, pageWidth);
+        m_fixture->panel().setWidth(pageWidth);
+        QQuickItem* row = m_fixture->row(QStringLiteral("AO"));
+        QQuickItem* column = itemNamed(m_fixture->page(), c_outputs);
+        const auto part = [this](const QString& name) { return m_fixture->part(QStringLiteral("AO"), name); };
+        const qreal baseHeight = style(*m_fixture, "baseHeight");
+        const qreal spacing = style(*m_fixture, "baseWidth");
+        QTRY_COMPARE(row->width(), column->width() - style(*m_fixture, "defSpacing"));
+        QCOMPARE(row->height(), baseHeight * 5);
+        QCOMPARE(row->property("spacing").toReal(), spacing);
+        QQuickItem* indicator = part(QStringLiteral(".idIndicator"));
+        QCOMPARE(indicator->size(), QSizeF(row->height(), row->height()));
+        QQuickItem* information = part(QStringLiteral(".idInformation"));
+        QCOMPARE(information->size(), QSizeF(row->width() * 0.6, row->height()));
+        for (const char* name : {".idInformation.idChannelId", ".idInformation.idChannelName"}) {
+            QCOMPARE(part(QLatin1String(name))->size(), QSizeF(information->width(), row->height() / 2));
+        }
+        QQuickItem* frame = part(c_value);
+        QCOMPARE(frame->height(), row->height());
+        QCOMPARE(frame->width(), row->width() - indicator->width() - information->width() - 2 * spacing);
+        QCOMPARE(QQmlProperty::read(frame, QStringLiteral("border.width")).toReal(), baseHeight / 6);
+        QCOMPARE(QQmlProperty::read(frame, QStringLiteral("border.color")).value<QColor>(),
+                 styleColor(*m_fixture, "widgetDisabledBorderColor"));
+        QVERIFY(frame->clip());
+        QQuickItem* value = part(c_value + QStringLiteral(".idValue"));
+        QCOMPARE(value->position(), QPointF(baseHeight / 2, baseHeight / 2));
+        QCOMPARE(value->size(), QSizeF(frame->width() - baseHeight, frame->height() - baseHeight));
+        QQuickItem* glyph = part(c_glyph);
+        QCOMPARE(glyph->position(), QPointF(baseHeight, baseHeight));
+        QCOMPARE(glyph->size(), QSizeF(row->height() - 2 * baseHeight, row->height() - 2 * baseHeight));
+        for (const QString& name : {c_led, c_checkBox}) {
+            QCOMPARE(part(name)->size(), indicator->size());
+        }
+        // From left to right; places are given when the row is drawn anew.
+        QTRY_COMPARE(frame->x(), indicator->width() + information->width() + 2 * spacing);
+        QCOMPARE(indicator->x(), 0.0);
+        QCOMPARE(information->x(), indicator->width() + spacing);
+    }
+
+    void theTitlesAreTranslated_data()
+    {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("inputs") << c_inputs << QStringLiteral("Inputs");
+        QTest::newRow("outputs") << c_outputs << QStringLiteral("Outputs");
+    }
+
+    void theTitlesAreTranslated()
+    {
+        QFETCH(QString, column);
+        QFETCH(QString, title);
+        QQuickItem* label = itemNamed(m_fixture->page(), column)->childItems().constFirst();
+        QCOMPARE(label->property("text").toString(), title);
+        QVERIFY(label->property("font").value<QFont>().bold());
+        QVERIFY(label->property("isBigger").toBool());
+    }
+
+    void theIdStandsBoldAboveTheName()
+    {
+        QQuickItem* id = m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelId"));
+        QQuickItem* name =
+            m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelName"));
+        QCOMPARE(id->property("text").toString(), QStringLiteral("BI"));
+        QVERIFY(id->property("font").value<QFont>().bold());
+        QCOMPARE(name->property("text").toString(), QStringLiteral("Name of BI"));
+        QVERIFY(!name->property("font").value<QFont>().bold());
+        QVERIFY(id->y() < name->y());
+    }
+
+    void onlyTheNumberOneIsOn_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("on");
+        QTest::newRow("the number 1") << QVariant(1) << true;
+        QTest::newRow("the real number 1") << QVariant(1.0) << true;
+        QTest::newRow("the number 0") << QVariant(0) << false;
+        QTest::newRow("the number 2") << QVariant(2) << false;
+        QTest::newRow("true") << QVariant(true) << false;
+        QTest::newRow("the text 1") << QVariant(QStringLiteral("1")) << false;
+        QTest::newRow("no value") << QVariant() << false;
+    }
+
+    void onlyTheNumberOneIsOn()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(bool, on);
+        // A value between makes sure that each one is really a change: the channel takes equal values for
+        // one.
+        for (const int row : {0, 1}) {
+            setChannelValue(*m_fixture, row, on ? QVariant(0) : QVariant(1));
+            setChannelValue(*m_fixture, row, QVariant(5));
+            setChannelValue(*m_fixture, row, value);
+        }
+        QCOMPARE(m_fixture->part(QStringLiteral("BI"), c_checkBox)->property("checked").toBool(), on);
+        const QColor color =
+            m_fixture->part(QStringLiteral("BO"), c_led)->property("statusColor").value<QColor>();
+        QCOMPARE(color, styleColor(*m_fixture, on ? "toolStatusIn" : "toolStatusInactive"));
+    }
+
+    void aLitLampDiffersByItsShape()
+    {
+        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
+        // Opacity between the middle and the rim: a lit lamp is a disc, a dark one a ring.
+        const auto opacity = [led] {
+            const QSharedPointer<QQuickItemGrabResult> picture = led->grabToImage();
+            QSignalSpy ready(picture.data(), &QQuickItemGrabResult::ready);
+            return ready.wait() ? picture->image()
+                                      .pixelColor(int(led->width() / 2) - 6, int(led->height() / 2))
+                                      .alpha()
+                                : -1;
+        };
+        setChannelValue(*m_fixture, 1, 0);
+        QCOMPARE(opacity(), 0);
+        setChannelValue(*m_fixture, 1, 1);
+        QCOMPARE(opacity(), 255);
+    }
+
+    void anAnalogueOutputShowsItsValueAsText()
+    {
+        m_fixture->board().setInput(3, 51234);
+        m_fixture->panel().refresh();
+        QQuickItem* value = m_fixture->part(QStringLiteral("AO"), c_value + QStringLiteral(".idValue"));
+        QTRY_COMPARE(value->property("text").toString(), QStringLiteral("51234"));
+        QVERIFY(!value->property("truncated").toBool());
+    }
+
+    void refreshingReadsTheLines()
+    {
+        m_fixture->board().setInput(1, 1);
+        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
+        QCOMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusInactive"));
+        QTest::mouseMove(&m_fixture->window(), QPoint(1, 1));
+        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelRefresh")));
+        QTRY_COMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusIn"));
+    }
+
+    void whileLiveThePageFollowsByItself()
+    {
+        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
+        m_fixture->page()->setProperty("liveIntervalMs", 10);
+        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelLive")));
+        QVERIFY(m_fixture->page()->property("live").toBool());
+        for (const int level : {1, 0, 1}) {
+            m_fixture->board().setInput(1, level);
+            QTRY_COMPARE(led->property("lit").toBool(), level == 1);
+        }
+    }
+
+    void thePlainTextsTakeTheColourOfTheTheme()
+    {
+        const auto color = [this] {
+            return m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelName"))
+                ->property("color")
+                .value<QColor>();
+        };
+        QQmlExpression toDark(qmlContext(m_fixture->page()), m_fixture->page(),
+                              QStringLiteral("Style.dark = true"));
+        toDark.evaluate();
+        QVERIFY(color().lightnessF() > 0.8);
+        QQmlExpression toLight(qmlContext(m_fixture->page()), m_fixture->page(),
+                               QStringLiteral("Style.dark = false"));
+        toLight.evaluate();
+        QVERIFY(color().lightnessF() < 0.2);
+    }
+
+    void losingTheDeviceIsTold()
+    {
+        QQuickItem* notice = itemNamed(m_fixture->page(), QStringLiteral("panelNotice"));
+        QVERIFY(!notice->isVisible());
+        m_fixture->board().setPluggedIn(false);
+        QVERIFY(!m_fixture->page()->property("connected").toBool());
+        QTRY_VERIFY(notice->isVisible());
+        QVERIFY(
+            notice->property("text").toString().contains(QLatin1String("the simulated board is unplugged")));
+        m_fixture->board().setInput(1, 1);
+        m_fixture->board().setPluggedIn(true);
+        QTRY_VERIFY(!notice->isVisible());
+        QTRY_VERIFY(m_fixture->part(QStringLiteral("BO"), c_led)->property("lit").toBool());
+    }
+
+private:
+    std::unique_ptr<WarningGuard> m_guard;
+    std::unique_ptr<PanelFixture> m_fixture;
+};
+
+QTEST_MAIN(MaintenancePageTest)
+
+#include "test_maintenance_page.moc"

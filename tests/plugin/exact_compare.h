@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDebug>
+#include <QStringList>
+#include <QVariant>
+
+/// A value as its type's name and its text.
+inline QString exactly(const QVariant& value)
+{
+    QString text;
+    QDebug(&text).nospace() << value;
+    return text;
+}
+
+/// What distinguishes two values, of which the type counts too; empty when they are the same.
+inline QString difference(const QVariant& actual, const QVariant& expected)
+{
+    const bool same = actual.userType() == expected.userType() && actual == expected;
+    return same ? QString() : exactly(actual) + QStringLiteral(" instead of ") + exactly(expected);
+}
+
+/// What distinguishes two maps: their keys, values and types of values; empty when they are the same.
+inline QString difference(const QVariantMap& actual, const QVariantMap& expected)
+{
+    if (actual.keys() != expected.keys()) {
+        return QStringLiteral("keys %1 instead of %2")
+            .arg(QStringList(actual.keys()).join(QLatin1Char(' ')),
+                 QStringList(expected.keys()).join(QLatin1Char(' ')));
+    }
+    for (auto item = expected.cbegin(); item != expected.cend(); ++item) {
+        const QString problem = difference(actual.value(item.key()), item.value());
+        if (!problem.isEmpty()) {
+            return item.key() + QStringLiteral(": ") + problem;
+        }
+    }
+    return QString();
+}
+
+/// Fails the test unless the two values or maps are the same, types included.
+#define COMPARE_EXACTLY(actual, expected)                                                                    \
+    do {                                                                                                     \
+        const QString problem = difference(actual, expected);                                                \
+        QVERIFY2(problem.isEmpty(), qPrintable(problem));                                                    \
+    } while (false)

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// The date text that HostRecord holds.
+Q_DECL_EXPORT QString getDate();

@@ -1,0 +1,77 @@
+# Sourced by ./run, ./test and the scripts beside it.
+# shellcheck shell=bash
+
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() { printf '==> %s\n' "$*" >&2; }
+
+die() {
+    printf '%s\n' "$*" >&2
+    exit 2
+}
+
+# What building and running needs: the compiler and its tools, Qt, and the bench's libraries.
+build_packages=(
+    cmake ninja-build g++ pkg-config
+    qtbase5-dev qtdeclarative5-dev qttools5-dev-tools
+    qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-templates2
+    fonts-roboto-unhinted libedit-dev nlohmann-json3-dev libgpiod-dev
+)
+
+# What the tests need besides: nm, a VCD reader of other people, a display that nobody sees, and qmllint.
+test_packages=(
+    binutils gtkwave xvfb xauth
+    qml-module-qttest qtdeclarative5-dev-tools
+)
+
+# What builds the kernel of the kernel tests, and the GPIO tools that these are compared with.
+kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
+
+lint_packages=(clang-format clang-tidy clazy)
+
+# Installs those of the named packages that are missing.
+require_packages() {
+    local missing=() package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || die "These packages are missing and must be installed by root: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    say "Installing packages: ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" apt-get update &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
+            "${missing[@]}"; } >"$log" 2>&1; then
+        tail -n 20 "$log" >&2
+        die "These packages could not be installed: ${missing[*]}"
+    fi
+    rm -f "$log"
+}
+
+# Configures a preset and builds it, whole or the named targets; says so when there is something to do.
+build() {
+    local preset=$1
+    shift
+    cd "$root"
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        say "Configuring the preset $preset"
+        local log
+        log=$(mktemp)
+        cmake --preset "$preset" >"$log" 2>&1 || {
+            cat "$log" >&2
+            die "The preset $preset could not be configured."
+        }
+        rm -f "$log"
+    fi
+    case $(ninja -C "build/$preset" -n "$@") in
+    *"no work to do"*) return 0 ;;
+    esac
+    say "Building the preset $preset; the first time takes some minutes"
+    ninja -C "build/$preset" --quiet "$@" >&2
+}
