@@ -53,7 +53,7 @@ private Q_SLOTS:
         const DCommandDescription& declared = command.declaration();
         QCOMPARE(declared.name, "work"_s);
         QCOMPARE(declared.stopName, "rest"_s);
-        QCOMPARE(declared.parameters.size(), 2);
+        QCOMPARE(declared.parameters.size(), std::size_t{2});
         QCOMPARE(declared.parameters.at(0).name, "channel"_s);
         QCOMPARE(declared.parameters.at(1).defaultValue, QVariant(1));
         QCOMPARE(declared.results.at(0).typeTag, "bool"_s);

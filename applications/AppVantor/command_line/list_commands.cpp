@@ -8,7 +8,7 @@
 
 namespace {
 
-Json toJson(const QVector<DDeclaration>& declarations)
+Json toJson(const std::vector<DDeclaration>& declarations)
 {
     Json list = Json::array();
     for (const DDeclaration& declared : declarations) {
@@ -20,7 +20,7 @@ Json toJson(const QVector<DDeclaration>& declarations)
     return list;
 }
 
-QString toText(const QString& title, const QVector<DDeclaration>& declarations)
+QString toText(const QString& title, const std::vector<DDeclaration>& declarations)
 {
     QString text;
     for (const DDeclaration& declared : declarations) {

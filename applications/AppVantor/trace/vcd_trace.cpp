@@ -6,22 +6,32 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
 
 namespace {
 
 constexpr int c_writeIntervalMs = 100;
-constexpr int c_fullBuffer = 1 << 16;
+constexpr std::size_t c_fullBuffer = 1 << 16;
 
 /// The short code of a line: its number in the printable characters.
-QByteArray codeOf(int line)
+std::string codeOf(int line)
 {
     constexpr int first = '!';
     constexpr int count = '~' - '!' + 1;
-    QByteArray code;
-    for (int rest = line; code.isEmpty() || rest > 0; rest /= count) {
-        code.append(static_cast<char>(first + rest % count));
+    std::string code;
+    for (int rest = line; code.empty() || rest > 0; rest /= count) {
+        code += static_cast<char>(first + rest % count);
     }
     return code;
+}
+
+void appendNumber(std::string* text, qint64 number)
+{
+    std::array<char, std::numeric_limits<qint64>::digits10 + 2> digits;
+    const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    text->append(digits.data(), static_cast<std::size_t>(end - digits.data()));
 }
 
 /// A name in a dump: no blanks, none twice, and nothing that reads as a word of the dump.
@@ -63,10 +73,10 @@ QString VcdTrace::begin(const QString& file)
     const QVector<DLine> lines = m_device.lines();
     QSet<QString> names;
     for (int line = 0; line < lines.size(); ++line) {
-        m_codes.append(codeOf(line));
-        m_reals.append(lines.at(line).kind == DLine::Kind::Analog);
-        m_buffer += m_reals.last() ? "$var real 64 " : "$var wire 1 ";
-        m_buffer += m_codes.last() + ' ' + nameOf(lines.at(line), &names).toUtf8() + " $end\n";
+        const Variable variable = {codeOf(line), lines.at(line).kind == DLine::Kind::Analog};
+        m_buffer += variable.isReal ? "$var real 64 " : "$var wire 1 ";
+        m_buffer += variable.code + ' ' + nameOf(lines.at(line), &names).toStdString() + " $end\n";
+        m_variables.push_back(variable);
     }
     m_buffer += "$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n";
     for (int line = 0; line < lines.size(); ++line) {
@@ -80,7 +90,7 @@ QString VcdTrace::begin(const QString& file)
 QString VcdTrace::end()
 {
     if (m_file.isOpen()) {
-        m_buffer += '#' + QByteArray::number(std::max(m_timeUs, m_device.now())) + '\n';
+        appendTime(std::max(m_timeUs, m_device.now()));
         write();
         m_file.close();
     }
@@ -94,7 +104,7 @@ void VcdTrace::record(int line, int level, qint64 timeUs)
     }
     if (timeUs > m_timeUs) {
         m_timeUs = timeUs;
-        m_buffer += '#' + QByteArray::number(timeUs) + '\n';
+        appendTime(timeUs);
     }
     append(line, level);
     if (m_buffer.size() >= c_fullBuffer) {
@@ -104,21 +114,32 @@ void VcdTrace::record(int line, int level, qint64 timeUs)
     }
 }
 
+void VcdTrace::appendTime(qint64 timeUs)
+{
+    m_buffer += '#';
+    appendNumber(&m_buffer, timeUs);
+    m_buffer += '\n';
+}
+
 void VcdTrace::append(int line, int level)
 {
-    if (m_reals.at(line)) {
-        m_buffer += 'r' + QByteArray::number(level) + ' ';
-    } else {
-        m_buffer += QByteArray::number(level);
+    const Variable& variable = m_variables.at(static_cast<std::size_t>(line));
+    if (variable.isReal) {
+        m_buffer += 'r';
     }
-    m_buffer += m_codes.at(line) + '\n';
+    appendNumber(&m_buffer, level);
+    if (variable.isReal) {
+        m_buffer += ' ';
+    }
+    m_buffer += variable.code;
+    m_buffer += '\n';
 }
 
 /// Whole lines in one call: what a killed run leaves can be read.
 void VcdTrace::write()
 {
-    while (!m_buffer.isEmpty()) {
-        const qint64 written = m_file.write(m_buffer);
+    while (!m_buffer.empty()) {
+        const qint64 written = m_file.write(m_buffer.data(), static_cast<qint64>(m_buffer.size()));
         if (written <= 0) {
             m_problem =
                 QStringLiteral("%1: the trace ends here: %2").arg(m_file.fileName(), m_file.errorString());
@@ -127,6 +148,6 @@ void VcdTrace::write()
             Q_EMIT failed(m_problem);
             return;
         }
-        m_buffer.remove(0, static_cast<int>(written));
+        m_buffer.erase(0, static_cast<std::size_t>(written));
     }
 }

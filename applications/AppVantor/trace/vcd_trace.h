@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QObject>
 #include <QTimer>
-#include <QVector>
+
+#include <string>
+#include <vector>
 
 class LineDevice;
 
@@ -31,16 +33,23 @@ Q_SIGNALS:
     void failed(const QString& problem);
 
 private:
+    /// A line as the dump knows it.
+    struct Variable
+    {
+        std::string code;
+        bool isReal;
+    };
+
     void record(int line, int level, qint64 timeUs);
     void append(int line, int level);
+    void appendTime(qint64 timeUs);
     void write();
 
     const LineDevice& m_device;
     QFile m_file;
-    QByteArray m_buffer;
+    std::string m_buffer;
     QTimer m_writing;
-    QVector<QByteArray> m_codes;
-    QVector<bool> m_reals;
+    std::vector<Variable> m_variables;
     qint64 m_timeUs = 0;
     QString m_problem;
 };

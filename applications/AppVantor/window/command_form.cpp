@@ -112,7 +112,7 @@ void CommandForm::setCommand(const QString& command)
     m_declared = found != declared.cend() ? *found : DCommandDescription();
     m_sections.clear();
     m_texts.clear();
-    for (const DDeclaration& parameter : qAsConst(m_declared.parameters)) {
+    for (const DDeclaration& parameter : m_declared.parameters) {
         m_texts.append(entered.value(parameter.name));
     }
     endResetModel();

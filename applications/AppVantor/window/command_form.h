@@ -48,7 +48,7 @@ public:
     QString command() const { return m_declared.name; }
     void setCommand(const QString& command);
     QString description() const { return m_declared.description; }
-    int count() const { return m_declared.parameters.size(); }
+    int count() const { return static_cast<int>(m_declared.parameters.size()); }
     QString sections() const { return m_sections; }
     void setSections(const QString& sections);
     QString problem() const { return m_problem; }

@@ -72,7 +72,7 @@ QString DAbstractCommand::description() const
 QString DAbstractCommand::fullDescription() const
 {
     QString text = d->declaration.description;
-    const auto list = [&text](const QString& title, const QVector<DDeclaration>& declarations) {
+    const auto list = [&text](const QString& title, const std::vector<DDeclaration>& declarations) {
         for (const DDeclaration& declared : declarations) {
             text += QStringLiteral("\n%1 %2 (%3): %4")
                         .arg(title, declared.name, declared.typeTag, declared.description);
@@ -123,13 +123,13 @@ void DAbstractCommand::setDescription(const QString& description)
 void DAbstractCommand::declareAParameter(const QString& name, const QString& typeTag,
                                          const QString& description, const QVariant& defaultValue)
 {
-    d->declaration.parameters.append({name, typeTag, description, defaultValue});
+    d->declaration.parameters.push_back({name, typeTag, description, defaultValue});
 }
 
 void DAbstractCommand::declareAResult(const QString& name, const QString& typeTag, const QString& description,
                                       const QVariant& defaultValue)
 {
-    d->declaration.results.append({name, typeTag, description, defaultValue});
+    d->declaration.results.push_back({name, typeTag, description, defaultValue});
 }
 
 QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant& fallback) const
@@ -141,7 +141,7 @@ QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant
     if (fallback.isValid()) {
         return fallback;
     }
-    const QVector<DDeclaration>& parameters = d->declaration.parameters;
+    const std::vector<DDeclaration>& parameters = d->declaration.parameters;
     for (const DDeclaration& parameter : parameters) {
         if (parameter.name == name) {
             return parameter.defaultValue;

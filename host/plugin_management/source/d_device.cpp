@@ -51,6 +51,8 @@ struct DDevice::Private
     quint64 delivered = 0;
     Deadlines deadlines;
     QBasicTimer deadlineTimer;
+    /// When the timer fires, while it is active.
+    qint64 timerDue = 0;
     QElapsedTimer clock;
     bool deliveryPosted = false;
     bool connected = true;
@@ -87,15 +89,18 @@ DDevice::Private::Request DDevice::Private::take(quint64 id)
     return request;
 }
 
-/// The timer runs for the earliest deadline, or not at all; one that finds its request answered already only
-/// arms the next.
+/// The timer fires at the earliest deadline or before; when it finds nothing due it only arms the next.
 void DDevice::Private::armDeadlineTimer(DDevice* device)
 {
-    if (deadlines.empty() || deadlineTimer.isActive()) {
+    if (deadlines.empty()) {
         return;
     }
-    const qint64 wait = deadlines.begin()->first - clock.elapsed();
-    deadlineTimer.start(static_cast<int>(std::max<qint64>(wait, 0)), Qt::PreciseTimer, device);
+    const qint64 due = deadlines.begin()->first;
+    if (!deadlineTimer.isActive() || due < timerDue) {
+        timerDue = due;
+        const qint64 wait = due - clock.elapsed();
+        deadlineTimer.start(static_cast<int>(std::max<qint64>(wait, 0)), Qt::PreciseTimer, device);
+    }
 }
 
 void DDevice::Private::queue(DDevice* device, Answer answer)
@@ -157,9 +162,6 @@ void DDevice::send(quint64 id, const QString& instruction, const QVariantMap& ar
     auto deadline = d->deadlines.end();
     if (timeoutMs > 0) {
         deadline = d->deadlines.emplace(d->clock.elapsed() + timeoutMs, id);
-        if (deadline == d->deadlines.begin()) {
-            d->deadlineTimer.stop();
-        }
         d->armDeadlineTimer(this);
     }
     d->requests.insert(id, {client, instruction, arguments.value(QStringLiteral("channel")).toString(),

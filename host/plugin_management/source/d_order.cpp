@@ -4,13 +4,14 @@
 #include <plugin_management/d_tool.h>
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QPointer>
-#include <QSet>
 #include <QTimer>
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -41,6 +42,7 @@ struct DOrder::Private
     QString commandName;
     QVariantMap arguments;
     State state = State::Waiting;
+    bool destroyed = false;
     bool ending = false;
     bool successful = false;
     bool hasSent = false;
@@ -50,11 +52,12 @@ struct DOrder::Private
     int rejectedReplies = 0;
     QString reason;
     QSharedPointer<ICommand> command;
-    QHash<quint64, Instruction> instructions;
+    std::map<quint64, Instruction> instructions;
     int recurringInstructions = 0;
     QVariantMap results;
-    QSet<QString> missingResults;
+    std::vector<QString> missingResults;
 
+    /// A destroyed order runs no more.
     bool isRunning() const { return state == State::Running && !ending; }
     bool removeInstruction(quint64 instruction);
 };
@@ -62,11 +65,11 @@ struct DOrder::Private
 /// Answers whether it was pending.
 bool DOrder::Private::removeInstruction(quint64 instruction)
 {
-    const auto found = instructions.constFind(instruction);
-    if (found == instructions.constEnd()) {
+    const auto found = instructions.find(instruction);
+    if (found == instructions.end()) {
         return false;
     }
-    recurringInstructions -= found->recurring ? 1 : 0;
+    recurringInstructions -= found->second.recurring ? 1 : 0;
     instructions.erase(found);
     return true;
 }
@@ -122,6 +125,7 @@ DOrder::~DOrder()
         end(false, QString());
         detach();
     }
+    d->destroyed = true;
 }
 
 quint64 DOrder::id() const
@@ -180,13 +184,13 @@ void DOrder::start()
         end(false, refusal);
         return;
     }
-    const QPointer<DOrder> self(this);
+    const std::shared_ptr<Private> order = d;
     bool accepted = false;
     {
         const CommandCode frame(d);
         accepted = d->command->commandExecute();
     }
-    if (self.isNull() || !d->isRunning()) {
+    if (!order->isRunning()) {
         return;
     }
     if (!accepted) {
@@ -229,7 +233,7 @@ QString DOrder::makeCommand()
         object->setParent(nullptr); // the shared pointer is its only owner
         for (const DDeclaration& result : object->declaration().results) {
             d->results.insert(result.name, result.defaultValue);
-            d->missingResults.insert(result.name);
+            d->missingResults.push_back(result.name);
         }
     }
     d->command->linkWithItsOrder(this);
@@ -246,7 +250,7 @@ quint64 DOrder::addInstruction(const QString& target, const QString& instruction
     const CommandCode frame(d);
     const quint64 id = nextInstructionId();
     const bool recurring = DDevice::isRecurring(instruction);
-    d->instructions.insert(id, {onReply, recurring});
+    d->instructions.emplace(id, Private::Instruction{onReply, recurring});
     d->recurringInstructions += recurring ? 1 : 0;
     d->hasSent = true;
     DDevice* device = d->tool->device();
@@ -276,11 +280,11 @@ void DOrder::stopInstruction(quint64 id)
 
 bool DOrder::callDelegate(quint64 id, const QVariantMap& reply)
 {
-    const auto instruction = d->instructions.constFind(id);
-    if (instruction == d->instructions.constEnd()) {
+    const auto instruction = d->instructions.find(id);
+    if (instruction == d->instructions.end()) {
         return false;
     }
-    const ICommand::ReplyDelegate onReply = instruction->onReply;
+    const ICommand::ReplyDelegate onReply = instruction->second.onReply;
     return onReply.empty() || onReply(id, reply);
 }
 
@@ -293,10 +297,10 @@ bool DOrder::updateResult(const QString& name, const QVariant& value)
     if (frame.isOutermost()) {
         checkLater();
     }
-    const QPointer<DOrder> self(this);
+    const std::shared_ptr<Private> order = d;
     const bool listening = isListening();
     storeResult(name, value);
-    if (listening && !self.isNull() && d->isRunning()) {
+    if (listening && order->isRunning()) {
         Q_EMIT eventReceived({{name, value}});
     }
     return true;
@@ -311,12 +315,12 @@ void DOrder::passOnReply(const QVariantMap& reply)
     if (frame.isOutermost()) {
         checkLater();
     }
-    const QPointer<DOrder> self(this);
+    const std::shared_ptr<Private> order = d;
     for (auto item = reply.cbegin(); item != reply.cend(); ++item) {
         if (d->results.contains(item.key())) {
             storeResult(item.key(), item.value());
         }
-        if (self.isNull() || !d->isRunning()) {
+        if (!order->isRunning()) {
             return;
         }
     }
@@ -327,7 +331,8 @@ void DOrder::storeResult(const QString& name, const QVariant& value)
 {
     d->hasUpdated = true;
     d->results.insert(name, value);
-    d->missingResults.remove(name);
+    auto& missing = d->missingResults;
+    missing.erase(std::remove(missing.begin(), missing.end(), name), missing.end());
     Q_EMIT resultUpdated(name, value);
 }
 
@@ -344,15 +349,14 @@ void DOrder::commandHasFinished(DAbstractCommand& command, bool ok)
 
 void DOrder::requestReplied(quint64 id, const QVariantMap& reply)
 {
-    const QPointer<DOrder> self(this);
-    const auto instruction = d->instructions.constFind(id);
-    const bool recurring = instruction->recurring;
+    const std::shared_ptr<Private> order = d;
+    const bool recurring = d->instructions.at(id).recurring;
     bool accepted = false;
     {
         const CommandCode frame(d);
         accepted = d->command->setReply(id, reply);
     }
-    if (self.isNull() || !d->isRunning()) {
+    if (!order->isRunning()) {
         return;
     }
     if (!recurring) {
@@ -391,10 +395,10 @@ void DOrder::checkLater()
 
 void DOrder::endWhenComplete()
 {
-    if (!d->isRunning() || !d->instructions.isEmpty()) {
+    if (!d->isRunning() || !d->instructions.empty()) {
         return;
     }
-    if (d->missingResults.isEmpty()) {
+    if (d->missingResults.empty()) {
         end(true, QString());
     } else if (!commandTimes()) {
         QStringList missing(d->missingResults.cbegin(), d->missingResults.cend());
@@ -427,13 +431,13 @@ void DOrder::end(bool success, const QString& reason)
         return;
     }
     d->ending = true;
-    const QPointer<DOrder> self(this);
+    const std::shared_ptr<Private> order = d;
     if (!d->command.isNull()) {
         const CommandCode frame(d);
         bool ok = success;
         d->command->finishTheCommand(ok);
     }
-    if (self.isNull()) {
+    if (order->destroyed) {
         return;
     }
     detach();
@@ -457,8 +461,8 @@ void DOrder::toolIsClosing()
 void DOrder::detach()
 {
     const auto pending = std::exchange(d->instructions, {});
-    for (auto instruction = pending.cbegin(); instruction != pending.cend(); ++instruction) {
-        cancelRequest(instruction.key());
+    for (const auto& [id, instruction] : pending) {
+        cancelRequest(id);
     }
     d->recurringInstructions = 0;
     if (!d->tool.isNull()) {

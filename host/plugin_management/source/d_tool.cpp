@@ -36,7 +36,7 @@ QHash<QString, ChannelItems> channelsOf(const QVariantMap& configuration)
     return channels;
 }
 
-const DDeclaration* find(const QVector<DDeclaration>& declarations, const QString& name)
+const DDeclaration* find(const std::vector<DDeclaration>& declarations, const QString& name)
 {
     const auto found = std::find_if(declarations.cbegin(), declarations.cend(),
                                     [&name](const DDeclaration& declared) { return declared.name == name; });
@@ -57,7 +57,7 @@ QString shown(const QVariant& value)
                : value.toString();
 }
 
-QString namesOf(const QVector<DDeclaration>& declarations)
+QString namesOf(const std::vector<DDeclaration>& declarations)
 {
     QStringList names;
     for (const DDeclaration& declared : declarations) {
@@ -150,9 +150,9 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
         return QStringLiteral("unknown command \"%1\"; the tool has: %2")
             .arg(command, d->plugin->commandNames().join(QStringLiteral(", ")));
     }
-    const QVector<DDeclaration>& parameters = prototype->declaration().parameters;
+    const std::vector<DDeclaration>& parameters = prototype->declaration().parameters;
     QVariantMap converted = *arguments;
-    for (auto argument = converted.begin(); argument != converted.end(); ++argument) {
+    for (auto argument = arguments->cbegin(); argument != arguments->cend(); ++argument) {
         const DDeclaration* parameter = find(parameters, argument.key());
         if (parameter == nullptr && isSection(*argument)) {
             continue;
@@ -161,9 +161,13 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
             return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
                 .arg(argument.key(), command, namesOf(parameters));
         }
-        if (!convertToTypeTag(parameter->typeTag, &*argument)) {
+        QVariant value = *argument;
+        if (!convertToTypeTag(parameter->typeTag, &value)) {
             return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
                 .arg(argument.key(), command, shown(*argument), typeTagExpectation(parameter->typeTag));
+        }
+        if (value.userType() != argument->userType()) {
+            converted.insert(argument.key(), value);
         }
     }
     *arguments = converted;

@@ -18,16 +18,23 @@ enum EnEdgeMode
     CeEmFallingEdge = 4
 };
 
+/// The edge modes by their names; every instance shares the one map.
+const QMap<QString, int>& edgeModes()
+{
+    static const QMap<QString, int> modes = {{QStringLiteral("HL"), CeEmHighLevel},
+                                             {QStringLiteral("LL"), CeEmLowLevel},
+                                             {QStringLiteral("RE"), CeEmRisingEdge},
+                                             {QStringLiteral("FE"), CeEmFallingEdge}};
+    return modes;
+}
+
 } // namespace
 
 using namespace command_support;
 
 DCmdListenEvents::DCmdListenEvents(const QVariantMap& parameters, QObject* parent)
     : DAbstractCommand(QStringLiteral("startListening"), QStringLiteral("stopListening"), parameters, parent)
-    , m_edgeModes({{QStringLiteral("HL"), CeEmHighLevel},
-                   {QStringLiteral("LL"), CeEmLowLevel},
-                   {QStringLiteral("RE"), CeEmRisingEdge},
-                   {QStringLiteral("FE"), CeEmFallingEdge}})
+    , m_edgeModes(edgeModes())
 {
     setDescription(QStringLiteral("Listen events from the gpio channel"));
     declareAParameter(QStringLiteral("channel"), QStringLiteral("strg"), QStringLiteral("Channel"),
@@ -113,22 +120,21 @@ bool DCmdListenEvents::isEventDetected(const int& reading)
 bool DCmdListenEvents::onEdgeReply(quint64 instructionId, const QVariantMap& reply)
 {
     Q_UNUSED(instructionId)
-    const QString key = QStringLiteral("values");
-    if (!reply.contains(key)) {
+    const auto values = reply.constFind(QStringLiteral("values"));
+    if (values == reply.constEnd()) {
         errorReport(this, c_source, __LINE__) << c_replyWithoutValues;
         return false;
     }
-    const QVariant values = reply.value(key);
     int reading = 0;
-    if (values.type() == QVariant::List) {
-        const QVariantList list = values.toList();
+    if (values->type() == QVariant::List) {
+        const QVariantList list = values->toList();
         if (list.size() != 1) {
             errorReport(this, c_source, __LINE__) << c_wrongSize;
             return false;
         }
         reading = list.first().toInt();
-    } else if (values.canConvert(QMetaType::UInt)) {
-        reading = static_cast<quint16>(values.toUInt());
+    } else if (values->canConvert(QMetaType::UInt)) {
+        reading = static_cast<quint16>(values->toUInt());
     } else {
         errorReport(this, c_source, __LINE__) << c_wrongFormat;
         return false;
@@ -141,17 +147,16 @@ bool DCmdListenEvents::onEdgeReply(quint64 instructionId, const QVariantMap& rep
 bool DCmdListenEvents::onValueReply(quint64 instructionId, const QVariantMap& reply)
 {
     Q_UNUSED(instructionId)
-    const QString key = QStringLiteral("values");
-    if (!reply.contains(key)) {
+    const auto values = reply.constFind(QStringLiteral("values"));
+    if (values == reply.constEnd()) {
         errorReport(this, c_source, __LINE__) << c_replyWithoutValues;
         return false;
     }
-    const QVariant values = reply.value(key);
-    if (values.type() != QVariant::List) {
+    if (values->type() != QVariant::List) {
         errorReport(this, c_source, __LINE__) << c_wrongFormat;
         return false;
     }
-    const QVariantList list = values.toList();
+    const QVariantList list = values->toList();
     if (list.size() != 1) {
         errorReport(this, c_source, __LINE__) << c_wrongSize;
         return false;

@@ -2,7 +2,8 @@
 
 #include <QString>
 #include <QVariant>
-#include <QVector>
+
+#include <vector>
 
 /// A declared parameter or result of a command.
 struct DDeclaration
@@ -19,6 +20,6 @@ struct DCommandDescription
     QString name;
     QString stopName;
     QString description;
-    QVector<DDeclaration> parameters;
-    QVector<DDeclaration> results;
+    std::vector<DDeclaration> parameters;
+    std::vector<DDeclaration> results;
 };
