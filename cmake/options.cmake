@@ -2,6 +2,7 @@
 
 option(SANITIZE "Build with the address, leak and undefined-behaviour sanitizers" OFF)
 option(COVERAGE "Build with coverage instrumentation" OFF)
+option(BENCHMARKS "Describe the benchmarks too (needs Google Benchmark); the target benchmarks builds them" OFF)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE

@@ -28,6 +28,10 @@ test_packages=(
 # What builds the kernel of the kernel tests, and the GPIO tools that these are compared with.
 kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
 
+# What the benchmarks need: the library that times them, a plugin of Qt to compare with, the counter of instructions,
+# and what draws the picture.
+benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind python3 python3-matplotlib)
+
 lint_packages=(clang-format clang-tidy clazy)
 
 # Installs those of the named packages that are missing.
@@ -74,4 +78,10 @@ build() {
     esac
     say "Building the preset $preset; the first time takes some minutes"
     ninja -C "build/$preset" --quiet "$@" >&2
+}
+
+# Builds the benchmarks, in the preset release.
+build_benchmarks() {
+    cmake --preset release -S "$root" -DBENCHMARKS=ON >/dev/null
+    build release benchmarks
 }

@@ -1,0 +1,91 @@
+// What one item costs when there are many of them at once; the floor is the same with one.
+
+#include "rig.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+
+namespace {
+
+/// count orders are pending before the first of them is answered.
+void ordersAtOnce(benchmark::State& state, int count)
+{
+    Rig rig(2);
+    std::vector<std::unique_ptr<DOrder>> orders(static_cast<std::size_t>(count));
+    for ([[maybe_unused]] auto step : state) {
+        for (auto& order : orders) {
+            order = rig.order(QStringLiteral("getValue"),
+                              {{QStringLiteral("channel"), QStringLiteral("CHANNEL_0")}});
+            order->start();
+        }
+        QCoreApplication::sendPostedEvents();
+        for (auto& order : orders) {
+            if (!order->isSuccessful()) {
+                state.SkipWithError("an order has not ended");
+            }
+            order.reset();
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+
+/// count listeners, each on a line of its own; each line changes once.
+void listenersOnLines(benchmark::State& state, int count)
+{
+    Rig rig(2 * 1000);
+    int events = 0;
+    std::vector<std::unique_ptr<DOrder>> listeners;
+    for (int number = 0; number < count; ++number) {
+        listeners.push_back(rig.listener(2 * number + 1, QString(), &events));
+    }
+    events = 0;
+    for ([[maybe_unused]] auto step : state) {
+        for (int number = 0; number < count; ++number) {
+            rig.toggle(2 * number + 1);
+        }
+        QCoreApplication::sendPostedEvents();
+    }
+    if (events != state.iterations() * count) {
+        state.SkipWithError("an event is missing");
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+
+/// count listeners on one line, which changes once.
+void listenersOnOneLine(benchmark::State& state, int count)
+{
+    Rig rig(2);
+    int events = 0;
+    std::vector<std::unique_ptr<DOrder>> listeners;
+    for (int number = 0; number < count; ++number) {
+        listeners.push_back(rig.listener(1, QString(), &events));
+    }
+    events = 0;
+    for ([[maybe_unused]] auto step : state) {
+        rig.toggle(1);
+        QCoreApplication::sendPostedEvents();
+    }
+    if (events != state.iterations() * count) {
+        state.SkipWithError("an event is missing");
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(ordersAtOnce, , 1)->Name("orders_at_once/floor");
+BENCHMARK_CAPTURE(ordersAtOnce, , 1000)->Name("orders_at_once/ours/1000");
+BENCHMARK_CAPTURE(ordersAtOnce, , 10000)->Name("orders_at_once/ours/10000");
+BENCHMARK_CAPTURE(listenersOnLines, , 1)->Name("listeners_on_lines/floor");
+BENCHMARK_CAPTURE(listenersOnLines, , 1000)->Name("listeners_on_lines/ours/1000");
+BENCHMARK_CAPTURE(listenersOnOneLine, , 1)->Name("listeners_on_one_line/floor");
+BENCHMARK_CAPTURE(listenersOnOneLine, , 1000)->Name("listeners_on_one_line/ours/1000");
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,97 @@
+#include "rig.h"
+
+#include <plugin_management/d_plugin_loader.h>
+
+#include <QCoreApplication>
+
+namespace {
+
+const IPlugin& builtPlugin()
+{
+    static const DPluginLoader loader(QStringLiteral(PLUGIN_FILE));
+    if (loader.prototype() == nullptr) {
+        qFatal("%s", qPrintable(loader.error()));
+    }
+    return *loader.prototype();
+}
+
+bool isOutput(int line)
+{
+    return line % 2 == 0;
+}
+
+QString lineName(int line)
+{
+    return QStringLiteral("line%1").arg(line);
+}
+
+SimulatedBoardSetup setupOf(int lines, const QVector<SimulatedBoardSetup::Fault>& faults)
+{
+    SimulatedBoardSetup setup;
+    setup.faults = faults;
+    for (int line = 0; line < lines; ++line) {
+        SimulatedBoardSetup::Line made;
+        made.line = {lineName(line), DLine::Kind::Digital,
+                     isOutput(line) ? DLine::Direction::Out : DLine::Direction::In};
+        setup.lines.append(made);
+    }
+    return setup;
+}
+
+QVariantMap configurationOf(int lines)
+{
+    QVariantList channels;
+    for (int line = 0; line < lines; ++line) {
+        channels.append(Rig::channelEntry(line));
+    }
+    return {{QStringLiteral("name"), QStringLiteral("Benchmark")},
+            {QStringLiteral("id"), QStringLiteral("{4b7a2f10-0000-4000-8000-0000000000b0}")},
+            {QStringLiteral("channels"), channels}};
+}
+
+} // namespace
+
+Rig::Rig(int lines, const QVector<SimulatedBoardSetup::Fault>& faults)
+    : m_board(setupOf(lines, faults), &m_scheduler)
+    , m_tool(configurationOf(lines), builtPlugin(), &m_board)
+{}
+
+QString Rig::channel(int line)
+{
+    return QStringLiteral("CHANNEL_%1").arg(line);
+}
+
+QVariantMap Rig::channelEntry(int line)
+{
+    const auto item = [](const QString& id, const QString& value) {
+        return QVariantMap{{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
+    };
+    const QString type = isOutput(line) ? QStringLiteral("digitalInput") : QStringLiteral("digitalOutput");
+    const QString direction = isOutput(line) ? QStringLiteral("out") : QStringLiteral("in");
+    return {{QStringLiteral("id"), channel(line)},
+            {QStringLiteral("name"), QStringLiteral("Channel %1").arg(line)},
+            {QStringLiteral("visibility"), QStringLiteral("public")},
+            {QStringLiteral("value"),
+             QVariantList{item(QStringLiteral("type"), type), item(QStringLiteral("direction"), direction),
+                          item(QStringLiteral("link"), lineName(line))}}};
+}
+
+std::unique_ptr<DOrder> Rig::order(const QString& command, const QVariantMap& arguments)
+{
+    return std::make_unique<DOrder>(&m_tool, command, arguments);
+}
+
+std::unique_ptr<DOrder> Rig::listener(int line, const QString& edge, int* events)
+{
+    auto listener = order(QStringLiteral("startListening"),
+                          {{QStringLiteral("channel"), channel(line)}, {QStringLiteral("edge"), edge}});
+    QObject::connect(listener.get(), &DOrder::eventReceived, listener.get(), [events] { ++*events; });
+    listener->start();
+    QCoreApplication::sendPostedEvents();
+    return listener;
+}
+
+void Rig::toggle(int line)
+{
+    m_board.setInput(line, 1 - m_board.level(line));
+}
