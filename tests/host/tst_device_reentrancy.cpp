@@ -192,6 +192,29 @@ private Q_SLOTS:
         QCOMPARE(m_client->failures(), QStringList{"the device is gone"_s});
     }
 
+    void aRequestMayBeCancelledWhereTheLossOfAnotherIsHandled()
+    {
+        listen(1);
+        listen(2);
+        m_device->onCancel = [this](quint64 id) { m_device->cancel(3 - id); };
+        m_device->setDisconnected("cable pulled"_s);
+        QCOMPARE(m_device->cancelled, (QVector<quint64>{1, 2}));
+        QCOMPARE(m_device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(m_client->ids(), QVector<quint64>{});
+    }
+
+    void aRequestMayBeCancelledWhereTheEndOfItsTimeIsHandled()
+    {
+        m_device->send(1, "getValue"_s, {}, 1, m_client.get());
+        m_device->onCancel = [this](quint64 id) {
+            m_device->cancel(id);
+            m_client.reset();
+        };
+        QTRY_COMPARE(m_device->cancelled, QVector<quint64>{1});
+        QCOMPARE(m_device->pendingRequests(), 0);
+    }
+
     void theLossOfTheDeviceMayBeUndoneWhereItIsHeard()
     {
         connect(m_device.get(), &DDevice::connectedChanged, this, [this](bool connected) {

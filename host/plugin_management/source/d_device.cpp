@@ -213,7 +213,11 @@ void DDevice::setDisconnected(const QString& reason)
     d->connected = false;
     const auto pending = d->pending();
     for (const quint64 id : pending) {
-        if (std::exchange(d->requests[id].handling, false)) {
+        const auto request = d->requests.find(id);
+        if (request == d->requests.end()) {
+            continue; // it was ended where another was cancelled
+        }
+        if (std::exchange(request->handling, false)) {
             handleCancel(id);
         }
         fail(id, reason);
@@ -267,10 +271,15 @@ void DDevice::timerEvent(QTimerEvent* event)
     const QPointer<DDevice> self(this);
     while (!d->deadlines.empty() && d->deadlines.begin()->first <= d->clock.elapsed()) {
         const quint64 id = d->deadlines.begin()->second;
-        const Private::Request request = d->take(id);
-        if (request.handling) {
+        const auto late = d->requests.find(id);
+        d->clearDeadline(*late);
+        if (std::exchange(late->handling, false)) {
             handleCancel(id);
         }
+        if (!d->requests.contains(id)) {
+            continue; // its client has ended it meanwhile
+        }
+        const Private::Request request = d->take(id);
         d->armDeadlineTimer(this); // the client may run an event loop, where other times pass
         const QString channel =
             request.channel.isEmpty() ? QString() : QStringLiteral(" of channel \"%1\"").arg(request.channel);

@@ -45,4 +45,7 @@ void RecordingDevice::handleRequest(quint64 id, const QString& instruction, cons
 void RecordingDevice::handleCancel(quint64 id)
 {
     cancelled.append(id);
+    if (onCancel) {
+        onCancel(id);
+    }
 }

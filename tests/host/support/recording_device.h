@@ -37,6 +37,8 @@ public:
     QVector<quint64> cancelled;
     /// Carried out inside the sending of each request.
     std::function<void(const Request&)> onRequest;
+    /// Carried out inside the handling of each cancellation.
+    std::function<void(quint64 id)> onCancel;
 
 protected:
     void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
