@@ -12,6 +12,16 @@ namespace {
 
 const QVariantMap c_reply{{"value"_s, 1}};
 
+void fillTwoListeners(CommandScript& script)
+{
+    fillListener(script);
+    script.execute = [](ScriptedCommand& command) {
+        command.send("listenEvents"_s);
+        command.send("listenToAll"_s);
+        return true;
+    };
+}
+
 } // namespace
 
 /// Whoever hears of an order may stop it, destroy it, its tool or its device there and then.
@@ -165,6 +175,50 @@ private Q_SLOTS:
         deliver();
         QCOMPARE(bench.workingCommands(), 0);
         QCOMPARE(bench.device->pendingRequests(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItsRequestsAreCancelled()
+    {
+        Workbench bench(fillTwoListeners);
+        auto order = bench.order();
+        bench.device->onCancel = [&](quint64) { order.reset(); };
+        order->start();
+        order->stop();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.device->cancelled.size(), 2);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItsCommandStopsARequest()
+    {
+        Workbench bench(fillTwoListeners);
+        auto order = bench.order();
+        bench.script->onFinish = [&](ScriptedCommand& command) {
+            command.stopTheInstruction(bench.device->requests.constFirst().id);
+        };
+        bench.device->onCancel = [&](quint64) { order.reset(); };
+        order->start();
+        order->stop();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void theToolMayBeClosedWhereTheRequestsOfAnOrderAreCancelled()
+    {
+        Workbench bench(fillTwoListeners);
+        const auto order = bench.order();
+        bench.device->onCancel = [&](quint64) { bench.tool.reset(); };
+        order->start();
+        order->stop();
+        QVERIFY(bench.tool == nullptr);
+        QCOMPARE(order->state(), DOrder::State::Finished);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(bench.script->alive, 0);
     }
 
     void anOrderMayBeDestroyedFromTheTimerOfItsCommand()
@@ -337,6 +391,23 @@ private Q_SLOTS:
         QCOMPARE(bench.device->pendingRequests(), 0);
         waiting->start();
         QCOMPARE(waiting->reason(), "the tool was closed"_s);
+    }
+
+    void closingTheToolEndsItsOrdersAsTheyWereMade()
+    {
+        Workbench bench(fillListener);
+        QVector<quint64> made;
+        QVector<quint64> ended;
+        std::vector<std::unique_ptr<DOrder>> orders;
+        for (int i = 0; i < 20; ++i) {
+            orders.push_back(bench.order());
+            DOrder* order = orders.back().get();
+            made.append(order->id());
+            connect(order, &DOrder::finished, this, [&ended, order] { ended.append(order->id()); });
+            order->start();
+        }
+        bench.tool.reset();
+        QCOMPARE(ended, made);
     }
 
     void ordersMayBeDestroyedWhereTheClosingOfTheirToolIsHeard()

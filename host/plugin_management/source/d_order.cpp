@@ -273,8 +273,10 @@ void DOrder::failLater(quint64 id, const QString& reason)
 void DOrder::stopInstruction(quint64 id)
 {
     if (d->removeInstruction(id)) {
-        cancelRequest(id);
         checkLater();
+        if (!d->tool.isNull() && d->tool->device() != nullptr) {
+            d->tool->device()->cancel(id);
+        }
     }
 }
 
@@ -441,6 +443,9 @@ void DOrder::end(bool success, const QString& reason)
         return;
     }
     detach();
+    if (order->destroyed) {
+        return;
+    }
     d->state = State::Finished;
     d->successful = success;
     d->reason = reason;
@@ -457,27 +462,24 @@ void DOrder::toolIsClosing()
     }
 }
 
-/// Cuts every tie to the command, the device and the tool.
+/// Cuts every tie to the command, the device and the tool. A device that hears of its cancelled requests may
+/// close the tool and destroy the order.
 void DOrder::detach()
 {
-    const auto pending = std::exchange(d->instructions, {});
-    for (const auto& [id, instruction] : pending) {
-        cancelRequest(id);
+    const std::shared_ptr<Private> order = d;
+    const QPointer<DDevice> device(order->tool.isNull() ? nullptr : order->tool->device());
+    if (!order->tool.isNull()) {
+        order->tool->orderEnded(this);
     }
-    d->recurringInstructions = 0;
-    if (!d->tool.isNull()) {
-        d->tool->orderEnded(this);
+    while (!order->instructions.empty()) {
+        const quint64 id = order->instructions.begin()->first;
+        order->removeInstruction(id);
+        if (!device.isNull()) {
+            device->cancel(id);
+        }
     }
-    if (d->command.isNull()) {
-        return;
-    }
-    d->command->linkWithItsOrder(nullptr);
-    d->command.reset();
-}
-
-void DOrder::cancelRequest(quint64 id)
-{
-    if (!d->tool.isNull() && d->tool->device() != nullptr) {
-        d->tool->device()->cancel(id);
+    const QSharedPointer<ICommand> command = std::exchange(order->command, {});
+    if (!command.isNull()) {
+        command->linkWithItsOrder(nullptr);
     }
 }

@@ -11,9 +11,9 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QPointer>
-#include <QSet>
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -75,7 +75,7 @@ struct DTool::Private
     DAbstractPlugin* plugin = nullptr;
     QPointer<DDevice> device;
     QHash<QString, ChannelItems> channels;
-    QSet<DOrder*> orders;
+    std::map<quint64, DOrder*> orders; ///< by their numbers: they are closed as they were made
     bool closing = false;
 };
 
@@ -98,8 +98,8 @@ DTool::~DTool()
 {
     d->closing = true;
     DToolRegistry::instance().remove(this);
-    while (!d->orders.isEmpty()) {
-        (*d->orders.constBegin())->toolIsClosing();
+    while (!d->orders.empty()) {
+        d->orders.begin()->second->toolIsClosing();
     }
 }
 
@@ -181,10 +181,10 @@ QSharedPointer<ICommand> DTool::makeCommand(const QString& command, const QVaria
 
 void DTool::orderStarted(DOrder* order)
 {
-    d->orders.insert(order);
+    d->orders.emplace(order->id(), order);
 }
 
 void DTool::orderEnded(DOrder* order)
 {
-    d->orders.remove(order);
+    d->orders.erase(order->id());
 }

@@ -88,7 +88,6 @@ private:
     void end(bool success, const QString& reason);
     void toolIsClosing();
     void detach();
-    void cancelRequest(quint64 id);
 
     std::shared_ptr<Private> d;
 };
