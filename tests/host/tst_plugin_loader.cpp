@@ -57,6 +57,7 @@ private Q_SLOTS:
             << plugin("hurling"_s) << "its instance could not be made: it threw something unknown"_s;
         QTest::newRow("instance of another host")
             << plugin("plain_object"_s) << "its instance is no plugin of this host"_s;
+        QTest::newRow("no instance") << plugin("null"_s) << "it gave no instance"_s;
     }
 
     void whatIsNoPluginIsRefusedWithTheReason()
@@ -66,6 +67,14 @@ private Q_SLOTS:
         const DPluginLoader loader(file);
         QVERIFY(loader.prototype() == nullptr);
         QCOMPARE(loader.error(), "%1: %2"_s.arg(file, reason));
+    }
+
+    void aPluginThatMissesAFunctionIsRefusedBeforeItIsCalled()
+    {
+        const DPluginLoader loader(plugin("incomplete"_s));
+        QVERIFY(loader.prototype() == nullptr);
+        QVERIFY2(loader.error().contains("undefined symbol: _Z16nowhereToBeFoundv"_s),
+                 qPrintable(loader.error()));
     }
 
     void aFileThatIsNoLibraryIsRefused_data()

@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QJsonObject>
+#include <QLibrary>
 #include <QPluginLoader>
 
 #include <exception>
@@ -36,6 +37,12 @@ IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
         *problem = QStringLiteral("interface identifier \"%1\", expected \"%2\"").arg(iid, expected);
         return nullptr;
     }
+    // A function that is missing is found now, not when it is called: that would end the process.
+    loader.setLoadHints(loader.loadHints() | QLibrary::ResolveAllSymbolsHint);
+    if (!loader.load()) {
+        *problem = loader.errorString();
+        return nullptr;
+    }
     QObject* instance = nullptr;
     try {
         instance = loader.instance();
@@ -48,7 +55,7 @@ IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
         return nullptr;
     }
     if (instance == nullptr) {
-        *problem = loader.errorString();
+        *problem = QStringLiteral("it gave no instance");
         return nullptr;
     }
     IPlugin* plugin = qobject_cast<DAbstractPlugin*>(instance);
