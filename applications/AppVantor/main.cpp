@@ -134,6 +134,7 @@ int main(int argc, char* argv[])
 {
     openStandardStreams();
     std::signal(SIGPIPE, SIG_IGN); // a closed output is told, not died of
+    std::signal(SIGXFSZ, SIG_IGN); // and so is a file that must not grow
     QCoreApplication::setApplicationName(QStringLiteral("appvantor"));
     const ParsedOptions parsed = [&] {
         const QCoreApplication application(argc, argv); // which kind the process needs, the arguments tell

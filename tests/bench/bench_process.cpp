@@ -5,9 +5,24 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
+#include <csignal>
+
 namespace {
 constexpr int c_patienceMs = 30000;
+
+BenchRun endOf(QProcess* process)
+{
+    BenchRun run;
+    if (process->state() != QProcess::NotRunning && !process->waitForFinished(c_patienceMs)) {
+        process->kill();
+        process->waitForFinished(c_patienceMs);
+    }
+    run.output = process->readAllStandardOutput();
+    run.errors = process->readAllStandardError();
+    run.status = process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -1;
+    return run;
 }
+} // namespace
 
 QVector<QJsonObject> BenchRun::json() const
 {
@@ -31,6 +46,32 @@ BenchRun runBench(const QStringList& arguments, const QByteArray& input)
     return bench.end();
 }
 
+BenchRun runScript(const QString& script)
+{
+    const QTemporaryDir scratch;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("BENCH"), benchFile());
+    environment.insert(QStringLiteral("SCRATCH"), scratch.path());
+    environment.insert(QStringLiteral("EXAMPLES"), QStringLiteral(EXAMPLES));
+    const QString unprivileged =
+        QStringLiteral("unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "
+                       "setpriv --bounding-set=-dac_override,-dac_read_search \"$@\"; fi; }\n");
+    BenchChild process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(scratch.path());
+    process.start(QStringLiteral("bash"), {QStringLiteral("-c"), unprivileged + script});
+    process.waitForStarted(c_patienceMs);
+    process.closeWriteChannel();
+    return endOf(&process);
+}
+
+void BenchChild::setupChildProcess()
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ}) {
+        std::signal(number, SIG_DFL);
+    }
+}
+
 BenchProcess::BenchProcess(const QStringList& arguments)
 {
     m_process.start(benchFile(), arguments);
@@ -41,6 +82,11 @@ BenchProcess::~BenchProcess()
 {
     m_process.kill();
     m_process.waitForFinished(c_patienceMs);
+}
+
+void BenchProcess::send(int signal)
+{
+    kill(static_cast<pid_t>(m_process.processId()), signal);
 }
 
 bool BenchProcess::waitForOutput(const QByteArray& text)
@@ -59,13 +105,10 @@ bool BenchProcess::waitForOutput(const QByteArray& text)
 
 BenchRun BenchProcess::end()
 {
-    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(c_patienceMs)) {
-        m_process.kill();
-        m_process.waitForFinished(c_patienceMs);
-    }
-    m_run.output += m_process.readAllStandardOutput();
-    m_run.errors += m_process.readAllStandardError();
-    m_run.status = m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+    const BenchRun rest = endOf(&m_process);
+    m_run.output += rest.output;
+    m_run.errors += rest.errors;
+    m_run.status = rest.status;
     return m_run;
 }
 

@@ -21,6 +21,17 @@ struct BenchRun
 /// Runs the bench from outside until it ends, with input on its standard input.
 BenchRun runBench(const QStringList& arguments, const QByteArray& input = QByteArray());
 
+/// Runs a script of bash until it ends: "$BENCH" is the bench, "$SCRATCH" a new folder, "$EXAMPLES" that of
+/// the examples; "unprivileged COMMAND …" runs a command which file permissions bind even as root.
+BenchRun runScript(const QString& script);
+
+/// A process in which no signal is ignored, as it may be in one that was started in the background.
+class BenchChild : public QProcess
+{
+protected:
+    void setupChildProcess() override;
+};
+
 /// The bench as a process that goes on while the test watches it.
 class BenchProcess
 {
@@ -30,13 +41,14 @@ public:
     Q_DISABLE_COPY(BenchProcess)
 
     QProcess& process() { return m_process; }
+    void send(int signal);
     /// Waits until standard output holds text; false when that takes too long.
     bool waitForOutput(const QByteArray& text);
     /// Waits for the end.
     BenchRun end();
 
 private:
-    QProcess m_process;
+    BenchChild m_process;
     BenchRun m_run;
 };
 

@@ -4,15 +4,6 @@
 
 #include <csignal>
 
-namespace {
-
-void interrupt(BenchProcess& bench, int number = SIGINT)
-{
-    kill(static_cast<pid_t>(bench.process().processId()), number);
-}
-
-} // namespace
-
 /// Ctrl-C.
 class TestSignals : public QObject
 {
@@ -40,7 +31,7 @@ void TestSignals::ctrlCStopsAListeningOrderProperly()
     BenchProcess bench({QStringLiteral("--json"), QStringLiteral("run"), QStringLiteral("startListening"),
                         QStringLiteral("channel=START"), QStringLiteral("edge=RE")});
     QVERIFY(bench.waitForOutput("\"event\""));
-    interrupt(bench, number);
+    bench.send(number);
     const BenchRun run = bench.end();
     QCOMPARE(run.status, 0);
     QVERIFY(run.json().last().value(QLatin1String("success")).toBool());
@@ -51,7 +42,7 @@ void TestSignals::ctrlCStopsAPulseWithAReasonAndEndsTheScript()
     BenchProcess bench({QStringLiteral("shell"), QStringLiteral("--echo")});
     bench.process().write("setValue channel=START state=PULSE duration=60000\ngetValue channel=START\n");
     QVERIFY(bench.waitForOutput("PULSE"));
-    interrupt(bench);
+    bench.send(SIGINT);
     const BenchRun run = bench.end();
     QCOMPARE(run.status, 1);
     QVERIFY(run.errors.contains("setValue failed: stopped before it was complete"));
@@ -63,7 +54,7 @@ void TestSignals::ctrlCEndsAStayOfTheBench()
     BenchProcess bench({QStringLiteral("run"), QStringLiteral("setValue"), QStringLiteral("channel=START"),
                         QStringLiteral("state=ON"), QStringLiteral("--for"), QStringLiteral("1000")});
     QVERIFY(bench.waitForOutput("doneOk=true"));
-    interrupt(bench);
+    bench.send(SIGINT);
     QCOMPARE(bench.end().status, 0);
 }
 
@@ -72,7 +63,7 @@ void TestSignals::ctrlCLeavesTheRestOfAScriptOut()
     BenchProcess bench({QStringLiteral("shell"), QStringLiteral("--echo")});
     bench.process().write("sleep 80000000\ngetValue channel=ALARM\n");
     QVERIFY(bench.waitForOutput("> sleep"));
-    interrupt(bench);
+    bench.send(SIGINT);
     const BenchRun run = bench.end();
     QCOMPARE(run.status, 0);
     QCOMPARE(run.output, QByteArray("> sleep 80000000\n"));
@@ -83,7 +74,7 @@ void TestSignals::ctrlCInAnIdleShellEndsIt()
     BenchProcess bench({QStringLiteral("shell")});
     bench.process().write("listenToAll\n");
     QVERIFY(bench.waitForOutput("value="));
-    interrupt(bench);
+    bench.send(SIGINT);
     const BenchRun run = bench.end();
     QCOMPARE(run.status, 0);
     QVERIFY(run.output.contains("[1] listenToAll: value="));

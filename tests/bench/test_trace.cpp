@@ -157,7 +157,7 @@ void TestTrace::aKilledRunLeavesAReadableTrace()
                changesOf(dump.readAll()).value(QStringLiteral("adc0")).size() > 3;
     };
     QTRY_VERIFY_WITH_TIMEOUT(holdsSamples(), 10000);
-    kill(static_cast<pid_t>(bench.process().processId()), SIGKILL);
+    bench.send(SIGKILL);
     bench.end();
     QVERIFY(changesOf(throughOtherTools(file)).value(QStringLiteral("adc0")).size() > 3);
 }

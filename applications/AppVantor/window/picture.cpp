@@ -1,7 +1,25 @@
 #include "picture.h"
 
+#include <QBuffer>
+#include <QFileInfo>
 #include <QImageWriter>
 #include <QSaveFile>
+
+namespace {
+
+/// A disk that fills up takes a part first, and only then tells why it takes no more.
+bool writeAll(const QByteArray& data, QIODevice* target)
+{
+    qint64 done = 0;
+    qint64 written = 1;
+    while (done < data.size() && written > 0) {
+        written = target->write(data.constData() + done, data.size() - done);
+        done += written;
+    }
+    return written > 0;
+}
+
+} // namespace
 
 Picture::Picture()
     : m_window(&m_control)
@@ -35,18 +53,20 @@ QImage Picture::draw()
 
 QString Picture::write(const QString& file, const QSize& size)
 {
+    const QString failure = QStringLiteral("cannot write the picture %1: %2");
+    // A picture takes the place of what has its name, which must not be a device or a pipe.
+    const QFileInfo present(file);
+    if (present.exists() && !present.isFile()) {
+        return failure.arg(file, QStringLiteral("not a regular file"));
+    }
     const QImage image = draw().copy(QRect(QPoint(0, 0), size)).convertToFormat(QImage::Format_RGB32);
+    QBuffer png;
+    QImageWriter writer(&png, "png");
+    if (!writer.write(image)) {
+        return failure.arg(file, writer.errorString());
+    }
     QSaveFile target(file);
-    bool written = target.open(QIODevice::WriteOnly);
-    QString problem = target.errorString();
-    if (written) {
-        QImageWriter writer(&target, "png");
-        written = writer.write(image);
-        problem = writer.errorString();
-    }
-    if (written) {
-        written = target.commit();
-        problem = target.errorString();
-    }
-    return written ? QString() : QStringLiteral("cannot write the picture %1: %2").arg(file, problem);
+    const bool written =
+        target.open(QIODevice::WriteOnly) && writeAll(png.data(), &target) && target.commit();
+    return written ? QString() : failure.arg(file, target.errorString());
 }

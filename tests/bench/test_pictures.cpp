@@ -1,0 +1,73 @@
+#include "bench_process.h"
+
+#include <QtTest>
+
+namespace {
+
+/// Takes a picture of the window and one of the panel; both must end alike. Ends with what the folder holds.
+BenchRun takePictures(const QString& preparation, const QString& file)
+{
+    return runScript(preparation + QStringLiteral("\nfor page in window panel; do\n"
+                                                  "    $privilege \"$BENCH\" $page --screenshot %1; echo $?\n"
+                                                  "done\n"
+                                                  "shopt -s nullglob; echo *; cat kept.png 2>/dev/null; true")
+                                       .arg(file));
+}
+
+} // namespace
+
+/// The option --screenshot, where the picture cannot be written.
+class TestPictures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data();
+    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver();
+    void aPictureReplacesAnother();
+};
+
+void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data()
+{
+    QTest::addColumn<QString>("preparation");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<QByteArray>("left");
+    const auto row = [](const char* name, const char* preparation, const char* file, const char* message,
+                        const char* left) {
+        QTest::newRow(name) << QString::fromLatin1(preparation) << QString::fromLatin1(file)
+                            << QByteArray(message) << QByteArray(left);
+    };
+    row("no folder", "", "nowhere/p.png", "nowhere/p.png: No such file or directory", "\n");
+    row("a folder", "mkdir p.png", "p.png", "p.png: not a regular file", "p.png\n");
+    row("a pipe", "mkfifo p.png", "p.png", "p.png: not a regular file", "p.png\n");
+    row("a link to a pipe", "mkfifo pipe; ln -s pipe p.png", "p.png", "p.png: not a regular file",
+        "p.png pipe\n");
+    row("a folder that is read-only", "mkdir d; chmod 500 d; privilege=unprivileged", "d/p.png",
+        "d/p.png: Permission denied", "d\n");
+    row("a picture that is read-only", "echo old >kept.png; chmod 400 kept.png; privilege=unprivileged",
+        "kept.png", "kept.png: Existing file kept.png is not writable", "kept.png\nold\n");
+    row("a full disk", "echo old >kept.png; ulimit -f 4", "kept.png", "kept.png: File too large",
+        "kept.png\nold\n");
+}
+
+void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
+{
+    QFETCH(QString, preparation);
+    QFETCH(QString, file);
+    QFETCH(QByteArray, message);
+    QFETCH(QByteArray, left);
+    const BenchRun run = takePictures(preparation, file);
+    QVERIFY2(run.errors.count("appvantor: cannot write the picture " + message + "\n") == 2,
+             run.errors.constData());
+    QCOMPARE(run.output, "2\n2\n" + left);
+}
+
+void TestPictures::aPictureReplacesAnother()
+{
+    const BenchRun run = takePictures(QStringLiteral("echo old >kept.png"), QStringLiteral("kept.png"));
+    QVERIFY2(run.output.startsWith("0\n0\nkept.png\n\x89PNG"), run.output.left(80).constData());
+}
+
+QTEST_GUILESS_MAIN(TestPictures)
+#include "test_pictures.moc"
