@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int c_largestFile = 64 << 20;
+
 /// Line and column of a position in text, both from 1.
 QString placeAt(const QByteArray& text, int offset)
 {
@@ -19,23 +21,45 @@ QString placeAt(const QByteArray& text, int offset)
     return QStringLiteral("line %1, column %2 (offset %3)").arg(line).arg(column).arg(offset);
 }
 
-std::optional<QJsonObject> readJson(const QString& fileName, QString* problem)
+/// Reads a file, or a pipe or device, which may have no end.
+std::optional<QByteArray> readText(const QString& fileName, QString* problem)
 {
+    constexpr int chunkSize = 1 << 16;
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    QByteArray text;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        QByteArray chunk;
+        do {
+            chunk = file.read(chunkSize);
+            text += chunk;
+        } while (!chunk.isEmpty() && text.size() <= c_largestFile);
+    }
+    if (file.error() != QFileDevice::NoError) {
         *problem = QStringLiteral("%1: cannot be read: %2").arg(fileName, file.errorString());
         return std::nullopt;
     }
-    const QByteArray text = file.readAll();
+    if (text.size() > c_largestFile) {
+        *problem = QStringLiteral("%1: expected at most %2 bytes").arg(fileName).arg(c_largestFile);
+        return std::nullopt;
+    }
+    return text;
+}
+
+std::optional<QJsonObject> readJson(const QString& fileName, QString* problem)
+{
+    const std::optional<QByteArray> text = readText(fileName, problem);
+    if (!text) {
+        return std::nullopt;
+    }
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
     if (document.isNull()) {
         *problem = QStringLiteral("%1: %2: expected JSON: %3")
-                       .arg(fileName, placeAt(text, error.offset), error.errorString());
+                       .arg(fileName, placeAt(*text, error.offset), error.errorString());
         return std::nullopt;
     }
     if (!document.isObject()) {
-        *problem = QStringLiteral("%1: %2: expected an object").arg(fileName, placeAt(text, 0));
+        *problem = QStringLiteral("%1: %2: expected an object").arg(fileName, placeAt(*text, 0));
         return std::nullopt;
     }
     return document.object();
