@@ -40,7 +40,10 @@ IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
     // A function that is missing is found now, not when it is called: that would end the process.
     loader.setLoadHints(loader.loadHints() | QLibrary::ResolveAllSymbolsHint);
     if (!loader.load()) {
-        *problem = loader.errorString();
+        // Qt has no words for a library that was loaded and lacks the entry point.
+        *problem = QLibrary(loader.fileName()).isLoaded()
+                       ? QStringLiteral("it has no function \"qt_plugin_instance\"")
+                       : loader.errorString();
         return nullptr;
     }
     QObject* instance = nullptr;
