@@ -7,13 +7,40 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
+#include <fcntl.h>
 #include <limits>
+#include <poll.h>
+#include <sys/stat.h>
 
 namespace {
 
 constexpr int c_writeIntervalMs = 100;
 constexpr std::size_t c_fullBuffer = 1 << 16;
+constexpr int c_patienceMs = 3000;
+
+/// A pipe that nobody reads is not waited for. Returns -1, with errno, when file cannot be written.
+int openForWriting(const QString& file)
+{
+    constexpr mode_t everybody = 0666;
+    return open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
+                everybody);
+}
+
+/// Waits until more can be written: a pipe fills up while its reader is busy. False when it stays so, or a
+/// signal came.
+bool waitForRoom(int descriptor)
+{
+    struct pollfd waiting = {descriptor, POLLOUT, 0};
+    return poll(&waiting, 1, c_patienceMs) == 1;
+}
+
+bool isRemoved(int descriptor)
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
+}
 
 /// The short code of a line: its number in the printable characters.
 std::string codeOf(int line)
@@ -65,10 +92,14 @@ VcdTrace::~VcdTrace()
 
 QString VcdTrace::begin(const QString& file)
 {
-    m_file.setFileName(file);
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
-        return QStringLiteral("%1: the trace cannot be written: %2").arg(file, m_file.errorString());
+    const int descriptor = openForWriting(file);
+    if (descriptor < 0) {
+        const QString reason =
+            errno == ENXIO ? QStringLiteral("nobody reads this pipe") : qt_error_string(errno);
+        return QStringLiteral("%1: the trace cannot be written: %2").arg(file, reason);
     }
+    m_fileName = file;
+    m_file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
     m_buffer = "$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n";
     const QVector<DLine> lines = m_device.lines();
     QSet<QString> names;
@@ -92,6 +123,11 @@ QString VcdTrace::end()
     if (m_file.isOpen()) {
         appendTime(std::max(m_timeUs, m_device.now()));
         write();
+    }
+    if (m_file.isOpen()) {
+        if (isRemoved(m_file.handle())) {
+            fail(QStringLiteral("the trace is lost: the file was removed meanwhile"));
+        }
         m_file.close();
     }
     return m_problem;
@@ -139,15 +175,23 @@ void VcdTrace::append(int line, int level)
 void VcdTrace::write()
 {
     while (!m_buffer.empty()) {
+        if (!waitForRoom(m_file.handle())) {
+            fail(QStringLiteral("the trace ends here: its reader does not keep up"));
+            return;
+        }
         const qint64 written = m_file.write(m_buffer.data(), static_cast<qint64>(m_buffer.size()));
         if (written <= 0) {
-            m_problem =
-                QStringLiteral("%1: the trace ends here: %2").arg(m_file.fileName(), m_file.errorString());
-            m_buffer.clear();
-            m_file.close();
-            Q_EMIT failed(m_problem);
+            fail(QStringLiteral("the trace ends here: %1").arg(m_file.errorString()));
             return;
         }
         m_buffer.erase(0, static_cast<std::size_t>(written));
     }
+}
+
+void VcdTrace::fail(const QString& problem)
+{
+    m_problem = QStringLiteral("%1: %2").arg(m_fileName, problem);
+    m_buffer.clear();
+    m_file.close();
+    Q_EMIT failed(m_problem);
 }

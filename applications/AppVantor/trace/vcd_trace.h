@@ -44,8 +44,10 @@ private:
     void append(int line, int level);
     void appendTime(qint64 timeUs);
     void write();
+    void fail(const QString& problem);
 
     const LineDevice& m_device;
+    QString m_fileName;
     QFile m_file;
     std::string m_buffer;
     QTimer m_writing;
