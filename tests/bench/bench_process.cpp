@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <functional>
 
 namespace {
 constexpr int c_patienceMs = 30000;
@@ -21,6 +22,30 @@ BenchRun endOf(QProcess* process)
     run.errors = process->readAllStandardError();
     run.status = process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -1;
     return run;
+}
+
+/// What the kernel says of a process after key; empty when it has ended.
+QByteArray statusOf(const QProcess& process, const QByteArray& key)
+{
+    QFile file(QStringLiteral("/proc/%1/status").arg(process.processId()));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return QByteArray();
+    }
+    const QByteArray text = file.readAll();
+    const int start = text.indexOf('\n' + key) + 1 + key.size();
+    return text.mid(start, text.indexOf('\n', start) - start).trimmed();
+}
+
+bool waitFor(QProcess* process, const std::function<bool()>& condition)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        if (clock.elapsed() > c_patienceMs || process->waitForFinished(1)) {
+            return false;
+        }
+    }
+    return true;
 }
 } // namespace
 
@@ -53,13 +78,15 @@ BenchRun runScript(const QString& script)
     environment.insert(QStringLiteral("BENCH"), benchFile());
     environment.insert(QStringLiteral("SCRATCH"), scratch.path());
     environment.insert(QStringLiteral("EXAMPLES"), QStringLiteral(EXAMPLES));
-    const QString unprivileged =
-        QStringLiteral("unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "
-                       "setpriv --bounding-set=-dac_override,-dac_read_search \"$@\"; fi; }\n");
+    const QString functions = QStringLiteral(
+        "until_caught() { until [ $((0x0$(sed -n 's/^SigCgt:\\t//p' /proc/$1/status) & 1 << $2 - 1)) "
+        "-ne 0 ]; do sleep 0.01; done; }\n"
+        "unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "
+        "setpriv --bounding-set=-dac_override,-dac_read_search \"$@\"; fi; }\n");
     BenchChild process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(scratch.path());
-    process.start(QStringLiteral("bash"), {QStringLiteral("-c"), unprivileged + script});
+    process.start(QStringLiteral("bash"), {QStringLiteral("-c"), functions + script});
     process.waitForStarted(c_patienceMs);
     process.closeWriteChannel();
     return endOf(&process);
@@ -87,6 +114,19 @@ BenchProcess::~BenchProcess()
 void BenchProcess::send(int signal)
 {
     kill(static_cast<pid_t>(m_process.processId()), signal);
+}
+
+bool BenchProcess::waitUntilCaught(int signal)
+{
+    return waitFor(&m_process, [this, signal] {
+        const quint64 caught = statusOf(m_process, "SigCgt:").toULongLong(nullptr, 16);
+        return (caught >> (signal - 1) & 1) != 0;
+    });
+}
+
+bool BenchProcess::waitUntilStopped()
+{
+    return waitFor(&m_process, [this] { return statusOf(m_process, "State:").startsWith('T'); });
 }
 
 bool BenchProcess::waitForOutput(const QByteArray& text)

@@ -22,7 +22,8 @@ struct BenchRun
 BenchRun runBench(const QStringList& arguments, const QByteArray& input = QByteArray());
 
 /// Runs a script of bash until it ends: "$BENCH" is the bench, "$SCRATCH" a new folder, "$EXAMPLES" that of
-/// the examples; "unprivileged COMMAND …" runs a command which file permissions bind even as root.
+/// the examples; "unprivileged COMMAND …" runs a command which file permissions bind even as root, and
+/// "until_caught PID NUMBER" waits until a process handles a signal itself.
 BenchRun runScript(const QString& script);
 
 /// A process in which no signal is ignored, as it may be in one that was started in the background.
@@ -42,6 +43,10 @@ public:
 
     QProcess& process() { return m_process; }
     void send(int signal);
+    /// Waits until the bench handles signal itself; false when that takes too long.
+    bool waitUntilCaught(int signal);
+    /// Waits until the process has been stopped; false when that takes too long.
+    bool waitUntilStopped();
     /// Waits until standard output holds text; false when that takes too long.
     bool waitForOutput(const QByteArray& text);
     /// Waits for the end.

@@ -5,6 +5,35 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <poll.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace {
+
+/// Waits until a pipe or terminal that does not block takes more; false when a signal came.
+bool waitForRoom()
+{
+    struct pollfd waiting = {STDOUT_FILENO, POLLOUT, 0};
+    return poll(&waiting, 1, -1) == 1;
+}
+
+/// Writes to standard output, past any buffer: what could not be written must not be tried again at the end.
+/// False, with errno, when that fails, or when a signal came while a reader kept it waiting.
+bool writeOut(std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (written >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EAGAIN || !waitForRoom()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
 
 void Output::write(const Json& json, const QString& text)
 {
@@ -31,9 +60,7 @@ void Output::line(const std::string& line)
         return;
     }
     const FramedWriting framed;
-    const bool written = std::fwrite(line.data(), 1, line.size(), stdout) == line.size() &&
-                         std::fputc('\n', stdout) != EOF && std::fflush(stdout) == 0;
-    if (!written) {
+    if (!writeOut(line + '\n')) {
         m_failed = true;
         diagnostic(QStringLiteral("standard output cannot be written: %1")
                        .arg(QString::fromUtf8(std::strerror(errno))));

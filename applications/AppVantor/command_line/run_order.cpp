@@ -4,9 +4,9 @@
 #include "order_report.h"
 #include "order_status.h"
 #include "progress.h"
-#include "unix_signals.h"
 
 #include "../bench/exit_status.h"
+#include "../bench/unix_signals.h"
 
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>

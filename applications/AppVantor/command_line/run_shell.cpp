@@ -4,7 +4,8 @@
 #include "line_reader.h"
 #include "shell.h"
 #include "terminal_frame.h"
-#include "unix_signals.h"
+
+#include "../bench/unix_signals.h"
 
 #include <QEventLoop>
 

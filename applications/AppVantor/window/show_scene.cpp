@@ -6,6 +6,7 @@
 #include "texts.h"
 
 #include "../bench/exit_status.h"
+#include "../bench/unix_signals.h"
 
 #include <QDeadlineTimer>
 #include <QGuiApplication>
@@ -81,6 +82,8 @@ int openWindow(Scene& scene, const QString& title, const WindowOptions& options)
     QObject::connect(&window, &QWindow::widthChanged, &root, fit);
     QObject::connect(&window, &QWindow::heightChanged, &root, fit);
     fit();
+    const UnixSignals signals_;
+    QObject::connect(&signals_, &UnixSignals::interrupted, qGuiApp, &QGuiApplication::quit);
     window.show();
     const int status = QGuiApplication::exec();
     root.setParentItem(nullptr);
