@@ -16,11 +16,6 @@ private Q_SLOTS:
     void helpOfASubcommandShowsItsOwnOptionsOnly();
     void logLevelOffSilencesErrorReports();
     void anUnknownToolIsWrongUsage();
-    void aFullOutputIsToldAndFails_data();
-    void aFullOutputIsToldAndFails();
-    void aShellEndsWithItsOutput();
-    void closedStandardStreamsHarmNothing_data();
-    void closedStandardStreamsHarmNothing();
 };
 
 void TestCommandLine::wrongUsageEndsWithStatus2AndSaysWhatWasExpected_data()
@@ -159,56 +154,6 @@ void TestCommandLine::anUnknownToolIsWrongUsage()
         runBench({QStringLiteral("--tool"), QStringLiteral("Nobody"), QStringLiteral("channels")});
     QCOMPARE(run.status, 2);
     QCOMPARE(run.errors, QByteArray("appvantor: there is no tool \"Nobody\"\n"));
-}
-
-void TestCommandLine::aFullOutputIsToldAndFails_data()
-{
-    QTest::addColumn<QString>("arguments");
-    for (const char* arguments : {"run getValue channel=START", "commands", "--json channels", "--help"}) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments);
-    }
-}
-
-void TestCommandLine::aFullOutputIsToldAndFails()
-{
-    QFETCH(QString, arguments);
-    QProcess process;
-    process.setStandardOutputFile(QStringLiteral("/dev/full"));
-    process.start(benchFile(), arguments.split(QLatin1Char(' ')));
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), 1);
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("appvantor: standard output cannot be written: No space left on device\n"));
-}
-
-void TestCommandLine::aShellEndsWithItsOutput()
-{
-    QProcess process;
-    process.start(
-        QStringLiteral("sh"),
-        {QStringLiteral("-c"),
-         QStringLiteral("yes 'getValue channel=START' | \"%1\" shell | head -n 2").arg(benchFile())});
-    QVERIFY(process.waitForFinished(20000));
-    QCOMPARE(process.readAllStandardOutput(), QByteArray("[1] getValue: value=0\n[2] getValue: value=0\n"));
-}
-
-void TestCommandLine::closedStandardStreamsHarmNothing_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<int>("status");
-    QTest::newRow("input") << "\"%1\" shell <&-" << 0;
-    QTest::newRow("output") << "\"%1\" commands >&-" << 0;
-    QTest::newRow("errors") << "\"%1\" run nosuch 2>&-" << 2;
-}
-
-void TestCommandLine::closedStandardStreamsHarmNothing()
-{
-    QFETCH(QString, command);
-    QFETCH(int, status);
-    QProcess process;
-    process.start(QStringLiteral("sh"), {QStringLiteral("-c"), command.arg(benchFile())});
-    QVERIFY(process.waitForFinished(20000));
-    QCOMPARE(process.exitCode(), status);
 }
 
 QTEST_GUILESS_MAIN(TestCommandLine)

@@ -23,7 +23,8 @@ void LineReader::readMore()
         return;
     }
     if (count <= 0) {
-        end(QString());
+        end(count == 0 ? QString()
+                       : QStringLiteral("standard input cannot be read: %1").arg(qt_error_string(errno)));
         return;
     }
     int start = 0;
