@@ -70,16 +70,29 @@ public:
     /// What the screen has shown since it was last asked.
     const QByteArray& seen() const { return m_seen; }
 
+    /// The terminal goes away, as when its window is closed. Returns the exit status.
+    int hangUp()
+    {
+        close(m_terminal);
+        m_terminal = -1;
+        return exitStatus();
+    }
+
     int end()
     {
         while (readMore()) {
         }
+        return exitStatus();
+    }
+
+private:
+    int exitStatus() const
+    {
         int status = 0;
         waitpid(m_process, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-private:
     bool readMore()
     {
         struct pollfd waiting = {m_terminal, POLLIN, 0};
@@ -117,6 +130,8 @@ private Q_SLOTS:
     void aFailureBesideThePromptBringsItBack();
     void aPulseShowsItsProgress();
     void noProgressIsShownWithJson();
+    void aTerminalThatGoesAwayEndsTheShell_data();
+    void aTerminalThatGoesAwayEndsTheShell();
 };
 
 void TestTerminal::theShellPromptsAndEndsWithTheInput()
@@ -242,6 +257,34 @@ void TestTerminal::aPulseShowsItsProgress()
     QVERIFY(terminal.shows("of 0.9 s"));
     QVERIFY(terminal.shows("\r\x1b[K[1] setValue: doneOk=true"));
     QCOMPARE(terminal.end(), 0);
+}
+
+void TestTerminal::aTerminalThatGoesAwayEndsTheShell_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QByteArray>("sign");
+    QTest::addColumn<int>("status");
+    QTest::newRow("at the prompt") << QByteArray() << QByteArray("gpio> ") << 0;
+    QTest::newRow("beside an order") << QByteArray("listenToAll\n") << QByteArray("value=") << 1;
+    QTest::newRow("in a sleep") << QByteArray("sleep 80000000\n") << QByteArray("> sleep 80000000\r\n") << 0;
+    QTest::newRow("in a pulse") << QByteArray("setValue channel=START state=PULSE duration=60000\n")
+                                << QByteArray("duration=60000\r\n") << 1;
+}
+
+/// What then runs ends as by any signal; what is left to say has nowhere to go.
+void TestTerminal::aTerminalThatGoesAwayEndsTheShell()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QByteArray, sign);
+    QFETCH(int, status);
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell"), QStringLiteral("--echo")}, home.path());
+    if (!line.isEmpty()) {
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type(line);
+    }
+    QVERIFY(terminal.shows(sign));
+    QCOMPARE(terminal.hangUp(), status);
 }
 
 QTEST_GUILESS_MAIN(TestTerminal)
