@@ -15,7 +15,7 @@ namespace {
 class Terminal
 {
 public:
-    Terminal(const QStringList& arguments, const QString& home)
+    Terminal(const QStringList& arguments, const QString& home, bool hearsHangUp = true)
     {
         struct winsize size = {24, 100, 0, 0};
         m_process = forkpty(&m_terminal, nullptr, nullptr, &size);
@@ -30,6 +30,7 @@ public:
                 argv.push_back(text.data());
             }
             argv.push_back(nullptr);
+            signal(SIGHUP, hearsHangUp ? SIG_DFL : SIG_IGN);
             setenv("TERM", "xterm", 1);
             setenv("XDG_DATA_HOME", home.toLocal8Bit().constData(), 1);
             execv(file.constData(), argv.data());
@@ -132,6 +133,7 @@ private Q_SLOTS:
     void noProgressIsShownWithJson();
     void aTerminalThatGoesAwayEndsTheShell_data();
     void aTerminalThatGoesAwayEndsTheShell();
+    void aTerminalThatGoesAwayUnheardEndsTheShell();
 };
 
 void TestTerminal::theShellPromptsAndEndsWithTheInput()
@@ -285,6 +287,15 @@ void TestTerminal::aTerminalThatGoesAwayEndsTheShell()
     }
     QVERIFY(terminal.shows(sign));
     QCOMPARE(terminal.hangUp(), status);
+}
+
+/// As with nohup.
+void TestTerminal::aTerminalThatGoesAwayUnheardEndsTheShell()
+{
+    QTemporaryDir home;
+    Terminal terminal({QStringLiteral("shell")}, home.path(), false);
+    QVERIFY(terminal.shows("gpio> "));
+    QCOMPARE(terminal.hangUp(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestTerminal)

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <editline/readline.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace {
@@ -42,6 +43,13 @@ char** complete(const char* word, int start, int end)
     return rl_completion_matches(word, nextCompletion);
 }
 
+/// The line editing library takes no notice of it, and would be called back without end.
+bool isTerminalGone()
+{
+    struct pollfd input = {STDIN_FILENO, POLLIN, 0};
+    return poll(&input, 1, 0) == 1 && (input.revents & POLLHUP) != 0;
+}
+
 } // namespace
 
 LineEditor::LineEditor(const Shell& shell, QObject* parent)
@@ -60,7 +68,7 @@ LineEditor::LineEditor(const Shell& shell, QObject* parent)
     using_history();
     read_history(m_historyFile.toLocal8Bit().constData());
     stifle_history(c_longestHistory);
-    connect(&m_notifier, &QSocketNotifier::activated, this, [] { rl_callback_read_char(); });
+    connect(&m_notifier, &QSocketNotifier::activated, this, &LineEditor::readMore);
     m_notifier.setEnabled(false);
 }
 
@@ -96,6 +104,16 @@ void LineEditor::show()
 {
     if (m_prompting) {
         rl_forced_update_display();
+    }
+}
+
+void LineEditor::readMore()
+{
+    if (isTerminalGone()) {
+        stopPrompting();
+        Q_EMIT ended();
+    } else {
+        rl_callback_read_char();
     }
 }
 

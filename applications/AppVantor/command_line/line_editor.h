@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     static void takeLine(char* line);
+    void readMore();
     void stopPrompting();
 
     const Shell& m_shell;
