@@ -34,6 +34,9 @@ benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind python3 p
 
 lint_packages=(clang-format clang-tidy clazy)
 
+# valgrind, and the names of the C library's functions, without which it misjudges these.
+memcheck_packages=(valgrind libc6-dbg)
+
 # Installs those of the named packages that are missing.
 require_packages() {
     local missing=() package
