@@ -1,0 +1,49 @@
+#include "journal.h"
+
+#include "steady_clock.h"
+#include "text.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+constexpr std::size_t c_kept = 20;
+}
+
+Journal::Journal(quint64 seed, int steps, bool aloud)
+    : m_seed(seed)
+    , m_steps(steps)
+    , m_aloud(aloud)
+{}
+
+void Journal::beginStep(int step)
+{
+    m_step = step;
+}
+
+void Journal::note(int depth, const QString& action)
+{
+    const QString line =
+        "%1 at %2 ms: %3%4"_q.arg(QString::number(m_step), QString::number(steady_clock::nowMs()),
+                                  QString(2 * depth, QLatin1Char(' ')), action);
+    if (m_aloud) {
+        std::fprintf(stderr, "%s\n", qPrintable(line));
+    }
+    m_actions.push_back(line);
+    if (m_actions.size() > c_kept) {
+        m_actions.pop_front();
+    }
+}
+
+/// What is on the stack may be the very thing that broke: nothing of it is run any more.
+void Journal::report(const QString& rule) const
+{
+    std::fprintf(stderr, "BROKEN in step %d of seed %llu: %s\nThe last actions:\n", m_step, m_seed,
+                 qPrintable(rule));
+    for (const QString& action : m_actions) {
+        std::fprintf(stderr, "  %s\n", qPrintable(action));
+    }
+    std::fprintf(stderr, "To repeat it: --seed %llu --steps %d\n", m_seed, m_steps);
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}

@@ -1,0 +1,603 @@
+#include "world.h"
+
+#include "reply_shapes.h"
+#include "steady_clock.h"
+#include "text.h"
+
+#include <plugin_management/d_order.h>
+#include <plugin_management/d_tool.h>
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+using namespace model;
+
+namespace {
+
+constexpr std::size_t c_mostDevices = 3;
+constexpr std::size_t c_mostTools = 4;
+constexpr std::size_t c_mostOrders = 20;
+constexpr std::size_t c_mostBackends = 3;
+constexpr std::size_t c_deepest = 3;
+constexpr int c_manyChannels = 300;
+constexpr int c_longestRest = 100000;
+
+/// Takes an element out of a list, which may change while the element is destroyed.
+template <typename Entry>
+Entry taken(std::vector<Entry>& entries, int index)
+{
+    const auto position = entries.begin() + index;
+    Entry entry = std::move(*position);
+    entries.erase(position);
+    return entry;
+}
+
+} // namespace
+
+World::World(quint64 seed, Journal* journal)
+    : m_random(seed)
+    , m_journal(journal)
+    , m_orderRules(*journal)
+    , m_treatmentRules(*journal)
+    , m_prototype(this)
+{
+    m_places.push_back(Place::Outside);
+    m_log.emplace();
+}
+
+World::~World() = default;
+
+void World::note(const QString& action)
+{
+    m_journal->note(static_cast<int>(m_places.size()) - 1, action);
+}
+
+bool World::isBelow(Place place) const
+{
+    return std::find(m_places.cbegin(), m_places.cend(), place) != m_places.cend();
+}
+
+void World::step()
+{
+    m_untilMoment = m_random.chance(40) ? 1 + m_random.below(6) : 0;
+    act();
+    if (m_random.chance(75)) {
+        settle();
+        check();
+    }
+}
+
+/// Something else may happen at any moment of what happens.
+void World::moment(Place place)
+{
+    if (m_untilMoment == 0 || m_places.size() > c_deepest || --m_untilMoment > 0) {
+        return;
+    }
+    m_untilMoment = m_random.chance(50) ? 1 + m_random.below(4) : 0;
+    m_places.push_back(place);
+    act();
+    m_places.pop_back();
+}
+
+void World::act()
+{
+    struct Act
+    {
+        void (World::*act)();
+        int weight;
+    };
+    static const std::vector<Act> acts = {
+        {&World::makeOrder, 24},      {&World::answer, 24},       {&World::advance, 12},
+        {&World::stopOrder, 6},       {&World::destroyOrder, 5},  {&World::startOrder, 4},
+        {&World::queueTreatments, 8}, {&World::plug, 9},          {&World::pump, 4},
+        {&World::makeTool, 6},        {&World::makeDevice, 2},    {&World::makeBackend, 2},
+        {&World::closeTool, 2},       {&World::destroyDevice, 1}, {&World::destroyBackend, 1},
+    };
+    int all = 0;
+    for (const Act& act : acts) {
+        all += act.weight;
+    }
+    int drawn = m_random.below(all);
+    for (const Act& act : acts) {
+        drawn -= act.weight;
+        if (drawn < 0) {
+            (this->*act.act)();
+            return;
+        }
+    }
+}
+
+void World::pump()
+{
+    if (!isBelow(Place::Device) && m_places.back() != Place::Command) {
+        note("lets an event loop run"_q);
+        QCoreApplication::processEvents();
+    }
+}
+
+/// Lets everything happen that follows by itself. A pass that only brings a timer of 0 ms tells nothing of
+/// it.
+void World::settle()
+{
+    int quietPasses = 0;
+    for (int pass = 0; quietPasses < 2; ++pass) {
+        m_journal->require(pass < c_longestRest, "the host does not come to rest"_q);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const bool busy = QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
+        quietPasses = busy ? 0 : quietPasses + 1;
+    }
+}
+
+void World::check()
+{
+    for (const auto& [id, order] : m_orderRules.orders()) {
+        if (!order->gone) {
+            m_orderRules.checkOrder(*order);
+        }
+    }
+    m_orderRules.forgetGone();
+    for (const OrderEntry& entry : m_orders) {
+        const Order& order = *entry.state;
+        const QString name = "order %1: "_q.arg(order.id);
+        const DOrder::State state = !order.started  ? DOrder::State::Waiting
+                                    : order.decided ? DOrder::State::Finished
+                                                    : DOrder::State::Running;
+        m_journal->require(entry.object->state() == state, name + "its state is wrong"_q);
+        m_journal->require(entry.object->isListening() == order.isListening(), name + "listening wrongly"_q);
+        m_journal->require(entry.object->rejectedReplies() == order.rejected,
+                           name + "rejections miscounted"_q);
+    }
+    for (const DeviceEntry& entry : m_devices) {
+        m_orderRules.checkDevice(*entry.state);
+        const int expected = m_orderRules.pendingRequests(*entry.state);
+        const int pending = entry.object->pendingRequests();
+        m_journal->require(pending == expected,
+                           "%1 requests are pending, %2 are waited for"_q.arg(pending).arg(expected));
+        m_journal->require(entry.object->isConnected() == entry.state->connected, "connected wrongly"_q);
+    }
+    for (const BackendEntry& entry : m_backends) {
+        const Backend& backend = *entry.state;
+        m_treatmentRules.check(backend);
+        const bool connected =
+            backend.tool != nullptr && backend.tool->device != nullptr && backend.tool->device->connected;
+        m_journal->require(entry.object->isConnected() == connected, "a backend is connected wrongly"_q);
+        m_journal->require(entry.object->hasPendingTreatments() == !backend.queue.empty(),
+                           "a backend's treatments are miscounted"_q);
+    }
+    const int working = m_orderRules.workingCommands();
+    m_journal->require(workingCommands == working,
+                       "%1 commands live, %2 work"_q.arg(workingCommands).arg(working));
+    checkMessages();
+}
+
+/// Every message is an error report that a command owes, or Qt's about the length of a pulse.
+void World::checkMessages()
+{
+    for (const QString& text : m_log->texts()) {
+        if (text.contains("ERROR: "_q)) {
+            --m_orderRules.errorReports;
+        } else if (text == "QObject::startTimer: Timers cannot have negative intervals"_q) {
+            --m_orderRules.timerWarnings;
+        } else {
+            m_journal->require(false, "unexpected message: "_q + text);
+        }
+    }
+    m_log.emplace();
+    m_journal->require(m_orderRules.errorReports == 0, "error reports miscounted"_q);
+    m_journal->require(m_orderRules.timerWarnings == 0, "timer warnings miscounted"_q);
+}
+
+void World::finish()
+{
+    m_untilMoment = 0;
+    while (!m_backends.empty()) {
+        destroyBackend();
+    }
+    for (const OrderEntry& entry : m_orders) {
+        m_orderRules.stop(*entry.state);
+        entry.object->stop();
+    }
+    settle();
+    check();
+    for (const DeviceEntry& entry : m_devices) {
+        m_journal->require(entry.object->pendingRequests() == 0, "requests are left at the end"_q);
+    }
+    while (!m_orders.empty()) {
+        destroyOrder();
+    }
+    while (!m_tools.empty()) {
+        closeTool();
+    }
+    while (!m_devices.empty()) {
+        destroyDevice();
+    }
+    settle();
+    check();
+    m_journal->require(m_orderRules.orders().empty(), "orders are left at the end"_q);
+}
+
+void World::makeDevice()
+{
+    if (m_devices.size() >= c_mostDevices) {
+        return;
+    }
+    note("makes a device"_q);
+    DeviceEntry entry{std::make_unique<ScriptedDevice>(this), std::make_shared<Device>()};
+    connect(entry.object.get(), &DDevice::connectedChanged, this, [this, state = entry.state] {
+        state->disconnecting = false;
+        moment(Place::Listener);
+    });
+    m_devices.push_back(std::move(entry));
+}
+
+void World::makeTool()
+{
+    if (m_tools.size() >= c_mostTools) {
+        closeTool();
+        return;
+    }
+    if (m_devices.empty()) {
+        makeDevice();
+    }
+    auto state = std::make_shared<Tool>();
+    state->name = "tool%1"_q.arg(m_random.below(3));
+    DDevice* device = nullptr;
+    if (!m_devices.empty() && !m_random.chance(5)) {
+        const DeviceEntry& entry = m_random.of(m_devices);
+        device = entry.object.get();
+        state->device = entry.state->going ? nullptr : entry.state;
+    }
+    QVariantList channels = toolChannels();
+    for (int more = m_random.chance(20) ? c_manyChannels : 0; more > 0; --more) {
+        channels.append(QVariantMap{{"id"_q, QString::number(more)}});
+    }
+    state->channels = channels.size();
+    note("makes %1 with %2 channels"_q.arg(state->name).arg(channels.size()));
+    auto object = std::make_unique<DTool>(QVariantMap{{"name"_q, state->name}, {"channels"_q, channels}},
+                                          m_prototype, device);
+    m_treatmentRules.addTool(state);
+    m_tools.push_back({std::move(object), state});
+}
+
+void World::makeOrder()
+{
+    if (m_tools.empty()) {
+        makeTool();
+        return;
+    }
+    if (m_orders.size() >= c_mostOrders) {
+        destroyOrder();
+        return;
+    }
+    const ToolEntry& tool = m_random.of(m_tools);
+    const InvocationPlan plan = drawInvocation(m_random);
+    OrderEntry entry{std::make_unique<DOrder>(tool.object.get(), plan.command, plan.arguments), nullptr};
+    entry.state = m_orderRules.makeOrder(entry.object->id(), plan, tool.state);
+    DOrder* order = entry.object.get();
+    const auto state = entry.state;
+    watchOrder(order, state);
+    m_orders.push_back(std::move(entry));
+    if (m_random.chance(85)) {
+        start(order, *state);
+    } else {
+        note("makes order %1 of %2"_q.arg(state->id).arg(plan.command));
+    }
+}
+
+void World::watchOrder(DOrder* order, const std::shared_ptr<Order>& state)
+{
+    connect(order, &DOrder::resultUpdated, this, [this] { moment(Place::Listener); });
+    connect(order, &DOrder::eventReceived, this, [this] { moment(Place::Listener); });
+    connect(order, &DOrder::finished, this, [this, order, state](bool success, const QString& reason) {
+        m_orderRules.finishedTold(*state, success, reason);
+        m_journal->require(order->isSuccessful() == success && order->reason() == reason,
+                           "an order tells and keeps two outcomes"_q);
+        m_journal->require(!success || !state->value.isValid() ||
+                               order->results().value("value"_q) == state->value,
+                           "an order reports another value than it was sent"_q);
+        moment(Place::Listener);
+    });
+}
+
+void World::start(DOrder* order, Order& state)
+{
+    note("starts order %1: %2 %3"_q.arg(
+        QString::number(state.id), state.plan.command,
+        QString::fromUtf8(QJsonDocument::fromVariant(state.plan.arguments).toJson(QJsonDocument::Compact))));
+    m_orderRules.start(state);
+    order->start();
+}
+
+void World::startOrder()
+{
+    if (!m_orders.empty()) {
+        const OrderEntry& entry = m_random.of(m_orders);
+        const auto state = entry.state;
+        start(entry.object.get(), *state);
+    }
+}
+
+void World::stopOrder()
+{
+    if (m_orders.empty()) {
+        return;
+    }
+    const OrderEntry& entry = m_random.of(m_orders);
+    const auto state = entry.state;
+    note("stops order %1"_q.arg(state->id));
+    m_orderRules.stop(*state);
+    entry.object->stop();
+    m_journal->require(state->decided, "an order does not end where it is stopped"_q);
+}
+
+void World::destroyOrder()
+{
+    if (m_orders.empty()) {
+        return;
+    }
+    OrderEntry entry = taken(m_orders, m_random.below(static_cast<int>(m_orders.size())));
+    note("destroys order %1"_q.arg(entry.state->id));
+    ++m_destroyed;
+    m_orderRules.destroy(*entry.state);
+    entry.object.reset();
+    m_orderRules.orderGone(*entry.state);
+}
+
+/// To a request that may be over, or was never sent; once or more often.
+void World::answer()
+{
+    if (m_devices.empty()) {
+        return;
+    }
+    const auto waits = [this](const DeviceEntry& entry) {
+        return !m_orderRules.waitingRequests(*entry.state).empty();
+    };
+    const auto waiting = std::find_if(m_devices.cbegin(), m_devices.cend(), waits);
+    const DeviceEntry& entry =
+        waiting != m_devices.cend() && m_random.chance(70) ? *waiting : m_random.of(m_devices);
+    std::vector<quint64> requests = m_orderRules.waitingRequests(*entry.state);
+    if (requests.empty() || m_random.chance(15)) {
+        requests = m_orderRules.recentRequests();
+        requests.push_back(0);
+    }
+    const quint64 request = m_random.of(requests);
+    for (int times = m_random.chance(80) ? 1 : 2 + m_random.below(2); times > 0; --times) {
+        Answer answer;
+        answer.failed = m_random.chance(10);
+        if (answer.failed) {
+            answer.reason = "burnt %1"_q.arg(m_random.below(100));
+            note("fails request %1: %2"_q.arg(QString::number(request), answer.reason));
+            entry.object->fail(request, answer.reason);
+        } else {
+            const ReplyShape& shape =
+                m_random.chance(60) ? replyShapes().constFirst() : m_random.of(replyShapes());
+            answer.reply = shape.reply;
+            note("answers request %1 with %2"_q.arg(request).arg(QString::fromUtf8(shape.name)));
+            entry.object->reply(request, answer.reply);
+        }
+        m_orderRules.answer(*entry.state, request, answer);
+    }
+}
+
+void World::plug()
+{
+    if (m_devices.empty() || isBelow(Place::Device)) {
+        return;
+    }
+    const DeviceEntry& entry = m_random.of(m_devices);
+    ScriptedDevice* device = entry.object.get();
+    const auto state = entry.state;
+    if (!state->connected && m_random.chance(90)) {
+        note("plugs a device in"_q);
+        m_orderRules.connect(*state);
+        device->setConnected();
+    } else if (m_random.chance(25)) {
+        const QString problem = "cable %1 pulled"_q.arg(m_random.below(100));
+        note("unplugs a device: "_q + problem);
+        m_orderRules.disconnect(*state, problem);
+        device->setDisconnected(problem);
+    }
+}
+
+void World::advance()
+{
+    const std::vector<qint64> times = m_orderRules.dueTimes();
+    qint64 ms = 1 + m_random.below(60);
+    if (!times.empty() && m_random.chance(35)) {
+        constexpr qint64 longest = 100000;
+        const qint64 untilDue = m_random.of(times) - steady_clock::nowMs();
+        ms = std::clamp<qint64>(untilDue + m_random.below(3) - 1, 0, longest);
+    }
+    note("moves the clock by %1 ms"_q.arg(ms));
+    steady_clock::advanceMs(ms);
+}
+
+void World::makeBackend()
+{
+    if (m_backends.size() >= c_mostBackends) {
+        return;
+    }
+    const QString tool = "tool%1"_q.arg(m_random.below(3));
+    note("makes a backend of "_q + tool);
+    BackendEntry entry{std::make_unique<WatchedBackend>(this), m_treatmentRules.makeBackend(tool)};
+    entry.object->setName(tool);
+    connect(entry.object.get(), &DAbstractPluginBackend::abstractBackendInitialized, this,
+            [this, state = entry.state] { m_treatmentRules.initialized(*state); });
+    m_backends.push_back(std::move(entry));
+}
+
+void World::queueTreatments()
+{
+    if (m_backends.empty()) {
+        return;
+    }
+    const BackendEntry& entry = m_random.of(m_backends);
+    const int count = m_random.chance(3) ? c_manyChannels + 5 : 1 + m_random.below(3);
+    note("queues %1 treatments from number %2 on"_q.arg(count).arg(m_lastTreatment + 1));
+    for (int i = 0; i < count; ++i) {
+        const Treatment treatment{++m_lastTreatment, drawInvocation(m_random)};
+        const bool accepted =
+            entry.object->queueTreatment(treatment.id, treatment.plan.command, treatment.plan.arguments);
+        m_treatmentRules.queued(*entry.state, treatment, accepted);
+    }
+}
+
+void World::closeTool()
+{
+    if (m_tools.empty()) {
+        return;
+    }
+    ToolEntry entry = taken(m_tools, m_random.below(static_cast<int>(m_tools.size())));
+    note("closes "_q + entry.state->name);
+    ++m_destroyed;
+    m_orderRules.closeTool(entry.state);
+    m_treatmentRules.closeTool(entry.state);
+    entry.object.reset();
+    entry.state->device = nullptr;
+}
+
+void World::destroyDevice()
+{
+    if (m_devices.empty() || isBelow(Place::Device)) {
+        return;
+    }
+    DeviceEntry entry = taken(m_devices, m_random.below(static_cast<int>(m_devices.size())));
+    note("destroys a device"_q);
+    ++m_destroyed;
+    m_orderRules.destroyDevice(*entry.state);
+    entry.object.reset();
+    for (const ToolEntry& tool : m_tools) {
+        if (tool.state->device == entry.state) {
+            tool.state->device = nullptr;
+        }
+    }
+}
+
+void World::destroyBackend()
+{
+    if (m_backends.empty()) {
+        return;
+    }
+    BackendEntry entry = taken(m_backends, m_random.below(static_cast<int>(m_backends.size())));
+    note("destroys a backend"_q);
+    ++m_destroyed;
+    m_treatmentRules.destroyBackend(entry.state);
+    if (entry.state->running != nullptr) {
+        m_orderRules.destroy(*entry.state->running);
+    }
+    entry.object.reset();
+}
+
+Order& World::stateOf(quint64 order) const
+{
+    return *m_orderRules.orders().at(order);
+}
+
+std::shared_ptr<Device> World::stateOf(const ScriptedDevice* device) const
+{
+    const auto found = std::find_if(m_devices.cbegin(), m_devices.cend(), [device](const DeviceEntry& entry) {
+        return entry.object.get() == device;
+    });
+    return found != m_devices.cend() ? found->state : nullptr;
+}
+
+std::shared_ptr<Backend> World::stateOf(const QObject* backend) const
+{
+    const auto found =
+        std::find_if(m_backends.cbegin(), m_backends.cend(),
+                     [backend](const BackendEntry& entry) { return entry.object.get() == backend; });
+    m_journal->require(found != m_backends.cend(), "a treatment of a backend that is gone"_q);
+    return found->state;
+}
+
+/// An order that the run has not made is that of a treatment: it hangs below its backend.
+void World::commandLinked(DOrder* order)
+{
+    if (m_orderRules.orders().count(order->id()) == 0) {
+        const auto backend = stateOf(order->parent()->parent());
+        const Treatment& treatment = m_treatmentRules.orderMade(*backend);
+        const auto state = m_orderRules.makeOrder(order->id(), treatment.plan, backend->tool);
+        backend->running = state;
+        m_orderRules.start(*state);
+        watchOrder(order, state);
+        connect(order, &QObject::destroyed, this, [this, state] { m_orderRules.orderGone(*state); });
+    }
+    m_orderRules.commandMade(stateOf(order->id()));
+}
+
+void World::executeBegins(quint64 order)
+{
+    moment(Place::Command);
+    m_orderRules.executeBegins(stateOf(order));
+}
+
+void World::executeEnds(quint64 order, bool accepted)
+{
+    m_orderRules.executeEnds(stateOf(order), accepted);
+    moment(Place::Command);
+}
+
+void World::sendBegins(quint64 order, const QString& instruction, const QVariantMap& arguments, int timeoutMs)
+{
+    m_orderRules.sendBegins(stateOf(order), instruction, arguments, timeoutMs);
+}
+
+void World::sendEnds(quint64 order, quint64 request)
+{
+    Q_UNUSED(order)
+    m_orderRules.sendEnds(request);
+}
+
+void World::replyBegins(quint64 order, quint64 request, const QVariantMap& reply)
+{
+    m_orderRules.replyBegins(stateOf(order), request, reply);
+    moment(Place::Command);
+    m_orderRules.delegateRuns(stateOf(order), reply);
+}
+
+void World::replyEnds(quint64 order, quint64 request, bool accepted)
+{
+    moment(Place::Command);
+    m_orderRules.replyEnds(stateOf(order), request, accepted);
+}
+
+void World::finishBegins(quint64 order, bool ok)
+{
+    m_orderRules.finishBegins(stateOf(order), ok);
+    moment(Place::Command);
+}
+
+void World::finishEnds()
+{
+    moment(Place::Command);
+}
+
+void World::requestArrives(ScriptedDevice* device, quint64 request)
+{
+    note("request %1"_q.arg(request));
+    m_orderRules.requestArrives(*stateOf(device), request);
+    moment(Place::Device);
+}
+
+void World::cancelArrives(ScriptedDevice* device, quint64 request)
+{
+    const auto state = stateOf(device);
+    m_orderRules.cancelBegins(*state, request);
+    moment(Place::Device);
+    m_orderRules.cancelEnds(*state, request);
+}
+
+void World::treatmentReplied(WatchedBackend* backend, int id, const QString& name)
+{
+    m_treatmentRules.replied(*stateOf(backend), id, name);
+    moment(Place::Listener);
+}
+
+void World::treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success)
+{
+    m_treatmentRules.released(*stateOf(backend), id, name, success);
+    moment(Place::Listener);
+}
