@@ -1,0 +1,130 @@
+#include "message_log.h"
+#include "process_usage.h"
+#include "soak_bench.h"
+#include "text.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+namespace {
+
+constexpr int c_usageError = 2;
+constexpr int c_rounds = 100;
+/// The heap, Qt's event queue and the dynamic linker take their lasting size in these.
+constexpr int c_warmUpRounds = 10;
+/// What the heap may still gain by scattering: one lost object of 16 bytes an order would be 15 MB.
+constexpr qint64 c_mostGrowthKiB = 1024;
+
+#ifdef __SANITIZE_ADDRESS__
+/// Freed memory is kept back to find uses of it; leaks are told by the sanitizer itself.
+constexpr bool c_memoryTells = false;
+#else
+constexpr bool c_memoryTells = true;
+#endif
+
+struct Record
+{
+    ProcessUsage warm;
+    ProcessUsage highest;
+    ProcessUsage last;
+
+    void add(int round, const ProcessUsage& usage)
+    {
+        if (round <= c_warmUpRounds) {
+            warm = usage;
+            highest = usage;
+        }
+        highest.residentKiB = std::max(highest.residentKiB, usage.residentKiB);
+        highest.descriptors = std::max(highest.descriptors, usage.descriptors);
+        last = usage;
+    }
+
+    QString problem() const
+    {
+        const qint64 growth = highest.residentKiB - warm.residentKiB;
+        if (c_memoryTells && growth > c_mostGrowthKiB) {
+            return "resident memory grew by %1 KiB, expected %2 at most"_q.arg(growth).arg(c_mostGrowthKiB);
+        }
+        if (highest.descriptors != warm.descriptors) {
+            return "%1 descriptors are open, %2 after the warm-up"_q.arg(highest.descriptors)
+                .arg(warm.descriptors);
+        }
+        return QString();
+    }
+};
+
+qint64 share(qint64 all, int round)
+{
+    return all * round / c_rounds - all * (round - 1) / c_rounds;
+}
+
+bool readCount(const QCommandLineParser& parser, const QString& option, qint64* count)
+{
+    bool ok = false;
+    *count = parser.value(option).toLongLong(&ok);
+    if (!ok || *count < c_rounds || *count > std::numeric_limits<int>::max()) {
+        std::fprintf(stderr, "--%s: expected a whole number from %d to %d, got \"%s\"\n", qPrintable(option),
+                     c_rounds, std::numeric_limits<int>::max(), qPrintable(parser.value(option)));
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+/// Runs orders and events for long in one process, and watches what the process holds.
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    const QString ordersOption = "orders"_q;
+    const QString eventsOption = "events"_q;
+    parser.addHelpOption();
+    parser.addOption({ordersOption, "Orders to run."_q, "number"_q, "1000000"_q});
+    parser.addOption({eventsOption, "Listening events to hear."_q, "number"_q, "10000000"_q});
+    parser.process(application);
+    qint64 orders = 0;
+    qint64 events = 0;
+    if (!parser.positionalArguments().isEmpty()) {
+        std::fprintf(stderr, "unexpected argument \"%s\"\n",
+                     qPrintable(parser.positionalArguments().constFirst()));
+        return c_usageError;
+    }
+    if (!readCount(parser, ordersOption, &orders) || !readCount(parser, eventsOption, &events)) {
+        return c_usageError;
+    }
+
+    QElapsedTimer clock;
+    clock.start();
+    SoakBench bench;
+    Record record;
+    qint64 messages = 0;
+    for (int round = 1; round <= c_rounds && bench.problem().isEmpty(); ++round) {
+        const MessageLog log;
+        bench.runOrders(share(orders, round));
+        bench.runEvents(share(events, round));
+        messages += log.messages().size();
+        record.add(round, ProcessUsage::now());
+    }
+
+    QString problem = bench.problem().isEmpty() ? record.problem() : bench.problem();
+    if (problem.isEmpty() && messages != bench.provokedReports()) {
+        problem = "%1 messages were logged, %2 provoked"_q.arg(messages).arg(bench.provokedReports());
+    }
+    std::printf(
+        "%lld orders, %lld events, %.1f s, resident %lld KiB after the warm-up, %lld at the end, %lld at "
+        "most, descriptors %d, %d, %d, %lld messages, %lld provoked\n",
+        orders, bench.events(), static_cast<double>(clock.elapsed()) / 1000, record.warm.residentKiB,
+        record.last.residentKiB, record.highest.residentKiB, record.warm.descriptors, record.last.descriptors,
+        record.highest.descriptors, messages, bench.provokedReports());
+    if (!problem.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(problem));
+        return 1;
+    }
+    return 0;
+}
