@@ -351,6 +351,20 @@ private Q_SLOTS:
         QVERIFY(order->isSuccessful());
     }
 
+    void noReplyReachesACommandThatFinishesInANestedEventLoop()
+    {
+        Workbench bench(fillListener);
+        int replies = 0;
+        bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
+        bench.script->onFinish = [](ScriptedCommand&) { deliver(); };
+        const auto order = bench.order();
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        order->stop();
+        QCOMPARE(replies, 0);
+        QVERIFY(order->isSuccessful());
+    }
+
     void destroyingAWaitingOrderLeavesNothing()
     {
         Workbench bench(fillReader);

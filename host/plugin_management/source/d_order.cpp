@@ -351,6 +351,9 @@ void DOrder::commandHasFinished(DAbstractCommand& command, bool ok)
 
 void DOrder::requestReplied(quint64 id, const QVariantMap& reply)
 {
+    if (!d->isRunning()) {
+        return; // its command finishes, and runs an event loop
+    }
     const std::shared_ptr<Private> order = d;
     const bool recurring = d->instructions.at(id).recurring;
     bool accepted = false;
