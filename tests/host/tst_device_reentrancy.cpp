@@ -192,6 +192,17 @@ private Q_SLOTS:
         QCOMPARE(m_client->failures(), QStringList{"the device is gone"_s});
     }
 
+    void noAnswerIsDeliveredWhileTheDeviceGoes()
+    {
+        listen(1);
+        listen(2);
+        answer(2, 1);
+        m_client->then = [](const auto&) { deliver(); };
+        m_device.reset();
+        QCOMPARE(m_client->ids(), (QVector<quint64>{1, 2}));
+        QCOMPARE(m_client->failures().size(), 2);
+    }
+
     void aRequestMayBeCancelledWhereTheLossOfAnotherIsHandled()
     {
         listen(1);

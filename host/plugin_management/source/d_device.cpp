@@ -128,6 +128,7 @@ DDevice::~DDevice()
 {
     d->connected = false;
     d->connectionProblem = QStringLiteral("the device is gone");
+    d->answers.clear(); // a client that hears of the end may run an event loop
     for (Private::Request& request : d->requests) {
         request.handling = false; // who would have handled a cancellation is gone already
     }
