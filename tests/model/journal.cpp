@@ -3,18 +3,54 @@
 #include "steady_clock.h"
 #include "text.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
+
 constexpr std::size_t c_kept = 20;
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool c_tellsOfCrashes = false; // the sanitizer does
+#else
+constexpr bool c_tellsOfCrashes = true;
+#endif
+
+const Journal* currentJournal = nullptr;
+
+/// Not what a signal handler may do, but the process is lost anyway.
+void tellOfCrash(int signal)
+{
+    std::signal(signal, SIG_DFL);
+    currentJournal->require(false, "the process got signal %1"_q.arg(signal));
 }
+
+void handleCrashes(void (*handler)(int))
+{
+    if (c_tellsOfCrashes) {
+        for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGABRT}) {
+            std::signal(signal, handler);
+        }
+    }
+}
+
+} // namespace
 
 Journal::Journal(quint64 seed, int steps, bool aloud)
     : m_seed(seed)
     , m_steps(steps)
     , m_aloud(aloud)
-{}
+{
+    currentJournal = this;
+    handleCrashes(tellOfCrash);
+}
+
+Journal::~Journal()
+{
+    handleCrashes(SIG_DFL);
+    currentJournal = nullptr;
+}
 
 void Journal::beginStep(int step)
 {

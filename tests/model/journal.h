@@ -4,12 +4,15 @@
 
 #include <deque>
 
-/// Keeps the last actions of a run, and ends the process with them where the run breaks a rule.
+/// Keeps the last actions of a run, and ends the process with them where the run breaks a rule, or crashes.
+/// One at a time.
 class Journal
 {
 public:
     /// aloud prints each action as it happens.
     Journal(quint64 seed, int steps, bool aloud);
+    ~Journal();
+    Q_DISABLE_COPY(Journal)
 
     void beginStep(int step);
     /// Something is about to be done, inside as many others as depth says.

@@ -23,6 +23,13 @@ bool hasDue(const Request& request)
     return !request.heard && request.deadlineMs <= steady_clock::nowMs();
 }
 
+bool isAnswered(const Request& request)
+{
+    const auto& answers = request.device->answers;
+    return std::any_of(answers.cbegin(), answers.cend(),
+                       [&request](const Answer& answer) { return answer.request.get() == &request; });
+}
+
 } // namespace
 
 bool Order::isListening() const
@@ -104,7 +111,12 @@ void OrderRules::closeTool(const std::shared_ptr<Tool>& tool)
 void OrderRules::answer(Device& device, quint64 request, const Answer& answer)
 {
     const auto found = m_requests.find(request);
-    if (found != m_requests.end() && !found->second->over && found->second->device.get() == &device) {
+    if (found == m_requests.end() || found->second->device.get() != &device) {
+        return;
+    }
+    if (found->second->over) {
+        found->second->cancel = Cancel::Possible;
+    } else {
         device.answers.push_back(answer);
         device.answers.back().request = found->second;
     }
@@ -259,11 +271,15 @@ void OrderRules::dropOver(Device& device)
     }
 }
 
-/// The request is over; cancel says what its device is to be told.
+/// The request is over; cancel says what its device is to be told. It need not be told when an answer is on
+/// its way, which may come while the order ends.
 void OrderRules::retire(const RequestPointer& request, Cancel cancel)
 {
     request->over = true;
     request->cancel = request->atDevice ? cancel : Cancel::NotDue;
+    if (request->cancel == Cancel::Due && isAnswered(*request)) {
+        request->cancel = Cancel::Possible;
+    }
     auto& requests = request->order->requests;
     requests.erase(std::remove(requests.begin(), requests.end(), request), requests.end());
     if (request->cancel == Cancel::NotDue) {
@@ -477,9 +493,12 @@ void OrderRules::orderGone(Order& order) const
     order.gone = true;
 }
 
-/// Their commands may be on the stack up to now.
+/// Their commands may be on the stack up to now, and their requests may be told of.
 void OrderRules::forgetGone()
 {
+    for (auto known = m_requests.begin(); known != m_requests.end();) {
+        known = known->second->cancel == Cancel::Possible ? m_requests.erase(known) : std::next(known);
+    }
     for (auto known = m_orders.begin(); known != m_orders.end();) {
         known = known->second->gone ? m_orders.erase(known) : std::next(known);
     }

@@ -92,7 +92,7 @@ void World::act()
     static const std::vector<Act> acts = {
         {&World::makeOrder, 24},      {&World::answer, 24},       {&World::advance, 12},
         {&World::stopOrder, 6},       {&World::destroyOrder, 5},  {&World::startOrder, 4},
-        {&World::queueTreatments, 8}, {&World::plug, 9},          {&World::pump, 4},
+        {&World::queueTreatments, 8}, {&World::plug, 9},          {&World::pump, 12},
         {&World::makeTool, 6},        {&World::makeDevice, 2},    {&World::makeBackend, 2},
         {&World::closeTool, 2},       {&World::destroyDevice, 1}, {&World::destroyBackend, 1},
     };
@@ -567,12 +567,12 @@ void World::replyEnds(quint64 order, quint64 request, bool accepted)
 void World::finishBegins(quint64 order, bool ok)
 {
     m_orderRules.finishBegins(stateOf(order), ok);
-    moment(Place::Command);
+    moment(Place::Listener);
 }
 
 void World::finishEnds()
 {
-    moment(Place::Command);
+    moment(Place::Listener);
 }
 
 void World::requestArrives(ScriptedDevice* device, quint64 request)
