@@ -37,6 +37,10 @@ lint_packages=(clang-format clang-tidy clazy)
 # valgrind, and the names of the C library's functions, without which it misjudges these.
 memcheck_packages=(valgrind libc6-dbg)
 
+coverage_packages=(gcovr)
+
+mutation_packages=(python3)
+
 # Installs those of the named packages that are missing.
 require_packages() {
     local missing=() package
