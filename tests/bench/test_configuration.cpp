@@ -36,6 +36,8 @@ private Q_SLOTS:
     void aRightConfigurationIsTaken();
     void aMistakeNamesFilePlaceAndExpectation_data();
     void aMistakeNamesFilePlaceAndExpectation();
+    void anotherShapeIsTold_data();
+    void anotherShapeIsTold();
     void allMistakesAreToldAtOnce();
     void aFileThatIsNotThereIsTold();
     void aPluginThatIsNotThereIsTold();
@@ -119,6 +121,13 @@ void TestConfiguration::aMistakeNamesFilePlaceAndExpectation_data()
         "tools: expected a list, found {}");
     row("tool id", "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "seven",
         "tools[0].id: expected a uuid in braces, found \"seven\"");
+    row("tool name twice", "\"tools\": [",
+        R"("tools": [ {"name": "T", "id": "{00000000-0000-4000-8000-000000000001}", "plugin": "p_tool_gpio", "channels": []},)",
+        "tools[1].name: expected a name of its own, \"T\" is taken");
+    row("tool id twice", "\"tools\": [",
+        R"("tools": [ {"name": "U", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "p_tool_gpio", "channels": []},)",
+        "tools[1].id: expected an identifier of its own, \"{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}\" is "
+        "taken");
     row("channel without id", "\"id\": \"A\",", "",
         "tools[0].channels[0].id: expected a text, found nothing");
     row("unknown entry of a channel", "\"id\": \"A\",", R"("id": "A", "visibilty": "public",)",
@@ -161,6 +170,25 @@ void TestConfiguration::aMistakeNamesFilePlaceAndExpectation()
     QVERIFY2(("\n" + run.errors).contains("\nappvantor: " + file.toUtf8() + ": " + message) ||
                  run.errors.contains("\n" + file.toUtf8() + ": " + message),
              run.errors.constData());
+}
+
+void TestConfiguration::anotherShapeIsTold_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("a list") << QByteArray("[]")
+                            << QByteArray(": line 1, column 1 (offset 0): expected an object\n");
+    QTest::newRow("a device that is no object") << QByteArray(R"({"device": 5, "tools": []})")
+                                                << QByteArray(": device: expected an object, found 5\n");
+}
+
+void TestConfiguration::anotherShapeIsTold()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QByteArray, message);
+    const BenchRun run = channelsWith(text);
+    QVERIFY2(run.errors.contains(message), run.errors.constData());
+    QCOMPARE(run.status, 2);
 }
 
 void TestConfiguration::allMistakesAreToldAtOnce()

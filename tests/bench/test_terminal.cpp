@@ -158,6 +158,9 @@ void TestTerminal::commandsParametersChannelsAndStatesAreCompleted()
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("getV\tchannel=DOO\t\n");
     QVERIFY(terminal.shows("[2] getValue: value=1"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("startL\tch\tDO\ted\tH\t\n");
+    QVERIFY(terminal.shows("lastValue=1 value=true"));
     terminal.type("quit\n");
     QCOMPARE(terminal.end(), 0);
 }

@@ -119,6 +119,7 @@ private Q_SLOTS:
         const QAbstractItemModelTester tester(&model, FailureMode::QtTest);
         QCOMPARE(model.rowCount(), 1);
         QCOMPARE(at(model, 0, ToolsModel::NameRole).toString(), QStringLiteral("Front panel"));
+        QCOMPARE(at(model, 0, ToolsModel::IdRole).toString(), m_bench->tool().id());
         QCOMPARE(at(model, 0, ToolsModel::PluginRole).toString(), QStringLiteral("Tool Gpio"));
         QCOMPARE(at(model, 0, ToolsModel::ChannelCountRole).toInt(), 8);
         QVERIFY(at(model, 0, ToolsModel::ConnectedRole).toBool());
