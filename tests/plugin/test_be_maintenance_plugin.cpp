@@ -5,6 +5,8 @@
 #include "text.h"
 #include "virtual_slot.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QPointer>
@@ -265,6 +267,8 @@ private Q_SLOTS:
         QTest::newRow("another key") << QVariantMap({{"Channels"_q, QVariantList({publicEntry("A"_q)})}});
         QTest::newRow("a map") << QVariantMap({{"channels"_q, publicEntry("A"_q)}});
         QTest::newRow("texts") << QVariantMap({{"channels"_q, QStringList({"A"_q})}});
+        QTest::newRow("a list of another kind")
+            << QVariantMap({{"channels"_q, QJsonArray({QJsonObject::fromVariantMap(publicEntry("A"_q))})}});
         QTest::newRow("an invalid value") << QVariantMap({{"channels"_q, QVariant()}});
         QTest::newRow("an empty list") << QVariantMap({{"channels"_q, QVariantList()}});
     }

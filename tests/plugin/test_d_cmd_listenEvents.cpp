@@ -166,6 +166,8 @@ private Q_SLOTS:
             << "FE"_q << Readings{5, c_highestInt, 0} << Events{false, false, false};
         QTest::newRow("a fall to the lowest")
             << "FE"_q << Readings{5, c_lowestInt, 0} << Events{false, true, false};
+        QTest::newRow("a first reading below 0 is no fall") << "FE"_q << Readings{-5} << Events{false};
+        QTest::newRow("a fall below 0") << "FE"_q << Readings{0, -5} << Events{false, true};
         QTest::newRow("after the lowest as after 0")
             << "RE"_q << Readings{c_lowestInt, 0, 1} << Events{false, false, true};
         QTest::newRow("minus one is no reading before")
