@@ -1,0 +1,23 @@
+"""The faults that change nothing: listed in equivalents.txt, each with a reason."""
+
+from pathlib import Path
+
+_LIST = Path(__file__).with_name("equivalents.txt")
+
+
+class Equivalents:
+    """Each entry is four lines: the file, "- " the lines before, "+ " the lines after, and why they do the same. An
+    entry speaks of that change wherever the file has it."""
+
+    def __init__(self):
+        self._entries = set()
+        for block in _LIST.read_text().strip().split("\n\n"):
+            file, before, after, _reason = block.split("\n", 3)
+            self._entries.add((file, before.removeprefix("- "), after.removeprefix("+ ")))
+
+    def __contains__(self, mutant):
+        return (mutant.file, mutant.before, mutant.after) in self._entries
+
+    def vanished(self, mutants):
+        """The entries that are none of the mutants."""
+        return sorted(self._entries - {(mutant.file, mutant.before, mutant.after) for mutant in mutants})

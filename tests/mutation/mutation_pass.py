@@ -1,0 +1,163 @@
+"""Plants faults in the plugin, one at a time, and tells which of them no test notices."""
+
+import argparse
+import collections
+import os
+import queue
+import random
+import sys
+import threading
+from pathlib import Path
+
+from cpp_rules import cpp_mutants
+from equivalents import Equivalents
+from qml_rules import qml_mutants
+from work_copy import Stage, WorkCopy
+
+ROOT = Path(__file__).resolve().parents[2]
+PLUGIN = ROOT / "plugins/p_tool_gpio"
+LEAST_SHARE = 95  # percent of the faults that tests must notice
+PLUGIN_STAGE = Stage("plugin", tuple(sorted(file.stem.removeprefix("test_")
+                                            for file in (ROOT / "tests/plugin").glob("test_*.cpp"))))
+ABI_STAGE = Stage("abi", ("metadata", "entry_points", "symbols", "resource", "qml_types", "catalogue"))
+PANEL_STAGE = Stage("panel", ("maintenance_page", "panel_clicks", "page_panel"))
+
+
+def arguments():
+    parser = argparse.ArgumentParser(prog="tests/mutation/run", description=__doc__)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N", help="work copies and processes")
+    parser.add_argument("--only", metavar="FILE", help="faults of this file (or of files whose path ends so) alone")
+    parser.add_argument("--sample", type=int, metavar="N", help="plant N faults drawn by chance")
+    parser.add_argument("--seed", type=int, default=1, metavar="S", help="of the sample; the same one, the same faults")
+    return parser.parse_args()
+
+
+def all_mutants(only):
+    files = sorted(PLUGIN.glob("source/*.cpp")) + sorted(PLUGIN.glob("source/*.h"))
+    files += sorted(PLUGIN.glob("resources/*.qml"))
+    mutants = []
+    for file in files:
+        name = str(file.relative_to(ROOT))
+        if only is None or name.endswith(only):
+            rules = qml_mutants if file.suffix == ".qml" else cpp_mutants
+            mutants += rules(name, file.read_text())
+    return mutants
+
+
+class Pass:
+    def __init__(self, jobs):
+        self._jobs = jobs
+        self._lock = threading.Lock()
+        self.verdicts = {}  # of mutants: "stillborn", what killed them, or None
+
+    def run(self, mutants):
+        self._total = len(mutants)
+        sources = queue.SimpleQueue()
+        for mutant in mutants:
+            if not mutant.file.endswith(".qml"):
+                sources.put(mutant)
+        if not sources.empty():
+            workers = [threading.Thread(target=self._guarded, args=(self._work, sources, number))
+                       for number in range(self._jobs)]
+            self._failure = None
+            for worker in workers:
+                worker.start()
+            for worker in workers:
+                worker.join()
+            if self._failure:
+                raise self._failure
+        self._show_to_the_page([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
+
+    def _guarded(self, work, *args):
+        try:
+            work(*args)
+        except BaseException as failure:  # pylint: disable=broad-except
+            self._failure = failure
+
+    def _work(self, mutants, number):
+        """The tests of the plugin alone and of its library, on the faults of its sources."""
+        copy = self._copy(number, 1)
+        copy.check(PLUGIN_STAGE)
+        copy.check(ABI_STAGE)
+        while self._failure is None:
+            try:
+                mutant = mutants.get_nowait()
+            except queue.Empty:
+                return
+            copy.plant(mutant)
+            self._note(mutant, self._verdict(copy, mutant))
+            copy.restore(mutant)
+
+    @staticmethod
+    def _verdict(copy, mutant):
+        if not copy.builds(["p_tool_gpio_recorded"]):
+            return "stillborn"
+        own = Path(mutant.file).stem
+        stages = [Stage("plugin", (own,))] if own in PLUGIN_STAGE.names else []
+        return next(filter(None, map(copy.killer, stages + [PLUGIN_STAGE, ABI_STAGE])), None)
+
+    def _show_to_the_page(self, mutants):
+        """The tests of the page, on its own faults and on those of the sources that are still alive."""
+        if not mutants:
+            return
+        copy = self._copy(0, self._jobs)
+        copy.check(PANEL_STAGE)
+        for mutant in mutants:
+            copy.plant(mutant)
+            self._note(mutant, copy.killer(PANEL_STAGE))
+            copy.restore(mutant)
+
+    def _copy(self, number, jobs):
+        return WorkCopy(ROOT, ROOT / f"build/mutation/{number}", jobs)
+
+    def _note(self, mutant, verdict):
+        with self._lock:
+            self.verdicts[mutant] = verdict
+            done = len(self.verdicts)
+            if verdict is None:
+                print(f"alive: {mutant}", file=sys.stderr, flush=True)
+            if done % 50 == 0:
+                print(f"{done} of {self._total}", file=sys.stderr, flush=True)
+
+
+def report(verdicts, equivalents, vanished):
+    """Prints the outcome; true when it is good."""
+    planted = {mutant: verdict for mutant, verdict in verdicts.items() if verdict != "stillborn"}
+    killers = collections.Counter(verdict for mutant, verdict in planted.items() if verdict)
+    wrong = [mutant for mutant, verdict in planted.items() if verdict and mutant in equivalents]
+    survived = [mutant for mutant, verdict in planted.items() if verdict is None and mutant not in equivalents]
+    same = sum(verdict is None and mutant in equivalents for mutant, verdict in planted.items())
+
+    for mutant in wrong:
+        print(f"listed as equivalent, but killed by {planted[mutant]}: {mutant}")
+    for file, before, after in vanished:
+        print(f"listed as equivalent, but not among the faults: {file}\n    - {before}\n    + {after}")
+    for mutant in survived:
+        print(f"survived: {mutant}")
+    killed = sum(killers.values())
+    share = 100 * killed / max(1, killed + len(survived))
+    print(f"stillborn   {len(verdicts) - len(planted)} (they do not compile, and do not count)")
+    print(f"planted     {len(planted)}")
+    print(f"killed      {killed}: " + ", ".join(f"{count} by {killer}" for killer, count in sorted(killers.items())))
+    print(f"equivalent  {same}")
+    print(f"survived    {len(survived)}")
+    print(f"{share:.1f} % killed of those that are not equivalent; expected {LEAST_SHARE} %")
+    return share >= LEAST_SHARE and not wrong and not vanished
+
+
+def main():
+    options = arguments()
+    mutants = all_mutants(options.only)
+    if not mutants:
+        raise SystemExit(f"--only: no faults can be planted in \"{options.only}\"")
+    equivalents = Equivalents()
+    vanished = equivalents.vanished(mutants) if options.only is None else []
+    if options.sample is not None and options.sample < len(mutants):
+        drawn = random.Random(options.seed).sample(range(len(mutants)), options.sample)
+        mutants = [mutants[i] for i in sorted(drawn)]
+    mutation_pass = Pass(options.jobs)
+    mutation_pass.run(mutants)
+    sys.exit(0 if report(mutation_pass.verdicts, equivalents, vanished) else 1)
+
+
+main()
