@@ -20,11 +20,25 @@ QString asWritten(const QJsonValue& value)
     return text.size() > longest ? text.left(longest) + QStringLiteral("…") : text;
 }
 
+/// text in one line that a terminal takes as text: control characters stand as JSON writes them.
+QString inOneLine(const QString& text)
+{
+    QString line;
+    for (const QChar character : text) {
+        if (character.category() == QChar::Other_Control) {
+            line += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            line += character;
+        }
+    }
+    return line;
+}
+
 } // namespace
 
 void ConfigProblems::add(const QString& place, const QString& text)
 {
-    m_lines.append(QStringLiteral("%1: %2: %3").arg(m_file, place, text));
+    m_lines.append(QStringLiteral("%1: %2: %3").arg(m_file, inOneLine(place), inOneLine(text)));
 }
 
 ConfigObject::ConfigObject(const QJsonObject& object, const QString& place, ConfigProblems* problems)
