@@ -62,6 +62,7 @@ private Q_SLOTS:
     void channelsAndCommandsAreListedInAShell();
     void aWrongLineIsToldAndTheRestGoesOn_data();
     void aWrongLineIsToldAndTheRestGoesOn();
+    void aLineWithAZeroCharacterIsTakenAndToldWhole();
     void aFailedOrderMakesStatus1();
     void theLastLineNeedsNoLineEnd();
     void aListHoldsTheNextLineBack();
@@ -233,6 +234,16 @@ void TestShell::aWrongLineIsToldAndTheRestGoesOn()
     QCOMPARE(run.status, 2);
     QVERIFY2(run.errors.startsWith("appvantor: " + message), run.errors.constData());
     QCOMPARE(readings(run), QVector<int>({1}));
+}
+
+void TestShell::aLineWithAZeroCharacterIsTakenAndToldWhole()
+{
+    const QByteArray line = QByteArrayLiteral("stop 1\0zero");
+    const QByteArray refusal =
+        QByteArrayLiteral("appvantor: expected the number of an order, 1 to 0, found \"1\0zero\"\n");
+    const BenchRun run = runBench({QStringLiteral("shell")}, line + '\n' + line);
+    QCOMPARE(run.status, 2);
+    QCOMPARE(run.errors, refusal + refusal);
 }
 
 void TestShell::aFailedOrderMakesStatus1()

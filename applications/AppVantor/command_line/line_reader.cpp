@@ -31,7 +31,7 @@ void LineReader::readMore()
     const int searched = m_rest.size();
     m_rest.append(buffer, static_cast<int>(count));
     for (int end = m_rest.indexOf('\n', searched); end >= 0; end = m_rest.indexOf('\n', start)) {
-        Q_EMIT lineRead(QString::fromUtf8(m_rest.mid(start, end - start)));
+        Q_EMIT lineRead(lineAt(start, end));
         start = end + 1;
     }
     m_rest.remove(0, start);
@@ -41,6 +41,12 @@ void LineReader::readMore()
     } else if (start > 0) {
         m_notifier.setEnabled(false);
     }
+}
+
+/// By its length: what Qt makes of a byte array ends at the first zero byte.
+QString LineReader::lineAt(int start, int end) const
+{
+    return QString::fromUtf8(m_rest.constData() + start, end - start);
 }
 
 void LineReader::resume()
@@ -53,7 +59,7 @@ void LineReader::end(const QString& problem)
     m_ended = true;
     m_notifier.setEnabled(false);
     if (!m_rest.isEmpty()) {
-        Q_EMIT lineRead(QString::fromUtf8(m_rest));
+        Q_EMIT lineRead(lineAt(0, m_rest.size()));
     }
     Q_EMIT ended(problem);
 }

@@ -24,6 +24,7 @@ Q_SIGNALS:
 
 private:
     void readMore();
+    QString lineAt(int start, int end) const;
     void end(const QString& problem);
 
     QSocketNotifier m_notifier;

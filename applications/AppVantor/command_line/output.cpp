@@ -50,8 +50,9 @@ void Output::text(const QString& text)
 
 void Output::diagnostic(const QString& text)
 {
+    const std::string line = "appvantor: " + text.toStdString() + '\n'; // whole, whatever is in it
     const FramedWriting framed;
-    std::fprintf(stderr, "appvantor: %s\n", text.toUtf8().constData());
+    std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 void Output::line(const std::string& line)
