@@ -3,6 +3,7 @@
 option(SANITIZE "Build with the address, leak and undefined-behaviour sanitizers" OFF)
 option(COVERAGE "Build with coverage instrumentation" OFF)
 option(BENCHMARKS "Describe the benchmarks too (needs Google Benchmark); the target benchmarks builds them" OFF)
+option(FUZZ "Build the fuzzers of tests/fuzz, with the sanitizers; needs clang" OFF)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
@@ -18,4 +19,12 @@ endif()
 if(COVERAGE)
     add_compile_options(--coverage -fprofile-update=atomic)
     add_link_options(--coverage)
+endif()
+
+if(FUZZ)
+    # What counts as a crash beyond the usual: a number that does not fit its integer type.
+    set(fuzz_sanitizers address,undefined,float-cast-overflow)
+    add_compile_options(-fsanitize=${fuzz_sanitizers},fuzzer-no-link -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${fuzz_sanitizers})
+    add_compile_definitions(QT_FORCE_ASSERTS _GLIBCXX_ASSERTIONS)
 endif()

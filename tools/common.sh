@@ -32,6 +32,9 @@ kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
 # and what draws the picture.
 benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind python3 python3-matplotlib)
 
+# The compiler of the fuzzers with the run time of its sanitizers.
+fuzz_packages=(clang libclang-rt-14-dev)
+
 lint_packages=(clang-format clang-tidy clazy)
 
 # valgrind, and the names of the C library's functions, without which it misjudges these.

@@ -1,0 +1,163 @@
+#include "support/fuzzer_process.h"
+#include "support/memory_file.h"
+#include "support/order_watch.h"
+#include "support/require.h"
+#include "support/virtual_time.h"
+#include "support/watched_plugin.h"
+
+#include <bench/bench_configuration.h>
+#include <devices/simulated_board.h>
+#include <plugin_management/d_tool.h>
+
+#include <limits>
+#include <memory>
+#include <vector>
+
+// Any bytes as a configuration file. One that is refused is refused with messages; of one that is taken, the
+// board and the tools are made, and every channel is worked with.
+
+namespace {
+
+/// "FILE: PLACE: TEXT", a line each.
+void checkRefusal(const QString& problem, const QString& file)
+{
+    require(!problem.isEmpty(), "a refusal says why");
+    const QStringList lines = problem.split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        require(line.startsWith(file + QLatin1String(": ")), "each line of a refusal names the file");
+        const int place = file.size() + 2;
+        const int text = line.indexOf(QLatin1String(": "), place);
+        require(text > place && text + 2 < line.size(), "each line of a refusal names a place and a mistake");
+    }
+}
+
+void checkLevels(const SimulatedBoard& board)
+{
+    const QVector<DLine> lines = board.lines();
+    for (int line = 0; line < lines.size(); ++line) {
+        const int level = board.level(line);
+        require(level >= 0 && level <= LineDevice::highestLevel(lines.at(line)),
+                "levels stay in their range");
+    }
+}
+
+QStringList channelsOf(const DTool& tool)
+{
+    QStringList ids;
+    const QVariantList channels = tool.toolConfiguration.value(QStringLiteral("channels")).toList();
+    for (const QVariant& channel : channels) {
+        ids.append(channel.toMap().value(QStringLiteral("id")).toString());
+    }
+    return ids;
+}
+
+/// Orders of all kinds on every channel, at the same time.
+std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
+{
+    std::vector<std::unique_ptr<DOrder>> orders;
+    const auto start = [tool, &orders](const QString& command, const QVariantMap& arguments) {
+        orders.push_back(std::make_unique<DOrder>(tool, command, arguments));
+        watchOrder(orders.back().get());
+        orders.back()->start();
+    };
+    const QStringList channels = channelsOf(*tool);
+    for (const QString& id : channels) {
+        QVariantMap arguments = {{QStringLiteral("channel"), id}};
+        start(QStringLiteral("startListening"), arguments);
+        start(QStringLiteral("getValue"), arguments);
+        start(QStringLiteral("switchValue"), arguments);
+        arguments.insert(QStringLiteral("state"), QStringLiteral("PULSE"));
+        start(QStringLiteral("setValue"), arguments);
+        require(tool->getLinkedChannel(id) ==
+                    tool->getInfoFromChannel(id, QStringLiteral("link"), QMetaType::QString, QString()),
+                "a channel is linked to its item \"link\"");
+    }
+    start(QStringLiteral("listenToAll"), {});
+    return orders;
+}
+
+void workWith(const std::vector<std::unique_ptr<DTool>>& tools, const std::function<void()>& passBoardTime)
+{
+    constexpr int longerThanAnyReply = 5000;
+    std::vector<std::unique_ptr<DOrder>> orders;
+    for (const auto& tool : tools) {
+        auto more = startOrders(tool.get());
+        std::move(more.begin(), more.end(), std::back_inserter(orders));
+    }
+    settle();
+    passBoardTime();
+    settle();
+    passTime(longerThanAnyReply);
+    settle();
+    passTime(longerThanAnyReply); // what a pulse sent at its end may have stayed without a reply
+    settle();
+    for (const auto& order : orders) {
+        require(order->isListening() || order->state() == DOrder::State::Finished,
+                "an order that does not listen has ended when its time is over");
+        order->stop();
+        require(order->state() == DOrder::State::Finished, "an order that was stopped has ended");
+    }
+}
+
+std::vector<std::unique_ptr<DTool>> makeTools(const BenchConfiguration& configuration, DDevice* device)
+{
+    const WatchedPlugin prototype;
+    std::vector<std::unique_ptr<DTool>> tools;
+    for (const BenchConfiguration::Tool& tool : configuration.tools) {
+        require(!tool.pluginFile.isEmpty(), "each tool has a plugin");
+        tools.push_back(std::make_unique<DTool>(tool.entry, prototype, device));
+    }
+    require(!tools.empty(), "there is a tool");
+    return tools;
+}
+
+void workWithBoard(const BenchConfiguration& configuration, const SimulatedBoardSetup& setup)
+{
+    constexpr qint64 someTimeUs = 50000;
+    ManualScheduler scheduler;
+    SimulatedBoard board(setup, &scheduler);
+    checkLevels(board);
+    workWith(makeTools(configuration, &board), [&] {
+        for (int line = 0; line < board.lines().size(); ++line) {
+            board.setInput(line, std::numeric_limits<int>::max());
+        }
+        scheduler.advance(someTimeUs);
+        checkLevels(board);
+    });
+    settle();
+    require(board.pendingRequests() == 0, "no request outlives its order");
+    checkLevels(board);
+}
+
+/// The lines of chips are left alone: on a machine that has some, they are somebody's.
+void workWithoutChips(const BenchConfiguration& configuration, const GpioChipSetup& setup)
+{
+    constexpr int longestDebounceUs = 1000000;
+    for (const GpioChipSetup::Line& line : setup.lines) {
+        require(!line.name.isEmpty() && !line.chip.isEmpty() && !line.line.isEmpty(), "a line can be found");
+        require(line.settings.debounceUs >= 0 && line.settings.debounceUs <= longestDebounceUs,
+                "a debounce time stays in its range");
+    }
+    workWith(makeTools(configuration, nullptr), [] {});
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
+{
+    static MemoryFile file;
+    file.write(bytes, size);
+    QString problem;
+    const std::optional<BenchConfiguration> configuration = readConfiguration(file.name(), &problem);
+    if (!configuration) {
+        checkRefusal(problem, file.name());
+        return 0;
+    }
+    require(problem.isEmpty(), "what is taken has no problem");
+    if (const auto* board = std::get_if<SimulatedBoardSetup>(&configuration->device)) {
+        workWithBoard(*configuration, *board);
+    } else {
+        workWithoutChips(*configuration, std::get<GpioChipSetup>(configuration->device));
+    }
+    return 0;
+}

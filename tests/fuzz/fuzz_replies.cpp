@@ -1,0 +1,270 @@
+#include "support/fuzzer_process.h"
+#include "support/order_watch.h"
+#include "support/require.h"
+#include "support/variants.h"
+#include "support/virtual_time.h"
+#include "support/watched_plugin.h"
+
+#include <plugin_management/d_tool.h>
+#include <recording_device.h>
+#include <workbench.h>
+
+#include <limits>
+#include <memory>
+#include <vector>
+
+// Orders of the six commands, whose parameters, replies and fates come from the bytes: replies of all kinds,
+// to the right request and to others, early, late, twice; stops, losses and destructions at any moment, also
+// from inside of what an order tells.
+
+namespace {
+
+QStringList words()
+{
+    return {QStringLiteral("channel"),   QStringLiteral("value"),
+            QStringLiteral("state"),     QStringLiteral("duration"),
+            QStringLiteral("dutyCycle"), QStringLiteral("edge"),
+            QStringLiteral("channels"),  QStringLiteral("values"),
+            QStringLiteral("LAMP"),      QStringLiteral("DOOR"),
+            QStringLiteral("BARE"),      QStringLiteral("ON"),
+            QStringLiteral("OFF"),       QStringLiteral("BLINK"),
+            QStringLiteral("PULSE"),     QStringLiteral("RE"),
+            QStringLiteral("FE"),        QStringLiteral("HL"),
+            QStringLiteral("LL"),        QStringLiteral("doneOk"),
+            QStringLiteral("orderId"),   QString()};
+}
+
+QVariantMap toolConfiguration()
+{
+    const QString direction = QStringLiteral("direction");
+    const QString link = QStringLiteral("link");
+    return {{QStringLiteral("name"), QStringLiteral("T")},
+            {QStringLiteral("channels"),
+             QVariantList{Workbench::channel(QStringLiteral("LAMP"), {{direction, QStringLiteral("out")},
+                                                                      {link, QStringLiteral("line0")}}),
+                          Workbench::channel(QStringLiteral("DOOR"), {{direction, QStringLiteral("in")},
+                                                                      {link, QStringLiteral("line1")}}),
+                          Workbench::channel(QStringLiteral("BARE"), {{direction, QStringLiteral("out")}})}}};
+}
+
+/// The device, the tool and the orders of one input.
+class Play
+{
+public:
+    explicit Play(FuzzedDataProvider* data)
+        : m_data(data)
+        , m_variants(data, words())
+        , m_device(std::make_unique<RecordingDevice>())
+        , m_tool(std::make_unique<DTool>(toolConfiguration(), WatchedPlugin(), m_device.get()))
+    {
+        m_device->onRequest = [this](const RecordingDevice::Request& request) {
+            m_requests.push_back(request.id);
+            if (m_data->ConsumeBool()) {
+                answer(request.id);
+            }
+        };
+    }
+    Q_DISABLE_COPY(Play)
+
+    void act();
+    /// Every order is over or is stopped, and whatever is said to it then changes nothing.
+    void end();
+
+private:
+    void startOrder();
+    void answer(quint64 id);
+    void react();
+    void changeConnection();
+    DOrder* anyOrder();
+    quint64 anyRequest();
+
+    FuzzedDataProvider* m_data;
+    Variants m_variants;
+    std::unique_ptr<RecordingDevice> m_device;
+    std::unique_ptr<DTool> m_tool;
+    std::vector<std::unique_ptr<DOrder>> m_orders;
+    std::vector<quint64> m_requests;
+};
+
+void Play::act()
+{
+    switch (m_data->ConsumeIntegralInRange(0, 10)) {
+    case 0:
+    case 1:
+        startOrder();
+        break;
+    case 2:
+    case 3:
+    case 4:
+        answer(anyRequest());
+        break;
+    case 5:
+    case 6:
+        settle();
+        break;
+    case 7:
+        passTime(m_data->ConsumeBool() ? m_data->ConsumeIntegralInRange(0, 5000)
+                                       : m_data->ConsumeIntegralInRange(0, std::numeric_limits<int>::max()));
+        break;
+    case 8:
+        changeConnection();
+        break;
+    default:
+        react();
+        break;
+    }
+}
+
+void Play::startOrder()
+{
+    static const QStringList commands = {QStringLiteral("setValue"), QStringLiteral("switchValue"),
+                                         QStringLiteral("getValue"), QStringLiteral("startListening"),
+                                         QStringLiteral("init"),     QStringLiteral("listenToAll")};
+    const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0
+                                ? m_variants.text()
+                                : commands.at(m_data->ConsumeIntegralInRange(0, commands.size() - 1));
+    QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
+    if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
+        arguments.insert(QStringLiteral("channel"), QStringLiteral("LAMP"));
+    }
+    if (command == commands.first()) {
+        arguments.insert(QStringLiteral("state"), m_variants.text());
+        arguments.insert(QStringLiteral("duration"), m_variants.value(0));
+    }
+    m_orders.push_back(std::make_unique<DOrder>(m_tool.get(), command, arguments));
+    DOrder* order = m_orders.back().get();
+    watchOrder(order);
+    const auto sometimes = [this] {
+        if (m_data->ConsumeIntegralInRange(0, 3) == 0) {
+            react();
+        }
+    };
+    QObject::connect(order, &DOrder::resultUpdated, m_device.get(), sometimes);
+    QObject::connect(order, &DOrder::eventReceived, m_device.get(), sometimes);
+    QObject::connect(order, &DOrder::finished, m_device.get(), sometimes);
+    order->start();
+}
+
+void Play::answer(quint64 id)
+{
+    if (m_device == nullptr) {
+        return;
+    }
+    switch (m_data->ConsumeIntegralInRange(0, 4)) {
+    case 0:
+        m_device->fail(id, m_variants.text() + QLatin1Char('.'));
+        break;
+    case 1:
+        m_device->reply(id, m_variants.map(2));
+        break;
+    case 2:
+        m_device->reply(id, {{QStringLiteral("values"), QVariantList{m_variants.value(1)}}});
+        break;
+    case 3:
+        m_device->reply(id, {{QStringLiteral("values"), m_variants.value(1)}});
+        break;
+    default:
+        m_device->reply(id, {{QStringLiteral("value"), m_variants.value(1)}});
+        break;
+    }
+}
+
+/// What may come at any moment, also from inside of an order's signals.
+void Play::react()
+{
+    DOrder* order = anyOrder();
+    switch (m_data->ConsumeIntegralInRange(0, 5)) {
+    case 0:
+        answer(anyRequest());
+        break;
+    case 1:
+        if (order != nullptr) {
+            order->stop();
+        }
+        break;
+    case 2:
+        if (!m_orders.empty()) {
+            const std::unique_ptr<DOrder> gone = std::move(m_orders.front());
+            m_orders.erase(m_orders.begin());
+        }
+        break;
+    case 3:
+        m_tool.reset();
+        break;
+    case 4:
+        if (order != nullptr) {
+            order->start();
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void Play::changeConnection()
+{
+    if (m_device == nullptr) {
+        return;
+    }
+    switch (m_data->ConsumeIntegralInRange(0, 4)) {
+    case 0:
+        m_device.reset();
+        break;
+    case 1:
+    case 2:
+        m_device->setConnected();
+        break;
+    default:
+        m_device->setDisconnected(m_variants.text() + QLatin1Char('.'));
+        break;
+    }
+}
+
+DOrder* Play::anyOrder()
+{
+    return m_orders.empty()
+               ? nullptr
+               : m_orders.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_orders.size() - 1)).get();
+}
+
+quint64 Play::anyRequest()
+{
+    if (m_requests.empty() || m_data->ConsumeIntegralInRange(0, 15) == 0) {
+        return m_data->ConsumeIntegral<quint64>();
+    }
+    return m_requests.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_requests.size() - 1));
+}
+
+void Play::end()
+{
+    // No bytes are left: from here on nothing reacts any more.
+    settle();
+    for (const auto& order : m_orders) {
+        order->stop();
+        require(order->state() == DOrder::State::Finished, "an order that was stopped has ended");
+    }
+    settle();
+    if (m_device == nullptr) {
+        return;
+    }
+    require(m_device->pendingRequests() == 0, "no request outlives its order");
+    const int logged = loggedMessages();
+    for (const quint64 id : m_requests) {
+        m_device->reply(id, {});
+    }
+    settle();
+    require(loggedMessages() == logged, "no command sees a reply after its order's end");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
+{
+    FuzzedDataProvider data(bytes, size);
+    Play play(&data);
+    while (data.remaining_bytes() > 0) {
+        play.act();
+    }
+    play.end();
+    return 0;
+}

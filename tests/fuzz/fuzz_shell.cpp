@@ -1,0 +1,169 @@
+#include "support/captured_stream.h"
+#include "support/fuzzer_process.h"
+#include "support/require.h"
+#include "support/watched_plugin.h"
+
+#include <command_line/invocation.h>
+#include <command_line/shell.h>
+#include <devices/simulated_board.h>
+#include <plugin_management/d_tool.h>
+
+#include <QCoreApplication>
+
+#include <set>
+#include <sstream>
+
+// Any bytes as the lines of a shell script, on a board that has lines of all kinds and defects.
+
+namespace {
+
+QVariantMap channel(const QString& id, const QString& type, const QString& direction, const QString& link)
+{
+    const auto item = [](const char* name, const QString& value) {
+        return QVariantMap{{QStringLiteral("id"), QLatin1String(name)}, {QStringLiteral("value"), value}};
+    };
+    return {{QStringLiteral("id"), id},
+            {QStringLiteral("value"),
+             QVariantList{item("type", type), item("direction", direction), item("link", link)}}};
+}
+
+/// Each line has a channel called like it in capitals.
+QVariantMap toolConfiguration()
+{
+    const QString digitalInput = QStringLiteral("digitalInput");
+    const QString in = QStringLiteral("in");
+    const QString out = QStringLiteral("out");
+    return {{QStringLiteral("name"), QStringLiteral("T")},
+            {QStringLiteral("channels"),
+             QVariantList{
+                 channel(QStringLiteral("LAMP"), digitalInput, out, QStringLiteral("lamp")),
+                 channel(QStringLiteral("ECHO"), QStringLiteral("digitalOutput"), in, QStringLiteral("echo")),
+                 channel(QStringLiteral("DIAL"), QStringLiteral("analogInput"), out, QStringLiteral("dial")),
+                 channel(QStringLiteral("WAVE"), QStringLiteral("analogOutput"), in, QStringLiteral("wave")),
+                 channel(QStringLiteral("DEAD"), digitalInput, out, QStringLiteral("dead")),
+                 channel(QStringLiteral("LATE"), digitalInput, out, QStringLiteral("late")),
+                 channel(QStringLiteral("BARE"), digitalInput, out, QString())}}};
+}
+
+SimulatedBoardSetup boardSetup()
+{
+    using Setup = SimulatedBoardSetup;
+    Waveform sine;
+    sine.shape = Waveform::Shape::Sine;
+    sine.high = 65535;
+    sine.periodUs = 1000000;
+    sine.intervalUs = 100000;
+    const auto digital = DLine::Kind::Digital;
+    const auto analog = DLine::Kind::Analog;
+    Setup setup;
+    setup.lines = {{{QStringLiteral("lamp"), digital, DLine::Direction::Out}, 0, {}},
+                   {{QStringLiteral("echo"), digital, DLine::Direction::In}, 0, {}},
+                   {{QStringLiteral("dial"), analog, DLine::Direction::Out}, 7, {}},
+                   {{QStringLiteral("wave"), analog, DLine::Direction::In}, 0, sine},
+                   {{QStringLiteral("dead"), digital, DLine::Direction::Out}, 0, {}},
+                   {{QStringLiteral("late"), digital, DLine::Direction::Out}, 0, {}}};
+    setup.wires = {{0, 1, 20000, true}};
+    setup.faults = {{Setup::Fault::Kind::Silent, QStringLiteral("dead"), {}, 0},
+                    {Setup::Fault::Kind::Late, QStringLiteral("late"), {}, 300000}};
+    return setup;
+}
+
+struct Outcome
+{
+    int status;
+    std::string output;
+    std::string diagnostics;
+};
+
+/// Waits as long as a line takes, and interrupts one that takes too long.
+void carryOut(Shell* shell, const QStringList& lines)
+{
+    constexpr int longestWait = 100;
+    bool ended = false;
+    QObject::connect(shell, &Shell::ended, shell, [&ended] {
+        require(!ended, "a shell ends once");
+        ended = true;
+    });
+    for (const QString& line : lines) {
+        shell->addLine(line);
+    }
+    shell->close();
+    settle();
+    while (!ended) {
+        for (int wait = 0; wait < longestWait && shell->isBusy(); ++wait) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        shell->interrupt();
+        settle();
+    }
+}
+
+Outcome run(const QStringList& lines, bool json)
+{
+    static const WatchedPlugin prototype;
+    const CapturedStream out(&stdout);
+    const CapturedStream diagnostics(&stderr);
+    SteadyScheduler scheduler;
+    SimulatedBoard board(boardSetup(), &scheduler);
+    DTool tool(toolConfiguration(), prototype, &board);
+    Output output(json);
+    Shell shell(&tool, &output, !json);
+    carryOut(&shell, lines);
+    require(board.pendingRequests() == 0, "no request outlives the shell's orders");
+    return {shell.exitStatus(), out.text(), diagnostics.text()};
+}
+
+/// A JSON object a line; of each order its events, if any, and then its end.
+void checkJson(const std::string& output)
+{
+    std::istringstream lines(output);
+    std::set<int> ended;
+    for (std::string line; std::getline(lines, line);) {
+        const Json json = Json::parse(line, nullptr, false);
+        require(json.is_object(), "each line of output is a JSON object");
+        if (json.contains("order")) {
+            const int number = json.at("order").get<int>();
+            require(ended.count(number) == 0, "an order tells nothing after its end");
+            if (json.contains("success")) {
+                ended.insert(number);
+            }
+        }
+    }
+    require(ended.empty() || *ended.rbegin() == static_cast<int>(ended.size()), "every order tells its end");
+}
+
+void checkQuoting(const QStringList& words)
+{
+    QString line;
+    for (const QString& word : words) {
+        line += QLatin1String("''"); // makes a word of nothing, too
+        for (const QChar character : word) {
+            line += QLatin1Char('\\');
+            line += character;
+        }
+        line += QLatin1Char(' ');
+    }
+    QString problem;
+    require(splitLine(line, &problem) == words && problem.isEmpty(), "words that are quoted come back");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
+{
+    constexpr int mostLines = 12;
+    const QString script = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
+    const QStringList lines = script.split(QLatin1Char('\n')).mid(0, mostLines);
+    for (const QString& line : lines) {
+        QString problem;
+        checkQuoting(splitLine(line, &problem));
+    }
+    const Outcome text = run(lines, false);
+    const Outcome json = run(lines, true);
+    checkJson(json.output);
+    require(text.status >= 0 && text.status <= 3, "a shell ends with a known status");
+    require(text.diagnostics.empty() || text.status != 0, "what was refused or failed shows in the status");
+    require(text.status == json.status && text.diagnostics == json.diagnostics,
+            "the form of the output changes nothing else");
+    return 0;
+}

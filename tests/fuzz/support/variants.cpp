@@ -1,0 +1,157 @@
+#include "variants.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QUuid>
+
+#include <cstring>
+#include <limits>
+
+namespace {
+constexpr int c_mostElements = 6;
+constexpr std::size_t c_longestText = 80;
+} // namespace
+
+Variants::Variants(FuzzedDataProvider* bytes, const QStringList& words)
+    : m_bytes(bytes)
+    , m_words(words)
+{}
+
+QString Variants::text()
+{
+    if (m_bytes->ConsumeBool()) {
+        return m_words.at(m_bytes->ConsumeIntegralInRange(0, m_words.size() - 1));
+    }
+    const std::string bytes = m_bytes->ConsumeRandomLengthString(c_longestText);
+    if (m_bytes->ConsumeBool()) {
+        return QString::fromStdString(bytes);
+    }
+    QString units(static_cast<int>(bytes.size() / sizeof(ushort)), Qt::Uninitialized);
+    std::memcpy(units.data(), bytes.data(), static_cast<std::size_t>(units.size()) * sizeof(ushort));
+    return units;
+}
+
+double Variants::number()
+{
+    using Limits = std::numeric_limits<double>;
+    constexpr double special[] = {0.0,
+                                  -0.0,
+                                  0.5,
+                                  1.0,
+                                  65535.0,
+                                  65536.0,
+                                  2147483647.0,
+                                  2147483648.0,
+                                  4294967296.,
+                                  9007199254740993.0,
+                                  9.3e18,
+                                  -9.3e18,
+                                  Limits::max(),
+                                  Limits::min(),
+                                  Limits::infinity(),
+                                  -Limits::infinity(),
+                                  Limits::quiet_NaN(),
+                                  Limits::denorm_min()};
+    if (m_bytes->ConsumeBool()) {
+        return m_bytes->PickValueInArray(special);
+    }
+    const auto bits = m_bytes->ConsumeIntegral<quint64>();
+    double any = 0.0;
+    std::memcpy(&any, &bits, sizeof(any));
+    return any;
+}
+
+QVariant Variants::value(int depth)
+{
+    enum Kind
+    {
+        List,
+        Map,
+        Strings,
+        Hash,
+        FirstFlat,
+        Invalid = FirstFlat,
+        TypedNull,
+        Bool,
+        SmallInt,
+        Int,
+        UInt,
+        LongLong,
+        ULongLong,
+        Double,
+        Float,
+        Text,
+        TextAgain,
+        Bytes,
+        Char,
+        Moment,
+        Uuid,
+        Object,
+        Last = Object
+    };
+    switch (m_bytes->ConsumeIntegralInRange<int>(depth > 0 ? List : FirstFlat, Last)) {
+    case List:
+        return list(depth - 1);
+    case Map:
+        return map(depth - 1);
+    case Strings:
+        return QStringList{text(), text()};
+    case Hash:
+        return QVariantHash{{text(), value(depth - 1)}};
+    case TypedNull:
+        return QVariant(
+            static_cast<QVariant::Type>(m_bytes->ConsumeIntegralInRange<int>(1, QVariant::UserType - 1)));
+    case Bool:
+        return m_bytes->ConsumeBool();
+    case SmallInt:
+        return m_bytes->ConsumeIntegralInRange(-2, 3);
+    case Int:
+        return m_bytes->ConsumeIntegral<int>();
+    case UInt:
+        return m_bytes->ConsumeIntegral<uint>();
+    case LongLong:
+        return m_bytes->ConsumeIntegral<qlonglong>();
+    case ULongLong:
+        return m_bytes->ConsumeIntegral<qulonglong>();
+    case Double:
+        return number();
+    case Float:
+        return QVariant::fromValue(m_bytes->ConsumeFloatingPoint<float>());
+    case Text:
+    case TextAgain:
+        return text();
+    case Bytes:
+        return text().toUtf8();
+    case Char:
+        return QChar(m_bytes->ConsumeIntegral<ushort>());
+    case Moment:
+        return QDateTime::fromMSecsSinceEpoch(m_bytes->ConsumeIntegral<qint32>(), Qt::UTC);
+    case Uuid:
+        return QUuid(text());
+    case Object:
+        return QVariant::fromValue<QObject*>(nullptr);
+    default:
+        return QVariant();
+    }
+}
+
+QVariantList Variants::list(int depth)
+{
+    QVariantList elements;
+    const int count = m_bytes->ConsumeIntegralInRange(0, c_mostElements);
+    for (int element = 0; element < count; ++element) {
+        elements.append(value(depth));
+    }
+    return elements;
+}
+
+QVariantMap Variants::map(int depth)
+{
+    QVariantMap entries;
+    const int count = m_bytes->ConsumeIntegralInRange(0, c_mostElements);
+    for (int entry = 0; entry < count; ++entry) {
+        const QString key = text();
+        entries.insert(key, value(depth));
+    }
+    return entries;
+}
