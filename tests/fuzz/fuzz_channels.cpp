@@ -97,6 +97,9 @@ void checkModel(OLM_DGpioChannel* model)
         const bool exists = row >= 0 && row < model->length();
         require((shown.value<QObject*>() != nullptr) == exists, "each row shows its channel, no other does");
         require(!model->data(model->index(row, 0), Qt::DisplayRole).isValid(), "there is one role");
+        QVariant item;
+        QMetaObject::invokeMethod(model, "item", Q_RETURN_ARG(QVariant, item), Q_ARG(int, row));
+        require(item.value<DGpioChannel*>() == shown.value<QObject*>(), "an item is what its row shows");
     }
 }
 

@@ -68,6 +68,11 @@ std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
         start(QStringLiteral("switchValue"), arguments);
         arguments.insert(QStringLiteral("state"), QStringLiteral("PULSE"));
         start(QStringLiteral("setValue"), arguments);
+        arguments = {{QStringLiteral("channel"), id},
+                     {QStringLiteral("state"), QStringLiteral("BLINK")},
+                     {QStringLiteral("duration"), 20},
+                     {QStringLiteral("dutyCycle"), 50}};
+        start(QStringLiteral("setValue"), arguments);
         require(tool->getLinkedChannel(id) ==
                     tool->getInfoFromChannel(id, QStringLiteral("link"), QMetaType::QString, QString()),
                 "a channel is linked to its item \"link\"");

@@ -75,6 +75,7 @@ private:
     void answer(quint64 id);
     void react();
     void changeConnection();
+    QString oneOf(const QStringList& texts);
     DOrder* anyOrder();
     quint64 anyRequest();
 
@@ -88,7 +89,7 @@ private:
 
 void Play::act()
 {
-    switch (m_data->ConsumeIntegralInRange(0, 10)) {
+    switch (m_data->ConsumeIntegralInRange(0, 9)) {
     case 0:
     case 1:
         startOrder();
@@ -106,9 +107,6 @@ void Play::act()
         passTime(m_data->ConsumeBool() ? m_data->ConsumeIntegralInRange(0, 5000)
                                        : m_data->ConsumeIntegralInRange(0, std::numeric_limits<int>::max()));
         break;
-    case 8:
-        changeConnection();
-        break;
     default:
         react();
         break;
@@ -120,16 +118,21 @@ void Play::startOrder()
     static const QStringList commands = {QStringLiteral("setValue"), QStringLiteral("switchValue"),
                                          QStringLiteral("getValue"), QStringLiteral("startListening"),
                                          QStringLiteral("init"),     QStringLiteral("listenToAll")};
-    const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0
-                                ? m_variants.text()
-                                : commands.at(m_data->ConsumeIntegralInRange(0, commands.size() - 1));
+    const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0 ? m_variants.text() : oneOf(commands);
     QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
     if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
         arguments.insert(QStringLiteral("channel"), QStringLiteral("LAMP"));
     }
-    if (command == commands.first()) {
-        arguments.insert(QStringLiteral("state"), m_variants.text());
-        arguments.insert(QStringLiteral("duration"), m_variants.value(0));
+    if (command == QLatin1String("setValue")) {
+        static const QStringList states = {QStringLiteral("ON"), QStringLiteral("OFF"),
+                                           QStringLiteral("BLINK"), QStringLiteral("PULSE")};
+        arguments.insert(QStringLiteral("state"), oneOf(states));
+        arguments.insert(QStringLiteral("duration"),
+                         m_data->ConsumeBool() ? m_data->ConsumeIntegral<int>() : m_variants.value(0));
+    } else if (command == QLatin1String("startListening")) {
+        static const QStringList edges = {QString(), QStringLiteral("RE"), QStringLiteral("FE"),
+                                          QStringLiteral("HL"), QStringLiteral("LL")};
+        arguments.insert(QStringLiteral("edge"), oneOf(edges));
     }
     m_orders.push_back(std::make_unique<DOrder>(m_tool.get(), command, arguments));
     DOrder* order = m_orders.back().get();
@@ -197,6 +200,7 @@ void Play::react()
         }
         break;
     default:
+        changeConnection();
         break;
     }
 }
@@ -218,6 +222,11 @@ void Play::changeConnection()
         m_device->setDisconnected(m_variants.text() + QLatin1Char('.'));
         break;
     }
+}
+
+QString Play::oneOf(const QStringList& texts)
+{
+    return texts.at(m_data->ConsumeIntegralInRange(0, texts.size() - 1));
 }
 
 DOrder* Play::anyOrder()
