@@ -63,6 +63,10 @@ void TestConfiguration::aMistakeNamesFilePlaceAndExpectation_data()
     row("JSON", "\"tools\"", "tools", "line 5, column 4 (offset 185): expected JSON: unterminated object");
     row("unknown entry", "\"wires\"", "\"wire\"",
         "device.wire: unknown entry, expected one of: type, connected, lines, wires, faults");
+    row("entry without a name", "\"device\"", R"("": 1, "device")",
+        "\"\": unknown entry, expected one of: device, tools");
+    row("inner entry without a name", "\"wires\"", "\"\"",
+        "device.\"\": unknown entry, expected one of: type, connected, lines, wires, faults");
     row("control characters", "\"wires\"", R"("wi\u0000\n\u001bres")",
         "device.wi\\u0000\\u000a\\u001bres: unknown entry");
     row("device type", "\"simulated\"", "\"quantum\"",

@@ -54,7 +54,8 @@ bool ConfigObject::has(const QString& key) const
 
 QString ConfigObject::placeOf(const QString& key) const
 {
-    return m_place.isEmpty() ? key : m_place + QLatin1Char('.') + key;
+    const QString shown = key.isEmpty() ? QStringLiteral("\"\"") : key;
+    return m_place.isEmpty() ? shown : m_place + QLatin1Char('.') + shown;
 }
 
 void ConfigObject::addProblem(const QString& key, const QString& text) const
