@@ -41,16 +41,6 @@ void checkLevels(const SimulatedBoard& board)
     }
 }
 
-QStringList channelsOf(const DTool& tool)
-{
-    QStringList ids;
-    const QVariantList channels = tool.toolConfiguration.value(QStringLiteral("channels")).toList();
-    for (const QVariant& channel : channels) {
-        ids.append(channel.toMap().value(QStringLiteral("id")).toString());
-    }
-    return ids;
-}
-
 /// Orders of all kinds on every channel, at the same time.
 std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
 {
@@ -60,8 +50,9 @@ std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
         watchOrder(orders.back().get());
         orders.back()->start();
     };
-    const QStringList channels = channelsOf(*tool);
-    for (const QString& id : channels) {
+    const QVariantList channels = tool->toolConfiguration.value(QStringLiteral("channels")).toList();
+    for (const QVariant& channel : channels) {
+        const QString id = channel.toMap().value(QStringLiteral("id")).toString();
         QVariantMap arguments = {{QStringLiteral("channel"), id}};
         start(QStringLiteral("startListening"), arguments);
         start(QStringLiteral("getValue"), arguments);
