@@ -141,6 +141,7 @@ void useBackend(BeMaintenanceToolGpio* backend, FuzzedDataProvider* data, Varian
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
+    restartTime();
     constexpr int mostChannels = 5;
     constexpr int mostActions = 12;
     constexpr int longerThanAnyReply = 5000;

@@ -141,6 +141,7 @@ void workWithoutChips(const BenchConfiguration& configuration, const GpioChipSet
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
+    restartTime();
     static MemoryFile file;
     file.write(bytes, size);
     QString problem;

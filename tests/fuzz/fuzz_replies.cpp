@@ -269,6 +269,7 @@ void Play::end()
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
+    restartTime();
     FuzzedDataProvider data(bytes, size);
     Play play(&data);
     while (data.remaining_bytes() > 0) {

@@ -1,6 +1,7 @@
 #include "support/captured_stream.h"
 #include "support/fuzzer_process.h"
 #include "support/require.h"
+#include "support/virtual_time.h"
 #include "support/watched_plugin.h"
 
 #include <command_line/invocation.h>
@@ -151,6 +152,7 @@ void checkQuoting(const QStringList& words)
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
+    restartTime();
     constexpr int mostLines = 12;
     const QString script = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
     const QStringList lines = script.split(QLatin1Char('\n')).mid(0, mostLines);

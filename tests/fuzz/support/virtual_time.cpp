@@ -15,9 +15,14 @@ namespace {
 constexpr qint64 c_nsPerMs = 1000000;
 constexpr qint64 c_nsPerSecond = 1000000000;
 
-qint64 nowNs = c_nsPerSecond;
+qint64 nowNs = 0;
 
 } // namespace
+
+void restartTime()
+{
+    nowNs = c_nsPerSecond;
+}
 
 void passTime(qint64 milliseconds)
 {

@@ -6,5 +6,8 @@
 /// the end of that waiting, so that hours pass at once and every run of an input is the same. A loop that
 /// would wait for ever is a finding.
 
+/// Begins at the clock's start again: called first with each input, when no timer runs.
+void restartTime();
+
 /// Moves the clock forward and carries out what falls due meanwhile.
 void passTime(qint64 milliseconds);
