@@ -32,8 +32,8 @@ kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
 # and what draws the picture.
 benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind python3 python3-matplotlib)
 
-# The compiler of the fuzzers with the run time of its sanitizers.
-fuzz_packages=(clang libclang-rt-14-dev)
+# The compiler of the fuzzers, the run time of its sanitizers, and what gives their reports names and lines.
+fuzz_packages=(clang libclang-rt-dev llvm)
 
 lint_packages=(clang-format clang-tidy clazy)
 

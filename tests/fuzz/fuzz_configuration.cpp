@@ -31,6 +31,23 @@ void checkRefusal(const QString& problem, const QString& file)
     }
 }
 
+/// What the board relies on: one wire at most to a line, which is an input, and no loops.
+void checkWires(const SimulatedBoardSetup& setup)
+{
+    QVector<int> sources(setup.lines.size(), -1);
+    for (const SimulatedBoardSetup::Wire& wire : setup.wires) {
+        require(sources.at(wire.to) < 0, "one wire at most leads to a line");
+        require(setup.lines.at(wire.to).line.direction == DLine::Direction::In, "a wire leads to an input");
+        sources[wire.to] = wire.from;
+    }
+    for (const int first : qAsConst(sources)) {
+        int wires = 0;
+        for (int line = first; line >= 0; line = sources.at(line)) {
+            require(++wires <= setup.wires.size(), "wires form no loop");
+        }
+    }
+}
+
 void checkLevels(const SimulatedBoard& board)
 {
     const QVector<DLine> lines = board.lines();
@@ -110,6 +127,7 @@ std::vector<std::unique_ptr<DTool>> makeTools(const BenchConfiguration& configur
 void workWithBoard(const BenchConfiguration& configuration, const SimulatedBoardSetup& setup)
 {
     constexpr qint64 someTimeUs = 50000;
+    checkWires(setup);
     ManualScheduler scheduler;
     SimulatedBoard board(setup, &scheduler);
     checkLevels(board);
