@@ -52,8 +52,8 @@ SimulatedBoardSetup boardSetup()
     Waveform sine;
     sine.shape = Waveform::Shape::Sine;
     sine.high = 65535;
-    sine.periodUs = 1000000;
-    sine.intervalUs = 100000;
+    sine.periodUs = 4000000;
+    sine.intervalUs = 500000;
     const auto digital = DLine::Kind::Digital;
     const auto analog = DLine::Kind::Analog;
     Setup setup;
@@ -79,7 +79,7 @@ struct Outcome
 /// Waits as long as a line takes, and interrupts one that takes too long.
 void carryOut(Shell* shell, const QStringList& lines)
 {
-    constexpr int longestWait = 100;
+    constexpr int longestWait = 40;
     bool ended = false;
     QObject::connect(shell, &Shell::ended, shell, [&ended] {
         require(!ended, "a shell ends once");
@@ -153,7 +153,7 @@ void checkQuoting(const QStringList& words)
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
     restartTime();
-    constexpr int mostLines = 12;
+    constexpr int mostLines = 8;
     const QString script = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
     const QStringList lines = script.split(QLatin1Char('\n')).mid(0, mostLines);
     for (const QString& line : lines) {
