@@ -3,10 +3,9 @@
 #include <QVariant>
 
 class DOrder;
-class ScriptedDevice;
 class WatchedBackend;
 
-/// Hears, at the very moment, what the host does to commands, devices and backends.
+/// Hears, at the very moment, what the host does to commands and backends.
 class Observer
 {
 public:
@@ -21,9 +20,6 @@ public:
     virtual void replyEnds(quint64 order, quint64 request, bool accepted) = 0;
     virtual void finishBegins(quint64 order, bool ok) = 0;
     virtual void finishEnds() = 0;
-
-    virtual void requestArrives(ScriptedDevice* device, quint64 request) = 0;
-    virtual void cancelArrives(ScriptedDevice* device, quint64 request) = 0;
 
     virtual void treatmentReplied(WatchedBackend* backend, int id, const QString& name) = 0;
     virtual void treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success) = 0;

@@ -225,7 +225,11 @@ void World::makeDevice()
         return;
     }
     note("makes a device"_q);
-    DeviceEntry entry{std::make_unique<ScriptedDevice>(this), std::make_shared<Device>()};
+    DeviceEntry entry{std::make_unique<RecordingDevice>(), std::make_shared<Device>()};
+    entry.object->onRequest = [this, state = entry.state](const auto& request) {
+        requestArrives(*state, request.id);
+    };
+    entry.object->onCancel = [this, state = entry.state](quint64 request) { cancelArrives(*state, request); };
     connect(entry.object.get(), &DDevice::connectedChanged, this, [this, state = entry.state] {
         state->disconnecting = false;
         moment(Place::Listener);
@@ -388,7 +392,7 @@ void World::plug()
         return;
     }
     const DeviceEntry& entry = m_random.of(m_devices);
-    ScriptedDevice* device = entry.object.get();
+    RecordingDevice* device = entry.object.get();
     const auto state = entry.state;
     if (!state->connected && m_random.chance(90)) {
         note("plugs a device in"_q);
@@ -496,14 +500,6 @@ Order& World::stateOf(quint64 order) const
     return *m_orderRules.orders().at(order);
 }
 
-std::shared_ptr<Device> World::stateOf(const ScriptedDevice* device) const
-{
-    const auto found = std::find_if(m_devices.cbegin(), m_devices.cend(), [device](const DeviceEntry& entry) {
-        return entry.object.get() == device;
-    });
-    return found != m_devices.cend() ? found->state : nullptr;
-}
-
 std::shared_ptr<Backend> World::stateOf(const QObject* backend) const
 {
     const auto found =
@@ -575,19 +571,18 @@ void World::finishEnds()
     moment(Place::Listener);
 }
 
-void World::requestArrives(ScriptedDevice* device, quint64 request)
+void World::requestArrives(const Device& device, quint64 request)
 {
     note("request %1"_q.arg(request));
-    m_orderRules.requestArrives(*stateOf(device), request);
+    m_orderRules.requestArrives(device, request);
     moment(Place::Device);
 }
 
-void World::cancelArrives(ScriptedDevice* device, quint64 request)
+void World::cancelArrives(Device& device, quint64 request)
 {
-    const auto state = stateOf(device);
-    m_orderRules.cancelBegins(*state, request);
+    m_orderRules.cancelBegins(device, request);
     moment(Place::Device);
-    m_orderRules.cancelEnds(*state, request);
+    m_orderRules.cancelEnds(device, request);
 }
 
 void World::treatmentReplied(WatchedBackend* backend, int id, const QString& name)

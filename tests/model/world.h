@@ -4,7 +4,7 @@
 #include "observer.h"
 #include "order_rules.h"
 #include "random_source.h"
-#include "scripted_device.h"
+#include "recording_device.h"
 #include "treatment_rules.h"
 #include "watched_backend.h"
 #include "watched_plugin.h"
@@ -45,26 +45,17 @@ private:
         Device    ///< below a device, which runs none, and is neither plugged, unplugged nor destroyed
     };
 
-    struct DeviceEntry
+    /// An object of the host, and what the model knows of it.
+    template <typename Object, typename State>
+    struct Entry
     {
-        std::unique_ptr<ScriptedDevice> object;
-        std::shared_ptr<model::Device> state;
+        std::unique_ptr<Object> object;
+        std::shared_ptr<State> state;
     };
-    struct ToolEntry
-    {
-        std::unique_ptr<DTool> object;
-        std::shared_ptr<model::Tool> state;
-    };
-    struct OrderEntry
-    {
-        std::unique_ptr<DOrder> object;
-        std::shared_ptr<model::Order> state;
-    };
-    struct BackendEntry
-    {
-        std::unique_ptr<WatchedBackend> object;
-        std::shared_ptr<model::Backend> state;
-    };
+    using DeviceEntry = Entry<RecordingDevice, model::Device>;
+    using ToolEntry = Entry<DTool, model::Tool>;
+    using OrderEntry = Entry<DOrder, model::Order>;
+    using BackendEntry = Entry<WatchedBackend, model::Backend>;
 
     void act();
     void moment(Place place);
@@ -90,10 +81,11 @@ private:
     void destroyDevice();
     void destroyBackend();
 
+    void requestArrives(const model::Device& device, quint64 request);
+    void cancelArrives(model::Device& device, quint64 request);
     void watchOrder(DOrder* order, const std::shared_ptr<model::Order>& state);
     void start(DOrder* order, model::Order& state);
     model::Order& stateOf(quint64 order) const;
-    std::shared_ptr<model::Device> stateOf(const ScriptedDevice* device) const;
     std::shared_ptr<model::Backend> stateOf(const QObject* backend) const;
 
     void commandLinked(DOrder* order) override;
@@ -106,8 +98,6 @@ private:
     void replyEnds(quint64 order, quint64 request, bool accepted) override;
     void finishBegins(quint64 order, bool ok) override;
     void finishEnds() override;
-    void requestArrives(ScriptedDevice* device, quint64 request) override;
-    void cancelArrives(ScriptedDevice* device, quint64 request) override;
     void treatmentReplied(WatchedBackend* backend, int id, const QString& name) override;
     void treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success) override;
 
