@@ -40,7 +40,7 @@ private:
     enum class Place
     {
         Outside,  ///< between events
-        Listener, ///< in a signal or a call that the page's backend gets
+        Listener, ///< in a signal or a page's backend, where an event loop may run
         Command,  ///< below a command, which runs no event loop
         Device    ///< below a device, which runs none, and is neither plugged, unplugged nor destroyed
     };
