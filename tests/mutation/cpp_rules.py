@@ -134,5 +134,15 @@ def _swap_arguments(planter, regions):
         arguments = source.items(found.end(), source.closing(found.end() - 1))
         for (start, middle), (second, end) in zip(arguments, arguments[1:]):
             text = source.text
+            if _number(text[start:middle]) == _number(text[second:end]) is not None:
+                continue
             planter.plant("swapped arguments", start, end,
                           text[second:end] + text[middle:second] + text[start:middle])
+
+
+def _number(argument):
+    """The number that an argument stands for; None for any other one."""
+    if argument in ("true", "false"):
+        return float(argument == "true")
+    literal = _NUMBER.fullmatch(argument)
+    return float(int(literal.group(1), 0)) + float("0" + (literal.group(2) or "")) if literal else None

@@ -6,8 +6,8 @@ _LIST = Path(__file__).with_name("equivalents.txt")
 
 
 class Equivalents:
-    """Each entry is four lines: the file, "- " the lines before, "+ " the lines after, and why they do the same. An
-    entry speaks of that change wherever the file has it."""
+    """Each entry is four lines: the file, "- " the lines before, "+ " the lines after, and why they do the same. Where
+    the file has several faults that read the same, a number after its name tells which of them."""
 
     def __init__(self):
         self._entries = set()
@@ -16,8 +16,8 @@ class Equivalents:
             self._entries.add((file, before.removeprefix("- "), after.removeprefix("+ ")))
 
     def __contains__(self, mutant):
-        return (mutant.file, mutant.before, mutant.after) in self._entries
+        return mutant.key in self._entries
 
     def vanished(self, mutants):
         """The entries that are none of the mutants."""
-        return sorted(self._entries - {(mutant.file, mutant.before, mutant.after) for mutant in mutants})
+        return sorted(self._entries - {mutant.key for mutant in mutants})
