@@ -23,11 +23,18 @@ ABI_STAGE = Stage("abi", ("metadata", "entry_points", "symbols", "resource", "qm
 PANEL_STAGE = Stage("panel", ("maintenance_page", "panel_clicks", "page_panel"))
 
 
+def positive(text):
+    number = int(text)
+    if number < 1:
+        raise ValueError
+    return number
+
+
 def arguments():
     parser = argparse.ArgumentParser(prog="tests/mutation/run", description=__doc__)
-    parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N", help="work copies and processes")
+    parser.add_argument("--jobs", type=positive, default=os.cpu_count(), metavar="N", help="work copies and processes")
     parser.add_argument("--only", metavar="FILE", help="faults of this file (or of files whose path ends so) alone")
-    parser.add_argument("--sample", type=int, metavar="N", help="plant N faults drawn by chance")
+    parser.add_argument("--sample", type=positive, metavar="N", help="plant N faults drawn by chance")
     parser.add_argument("--seed", type=int, default=1, metavar="S", help="of the sample; the same one, the same faults")
     return parser.parse_args()
 
@@ -48,18 +55,17 @@ class Pass:
     def __init__(self, jobs):
         self._jobs = jobs
         self._lock = threading.Lock()
+        self._failure = None
         self.verdicts = {}  # of mutants: "stillborn", what killed them, or None
 
     def run(self, mutants):
-        self._total = len(mutants)
         sources = queue.SimpleQueue()
         for mutant in mutants:
             if not mutant.file.endswith(".qml"):
                 sources.put(mutant)
         if not sources.empty():
-            workers = [threading.Thread(target=self._guarded, args=(self._work, sources, number))
+            workers = [threading.Thread(target=self._work_guarded, args=(sources, number))
                        for number in range(self._jobs)]
-            self._failure = None
             for worker in workers:
                 worker.start()
             for worker in workers:
@@ -68,9 +74,10 @@ class Pass:
                 raise self._failure
         self._show_to_the_page([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
 
-    def _guarded(self, work, *args):
+    def _work_guarded(self, mutants, number):
+        """Whatever ends a worker ends the others, and then the pass."""
         try:
-            work(*args)
+            self._work(mutants, number)
         except BaseException as failure:  # pylint: disable=broad-except
             self._failure = failure
 
@@ -117,7 +124,7 @@ class Pass:
             if verdict is None:
                 print(f"alive: {mutant}", file=sys.stderr, flush=True)
             if done % 50 == 0:
-                print(f"{done} of {self._total}", file=sys.stderr, flush=True)
+                print(f"{done} done", file=sys.stderr, flush=True)
 
 
 def report(verdicts, equivalents, vanished):
