@@ -125,6 +125,30 @@ private Q_SLOTS:
         QVERIFY(itemNamed(m_fixture->page(), name) != nullptr);
     }
 
+    void textsOfARowStandInItsMiddle_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char* text :
+             {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
+            QTest::newRow(text) << QStringLiteral("idChannelRow.") + QLatin1String(text);
+        }
+    }
+
+    void textsOfARowStandInItsMiddle()
+    {
+        QFETCH(QString, name);
+        const QQuickItem* text = itemNamed(m_fixture->page(), name);
+        QVERIFY(text != nullptr);
+        QCOMPARE(text->property("verticalAlignment").toInt(), static_cast<int>(Qt::AlignVCenter));
+    }
+
+    void theGlyphIsThatOfAnAnalogueInput()
+    {
+        const QQuickItem* glyph = itemNamed(m_fixture->page(), QStringLiteral("idChannelRow") + c_glyph);
+        QVERIFY(glyph != nullptr);
+        QCOMPARE(glyph->property("name").toString(), QStringLiteral("icon-analoginput"));
+    }
+
     void eachChannelStandsInItsColumn_data()
     {
         QTest::addColumn<QString>("channel");
