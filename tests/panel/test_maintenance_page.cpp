@@ -142,6 +142,66 @@ private Q_SLOTS:
         QCOMPARE(text->property("verticalAlignment").toInt(), static_cast<int>(Qt::AlignVCenter));
     }
 
+    void textsOfARowShrinkToFit_data() { textsOfARowStandInItsMiddle_data(); }
+
+    void textsOfARowShrinkToFit()
+    {
+        constexpr int fit = 3; // Text.Fit
+        QFETCH(QString, name);
+        QCOMPARE(itemNamed(m_fixture->page(), name)->property("fontSizeMode").toInt(), fit);
+    }
+
+    void theValueStandsInTheMiddleOfAnEmptyFrame()
+    {
+        const QQuickItem* frame = m_fixture->part(QStringLiteral("AO"), c_value);
+        const QQuickItem* value = m_fixture->part(QStringLiteral("AO"), c_value + QStringLiteral(".idValue"));
+        QCOMPARE(frame->property("color").value<QColor>().alpha(), 0);
+        QCOMPARE(value->property("horizontalAlignment").toInt(), static_cast<int>(Qt::AlignHCenter));
+    }
+
+    void idAndNameStandWithoutASpace()
+    {
+        const QQuickItem* information =
+            m_fixture->part(QStringLiteral("AO"), QStringLiteral(".idInformation"));
+        QCOMPARE(information->property("spacing").toReal(), 0.0);
+    }
+
+    void everyRowKnowsItsPlaceInTheList()
+    {
+        const QStringList channels = {QStringLiteral("BI"), QStringLiteral("BO"), QStringLiteral("AI"),
+                                      QStringLiteral("AO")};
+        for (int index = 0; index < channels.size(); ++index) {
+            QCOMPARE(m_fixture->row(channels.at(index))->property("channelIndex").toInt(), index);
+        }
+    }
+
+    /// As it is between its making and the moment when it is given its channel.
+    void aRowWithoutAChannelShowsNothing()
+    {
+        const QQuickItem* loader = m_fixture->row(QStringLiteral("BI"))->parentItem();
+        auto* component = loader->property("sourceComponent").value<QQmlComponent*>();
+        QVERIFY(component != nullptr);
+        const std::unique_ptr<QObject> made(component->create(component->creationContext()));
+        auto* row = qobject_cast<QQuickItem*>(made.get());
+        QVERIFY(row != nullptr);
+        QCOMPARE(row->property("channelIndex").toInt(), -1);
+        QCOMPARE(row->width(), 0.0);
+        QQuickItem place;
+        place.setSize(QSizeF(300, 200));
+        row->setParentItem(&place);
+        QCOMPARE(row->width(), 300.0);
+        for (const QString& name : {c_glyph, c_led, c_checkBox, c_value}) {
+            QVERIFY2(!itemNamed(row, QStringLiteral("idChannelRow") + name)->isVisible(), qPrintable(name));
+        }
+        const QQuickItem* box = itemNamed(row, QStringLiteral("idChannelRow") + c_checkBox);
+        QCOMPARE(box->property("checked"), QVariant(false));
+        for (const char* text :
+             {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
+            const QQuickItem* item = itemNamed(row, QStringLiteral("idChannelRow.") + QLatin1String(text));
+            QCOMPARE(item->property("text").toString(), QString());
+        }
+    }
+
     void theGlyphIsThatOfAnAnalogueInput()
     {
         const QQuickItem* glyph = itemNamed(m_fixture->page(), QStringLiteral("idChannelRow") + c_glyph);
@@ -231,6 +291,7 @@ private Q_SLOTS:
         const qreal baseHeight = style(*m_fixture, "baseHeight");
         const qreal spacing = style(*m_fixture, "baseWidth");
         QTRY_COMPARE(row->width(), column->width() - style(*m_fixture, "defSpacing"));
+        QTRY_COMPARE(m_fixture->row(QStringLiteral("BI"))->width(), row->width());
         QCOMPARE(row->height(), baseHeight * 5);
         QCOMPARE(row->property("spacing").toReal(), spacing);
         QQuickItem* indicator = part(QStringLiteral(".idIndicator"));
