@@ -10,6 +10,9 @@
 #include <QHash>
 
 #include <malloc.h>
+#include <memory>
+#include <set>
+#include <vector>
 
 namespace {
 

@@ -24,6 +24,7 @@ class TestPictures : public QObject
 private Q_SLOTS:
     void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data();
     void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver();
+    void aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture();
     void aPictureReplacesAnother();
 };
 
@@ -61,6 +62,16 @@ void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
     QVERIFY2(run.errors.count("appvantor: cannot write the picture " + message + "\n") == 2,
              run.errors.constData());
     QCOMPARE(run.output, "2\n2\n" + left);
+}
+
+/// A picture of little more than the one block that a file may have.
+void TestPictures::aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture()
+{
+    const BenchRun run = takePictures(QStringLiteral("echo old >kept.png; ulimit -f 1"),
+                                      QStringLiteral("kept.png --size 60x40"));
+    QVERIFY2(run.errors.count("appvantor: cannot write the picture kept.png: File too large\n") == 2,
+             run.errors.constData());
+    QCOMPARE(run.output, QByteArray("2\n2\nkept.png\nold\n"));
 }
 
 void TestPictures::aPictureReplacesAnother()

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "narrow_pipe.h"
 
 #include <QFile>
 #include <QtTest>
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void aSignalEndsAListOfChannelsAtOnce();
     void aSignalEndsAWaitForAReader_data();
     void aSignalEndsAWaitForAReader();
+    void oneSignalEndsAWaitInTheMiddleOfALine_data();
+    void oneSignalEndsAWaitInTheMiddleOfALine();
     void anIgnoredHangUpIsNotHeard();
     void aClosedPipeElsewhereIsNotDiedOf();
     void aRunGoesOnAfterAStop();
@@ -209,6 +212,28 @@ void TestSignals::aSignalEndsAWaitForAReader()
     QCOMPARE(run.errors,
              QByteArray("appvantor: standard output cannot be written: Interrupted system call\n"));
     QCOMPARE(run.status, 1);
+}
+
+void TestSignals::oneSignalEndsAWaitInTheMiddleOfALine_data()
+{
+    aSignalEndsAWaitForAReader_data();
+}
+
+void TestSignals::oneSignalEndsAWaitInTheMiddleOfALine()
+{
+    QFETCH(int, number);
+    const NarrowPipe pipe;
+    BenchChild bench;
+    bench.setStandardOutputFile(pipe.file());
+    bench.start(benchFile(), {QStringLiteral("shell"), QStringLiteral("--echo")});
+    bench.write("getValue channel=" + QByteArray(9000, 'x') + '\n');
+    QTRY_VERIFY_WITH_TIMEOUT(pipe.isFull(), 20000);
+    kill(static_cast<pid_t>(bench.processId()), number);
+    QVERIFY(bench.waitForFinished(20000));
+    QVERIFY2(bench.readAllStandardError().contains(
+                 "appvantor: standard output cannot be written: Interrupted system call\n"),
+             bench.readAllStandardError().constData());
+    QCOMPARE(bench.exitCode(), 1);
 }
 
 void TestSignals::anIgnoredHangUpIsNotHeard()

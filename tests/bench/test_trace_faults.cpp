@@ -1,61 +1,16 @@
 #include "bench_process.h"
+#include "narrow_pipe.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 const char* const c_fastBlink = "run setValue channel=DOOR state=BLINK duration=2 dutyCycle=50 --for 1000";
-
-/// The reading end of a named pipe that holds one page.
-class NarrowPipe
-{
-public:
-    NarrowPipe()
-        : m_file(m_folder.filePath(QStringLiteral("pipe")))
-    {
-        constexpr int page = 4096;
-        const QByteArray name = QFile::encodeName(m_file);
-        mkfifo(name.constData(), S_IRUSR | S_IWUSR);
-        m_end = open(name.constData(), O_RDONLY | O_NONBLOCK);
-        fcntl(m_end, F_SETPIPE_SZ, page);
-    }
-    ~NarrowPipe() { close(m_end); }
-    Q_DISABLE_COPY(NarrowPipe)
-
-    const QString& file() const { return m_file; }
-
-    /// True while it holds anything: its one page then takes no other write.
-    bool isFull() const
-    {
-        int count = 0;
-        return ioctl(m_end, FIONREAD, &count) == 0 && count > 0;
-    }
-
-    /// What it holds.
-    QByteArray read()
-    {
-        QByteArray text;
-        char buffer[4096];
-        for (ssize_t count = ::read(m_end, buffer, sizeof(buffer)); count > 0;
-             count = ::read(m_end, buffer, sizeof(buffer))) {
-            text.append(buffer, static_cast<int>(count));
-        }
-        return text;
-    }
-
-private:
-    QTemporaryDir m_folder;
-    QString m_file;
-    int m_end = -1;
-};
 
 QStringList tracedTo(const QString& file, const char* words)
 {

@@ -1,7 +1,6 @@
 """A copy of the tree, in which faults are planted, built and met by tests."""
 
 import os
-import resource
 import shutil
 import subprocess
 import threading
@@ -25,10 +24,6 @@ class Stage:
     @property
     def targets(self):
         return [f"test_{self.folder}_{name}" for name in self.names]
-
-
-def _limit_memory():
-    resource.setrlimit(resource.RLIMIT_AS, (_MOST_MEMORY, _MOST_MEMORY))
 
 
 class WorkCopy:
@@ -70,8 +65,8 @@ class WorkCopy:
     @staticmethod
     def _failure_of(program):
         """How a test program fails. Its first failure ends it: those to come may wait for long for what never comes."""
-        with subprocess.Popen([program], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                              text=True, errors="replace", env=_ENVIRONMENT, preexec_fn=_limit_memory) as test:
+        with subprocess.Popen(["prlimit", f"--as={_MOST_MEMORY}", program], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                              text=True, errors="replace", env=_ENVIRONMENT) as test:
             hanging = threading.Event()
             watch = threading.Timer(_LONGEST_TEST, lambda: (hanging.set(), test.kill()))
             watch.start()

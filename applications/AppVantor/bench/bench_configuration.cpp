@@ -39,7 +39,8 @@ std::optional<QByteArray> readText(const QString& fileName, QString* problem)
         return std::nullopt;
     }
     if (text.size() > c_largestFile) {
-        *problem = QStringLiteral("%1: expected at most %2 bytes").arg(fileName).arg(c_largestFile);
+        *problem =
+            QStringLiteral("%1: expected at most %2 bytes").arg(fileName, QString::number(c_largestFile));
         return std::nullopt;
     }
     return text;

@@ -10,6 +10,7 @@
 
 namespace {
 
+std::atomic<int> readingEnd = {-1};
 std::atomic<int> writingEnd = {-1};
 
 void passOn(int number)
@@ -43,6 +44,7 @@ UnixSignals::UnixSignals(QObject* parent)
     if (pipe2(m_pipe, O_CLOEXEC | O_NONBLOCK) != 0) {
         return; // without a pipe, the signals end the process as ever
     }
+    readingEnd = m_pipe[0];
     writingEnd = m_pipe[1];
     auto* notifier = new QSocketNotifier(m_pipe[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
@@ -60,7 +62,13 @@ UnixSignals::UnixSignals(QObject* parent)
 
 UnixSignals::~UnixSignals()
 {
+    readingEnd = -1;
     writingEnd = -1;
     close(m_pipe[0]);
     close(m_pipe[1]);
+}
+
+int UnixSignals::waiting()
+{
+    return readingEnd;
 }

@@ -14,6 +14,10 @@ public:
     explicit UnixSignals(QObject* parent = nullptr);
     ~UnixSignals() override;
 
+    /// A descriptor that can be read while a signal waits to be passed on: who waits elsewhere than in the
+    /// event loop watches it. -1 when there is none.
+    static int waiting();
+
 Q_SIGNALS:
     /// number is SIGINT, SIGTERM or SIGHUP.
     void interrupted(int number);

@@ -2,7 +2,12 @@
 
 #include "terminal_frame.h"
 
+#include <bench/unix_signals.h>
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <poll.h>
@@ -11,22 +16,30 @@
 
 namespace {
 
-/// Waits until a pipe or terminal that does not block takes more; false when a signal came.
+/// Waits until a pipe or terminal takes more; false, with errno, when a signal came before.
 bool waitForRoom()
 {
-    struct pollfd waiting = {STDOUT_FILENO, POLLOUT, 0};
-    return poll(&waiting, 1, -1) == 1;
+    std::array<struct pollfd, 2> waiting = {
+        {{STDOUT_FILENO, POLLOUT, 0}, {UnixSignals::waiting(), POLLIN, 0}}};
+    if (poll(waiting.data(), waiting.size(), -1) > 0 && waiting[0].revents == 0) {
+        errno = EINTR;
+    }
+    return waiting[0].revents != 0;
 }
 
 /// Writes to standard output, past any buffer: what could not be written must not be tried again at the end.
 /// False, with errno, when that fails, or when a signal came while a reader kept it waiting.
 bool writeOut(std::string_view text)
 {
+    constexpr std::size_t longestPiece = PIPE_BUF; // no more is sure not to wait where there is room
     while (!text.empty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+        if (!waitForRoom()) {
+            return false;
+        }
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), std::min(text.size(), longestPiece));
         if (written >= 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EAGAIN || !waitForRoom()) {
+        } else if (errno != EAGAIN) {
             return false;
         }
     }

@@ -2,6 +2,7 @@
 
 #include <devices/line_device.h>
 
+#include <QDeadlineTimer>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -28,12 +29,17 @@ int openForWriting(const QString& file)
                 everybody);
 }
 
-/// Waits until more can be written: a pipe fills up while its reader is busy. False when it stays so, or a
-/// signal came.
+/// Waits until more can be written: a pipe fills up while its reader is busy. False when it stays so. A
+/// signal does not cut this short: what it ends is to be in the trace.
 bool waitForRoom(int descriptor)
 {
+    const QDeadlineTimer deadline(c_patienceMs);
     struct pollfd waiting = {descriptor, POLLOUT, 0};
-    return poll(&waiting, 1, c_patienceMs) == 1;
+    int ready = 0;
+    do {
+        ready = poll(&waiting, 1, static_cast<int>(deadline.remainingTime()));
+    } while (ready == -1 && errno == EINTR);
+    return ready == 1;
 }
 
 bool isRemoved(int descriptor)

@@ -66,7 +66,7 @@ QString Picture::write(const QString& file, const QSize& size)
         return failure.arg(file, writer.errorString());
     }
     QSaveFile target(file);
-    const bool written =
-        target.open(QIODevice::WriteOnly) && writeAll(png.data(), &target) && target.commit();
+    const bool written = target.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                         writeAll(png.data(), &target) && target.commit();
     return written ? QString() : failure.arg(file, target.errorString());
 }
