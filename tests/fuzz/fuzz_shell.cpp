@@ -1,3 +1,4 @@
+#include "support/captured_descriptor.h"
 #include "support/captured_stream.h"
 #include "support/fuzzer_process.h"
 #include "support/require.h"
@@ -13,6 +14,7 @@
 
 #include <set>
 #include <sstream>
+#include <unistd.h>
 
 // Any bytes as the lines of a shell script, on a board that has lines of all kinds and defects.
 
@@ -102,7 +104,7 @@ void carryOut(Shell* shell, const QStringList& lines)
 Outcome run(const QStringList& lines, bool json)
 {
     static const WatchedPlugin prototype;
-    const CapturedStream out(&stdout);
+    const CapturedDescriptor out(STDOUT_FILENO);
     const CapturedStream diagnostics(&stderr);
     SteadyScheduler scheduler;
     SimulatedBoard board(boardSetup(), &scheduler);
@@ -114,10 +116,33 @@ Outcome run(const QStringList& lines, bool json)
     return {shell.exitStatus(), out.text(), diagnostics.text()};
 }
 
-/// A JSON object a line; of each order its events, if any, and then its end.
-void checkJson(const std::string& output)
+/// The order that every script begins with, so that there is always something to tell.
+constexpr char c_firstLine[] = "getValue channel=LAMP\n";
+
+bool beginsWith(const std::string& text, const std::string& beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+/// The numbers of the orders that lines tell about: those that begin with prefix and "[N] ".
+std::set<int> ordersTold(const std::string& text, const std::string& prefix)
+{
+    std::istringstream lines(text);
+    std::set<int> orders;
+    for (std::string line; std::getline(lines, line);) {
+        int number = 0;
+        if (beginsWith(line, prefix) && std::sscanf(line.c_str() + prefix.size(), "[%d] ", &number) == 1) {
+            orders.insert(number);
+        }
+    }
+    return orders;
+}
+
+/// A JSON object a line; of each order its events, if any, and then its end. Gives the orders.
+std::set<int> checkJson(const std::string& output)
 {
     std::istringstream lines(output);
+    std::set<int> told;
     std::set<int> ended;
     for (std::string line; std::getline(lines, line);) {
         const Json json = Json::parse(line, nullptr, false);
@@ -125,12 +150,28 @@ void checkJson(const std::string& output)
         if (json.contains("order")) {
             const int number = json.at("order").get<int>();
             require(ended.count(number) == 0, "an order tells nothing after its end");
+            told.insert(number);
             if (json.contains("success")) {
                 ended.insert(number);
             }
         }
     }
-    require(ended.empty() || *ended.rbegin() == static_cast<int>(ended.size()), "every order tells its end");
+    require(told == ended, "every order tells its end");
+    return ended;
+}
+
+/// Both forms tell about the same orders, of which the first is that of the first line.
+void checkOutput(const Outcome& text, const Outcome& json)
+{
+    require(beginsWith(text.output, std::string("> ") + c_firstLine + "[1] getValue: value=0\n"),
+            "the first line is told as text");
+    require(beginsWith(json.output, R"({"order":1,"command":"getValue","success":true,"results":{"value":0}})"
+                                    "\n"),
+            "the first line is told as JSON");
+    std::set<int> orders = ordersTold(text.output, "");
+    orders.merge(ordersTold(text.diagnostics, "appvantor: "));
+    require(checkJson(json.output) == orders, "text and JSON tell about the same orders");
+    require(*orders.rbegin() == static_cast<int>(orders.size()), "orders are numbered one by one");
 }
 
 void checkQuoting(const QStringList& words)
@@ -153,8 +194,9 @@ void checkQuoting(const QStringList& words)
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
     restartTime();
-    constexpr int mostLines = 8;
-    const QString script = QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
+    constexpr int mostLines = 9;
+    const QString script = QLatin1String(c_firstLine) +
+                           QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
     const QStringList lines = script.split(QLatin1Char('\n')).mid(0, mostLines);
     for (const QString& line : lines) {
         QString problem;
@@ -162,7 +204,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
     }
     const Outcome text = run(lines, false);
     const Outcome json = run(lines, true);
-    checkJson(json.output);
+    checkOutput(text, json);
     require(text.status >= 0 && text.status <= 3, "a shell ends with a known status");
     require(text.diagnostics.empty() || text.status != 0, "what was refused or failed shows in the status");
     require(text.status == json.status && text.diagnostics == json.diagnostics,

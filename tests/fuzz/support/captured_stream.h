@@ -3,7 +3,8 @@
 #include <cstdio>
 #include <string>
 
-/// Takes what is written to a standard stream of the C library while it lives.
+/// Takes what is written to a standard stream of the C library while it lives. Its descriptor stays: there
+/// the sanitizers and the fuzzer report.
 class CapturedStream
 {
 public:
