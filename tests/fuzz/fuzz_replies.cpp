@@ -138,7 +138,7 @@ void Play::startOrder()
     DOrder* order = m_orders.back().get();
     watchOrder(order);
     const auto sometimes = [this] {
-        if (m_data->ConsumeIntegralInRange(0, 3) == 0) {
+        if (m_data->ConsumeIntegralInRange(0, 3) == 3) {
             react();
         }
     };
