@@ -24,7 +24,7 @@ const DTool& tool()
     static const auto script = [] {
         auto made = std::make_shared<CommandScript>();
         for (const QString& tag : tags()) {
-            made->parameters.append({tag, tag, QString(), QVariant()});
+            made->parameters.push_back({tag, tag, QString(), QVariant()});
         }
         return made;
     }();
