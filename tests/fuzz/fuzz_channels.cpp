@@ -6,6 +6,7 @@
 
 #include <be_maintenance_plugin.h>
 #include <recording_device.h>
+#include <steady_clock.h>
 
 #include <plugin_management/d_tool.h>
 
@@ -141,7 +142,7 @@ void useBackend(BeMaintenanceToolGpio* backend, FuzzedDataProvider* data, Varian
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    restartTime();
+    steady_clock::restart();
     constexpr int mostChannels = 5;
     constexpr int mostActions = 12;
     constexpr int longerThanAnyReply = 5000;

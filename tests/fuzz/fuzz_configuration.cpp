@@ -8,6 +8,7 @@
 #include <bench/bench_configuration.h>
 #include <devices/simulated_board.h>
 #include <plugin_management/d_tool.h>
+#include <steady_clock.h>
 
 #include <limits>
 #include <memory>
@@ -159,7 +160,7 @@ void workWithoutChips(const BenchConfiguration& configuration, const GpioChipSet
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    restartTime();
+    steady_clock::restart();
     static MemoryFile file;
     file.write(bytes, size);
     QString problem;

@@ -7,6 +7,7 @@
 
 #include <plugin_management/d_tool.h>
 #include <recording_device.h>
+#include <steady_clock.h>
 #include <workbench.h>
 
 #include <limits>
@@ -269,7 +270,7 @@ void Play::end()
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    restartTime();
+    steady_clock::restart();
     FuzzedDataProvider data(bytes, size);
     Play play(&data);
     while (data.remaining_bytes() > 0) {

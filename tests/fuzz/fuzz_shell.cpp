@@ -2,13 +2,13 @@
 #include "support/captured_stream.h"
 #include "support/fuzzer_process.h"
 #include "support/require.h"
-#include "support/virtual_time.h"
 #include "support/watched_plugin.h"
 
 #include <command_line/invocation.h>
 #include <command_line/shell.h>
 #include <devices/simulated_board.h>
 #include <plugin_management/d_tool.h>
+#include <steady_clock.h>
 
 #include <QCoreApplication>
 
@@ -193,7 +193,7 @@ void checkQuoting(const QStringList& words)
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    restartTime();
+    steady_clock::restart();
     constexpr int mostLines = 9;
     const QString script = QLatin1String(c_firstLine) +
                            QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));

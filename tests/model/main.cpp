@@ -1,4 +1,3 @@
-#include "steady_clock.h"
 #include "text.h"
 #include "world.h"
 

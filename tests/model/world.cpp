@@ -416,7 +416,7 @@ void World::advance()
         ms = std::clamp<qint64>(untilDue + m_random.below(3) - 1, 0, longest);
     }
     note("moves the clock by %1 ms"_q.arg(ms));
-    steady_clock::advanceMs(ms);
+    steady_clock::advance(std::chrono::milliseconds(ms));
 }
 
 void World::makeBackend()

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <chrono>
+
 /// The steady clock of this process, which stands still until it is moved. Qt's timers and elapsed times run
 /// by it: a timer fires in the first pass of the event loop after the clock was moved past its time.
 namespace steady_clock {
@@ -9,6 +11,8 @@ namespace steady_clock {
 /// Milliseconds on the clock.
 qint64 nowMs();
 /// Moves the clock forward.
-void advanceMs(qint64 ms);
+void advance(std::chrono::nanoseconds time);
+/// Sets the clock back to where it began. No timer may run.
+void restart();
 
 } // namespace steady_clock
