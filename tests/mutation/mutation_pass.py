@@ -142,7 +142,7 @@ def report(verdicts, equivalents, vanished):
     for mutant in survived:
         print(f"survived: {mutant}")
     killed = sum(killers.values())
-    share = 100 * killed / max(1, killed + len(survived))
+    share = 100 * killed / (killed + len(survived)) if killed or survived else 100
     print(f"stillborn   {len(verdicts) - len(planted)} (they do not compile, and do not count)")
     print(f"planted     {len(planted)}")
     print(f"killed      {killed}: " + ", ".join(f"{count} by {killer}" for killer, count in sorted(killers.items())))
