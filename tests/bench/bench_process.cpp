@@ -78,7 +78,9 @@ BenchRun runScript(const QString& script)
     environment.insert(QStringLiteral("BENCH"), benchFile());
     environment.insert(QStringLiteral("SCRATCH"), scratch.path());
     environment.insert(QStringLiteral("EXAMPLES"), QStringLiteral(EXAMPLES));
+    // A limit of the files' size would cut off the counts of coverage, which are of no use to anybody then.
     const QString functions = QStringLiteral(
+        "ulimit() { export GCOV_PREFIX=$SCRATCH/.counts; builtin ulimit \"$@\"; }\n"
         "until_caught() { until [ $((0x0$(sed -n 's/^SigCgt:\\t//p' /proc/$1/status) & 1 << $2 - 1)) "
         "-ne 0 ]; do sleep 0.01; done; }\n"
         "unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "

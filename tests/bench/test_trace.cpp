@@ -175,12 +175,12 @@ void TestTrace::aDiskThatFillsUpMeanwhileIsToldOnceAndFailsTheRun()
 {
     const QString file = temporaryFile(QByteArray(), QStringLiteral("vcd"));
     QProcess process;
-    process.start(
-        QStringLiteral("bash"),
-        {QStringLiteral("-c"),
-         QStringLiteral("trap '' XFSZ; ulimit -f 2; exec \"%1\" --trace \"%2\" run setValue channel=DOOR "
-                        "state=BLINK duration=2 dutyCycle=50 --for 1.5")
-             .arg(benchFile(), file)});
+    process.start(QStringLiteral("bash"),
+                  {QStringLiteral("-c"),
+                   QStringLiteral("trap '' XFSZ; export GCOV_PREFIX=${TMPDIR:-/tmp}/limited; ulimit -f 2; "
+                                  "exec \"%1\" --trace \"%2\" run setValue channel=DOOR "
+                                  "state=BLINK duration=2 dutyCycle=50 --for 1.5")
+                       .arg(benchFile(), file)});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.readAllStandardError(),
              "appvantor: " + file.toUtf8() + ": the trace ends here: File too large\n");
