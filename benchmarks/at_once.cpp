@@ -30,40 +30,20 @@ void ordersAtOnce(benchmark::State& state, int count)
     state.SetItemsProcessed(state.iterations() * count);
 }
 
-/// count listeners, each on a line of its own; each line changes once.
-void listenersOnLines(benchmark::State& state, int count)
+/// count listeners, spread over the first lines of a board; each of these lines changes once.
+void listeners(benchmark::State& state, int count, int lines)
 {
     Rig rig(2 * 1000);
     int events = 0;
     std::vector<std::unique_ptr<DOrder>> listeners;
     for (int number = 0; number < count; ++number) {
-        listeners.push_back(rig.listener(2 * number + 1, QString(), &events));
+        listeners.push_back(rig.listener(2 * (number % lines) + 1, QString(), &events));
     }
     events = 0;
     for ([[maybe_unused]] auto step : state) {
-        for (int number = 0; number < count; ++number) {
-            rig.toggle(2 * number + 1);
+        for (int line = 0; line < lines; ++line) {
+            rig.toggle(2 * line + 1);
         }
-        QCoreApplication::sendPostedEvents();
-    }
-    if (events != state.iterations() * count) {
-        state.SkipWithError("an event is missing");
-    }
-    state.SetItemsProcessed(state.iterations() * count);
-}
-
-/// count listeners on one line, which changes once.
-void listenersOnOneLine(benchmark::State& state, int count)
-{
-    Rig rig(2);
-    int events = 0;
-    std::vector<std::unique_ptr<DOrder>> listeners;
-    for (int number = 0; number < count; ++number) {
-        listeners.push_back(rig.listener(1, QString(), &events));
-    }
-    events = 0;
-    for ([[maybe_unused]] auto step : state) {
-        rig.toggle(1);
         QCoreApplication::sendPostedEvents();
     }
     if (events != state.iterations() * count) {
@@ -77,15 +57,7 @@ void listenersOnOneLine(benchmark::State& state, int count)
 BENCHMARK_CAPTURE(ordersAtOnce, , 1)->Name("orders_at_once/floor");
 BENCHMARK_CAPTURE(ordersAtOnce, , 1000)->Name("orders_at_once/ours/1000");
 BENCHMARK_CAPTURE(ordersAtOnce, , 10000)->Name("orders_at_once/ours/10000");
-BENCHMARK_CAPTURE(listenersOnLines, , 1)->Name("listeners_on_lines/floor");
-BENCHMARK_CAPTURE(listenersOnLines, , 1000)->Name("listeners_on_lines/ours/1000");
-BENCHMARK_CAPTURE(listenersOnOneLine, , 1)->Name("listeners_on_one_line/floor");
-BENCHMARK_CAPTURE(listenersOnOneLine, , 1000)->Name("listeners_on_one_line/ours/1000");
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
+BENCHMARK_CAPTURE(listeners, , 1, 1)->Name("listeners_on_lines/floor");
+BENCHMARK_CAPTURE(listeners, , 1000, 1000)->Name("listeners_on_lines/ours/1000");
+BENCHMARK_CAPTURE(listeners, , 1, 1)->Name("listeners_on_one_line/floor");
+BENCHMARK_CAPTURE(listeners, , 1000, 1)->Name("listeners_on_one_line/ours/1000");

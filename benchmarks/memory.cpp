@@ -175,11 +175,3 @@ BENCHMARK(orderFloor)->Name("memory_order/floor")->Iterations(1);
 BENCHMARK(orderOurs)->Name("memory_order/ours")->Iterations(1);
 BENCHMARK(listenerFloor)->Name("memory_listener/floor")->Iterations(1);
 BENCHMARK(listenerOurs)->Name("memory_listener/ours")->Iterations(1);
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

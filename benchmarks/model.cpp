@@ -4,7 +4,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QStandardItemModel>
 
 namespace {
@@ -150,11 +149,3 @@ BENCHMARK(dataFloor)->Name("model_data/floor")->Apply(sizes);
 BENCHMARK(dataOurs)->Name("model_data/ours")->Apply(sizes);
 BENCHMARK(itemFloor)->Name("model_item/floor")->Apply(sizes);
 BENCHMARK(itemOurs)->Name("model_item/ours")->Apply(sizes);
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

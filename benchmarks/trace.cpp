@@ -6,7 +6,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 namespace {
@@ -110,11 +109,3 @@ void traceFloor(benchmark::State& state)
 
 BENCHMARK(traceFloor)->Name("trace/floor");
 BENCHMARK(traceOurs)->Name("trace/ours");
-
-int main(int argc, char** argv)
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
