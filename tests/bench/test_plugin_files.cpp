@@ -11,14 +11,18 @@ QByteArray pluginLibrary()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Runs "commands" with file as the plugin.
-BenchRun runWithPlugin(const QString& file)
+/// Runs words, a subcommand with its arguments, with this plugin.
+BenchRun runWithPlugin(const QString& plugin, const QStringList& words = {QStringLiteral("commands")})
 {
     const QByteArray configuration = R"({"device": {"type": "simulated", "lines": [ {"name": "a"} ]},
       "tools": [ {"name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "%1"} ] })";
-    return runBench({QStringLiteral("--config"),
-                     temporaryFile(QString::fromUtf8(configuration).arg(file).toUtf8()),
-                     QStringLiteral("commands")});
+    const QString file = temporaryFile(QString::fromUtf8(configuration).arg(plugin).toUtf8());
+    return runBench(QStringList{QStringLiteral("--config"), file} + words);
+}
+
+QString testPlugin(const QString& name)
+{
+    return QStringLiteral("%1/lib%2_plugin.so").arg(QStringLiteral(LOADER_PLUGINS), name);
 }
 
 /// The plugin's library with a text in it replaced by another of the same length.
@@ -55,6 +59,7 @@ private Q_SLOTS:
     void anUnreadableLibraryIsTold();
     void aPluginOfAnotherKindIsToldWithItsFile_data();
     void aPluginOfAnotherKindIsToldWithItsFile();
+    void aCommandThatCannotBeMadeIsTold();
     void debugAndReleaseBuildsMix();
 };
 
@@ -169,16 +174,26 @@ void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile_data()
     QTest::newRow("no instance") << QStringLiteral("null") << QByteArray("it gave no instance\n");
     QTest::newRow("instance of another host")
         << QStringLiteral("plain_object") << QByteArray("its instance is no plugin of this host\n");
+    QTest::newRow("no instance for a tool")
+        << QStringLiteral("hollow") << QByteArray("it made no instance for the tool \"T\"\n");
 }
 
 void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, message);
-    const QString file = QStringLiteral("%1/lib%2_plugin.so").arg(QStringLiteral(LOADER_PLUGINS), name);
+    const QString file = testPlugin(name);
     const BenchRun run = runWithPlugin(file);
     QCOMPARE(run.status, 2);
     QVERIFY2(run.errors.startsWith("appvantor: " + file.toUtf8() + ": " + message), run.errors.constData());
+}
+
+void TestPluginFiles::aCommandThatCannotBeMadeIsTold()
+{
+    const BenchRun run =
+        runWithPlugin(testPlugin(QStringLiteral("barren")), {QStringLiteral("run"), QStringLiteral("work")});
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.errors, QByteArray("appvantor: [1] work failed: the plugin made no command \"work\"\n"));
 }
 
 /// Qt on Linux lets them.

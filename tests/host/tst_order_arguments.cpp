@@ -61,7 +61,7 @@ private Q_SLOTS:
             QSharedPointer<ICommand> createCommand(const QVariantMap&) override { return {}; }
         };
         Workbench bench;
-        auto& plugin = dynamic_cast<ScriptedPlugin&>(bench.tool->plugin());
+        auto& plugin = dynamic_cast<ScriptedPlugin&>(*bench.tool->plugin());
         plugin.declareInstructionCommand(new Barren(bench.script, {}, &plugin));
         const auto order = bench.order();
         order->start();

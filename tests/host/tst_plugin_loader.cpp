@@ -38,7 +38,7 @@ private Q_SLOTS:
     {
         const DPluginLoader loader(plugin("sound"_s));
         const DTool tool({{"name"_s, "Bench"_s}}, *loader.prototype(), nullptr);
-        QCOMPARE(tool.plugin().getFunctions(), QStringList{"work"_s});
+        QCOMPARE(tool.plugin()->getFunctions(), QStringList{"work"_s});
         QVERIFY(loader.prototype()->getFunctions().isEmpty());
     }
 

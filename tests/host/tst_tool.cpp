@@ -34,9 +34,9 @@ private Q_SLOTS:
     void theWorkingInstanceServesTheToolsObject()
     {
         const Workbench bench;
-        QCOMPARE(bench.tool->plugin().objectUuid(), QUuid(bench.tool->id()));
-        QCOMPARE(bench.tool->plugin().getMainConfig(), Workbench::configuration());
-        QCOMPARE(bench.tool->plugin().getFunctions(), QStringList{"work"_s});
+        QCOMPARE(bench.tool->plugin()->objectUuid(), QUuid(bench.tool->id()));
+        QCOMPARE(bench.tool->plugin()->getMainConfig(), Workbench::configuration());
+        QCOMPARE(bench.tool->plugin()->getFunctions(), QStringList{"work"_s});
     }
 
     void theCommandsAreListedAsDeclared()
@@ -46,6 +46,22 @@ private Q_SLOTS:
         QCOMPARE(commands.size(), 1);
         QCOMPARE(commands.at(0).name, "work"_s);
         QCOMPARE(commands.at(0).parameters.at(1).name, "value"_s);
+    }
+
+    void aToolWhosePluginMadeNoInstanceRefusesEveryOrder()
+    {
+        class Hollow : public ScriptedPlugin
+        {
+        public:
+            using ScriptedPlugin::ScriptedPlugin;
+            IPlugin* createInstance(const QUuid&) const override { return nullptr; }
+        };
+        DTool tool(Workbench::configuration(), Hollow({std::make_shared<CommandScript>()}), nullptr);
+        QVERIFY(tool.plugin() == nullptr);
+        QVERIFY(tool.commands().isEmpty());
+        DOrder order(&tool, "work"_s, {});
+        order.start();
+        QCOMPARE(order.reason(), "the plugin made no instance for the tool"_s);
     }
 
     void aToolForgetsADeviceThatIsGone()

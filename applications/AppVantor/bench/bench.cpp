@@ -29,6 +29,12 @@ std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, QStr
         }
         bench->m_tools.push_back(
             std::make_unique<DTool>(tool.entry, *loader.prototype(), bench->m_device.get()));
+        const DTool& made = *bench->m_tools.back();
+        if (made.plugin() == nullptr) {
+            *problem = QStringLiteral("%1: it made no instance for the tool \"%2\"")
+                           .arg(tool.pluginFile, made.objectName());
+            return nullptr;
+        }
     }
     return bench;
 }

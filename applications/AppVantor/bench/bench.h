@@ -14,7 +14,7 @@ class Bench
 {
 public:
     /// Builds what configuration describes. Returns null, and says in problem why, when a plugin cannot be
-    /// loaded.
+    /// loaded or makes no instance.
     static std::unique_ptr<Bench> make(const BenchConfiguration& configuration, QString* problem);
 
     LineDevice& device() const { return *m_device; }

@@ -112,11 +112,11 @@ void PagePanel::componentComplete()
 void PagePanel::reload()
 {
     removePage();
-    if (m_tool.isNull()) {
+    if (m_tool.isNull() || m_tool->plugin() == nullptr) {
         showProblem(qtTrId("page_no_tool"));
         return;
     }
-    const IPlugin& plugin = m_tool->plugin();
+    const IPlugin& plugin = *m_tool->plugin();
     const QByteArray source = pageSource(plugin.pluginUuid(), m_tool->objectName(), m_tool->id());
     if (source.isEmpty()) {
         showProblem(qtTrId("page_none").arg(plugin.pluginName()));
@@ -167,7 +167,7 @@ QQuickItem* PagePanel::makePage(const QByteArray& source)
         delete object;
         const QString errors = component.isError() ? component.errorString().trimmed()
                                                    : QStringLiteral("its root is not an item");
-        showProblem(qtTrId("page_broken").arg(m_tool->plugin().pluginName(), errors));
+        showProblem(qtTrId("page_broken").arg(m_tool->plugin()->pluginName(), errors));
         return nullptr;
     }
     m_page = page;

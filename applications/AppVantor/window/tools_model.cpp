@@ -43,7 +43,7 @@ QVariant ToolsModel::data(const QModelIndex& index, int role) const
     case IdRole:
         return tool.id();
     case PluginRole:
-        return tool.plugin().pluginName();
+        return tool.plugin() != nullptr ? tool.plugin()->pluginName() : QString();
     case ChannelCountRole:
         return tool.toolConfiguration.value(QStringLiteral("channels")).toList().size();
     case ConnectedRole:

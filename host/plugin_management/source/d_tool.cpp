@@ -66,13 +66,22 @@ QString namesOf(const std::vector<DDeclaration>& declarations)
     return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
 }
 
+std::unique_ptr<DAbstractPlugin> makeInstance(const IPlugin& prototype, const QString& toolId)
+{
+    IPlugin* instance = prototype.createInstance(QUuid(toolId));
+    auto* plugin = dynamic_cast<DAbstractPlugin*>(instance);
+    if (plugin == nullptr) {
+        delete instance;
+    }
+    return std::unique_ptr<DAbstractPlugin>(plugin);
+}
+
 } // namespace
 
 struct DTool::Private
 {
     QString id;
-    std::unique_ptr<IPlugin> instance;
-    DAbstractPlugin* plugin = nullptr;
+    std::unique_ptr<DAbstractPlugin> plugin;
     QPointer<DDevice> device;
     QHash<QString, ChannelItems> channels;
     std::map<quint64, DOrder*> orders; ///< by their numbers: they are closed as they were made
@@ -85,12 +94,13 @@ DTool::DTool(const QVariantMap& configuration, const IPlugin& prototype, DDevice
     , d(std::make_unique<Private>())
 {
     d->id = configuration.value(QStringLiteral("id")).toString();
-    d->instance.reset(prototype.createInstance(QUuid(d->id)));
-    d->plugin = dynamic_cast<DAbstractPlugin*>(d->instance.get());
+    d->plugin = makeInstance(prototype, d->id);
     d->device = device;
     d->channels = channelsOf(configuration);
-    d->plugin->setMainConfig(configuration);
-    d->plugin->initPluginCommands();
+    if (d->plugin != nullptr) {
+        d->plugin->setMainConfig(configuration);
+        d->plugin->initPluginCommands();
+    }
     DToolRegistry::instance().add(this);
 }
 
@@ -108,9 +118,9 @@ QString DTool::id() const
     return d->id;
 }
 
-IPlugin& DTool::plugin() const
+IPlugin* DTool::plugin() const
 {
-    return *d->instance;
+    return d->plugin.get();
 }
 
 DDevice* DTool::device() const
@@ -133,7 +143,7 @@ QVariant DTool::getInfoFromChannel(const QString& channel, const QString& infoKe
 QVector<DCommandDescription> DTool::commands() const
 {
     QVector<DCommandDescription> commands;
-    const QStringList names = d->plugin->commandNames();
+    const QStringList names = d->plugin != nullptr ? d->plugin->commandNames() : QStringList();
     for (const QString& name : names) {
         commands.append(d->plugin->command(name)->declaration());
     }
@@ -144,6 +154,9 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
 {
     if (d->closing) {
         return QStringLiteral("the tool was closed");
+    }
+    if (d->plugin == nullptr) {
+        return QStringLiteral("the plugin made no instance for the tool");
     }
     const DAbstractCommand* prototype = d->plugin->command(command);
     if (prototype == nullptr) {

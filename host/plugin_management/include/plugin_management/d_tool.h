@@ -8,7 +8,6 @@
 
 #include <memory>
 
-class DAbstractPlugin;
 class DDevice;
 class DOrder;
 class IPlugin;
@@ -34,8 +33,9 @@ public:
 
     /// Identifier of the tool, as configured.
     QString id() const;
-    /// The working plugin instance.
-    IPlugin& plugin() const;
+    /// The working plugin instance; null when the prototype made none for this host. Such a tool has no
+    /// commands and refuses every order.
+    IPlugin* plugin() const;
     /// The device; null when there is none.
     DDevice* device() const;
 
