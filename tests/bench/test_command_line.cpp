@@ -44,9 +44,6 @@ void TestCommandLine::wrongUsageEndsWithStatus2AndSaysWhatWasExpected_data()
     QTest::newRow("unknown parameter")
         << "run getValue colour=red"
         << "unknown parameter \"colour\" of command \"getValue\"; it takes: \"channel\"";
-    QTest::newRow("parameter of a command without any")
-        << "run listenToAll channel=START"
-        << "unknown parameter \"channel\" of command \"listenToAll\"; it takes: none";
     QTest::newRow("value out of range")
         << "run setValue channel=START value=65536"
         << "parameter \"value\" of command \"setValue\" cannot hold \"65536\"; "

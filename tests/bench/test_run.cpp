@@ -38,6 +38,7 @@ private Q_SLOTS:
     void forStopsAListeningOrder();
     void forKeepsTheBenchForAnOrderThatIsDone();
     void forStopsAPulseThatIsLonger();
+    void aSectionReachesInit_data();
     void aSectionReachesInit();
     void allBinaryLinesAreOneExactNumber();
     void extremeNumbersAreTaken_data();
@@ -167,10 +168,17 @@ void TestRun::forStopsAPulseThatIsLonger()
     QCOMPARE(run.errors, QByteArray("appvantor: [1] setValue failed: stopped before it was complete\n"));
 }
 
+void TestRun::aSectionReachesInit_data()
+{
+    QTest::addColumn<QString>("section");
+    QTest::newRow("a list") << QStringLiteral(R"(channels=[{"id": "START", "direction": "out"}])");
+    QTest::newRow("a text") << QStringLiteral("channels=x");
+}
+
 void TestRun::aSectionReachesInit()
 {
-    const BenchRun run = runBench({QStringLiteral("run"), QStringLiteral("init"),
-                                   QStringLiteral(R"(channels=[{"id": "START", "direction": "out"}])")});
+    QFETCH(QString, section);
+    const BenchRun run = runBench({QStringLiteral("run"), QStringLiteral("init"), section});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.output, QByteArray("[1] init: doneOk=true\n"));
 }

@@ -77,15 +77,18 @@ private Q_SLOTS:
         QCOMPARE(bare.getParameterValue("colour"_s, 7), QVariant(7));
     }
 
-    void aSectionIsAnArgumentThatIsAListOrAMap()
+    void aSectionIsTheArgumentAsItWasGiven()
     {
         const QVariantList list{1, 2};
         const QVariantMap map{{"id"_s, 1}};
+        const QStringList names{"a"_s};
         ScriptedCommand command(scriptWithDeclarations(),
-                                {{"list"_s, list}, {"map"_s, map}, {"text"_s, "1,2"_s}}, nullptr);
+                                {{"list"_s, list}, {"map"_s, map}, {"names"_s, names}, {"text"_s, "1,2"_s}},
+                                nullptr);
         QCOMPARE(command.getParametersSection("list"_s), QVariant(list));
         QCOMPARE(command.getParametersSection("map"_s), QVariant(map));
-        QVERIFY(!command.getParametersSection("text"_s).isValid());
+        QCOMPARE(command.getParametersSection("names"_s), QVariant(names));
+        QCOMPARE(command.getParametersSection("text"_s), QVariant("1,2"_s));
         QVERIFY(!command.getParametersSection("none"_s).isValid());
         QVERIFY(!command.getParametersSection("value"_s).isValid());
     }

@@ -143,12 +143,13 @@ private Q_SLOTS:
         QCOMPARE(arguments, (QVariantMap{{"value"_s, "5"_s}, {"zone"_s, 1}}));
     }
 
-    void aCommandWithoutParametersSaysSo()
+    void everythingIsASectionWhereNothingIsDeclared()
     {
         const Workbench bench;
-        QVariantMap arguments{{"zone"_s, 1}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments),
-                 "unknown parameter \"zone\" of command \"work\"; it takes: none"_s);
+        const QVariantMap sections{{"number"_s, 1}, {"text"_s, "x"_s}, {"nothing"_s, QVariant()}};
+        QVariantMap arguments = sections;
+        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments), QString());
+        QCOMPARE(arguments, sections);
     }
 
     void aValueOfTheWrongTypeIsRefusedAndNothingIsConverted()
@@ -173,6 +174,7 @@ private Q_SLOTS:
     {
         const Workbench bench(fillCatalogue);
         const QVariantMap sections{{"channels"_s, QVariantList{1, 2}},
+                                   {"names"_s, QStringList{"a"_s, "b"_s}},
                                    {"options"_s, QVariantMap{{"fast"_s, true}}}};
         QVariantMap arguments = sections;
         QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments), QString());
@@ -184,6 +186,7 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<QString>("shown");
         QTest::newRow("a list") << QVariant(QVariantList{1, "a"_s}) << "[1,\"a\"]"_s;
+        QTest::newRow("a list of texts") << QVariant(QStringList{"a"_s, "b"_s}) << "[\"a\",\"b\"]"_s;
         QTest::newRow("a map") << QVariant(QVariantMap{{"a"_s, 1}}) << "{\"a\":1}"_s;
     }
 

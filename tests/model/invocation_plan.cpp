@@ -215,7 +215,9 @@ InvocationPlan drawInvocation(RandomSource& random)
     }
     if (random.chance(4)) {
         plan.arguments.insert("zone"_q, 1);
-        refuse(plan, "parameter \""_q);
+        if (takesChannel) { // a section of the others, which declare no parameter
+            refuse(plan, "parameter \""_q);
+        }
     }
     if (plan.deed == Deed::RefusedByHost) {
         plan.errorReports = 0;

@@ -152,9 +152,7 @@ QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant
 
 QVariant DAbstractCommand::getParametersSection(const QString& name)
 {
-    const QVariant section = d->arguments.value(name);
-    const auto type = static_cast<QMetaType::Type>(section.type());
-    return type == QMetaType::QVariantList || type == QMetaType::QVariantMap ? section : QVariant();
+    return d->arguments.value(name);
 }
 
 const DTool* DAbstractCommand::Private::tool() const

@@ -46,7 +46,8 @@ const DDeclaration* find(const std::vector<DDeclaration>& declarations, const QS
 bool isSection(const QVariant& argument)
 {
     const auto type = static_cast<QMetaType::Type>(argument.type());
-    return type == QMetaType::QVariantList || type == QMetaType::QVariantMap;
+    return type == QMetaType::QVariantList || type == QMetaType::QStringList ||
+           type == QMetaType::QVariantMap;
 }
 
 /// A value as a message shows it.
@@ -63,7 +64,7 @@ QString namesOf(const std::vector<DDeclaration>& declarations)
     for (const DDeclaration& declared : declarations) {
         names.append(QLatin1Char('"') + declared.name + QLatin1Char('"'));
     }
-    return names.isEmpty() ? QStringLiteral("none") : names.join(QStringLiteral(", "));
+    return names.join(QStringLiteral(", "));
 }
 
 std::unique_ptr<DAbstractPlugin> makeInstance(const IPlugin& prototype, const QString& toolId)
@@ -167,7 +168,7 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
     QVariantMap converted = *arguments;
     for (auto argument = arguments->cbegin(); argument != arguments->cend(); ++argument) {
         const DDeclaration* parameter = find(parameters, argument.key());
-        if (parameter == nullptr && isSection(*argument)) {
+        if (parameter == nullptr && (parameters.empty() || isSection(*argument))) {
             continue;
         }
         if (parameter == nullptr) {

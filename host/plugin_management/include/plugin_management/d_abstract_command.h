@@ -68,7 +68,7 @@ public:
     /// The argument name of this invocation; without it fallback when that is valid, else the declared
     /// default.
     QVariant getParameterValue(const QString& name, const QVariant& fallback) const;
-    /// The argument name of this invocation when it is a list or a map, else an invalid variant.
+    /// The argument name of this invocation as it was given, of whatever type; an invalid variant without it.
     QVariant getParametersSection(const QString& name);
     /// Device channel that toolChannel is linked to; empty when it is linked to none.
     QString getLinkedChannel(const QString& toolChannel);
