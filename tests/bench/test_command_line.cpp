@@ -40,10 +40,13 @@ void TestCommandLine::wrongUsageEndsWithStatus2AndSaysWhatWasExpected_data()
     QTest::newRow("unknown command")
         << "run nosuch"
         << "unknown command \"nosuch\"; the tool has: setValue, switchValue, getValue, "
-           "startListening, init, listenToAll";
+           "startListening, init, listenToAll, stopTheCommand, stopListening";
     QTest::newRow("unknown parameter")
         << "run getValue colour=red"
         << "unknown parameter \"colour\" of command \"getValue\"; it takes: \"channel\"";
+    QTest::newRow("unknown parameter of a stop name")
+        << "run stopListening colour=red"
+        << "unknown parameter \"colour\" of command \"stopListening\"; it takes: \"channel\", \"edge\"";
     QTest::newRow("value out of range")
         << "run setValue channel=START value=65536"
         << "parameter \"value\" of command \"setValue\" cannot hold \"65536\"; "

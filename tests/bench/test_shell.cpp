@@ -36,6 +36,20 @@ QStringList events(const BenchRun& run, int number)
     return texts;
 }
 
+/// Numbers and commands of the orders that ended, in order.
+QStringList ended(const BenchRun& run)
+{
+    QStringList texts;
+    for (const QJsonObject& line : run.json()) {
+        if (line.contains(QLatin1String("success"))) {
+            texts.append(QStringLiteral("%1 %2")
+                             .arg(line.value(QLatin1String("order")).toInt())
+                             .arg(line.value(QLatin1String("command")).toString()));
+        }
+    }
+    return texts;
+}
+
 } // namespace
 
 /// The subcommand "shell" with a script on its standard input.
@@ -53,6 +67,10 @@ private Q_SLOTS:
     void twoListenersOnOneChannelHearTheSame();
     void aListenerThatWasStoppedHearsNoMore();
     void stoppingAnOrderThatHasEndedDoesNothing();
+    void theStopNameEndsTheLatestListener();
+    void theStopNameWithAChannelEndsTheListenerOfThatChannel();
+    void theStopNameEndsARunningPulse();
+    void aStopNameThatFindsNothingFails();
     void waitHoldsTheNextLineBackUntilTheOrderEnds();
     void remarksAndEmptyLinesAreLeftOut();
     void whatRunsAtTheEndIsStoppedProperly();
@@ -153,6 +171,47 @@ void TestShell::stoppingAnOrderThatHasEndedDoesNothing()
     QCOMPARE(run.output.count("\"success\":true"), 1);
 }
 
+void TestShell::theStopNameEndsTheLatestListener()
+{
+    const BenchRun run = runShell("startListening channel=DOOR\nlistenToAll\nstopListening\nstopListening\n"
+                                  "setValue channel=DOOR state=ON\nsleep 20\n");
+    QCOMPARE(run.status, 0);
+    QCOMPARE(ended(run), QStringList({QStringLiteral("2 listenToAll"), QStringLiteral("3 stopListening"),
+                                      QStringLiteral("1 startListening"), QStringLiteral("4 stopListening"),
+                                      QStringLiteral("5 setValue")}));
+    QVERIFY(runShell("startListening channel=DOOR\nstopListening\n", {})
+                .output.endsWith("\n[2] stopListening: done\n"));
+}
+
+void TestShell::theStopNameWithAChannelEndsTheListenerOfThatChannel()
+{
+    const BenchRun run = runShell("startListening channel=DOOR\nstartListening channel=RUNNING\n"
+                                  "stopListening channel=DOOR\nsetValue channel=DOOR state=ON\n");
+    QCOMPARE(run.status, 0);
+    QCOMPARE(ended(run).mid(0, 2),
+             QStringList({QStringLiteral("1 startListening"), QStringLiteral("3 stopListening")}));
+}
+
+void TestShell::theStopNameEndsARunningPulse()
+{
+    const BenchRun run = runShell("setValue channel=START state=PULSE duration=60000 &\nsleep 50\n"
+                                  "stopTheCommand channel=START\n");
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.errors, QByteArray("appvantor: [1] setValue failed: stopped before it was complete\n"));
+    QCOMPARE(ended(run), QStringList({QStringLiteral("1 setValue"), QStringLiteral("2 stopTheCommand")}));
+}
+
+void TestShell::aStopNameThatFindsNothingFails()
+{
+    const BenchRun run = runShell("startListening channel=DOOR\nstopTheCommand\n"
+                                  "stopListening channel=ALARM\n");
+    QCOMPARE(run.status, 1);
+    QCOMPARE(run.errors,
+             QByteArray("appvantor: [2] stopTheCommand failed: no running order to stop\n"
+                        "appvantor: [3] stopListening failed: no running order with these arguments to "
+                        "stop\n"));
+}
+
 void TestShell::waitHoldsTheNextLineBackUntilTheOrderEnds()
 {
     const BenchRun run =
@@ -193,8 +252,9 @@ void TestShell::echoShowsEachLine()
 void TestShell::helpListsTheShellsOwnWords()
 {
     const BenchRun run = runShell("help\n", {});
-    for (const char* word :
-         {"stop N", "wait N", "sleep MS", "quit", "COMMAND NAME=VALUE", "commands, channels"}) {
+    for (const char* word : {"stop N", "stopTheCommand         Stops the latest running setValue",
+                             "stopListening          Stops the latest running startListening or listenToAll",
+                             "wait N", "sleep MS", "quit", "COMMAND NAME=VALUE", "commands, channels"}) {
         QVERIFY2(run.output.contains(word), word);
     }
 }

@@ -161,6 +161,8 @@ void TestTerminal::commandsParametersChannelsAndStatesAreCompleted()
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("startL\tch\tDO\ted\tH\t\n");
     QVERIFY(terminal.shows("lastValue=1 value=true"));
+    terminal.type("stopL\tch\tDO\t\n");
+    QVERIFY(terminal.shows("[4] stopListening: done"));
     terminal.type("quit\n");
     QCOMPARE(terminal.end(), 0);
 }

@@ -59,6 +59,7 @@ private Q_SLOTS:
         DTool tool(Workbench::configuration(), Hollow({std::make_shared<CommandScript>()}), nullptr);
         QVERIFY(tool.plugin() == nullptr);
         QVERIFY(tool.commands().isEmpty());
+        QVERIFY(tool.stops().isEmpty());
         DOrder order(&tool, "work"_s, {});
         order.start();
         QCOMPARE(order.reason(), "the plugin made no instance for the tool"_s);

@@ -364,9 +364,11 @@ private Q_SLOTS:
         QCOMPARE(form.problem(), QStringLiteral("Choose a tool to see its commands."));
         form.setTool(&m_bench->tool());
         QCOMPARE(form.problem(), QString());
-        QCOMPARE(form.commands(), QStringList({QStringLiteral("setValue"), QStringLiteral("switchValue"),
-                                               QStringLiteral("getValue"), QStringLiteral("startListening"),
-                                               QStringLiteral("init"), QStringLiteral("listenToAll")}));
+        QCOMPARE(form.commands(),
+                 QStringList({QStringLiteral("setValue"), QStringLiteral("switchValue"),
+                              QStringLiteral("getValue"), QStringLiteral("startListening"),
+                              QStringLiteral("init"), QStringLiteral("listenToAll"),
+                              QStringLiteral("stopTheCommand"), QStringLiteral("stopListening")}));
         QCOMPARE(form.command(), QStringLiteral("setValue"));
         QCOMPARE(form.rowCount(), 5);
         QCOMPARE(at(form, 0, CommandForm::EditorRole).toString(), QStringLiteral("channel"));
@@ -461,6 +463,23 @@ private Q_SLOTS:
         QCOMPARE(form.problem(), problem);
         form.run();
         QCOMPARE(log.count(), problem.isEmpty() ? 1 : 0);
+    }
+
+    void theFormStopsWhatRuns()
+    {
+        OrderLogModel log;
+        CommandForm form(&log);
+        form.setTool(&m_bench->tool());
+        form.setCommand(QStringLiteral("startListening"));
+        form.setText(0, QStringLiteral("START"));
+        form.run();
+        QCOMPARE(log.running(), 1);
+        form.setCommand(QStringLiteral("stopListening"));
+        QCOMPARE(at(form, 0, CommandForm::TextRole).toString(), QStringLiteral("START"));
+        form.run();
+        QCOMPARE(log.running(), 0);
+        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
+        QCOMPARE(at(log, 1, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
     }
 
     void aFormWhoseToolGoesRunsNothing()

@@ -29,9 +29,11 @@ void reportEnd(const DOrder& order, int number, Output* output)
     }
     json["results"] = toJson(QVariant(order.results()));
     if (success) {
-        output->write(json, QStringLiteral("[%1] %2: %3")
-                                .arg(number)
-                                .arg(order.commandName(), assignmentsText(order.results())));
+        const QString results = assignmentsText(order.results());
+        output->write(json,
+                      QStringLiteral("[%1] %2: %3")
+                          .arg(number)
+                          .arg(order.commandName(), results.isEmpty() ? QStringLiteral("done") : results));
         return;
     }
     if (output->isJson()) {

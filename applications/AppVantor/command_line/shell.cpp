@@ -100,7 +100,7 @@ bool Shell::isBusy() const
 QStringList Shell::completions(const QStringList& before, const QString& word) const
 {
     QStringList candidates;
-    const QVector<DCommandDescription> commands = m_tool->commands();
+    const QVector<DCommandDescription> commands = m_tool->commands() + m_tool->stops();
     if (before.isEmpty()) {
         candidates = ownWords();
         for (const DCommandDescription& command : commands) {
@@ -268,7 +268,7 @@ void Shell::sleep(const QString& text)
 
 void Shell::writeHelp()
 {
-    m_output->text(
+    QString text =
         QStringLiteral("COMMAND NAME=VALUE …   runs an order; with \"&\" at the end, beside the next lines\n"
                        "stop N                 stops the order N\n"
                        "wait N                 waits for the end of the order N\n"
@@ -276,7 +276,12 @@ void Shell::writeHelp()
                        "commands, channels     list what the tool has\n"
                        "help                   shows this\n"
                        "quit                   stops what runs, and ends\n"
-                       "# …                    a remark"));
+                       "# …                    a remark");
+    const QVector<DCommandDescription> stops = m_tool->stops();
+    for (const DCommandDescription& stop : stops) {
+        text += QStringLiteral("\n%1 %2").arg(stop.name, -22).arg(stop.description);
+    }
+    m_output->text(text);
 }
 
 void Shell::orderEnded(int number)

@@ -88,20 +88,22 @@ void CommandForm::setTool(QObject* tool)
 QStringList CommandForm::commands() const
 {
     QStringList names;
-    if (!m_tool.isNull()) {
-        const QVector<DCommandDescription> all = m_tool->commands();
-        for (const DCommandDescription& declared : all) {
-            names.append(declared.name);
-        }
+    const QVector<DCommandDescription> all = declared();
+    for (const DCommandDescription& one : all) {
+        names.append(one.name);
     }
     return names;
 }
 
+QVector<DCommandDescription> CommandForm::declared() const
+{
+    return m_tool.isNull() ? QVector<DCommandDescription>() : m_tool->commands() + m_tool->stops();
+}
+
 void CommandForm::setCommand(const QString& command)
 {
-    const QVector<DCommandDescription> declared =
-        m_tool.isNull() ? QVector<DCommandDescription>() : m_tool->commands();
-    const auto found = std::find_if(declared.cbegin(), declared.cend(),
+    const QVector<DCommandDescription> all = declared();
+    const auto found = std::find_if(all.cbegin(), all.cend(),
                                     [&](const DCommandDescription& one) { return one.name == command; });
     // What was entered for a parameter stays for the parameter of that name of the next command.
     QMap<QString, QString> entered;
@@ -109,7 +111,7 @@ void CommandForm::setCommand(const QString& command)
         entered.insert(m_declared.parameters.at(static_cast<std::size_t>(row)).name, m_texts.at(row));
     }
     beginResetModel();
-    m_declared = found != declared.cend() ? *found : DCommandDescription();
+    m_declared = found != all.cend() ? *found : DCommandDescription();
     m_sections.clear();
     m_texts.clear();
     for (const DDeclaration& parameter : m_declared.parameters) {

@@ -7,8 +7,8 @@
 
 class OrderLogModel;
 
-/// The form for one of a tool's commands: a row for each declared parameter, with the text that was entered.
-/// A parameter without a text is left out, so that its default counts.
+/// The form for one of a tool's commands or stop names: a row for each declared parameter, with the text that
+/// was entered. A parameter without a text is left out, so that its default counts.
 class CommandForm : public QAbstractListModel
 {
     Q_OBJECT
@@ -64,6 +64,7 @@ Q_SIGNALS:
     void problemChanged();
 
 private:
+    QVector<DCommandDescription> declared() const;
     QVariantMap arguments(QString* problem) const;
     QString editor(const DDeclaration& parameter) const;
     QStringList channels() const;

@@ -179,11 +179,21 @@ void DOrder::start()
         return;
     }
     d->state = State::Running;
-    const QString refusal = makeCommand();
+    const QString refusal = d->tool.isNull() ? QStringLiteral("the tool was closed")
+                                             : d->tool->checkInvocation(d->commandName, &d->arguments);
     if (!refusal.isEmpty()) {
         end(false, refusal);
-        return;
+    } else if (!d->tool->hasCommand(d->commandName)) {
+        stopAnother();
+    } else if (!makeCommand()) {
+        end(false, QStringLiteral("the plugin made no command \"%1\"").arg(d->commandName));
+    } else {
+        execute();
     }
+}
+
+void DOrder::execute()
+{
     const std::shared_ptr<Private> order = d;
     bool accepted = false;
     {
@@ -214,19 +224,41 @@ void DOrder::stop()
     }
 }
 
-/// Makes and links the working instance. Returns why that cannot be done, or an empty text.
-QString DOrder::makeCommand()
+bool DOrder::isStoppedBy(const QString& stopName, const QVariantMap& arguments) const
 {
-    if (d->tool.isNull()) {
-        return QStringLiteral("the tool was closed");
+    if (!d->isRunning() || d->command->stopCommandName() != stopName) {
+        return false;
     }
-    QString refusal = d->tool->checkInvocation(d->commandName, &d->arguments);
-    if (!refusal.isEmpty()) {
-        return refusal;
+    for (auto wanted = arguments.cbegin(); wanted != arguments.cend(); ++wanted) {
+        if (!d->arguments.contains(wanted.key()) || d->arguments.value(wanted.key()) != *wanted) {
+            return false;
+        }
     }
+    return true;
+}
+
+/// The end of the other may destroy this order.
+void DOrder::stopAnother()
+{
+    DOrder* running = d->tool->orderToStop(d->commandName, d->arguments);
+    if (running == nullptr) {
+        end(false, d->arguments.isEmpty() ? QStringLiteral("no running order to stop")
+                                          : QStringLiteral("no running order with these arguments to stop"));
+        return;
+    }
+    const std::shared_ptr<Private> order = d;
+    running->stop();
+    if (order->isRunning()) {
+        end(true, QString());
+    }
+}
+
+/// Makes and links the working instance. Answers whether the plugin made one.
+bool DOrder::makeCommand()
+{
     d->command = d->tool->makeCommand(d->commandName, d->arguments);
     if (d->command.isNull()) {
-        return QStringLiteral("the plugin made no command \"%1\"").arg(d->commandName);
+        return false;
     }
     d->tool->orderStarted(this);
     if (auto* object = dynamic_cast<DAbstractCommand*>(d->command.data())) {
@@ -237,7 +269,7 @@ QString DOrder::makeCommand()
         }
     }
     d->command->linkWithItsOrder(this);
-    return QString();
+    return true;
 }
 
 quint64 DOrder::addInstruction(const QString& target, const QString& instruction,

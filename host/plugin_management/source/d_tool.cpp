@@ -67,6 +67,34 @@ QString namesOf(const std::vector<DDeclaration>& declarations)
     return names.join(QStringLiteral(", "));
 }
 
+/// Checks arguments against what is declared and converts each to its declared type. Returns what was wrong,
+/// or an empty text.
+QString checkArguments(const DCommandDescription& declared, QVariantMap* arguments)
+{
+    const std::vector<DDeclaration>& parameters = declared.parameters;
+    QVariantMap converted = *arguments;
+    for (auto argument = arguments->cbegin(); argument != arguments->cend(); ++argument) {
+        const DDeclaration* parameter = find(parameters, argument.key());
+        if (parameter == nullptr && (parameters.empty() || isSection(*argument))) {
+            continue;
+        }
+        if (parameter == nullptr) {
+            return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
+                .arg(argument.key(), declared.name, namesOf(parameters));
+        }
+        QVariant value = *argument;
+        if (!convertToTypeTag(parameter->typeTag, &value)) {
+            return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
+                .arg(argument.key(), declared.name, shown(*argument), typeTagExpectation(parameter->typeTag));
+        }
+        if (value.userType() != argument->userType()) {
+            converted.insert(argument.key(), value);
+        }
+    }
+    *arguments = converted;
+    return QString();
+}
+
 std::unique_ptr<DAbstractPlugin> makeInstance(const IPlugin& prototype, const QString& toolId)
 {
     IPlugin* instance = prototype.createInstance(QUuid(toolId));
@@ -151,6 +179,33 @@ QVector<DCommandDescription> DTool::commands() const
     return commands;
 }
 
+QVector<DCommandDescription> DTool::stops() const
+{
+    QVector<DCommandDescription> stops;
+    const QVector<DCommandDescription> stoppable = commands();
+    for (const DCommandDescription& command : stoppable) {
+        if (command.stopName.isEmpty() || hasCommand(command.stopName)) {
+            continue;
+        }
+        auto stop = std::find_if(stops.begin(), stops.end(), [&command](const DCommandDescription& other) {
+            return other.name == command.stopName;
+        });
+        if (stop == stops.end()) {
+            const QString description = QStringLiteral("Stops the latest running %1").arg(command.name);
+            stop = stops.insert(stop, {command.stopName, QString(), description, {}, {}});
+        } else {
+            stop->description += QStringLiteral(" or ") + command.name;
+        }
+        for (const DDeclaration& parameter : command.parameters) {
+            if (find(stop->parameters, parameter.name) == nullptr) {
+                stop->parameters.push_back(
+                    {parameter.name, parameter.typeTag, parameter.description, QVariant()});
+            }
+        }
+    }
+    return stops;
+}
+
 QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) const
 {
     if (d->closing) {
@@ -159,38 +214,37 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
     if (d->plugin == nullptr) {
         return QStringLiteral("the plugin made no instance for the tool");
     }
-    const DAbstractCommand* prototype = d->plugin->command(command);
-    if (prototype == nullptr) {
-        return QStringLiteral("unknown command \"%1\"; the tool has: %2")
-            .arg(command, d->plugin->commandNames().join(QStringLiteral(", ")));
+    if (const DAbstractCommand* prototype = d->plugin->command(command)) {
+        return checkArguments(prototype->declaration(), arguments);
     }
-    const std::vector<DDeclaration>& parameters = prototype->declaration().parameters;
-    QVariantMap converted = *arguments;
-    for (auto argument = arguments->cbegin(); argument != arguments->cend(); ++argument) {
-        const DDeclaration* parameter = find(parameters, argument.key());
-        if (parameter == nullptr && (parameters.empty() || isSection(*argument))) {
-            continue;
+    QStringList known = d->plugin->commandNames();
+    const QVector<DCommandDescription> stopNames = stops();
+    for (const DCommandDescription& stop : stopNames) {
+        if (stop.name == command) {
+            return checkArguments(stop, arguments);
         }
-        if (parameter == nullptr) {
-            return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
-                .arg(argument.key(), command, namesOf(parameters));
-        }
-        QVariant value = *argument;
-        if (!convertToTypeTag(parameter->typeTag, &value)) {
-            return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
-                .arg(argument.key(), command, shown(*argument), typeTagExpectation(parameter->typeTag));
-        }
-        if (value.userType() != argument->userType()) {
-            converted.insert(argument.key(), value);
-        }
+        known.append(stop.name);
     }
-    *arguments = converted;
-    return QString();
+    return QStringLiteral("unknown command \"%1\"; the tool has: %2")
+        .arg(command, known.join(QStringLiteral(", ")));
+}
+
+bool DTool::hasCommand(const QString& name) const
+{
+    return d->plugin->command(name) != nullptr;
 }
 
 QSharedPointer<ICommand> DTool::makeCommand(const QString& command, const QVariantMap& arguments) const
 {
     return d->plugin->command(command)->createCommand(arguments);
+}
+
+DOrder* DTool::orderToStop(const QString& stopName, const QVariantMap& arguments) const
+{
+    const auto found = std::find_if(d->orders.crbegin(), d->orders.crend(), [&](const auto& numbered) {
+        return numbered.second->isStoppedBy(stopName, arguments);
+    });
+    return found != d->orders.crend() ? found->second : nullptr;
 }
 
 void DTool::orderStarted(DOrder* order)

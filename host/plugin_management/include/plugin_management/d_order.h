@@ -13,6 +13,9 @@ class DTool;
 /// A listening order (a request of its command recurs) runs until it is stopped. Any other order ends with
 /// success when every declared result has been updated and no request is pending. It fails when it can no
 /// longer be completed: no request is pending, no timer of the command runs, and a result is missing.
+///
+/// The order of a stop name stops the latest running order of a command that has this stop name, among those
+/// that were given each of its own arguments with the same value. It ends with success when there was one.
 class PLUGIN_MANAGEMENT_EXPORT DOrder : public DObject, private DDeviceClient
 {
     Q_OBJECT
@@ -27,7 +30,8 @@ public:
     };
     Q_ENUM(State)
 
-    /// Prepares the command called command of tool with these arguments; nothing runs before start().
+    /// Prepares the command called command of tool, or the stop name of one, with these arguments; nothing
+    /// runs before start().
     DOrder(DTool* tool, const QString& command, const QVariantMap& arguments, QObject* parent = nullptr);
     /// A running order is stopped silently: nothing is emitted.
     ~DOrder() override;
@@ -79,7 +83,10 @@ private:
     void requestReplied(quint64 id, const QVariantMap& reply) override;
     void requestFailed(quint64 id, const QString& reason) override;
 
-    QString makeCommand();
+    bool isStoppedBy(const QString& stopName, const QVariantMap& arguments) const;
+    void stopAnother();
+    bool makeCommand();
+    void execute();
     void failLater(quint64 id, const QString& reason);
     void storeResult(const QString& name, const QVariant& value);
     void checkLater();

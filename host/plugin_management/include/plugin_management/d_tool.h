@@ -48,16 +48,26 @@ public:
 
     /// The tool's commands, in the order of their declaration.
     QVector<DCommandDescription> commands() const;
-    /// Checks arguments against the declaration of command and converts each to its declared type. Returns an
-    /// empty text, or a message that names what was wrong (the arguments are then as they were).
+    /// The stop names of these commands, in the order of their declaration, as what can be ordered too: each
+    /// takes the parameters of all commands that it stops. A command of the same name goes first.
+    QVector<DCommandDescription> stops() const;
+    /// Checks arguments against the declaration of command, which may be a stop name, and converts each to
+    /// its declared type. Arguments that are not declared pass as sections when they are lists or maps, and
+    /// all of them where nothing is declared. Returns an empty text, or a message that names what was wrong
+    /// (the arguments are then as they were).
     QString checkInvocation(const QString& command, QVariantMap* arguments) const;
 
 private:
     friend class DOrder;
     struct Private;
 
+    /// Whether name, which has been checked, is that of a command and no stop name.
+    bool hasCommand(const QString& name) const;
     /// Makes a working instance of command, which has been checked.
     QSharedPointer<ICommand> makeCommand(const QString& command, const QVariantMap& arguments) const;
+    /// The latest running order that stopName stops and that was given these arguments; null when there is
+    /// none.
+    DOrder* orderToStop(const QString& stopName, const QVariantMap& arguments) const;
     void orderStarted(DOrder* order);
     void orderEnded(DOrder* order);
 
