@@ -19,6 +19,7 @@ file(COPY ${LIBRARY_DIR} DESTINATION ${prefix})
 
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${build} -G ${GENERATOR} -DHOST_SDK_DIR=${prefix} ${OPTIONS})
 run(${CMAKE_COMMAND} --build ${build} --target p_tool_gpio abi_tests)
+run(${SOURCE_DIR}/tools/check-host ${prefix}/lib --plugin ${build}/plugins/libp_tool_gpio.so)
 run(${CMAKE_CTEST_COMMAND} --test-dir ${build} --label-regex "^abi$" --output-on-failure --no-tests=error)
 
 foreach(library utilities plugin_management)
