@@ -101,6 +101,8 @@ BasePanelMaintenance {
                     width: idInformation.width
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     font.bold: true
                     text: modelData.name
                 }
@@ -110,6 +112,8 @@ BasePanelMaintenance {
                     width: idInformation.width
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     text: modelData.name
                 }
             }
@@ -129,6 +133,8 @@ BasePanelMaintenance {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     text: String(modelData.value)
                 }
             }

@@ -13,6 +13,18 @@ function(tool_gpio_add_test)
     tool_gpio_set_test_surroundings(${folder}/${arg_NAME} ${folder} "${arg_TIMEOUT}")
 endfunction()
 
+# tool_gpio_run_again(<name> <suffix> <variable=value>...)
+#
+# Runs the test program of the ctest test "<folder>/<name>" once more, with these variables in its environment, as
+# "<folder>/<name>_<suffix>".
+function(tool_gpio_run_again name suffix)
+    cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+    set(run ${folder}/${name}_${suffix})
+    add_test(NAME ${run} COMMAND test_${folder}_${name})
+    tool_gpio_set_test_surroundings(${run} ${folder} "")
+    set_property(TEST ${run} APPEND PROPERTY ENVIRONMENT ${ARGN})
+endfunction()
+
 # Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit.
 function(tool_gpio_set_test_surroundings name label timeout)
     set_tests_properties(${name} PROPERTIES

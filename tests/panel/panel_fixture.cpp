@@ -7,9 +7,36 @@
 #include <plugin_management/i_plugin.h>
 
 #include <QDeadlineTimer>
+#include <QQmlAbstractUrlInterceptor>
 #include <QQmlComponent>
 #include <QTimer>
 #include <QtTest>
+
+namespace {
+
+/// Leads whatever looks for the bench's frame and widgets to those of the bare host.
+class BareHost : public QQmlAbstractUrlInterceptor
+{
+public:
+    QUrl intercept(const QUrl& url, DataType type) override
+    {
+        Q_UNUSED(type)
+        const QString gui = QStringLiteral("qrc:/applications/AppVantor/gui/");
+        const QString text = url.toString();
+        return text.startsWith(gui)
+                   ? QUrl::fromLocalFile(QStringLiteral(BARE_HOST_DIR "/gui/") + text.mid(gui.size()))
+                   : url;
+    }
+};
+
+BareHost bareHost;
+
+} // namespace
+
+bool isBareHost()
+{
+    return qgetenv("PANEL_HOST") == "bare";
+}
 
 IPlugin& builtPlugin()
 {
@@ -108,6 +135,9 @@ void PanelFixture::show(DTool* tool)
     initializeGuiResources();
     registerQmlTypes();
     installTexts(QLocale(QLocale::English));
+    if (isBareHost()) {
+        m_engine.setUrlInterceptor(&bareHost);
+    }
     m_window.resize(720, 480);
     QQmlComponent component(&m_engine);
     component.setData("import AppVantor 1.0\nPagePanel {}", QUrl());
@@ -143,7 +173,9 @@ QQuickItem* PanelFixture::part(const QString& channelId, const QString& name)
 
 void PanelFixture::setLive(bool live)
 {
-    page()->setProperty("live", live);
+    if (!isBareHost()) {
+        page()->setProperty("live", live);
+    }
 }
 
 bool PanelFixture::settle()

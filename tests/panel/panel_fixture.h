@@ -32,6 +32,10 @@ QQuickItem* itemNamed(QQuickItem* root, const QString& name);
 /// All items below root with this object name, in the order of the tree.
 QVector<QQuickItem*> itemsNamed(QQuickItem* root, const QString& name);
 
+/// True when PANEL_HOST is "bare" in the environment: pages then find not the bench's frame, widgets and
+/// style but those of a host that has nothing more than a page may ask of it.
+bool isBareHost();
+
 /// Runs the event loop until condition holds. False when that takes too long.
 bool waitUntil(const std::function<bool()>& condition);
 
@@ -55,7 +59,7 @@ public:
     /// A part of that row: ".idIndicator.idDigitalOutput", for example.
     QQuickItem* part(const QString& channelId, const QString& name);
 
-    /// Switches the page's own periodical refresh on or off.
+    /// Switches the periodical refresh of the bench's frame on or off.
     void setLive(bool live);
     /// Waits until the page has what it has asked for. False when it takes too long.
     bool settle();

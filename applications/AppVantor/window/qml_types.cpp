@@ -2,6 +2,7 @@
 
 #include "lines_model.h"
 #include "page_panel.h"
+#include "page_texts.h"
 #include "waveform_item.h"
 
 #include <QtQml>
@@ -10,6 +11,7 @@ void registerQmlTypes()
 {
     constexpr auto module = "AppVantor";
     qmlRegisterType<PagePanel>(module, 1, 0, "PagePanel");
+    qmlRegisterType<PageTexts>(module, 1, 0, "PageTexts");
     qmlRegisterType<WaveformItem>(module, 1, 0, "WaveformItem");
     qmlRegisterUncreatableType<LinesModel>(module, 1, 0, "LinesModel", QStringLiteral("made by the bench"));
 }

@@ -148,7 +148,6 @@ BasePanelMaintenance {
                              ? idChannelRow.currentChannel.type === DGpioChannel.CeCtBinIn : false
                     checked: idChannelRow.currentChannel ? idChannelRow.currentChannel.value === 1 : false
                     detachChangingOnClick: true
-                    Accessible.name: idChannelName.text
                     onClicked: be.clickedOnChannel(idChannelRow.channelIndex)
                 }
             }
@@ -167,6 +166,8 @@ BasePanelMaintenance {
                     width: idInformation.width
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     font.bold: true
                     text: idChannelRow.currentChannel ? idChannelRow.currentChannel.id : ""
                 }
@@ -178,6 +179,8 @@ BasePanelMaintenance {
                     width: idInformation.width
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     text: idChannelRow.currentChannel ? idChannelRow.currentChannel.name : ""
                 }
             }
@@ -202,6 +205,8 @@ BasePanelMaintenance {
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
+                    textFormat: Text.PlainText
+                    elide: Text.ElideRight
                     text: idChannelRow.currentChannel ? String(idChannelRow.currentChannel.value) : ""
                 }
             }

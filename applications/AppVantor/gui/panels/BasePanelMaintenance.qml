@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
+import AppVantor 1.0
 import "../widgets"
 
 // The frame of every maintenance page: the tool's name and connection above, the page's content below, which
@@ -53,6 +54,18 @@ Item {
         flickable.contentY = Math.min(lowest, Math.max(0, flickable.contentY + distance))
     }
 
+    // The text of the page at a place of the scene, if it is cut short there; labels show themselves whole.
+    function cutTextAt(scenePosition) {
+        let item = null
+        let below = contentItem
+        while (below) {
+            item = below
+            const place = item.mapFromItem(null, scenePosition.x, scenePosition.y)
+            below = item.childAt(place.x, place.y)
+        }
+        return item instanceof Text && !(item instanceof UiLabel) && item.truncated ? item : null
+    }
+
     implicitHeight: flickable.y + flickable.contentHeight
 
     onContentItemChanged: {
@@ -73,6 +86,28 @@ Item {
 
     Accessible.role: Accessible.Pane
     Accessible.name: name
+
+    PageTexts {
+        font: Qt.font({family: Style.fontFamily, pixelSize: Style.textSize})
+        color: Style.text
+        root: panel.contentItem
+    }
+
+    HoverHandler {
+        id: pointer
+    }
+
+    Loader {
+        readonly property Item cutText: pointer.hovered ? panel.cutTextAt(pointer.point.scenePosition) : null
+
+        objectName: "panelCutText"
+        active: cutText !== null
+        sourceComponent: UiToolTip {
+            parent: cutText
+            text: cutText.text
+            visible: true
+        }
+    }
 
     Timer {
         interval: panel.liveIntervalMs
@@ -150,7 +185,7 @@ Item {
         color: Style.surfaceRaised
         border.color: Style.separator
 
-        Text {
+        UiLabel {
             id: noticeText
             objectName: "panelNotice"
             anchors.left: parent.left

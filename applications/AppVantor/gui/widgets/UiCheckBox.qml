@@ -17,11 +17,34 @@ Item {
         clicked()
     }
 
+    // A box has no text: it goes by those that stand nearest to it.
+    function nearestTexts() {
+        for (let place = root; visible && place; place = place.parent) {
+            const texts = textsOf(place)
+            if (texts.length > 0) {
+                return texts.join(" ").trim()
+            }
+        }
+        return ""
+    }
+
+    function textsOf(item) {
+        if (!item.visible) {
+            return []
+        }
+        let texts = item instanceof Text ? [item.text] : []
+        for (let number = 0; number < item.children.length; ++number) {
+            texts = texts.concat(textsOf(item.children[number]))
+        }
+        return texts
+    }
+
     implicitWidth: Style.controlHeight
     implicitHeight: Style.controlHeight
     activeFocusOnTab: true
 
     Accessible.role: Accessible.CheckBox
+    Accessible.name: nearestTexts()
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.focusable: true

@@ -1,4 +1,4 @@
-import QtQuick 2.15 as Quick
+import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 
 T.ToolTip {
@@ -13,17 +13,17 @@ T.ToolTip {
     implicitHeight: content.implicitHeight + 2 * padding
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
 
-    contentItem: Quick.Text {
+    contentItem: Text {
         id: content
         text: root.text
-        textFormat: Quick.Text.PlainText
-        wrapMode: Quick.Text.Wrap
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
         color: Style.text
         font.family: Style.fontFamily
         font.pixelSize: Style.smallTextSize
     }
 
-    background: Quick.Rectangle {
+    background: Rectangle {
         color: Style.surfaceRaised
         border.color: Style.controlBorder
         radius: Style.radius

@@ -1,0 +1,243 @@
+#include "panel_fixture.h"
+#include "warning_guard.h"
+
+#include <QDir>
+#include <QQmlComponent>
+#include <QQmlExpression>
+#include <QQuickItemGrabResult>
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+const QString c_checkBox = QStringLiteral(".idIndicator.idDigitalOutput");
+const QString c_led = QStringLiteral(".idIndicator.idDigitalInput");
+const QString c_name = QStringLiteral(".idInformation.idChannelName");
+constexpr int c_outputLine = 0;
+constexpr int c_inputLine = 1;
+
+} // namespace
+
+/// What the bench's frame and widgets add to a page.
+class BenchFrameTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_guard = std::make_unique<WarningGuard>();
+        m_fixture = std::make_unique<PanelFixture>(toolEntry({
+            channelEntry(QStringLiteral("START"), QStringLiteral("digitalInput"), QStringLiteral("out"),
+                         QStringLiteral("dout")),
+            channelEntry(QStringLiteral("LAMP"), QStringLiteral("digitalOutput"), QStringLiteral("in"),
+                         QStringLiteral("din")),
+        }));
+        QVERIFY(m_fixture->settle());
+        m_fixture->setLive(false);
+        QVERIFY(m_fixture->settle());
+        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window()));
+        m_box = m_fixture->part(QStringLiteral("START"), c_checkBox);
+        m_led = m_fixture->part(QStringLiteral("LAMP"), c_led);
+        QVERIFY(m_box != nullptr && m_led != nullptr);
+    }
+
+    void cleanup()
+    {
+        m_fixture.reset();
+        const QString messages = WarningGuard::takeMessages();
+        m_guard.reset();
+        QVERIFY2(messages.isEmpty(), qPrintable(messages));
+    }
+
+    void theButtonReadsTheLines()
+    {
+        m_fixture->board().setInput(c_inputLine, 1);
+        QVERIFY(!m_led->property("lit").toBool());
+        QTest::mouseMove(&m_fixture->window(), QPoint(1, 1));
+        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelRefresh")));
+        QTRY_VERIFY(m_led->property("lit").toBool());
+    }
+
+    void whileLiveThePageFollowsByItself()
+    {
+        m_fixture->page()->setProperty("liveIntervalMs", 10);
+        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelLive")));
+        QVERIFY(m_fixture->page()->property("live").toBool());
+        for (const int level : {1, 0, 1}) {
+            m_fixture->board().setInput(c_inputLine, level);
+            QTRY_COMPARE(m_led->property("lit").toBool(), level == 1);
+        }
+    }
+
+    void losingTheDeviceIsTold()
+    {
+        QQuickItem* notice = itemNamed(m_fixture->page(), QStringLiteral("panelNotice"));
+        QVERIFY(!notice->isVisible());
+        m_fixture->board().setPluggedIn(false);
+        QVERIFY(!m_fixture->page()->property("connected").toBool());
+        QTRY_VERIFY(notice->isVisible());
+        QVERIFY(
+            notice->property("text").toString().contains(QLatin1String("the simulated board is unplugged")));
+        m_fixture->board().setInput(c_inputLine, 1);
+        m_fixture->board().setPluggedIn(true);
+        QTRY_VERIFY(!notice->isVisible());
+        QTRY_VERIFY(m_led->property("lit").toBool());
+    }
+
+    void aLitLampDiffersByItsShape()
+    {
+        // Opacity between the middle and the rim: a lit lamp is a disc, a dark one a ring.
+        const auto opacity = [this] {
+            const QSharedPointer<QQuickItemGrabResult> picture = m_led->grabToImage();
+            QSignalSpy ready(picture.data(), &QQuickItemGrabResult::ready);
+            return ready.wait() ? picture->image()
+                                      .pixelColor(int(m_led->width() / 2) - 6, int(m_led->height() / 2))
+                                      .alpha()
+                                : -1;
+        };
+        QCOMPARE(opacity(), 0);
+        m_fixture->board().setInput(c_inputLine, 1);
+        m_fixture->panel().refresh();
+        QTRY_VERIFY(m_led->property("lit").toBool());
+        QCOMPARE(opacity(), 255);
+    }
+
+    void theTextsOfThePageTakeTheLookOfTheTheme()
+    {
+        const QQuickItem* name = m_fixture->part(QStringLiteral("START"), c_name);
+        QCOMPARE(name->property("font").value<QFont>().family(), style("fontFamily").toString());
+        QCOMPARE(name->property("font").value<QFont>().pixelSize(), style("textSize").toInt());
+        for (const char* theme : {"dark = true", "dark = false"}) {
+            style(theme);
+            QCOMPARE(name->property("color").value<QColor>(), style("text").value<QColor>());
+        }
+    }
+
+    void aTextKeepsTheLookOfItsOwn()
+    {
+        QQmlComponent component(&m_fixture->engine());
+        component.setData("import QtQuick 2.15\n"
+                          "import AppVantor 1.0\n"
+                          "Item {\n"
+                          "    PageTexts { root: place; color: 'blue'; font: Qt.font({pixelSize: 30}) }\n"
+                          "    Item {\n"
+                          "        id: place\n"
+                          "        Text { objectName: 'plain'; font.bold: true }\n"
+                          "        Text { objectName: 'own'; color: 'red'; font.pixelSize: 20 }\n"
+                          "    }\n"
+                          "}\n",
+                          QUrl());
+        const std::unique_ptr<QObject> made(component.create());
+        QVERIFY2(made != nullptr, qPrintable(component.errorString()));
+        const auto* plain = made->findChild<QQuickItem*>(QStringLiteral("plain"));
+        QCOMPARE(plain->property("color").value<QColor>(), QColor(Qt::blue));
+        QCOMPARE(plain->property("font").value<QFont>().pixelSize(), 30);
+        QVERIFY(plain->property("font").value<QFont>().bold());
+        const auto* own = made->findChild<QQuickItem*>(QStringLiteral("own"));
+        QCOMPARE(own->property("color").value<QColor>(), QColor(Qt::red));
+        QCOMPARE(own->property("font").value<QFont>().pixelSize(), 20);
+    }
+
+    void aTextOfThePageThatIsCutShowsWholeUnderThePointer()
+    {
+        QQuickItem* name = m_fixture->part(QStringLiteral("START"), c_name);
+        const QPoint middle = name->mapToScene(QPointF(name->width() / 2, name->height() / 2)).toPoint();
+        const auto cutText = [this] {
+            return itemNamed(m_fixture->page(), QStringLiteral("panelCutText"))->property("active").toBool();
+        };
+        QTest::mouseMove(&m_fixture->window(), middle);
+        QCoreApplication::processEvents();
+        QVERIFY(!cutText());
+        name->setProperty("text", QString(500, QLatin1Char('W')));
+        QTest::mouseMove(&m_fixture->window(), middle + QPoint(1, 0));
+        QTRY_VERIFY(cutText());
+        QTest::mouseMove(&m_fixture->window(), m_led->mapToScene(QPointF(5, 5)).toPoint());
+        QTRY_VERIFY(!cutText());
+    }
+
+    void aKeyTogglesTheLine_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("space") << int(Qt::Key_Space);
+        QTest::newRow("return") << int(Qt::Key_Return);
+        QTest::newRow("enter") << int(Qt::Key_Enter);
+    }
+
+    void aKeyTogglesTheLine()
+    {
+        QFETCH(int, key);
+        m_box->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&m_fixture->window(), static_cast<Qt::Key>(key));
+        QVERIFY(!m_box->property("checked").toBool());
+        QTRY_COMPARE(m_fixture->board().level(c_outputLine), 1);
+        QTRY_VERIFY(m_box->property("checked").toBool());
+    }
+
+    void otherKeysDoNothing()
+    {
+        m_box->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&m_fixture->window(), Qt::Key_A);
+        QVERIFY(!m_fixture->panel().isBusy());
+        QCOMPARE(m_fixture->board().level(c_outputLine), 0);
+    }
+
+    void theTabKeyReachesTheBox()
+    {
+        m_fixture->panel().forceActiveFocus();
+        for (int step = 0; step < 20 && !m_box->hasActiveFocus(); ++step) {
+            QTest::keyClick(&m_fixture->window(), Qt::Key_Tab);
+        }
+        QVERIFY(m_box->hasActiveFocus());
+    }
+
+    void theBoxTellsAssistiveToolsWhatItIs()
+    {
+        QAccessibleInterface* box = QAccessible::queryAccessibleInterface(m_box);
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->role(), QAccessible::CheckBox);
+        QVERIFY(box->state().checkable);
+        QVERIFY(!box->state().checked);
+        box->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QTRY_VERIFY(box->state().checked);
+        QCOMPARE(m_fixture->board().level(c_outputLine), 1);
+    }
+
+    void noneOfTheBenchsComponentsShadowsOneOfQtQuick_data()
+    {
+        QTest::addColumn<QString>("component");
+        for (const char* folder : {"panels", "widgets"}) {
+            const QDir components(QStringLiteral(":/applications/AppVantor/gui/") + QLatin1String(folder));
+            for (const QFileInfo& file : components.entryInfoList({QStringLiteral("*.qml")})) {
+                QTest::newRow(qPrintable(file.baseName())) << file.baseName();
+            }
+        }
+    }
+
+    void noneOfTheBenchsComponentsShadowsOneOfQtQuick()
+    {
+        QFETCH(QString, component);
+        QQmlComponent inQtQuick(&m_fixture->engine());
+        inQtQuick.setData("import QtQuick 2.15\n" + component.toUtf8() + " {}", QUrl());
+        QVERIFY2(inQtQuick.errorString().contains(component + QStringLiteral(" is not a type")),
+                 qPrintable(inQtQuick.errorString()));
+    }
+
+private:
+    /// Evaluates an expression about the bench's Style.
+    QVariant style(const char* member)
+    {
+        QQmlExpression expression(qmlContext(m_fixture->page()), m_fixture->page(),
+                                  QStringLiteral("Style.") + QLatin1String(member));
+        return expression.evaluate();
+    }
+
+    std::unique_ptr<WarningGuard> m_guard;
+    std::unique_ptr<PanelFixture> m_fixture;
+    QQuickItem* m_box = nullptr;
+    QQuickItem* m_led = nullptr;
+};
+
+QTEST_MAIN(BenchFrameTest)
+
+#include "test_bench_frame.moc"
