@@ -118,19 +118,20 @@ void createCommandMakesAWorkingInstance()
     QObject owner;
     Command prototype(&owner);
     const QVariantMap arguments = {{"channel"_q, "START"_q}, {"other"_q, 5}};
-    const QSharedPointer<ICommand> made = prototype.createCommand(arguments);
+    const QSharedPointer<ICommand> made = commandOfAnOrder(prototype, arguments);
     const auto* instance = dynamic_cast<Command*>(made.data());
     QVERIFY(instance != nullptr);
     QVERIFY(instance != &prototype);
     QCOMPARE(instance->metaObject(), &Command::staticMetaObject);
-    QCOMPARE(instance->parent(), &owner);
+    QCOMPARE(recordOf(*instance).parent, &owner);
+    QCOMPARE(instance->parent(), hostHas(HostHabit::KeepsParents) ? &owner : nullptr);
     QCOMPARE(recordOf(*instance).arguments, arguments);
     QCOMPARE(recordOf(prototype).arguments, QVariantMap());
     QCOMPARE(recordOf(*instance).name, recordOf(prototype).name);
 
     Command orphan(nullptr);
-    const QSharedPointer<ICommand> madeByOrphan = orphan.createCommand({});
-    QCOMPARE(dynamic_cast<Command&>(*madeByOrphan).parent(), nullptr);
+    const QSharedPointer<ICommand> madeByOrphan = commandOfAnOrder(orphan, {});
+    QCOMPARE(recordOf(dynamic_cast<Command&>(*madeByOrphan)).parent, nullptr);
 }
 
 template <typename Command>
@@ -139,7 +140,7 @@ void sharedPointerOfCreateCommandIsTheOwner()
     QObject owner;
     Command prototype(&owner);
     const int markedBefore = objectsMarkedAsShared().size();
-    QSharedPointer<ICommand> made = prototype.createCommand({});
+    QSharedPointer<ICommand> made = commandOfAnOrder(prototype, {});
     QObject* object = dynamic_cast<Command*>(made.data());
     QCOMPARE(objectsMarkedAsShared().mid(markedBefore), QVector<const QObject*>({object}));
     const QPointer<QObject> tracked(object);

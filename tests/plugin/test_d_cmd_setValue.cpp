@@ -147,6 +147,7 @@ private Q_SLOTS:
         const QVariantMap unused = {{"value"_q, 7}, {"duration"_q, 20}, {"dutyCycle"_q, 30}};
         QTest::newRow("ON") << "ON"_q << QVariantMap() << on;
         QTest::newRow("ON has no use for the numbers") << "ON"_q << unused << on;
+        QTest::newRow("ON has no use for a bool") << "ON"_q << QVariantMap({{"value"_q, false}}) << on;
         QTest::newRow("ON writes 1 even for the value 0") << "ON"_q << QVariantMap({{"value"_q, 0}}) << on;
         QTest::newRow("OFF") << "OFF"_q << QVariantMap() << off;
         QTest::newRow("OFF has no use for the numbers") << "OFF"_q << unused << off;
@@ -249,6 +250,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("values");
         QTest::newRow("the highest") << QVariant(65535) << 65535;
         QTest::newRow("65537") << QVariant(65537) << 1;
+        QTest::newRow("70000") << QVariant(70000) << 4464;
         QTest::newRow("minus one") << QVariant(-1) << 65535;
         QTest::newRow("a text") << QVariant("12"_q) << 12;
         QTest::newRow("a bool") << QVariant(true) << 1;

@@ -27,8 +27,9 @@ struct BackendRecord
 
     QString pluginLib;
     QObject* parent = nullptr;
+    bool isInitialised = false;
 
-    /// Answers: the next treatments are refused so many times.
+    /// Answers: so many of the next treatments are refused, whatever the host's habit.
     int refusals = 0;
     bool pending = false;
     bool baseReplyAnswer = false;
@@ -37,9 +38,9 @@ struct BackendRecord
     /// Called when the base is destroyed, after all that the backend holds.
     std::function<void()> onDestroyed;
 
-    /// Accepted treatments.
-    QVector<Treatment> treatments;
-    QVector<Treatment> refused;
+    /// All treatments that the backend asked for, and those of them that were accepted.
+    QVector<Treatment> asked;
+    QVector<Treatment> accepted;
     /// What reached the base's own implementations.
     QVector<Treatment> baseReplies;
     QVector<Release> baseReleases;
@@ -47,5 +48,6 @@ struct BackendRecord
 
 /// The record of backend, which lives as long as the backend.
 Q_DECL_EXPORT BackendRecord& recordOf(const DAbstractPluginBackend& backend);
-/// Binds backend to tool; null for none.
-Q_DECL_EXPORT void bindTool(DAbstractPluginBackend& backend, DBoundTool* tool);
+/// Binds backend to tool, null for none, and tells it that it is initialised. A host that initialises too
+/// early tells it the first time only, before it binds it.
+Q_DECL_EXPORT void initialise(DAbstractPluginBackend& backend, DBoundTool* tool);

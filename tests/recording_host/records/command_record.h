@@ -3,12 +3,15 @@
 #include <plugin_management/fast_delegate.h>
 
 #include <QMap>
+#include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
 
 class DAbstractCommand;
+class ICommand;
+class QObject;
 
 /// What one command asked of its base, and what the base answers.
 struct CommandRecord
@@ -41,6 +44,7 @@ struct CommandRecord
     };
 
     /// The command as its class made it.
+    QObject* parent = nullptr;
     QString name;
     QString stopName;
     bool isStoppable = false;
@@ -69,3 +73,7 @@ struct CommandRecord
 
 /// The record of command, which lives as long as the command.
 Q_DECL_EXPORT CommandRecord& recordOf(const DAbstractCommand& command);
+/// Makes the command of an order from prototype, as the host does. It has no parent but the shared pointer,
+/// unless the host keeps the parent that its class gave it; then the pointer must go first.
+Q_DECL_EXPORT QSharedPointer<ICommand> commandOfAnOrder(DAbstractCommand& prototype,
+                                                        const QVariantMap& arguments);

@@ -7,6 +7,20 @@
 
 #include <functional>
 
+/// What one host does and another does not.
+enum class HostHabit
+{
+    KeepsParents,        ///< leaves a working instance a child of the prototype's parent
+    RefusesAtRandom,     ///< refuses every second treatment or so
+    InitialisesTooEarly, ///< tells a backend once only that it is initialised, and that unbound
+    ConvertsValues       ///< gives a command its values in their declared types, not as they came
+};
+
+/// True for the one habit that the environment variable RECORDING_HOST names: "keeps_parents",
+/// "refuses_at_random", "initialises_too_early" or "converts_values". Without the variable the host has none.
+/// Another name is fatal.
+Q_DECL_EXPORT bool hostHas(HostHabit habit);
+
 /// What the plugin asked of the host as a whole, and what the host answers.
 struct HostRecord
 {

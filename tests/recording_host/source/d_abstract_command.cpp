@@ -8,7 +8,36 @@ CommandRecord& recordOf(const DAbstractCommand& command)
     return *command.m_record;
 }
 
+QSharedPointer<ICommand> commandOfAnOrder(DAbstractCommand& prototype, const QVariantMap& arguments)
+{
+    QSharedPointer<ICommand> command = prototype.createCommand(arguments);
+    if (!hostHas(HostHabit::KeepsParents)) {
+        dynamic_cast<DAbstractCommand&>(*command).setParent(nullptr);
+    }
+    return command;
+}
+
 namespace {
+
+/// value, as a type if the host converts; no value stays none.
+QVariant converted(const QVariant& value, QMetaType::Type type)
+{
+    QVariant result = value;
+    if (value.isValid() && hostHas(HostHabit::ConvertsValues)) {
+        result.convert(type);
+    }
+    return result;
+}
+
+QVariant convertedToTag(const QVariant& value, const QString& tag)
+{
+    static const QMap<QString, QMetaType::Type> types = {{QStringLiteral("strg"), QMetaType::QString},
+                                                         {QStringLiteral("ui16"), QMetaType::UShort},
+                                                         {QStringLiteral("int"), QMetaType::Int},
+                                                         {QStringLiteral("bool"), QMetaType::Bool}};
+    const auto type = types.constFind(tag);
+    return type == types.constEnd() ? value : converted(value, *type);
+}
 
 void note(const DAbstractCommand& command, const QString& call)
 {
@@ -22,6 +51,7 @@ DAbstractCommand::DAbstractCommand(const QString& name, const QVariantMap& param
     : DObject(name, parent)
     , m_record(std::make_unique<CommandRecord>())
 {
+    m_record->parent = parent;
     m_record->name = name;
     m_record->arguments = parameters;
     note(*this, QStringLiteral("construct ") + name);
@@ -143,16 +173,13 @@ QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant
 {
     const QString withFallback = fallback.isValid() ? QStringLiteral(" with a fallback") : QString();
     note(*this, QStringLiteral("getParameterValue ") + name + withFallback);
-    const auto argument = m_record->arguments.constFind(name);
-    if (argument != m_record->arguments.constEnd()) {
-        return *argument;
-    }
     for (const CommandRecord::Declaration& parameter : qAsConst(m_record->parameters)) {
         if (parameter.name == name) {
-            return parameter.defaultValue;
+            const QVariant value = m_record->arguments.value(name, parameter.defaultValue);
+            return convertedToTag(value, parameter.typeTag);
         }
     }
-    return fallback;
+    return m_record->arguments.value(name, fallback);
 }
 
 QVariant DAbstractCommand::getParametersSection(const QString& name)
@@ -173,7 +200,7 @@ QVariant DAbstractCommand::getInfoFromChannel(const QString& toolChannel, const 
     const QString withFallback = fallback.isValid() ? QStringLiteral(" with a fallback") : QString();
     note(*this, QStringLiteral("getInfoFromChannel %1 %2 as %3%4")
                     .arg(toolChannel, infoKey, QLatin1String(QMetaType::typeName(type)), withFallback));
-    return m_record->channels.value(toolChannel).items.value(infoKey, fallback);
+    return converted(m_record->channels.value(toolChannel).items.value(infoKey, fallback), type);
 }
 
 void DAbstractCommand::stopTheInstruction(quint64 instructionId)

@@ -1,15 +1,36 @@
 #include <plugin_management/d_abstract_plugin_backend.h>
 
 #include "backend_record.h"
+#include "host_record.h"
+
+#include <QRandomGenerator>
+
+namespace {
+
+bool isRefusedAtRandom()
+{
+    static QRandomGenerator random(1); // the same each time
+    return hostHas(HostHabit::RefusesAtRandom) && random.bounded(2) == 0;
+}
+
+} // namespace
 
 BackendRecord& recordOf(const DAbstractPluginBackend& backend)
 {
     return *backend.m_record;
 }
 
-void bindTool(DAbstractPluginBackend& backend, DBoundTool* tool)
+void initialise(DAbstractPluginBackend& backend, DBoundTool* tool)
 {
+    const bool isEarly = hostHas(HostHabit::InitialisesTooEarly);
+    const bool isFirst = !std::exchange(backend.m_record->isInitialised, true);
+    if (isEarly && isFirst) {
+        Q_EMIT backend.abstractBackendInitialized();
+    }
     backend.boundToolObject = tool;
+    if (!isEarly) {
+        Q_EMIT backend.abstractBackendInitialized();
+    }
 }
 
 DAbstractPluginBackend::DAbstractPluginBackend(const QString& pluginLib, QObject* parent)
@@ -41,17 +62,16 @@ void DAbstractPluginBackend::treatmentReleased(int id, const QString& name, bool
 bool DAbstractPluginBackend::queueTreatment(int id, const QString& name, const QVariantMap& parameters)
 {
     const BackendRecord::Treatment treatment = {id, name, parameters};
-    const bool accepted = m_record->refusals == 0;
-    if (accepted) {
-        m_record->treatments.append(treatment);
-    } else {
-        --m_record->refusals;
-        m_record->refused.append(treatment);
+    const bool isRefused = m_record->refusals > 0 || isRefusedAtRandom();
+    m_record->refusals = qMax(0, m_record->refusals - 1);
+    m_record->asked.append(treatment);
+    if (!isRefused) {
+        m_record->accepted.append(treatment);
     }
     if (m_record->onTreatment) {
         m_record->onTreatment(treatment);
     }
-    return accepted;
+    return !isRefused;
 }
 
 bool DAbstractPluginBackend::hasPendingTreatments() const

@@ -5,6 +5,38 @@
 #include <utilities/d_timer.h>
 #include <utilities/d_version.h>
 
+#include <QMap>
+
+#include <optional>
+
+namespace {
+
+std::optional<HostHabit> habitOfThisProcess()
+{
+    static const QMap<QByteArray, HostHabit> habits = {
+        {"keeps_parents", HostHabit::KeepsParents},
+        {"refuses_at_random", HostHabit::RefusesAtRandom},
+        {"initialises_too_early", HostHabit::InitialisesTooEarly},
+        {"converts_values", HostHabit::ConvertsValues}};
+    const QByteArray name = qgetenv("RECORDING_HOST");
+    const auto habit = habits.constFind(name);
+    if (habit != habits.constEnd()) {
+        return *habit;
+    }
+    if (!name.isEmpty()) {
+        qFatal("RECORDING_HOST: %s is no habit of the recording host", name.constData());
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool hostHas(HostHabit habit)
+{
+    static const std::optional<HostHabit> own = habitOfThisProcess();
+    return own == habit;
+}
+
 HostRecord& hostRecord()
 {
     static HostRecord record;

@@ -43,7 +43,7 @@ protected:
 
 private:
     friend BackendRecord& recordOf(const DAbstractPluginBackend& backend);
-    friend void bindTool(DAbstractPluginBackend& backend, DBoundTool* tool);
+    friend void initialise(DAbstractPluginBackend& backend, DBoundTool* tool);
 
     QString m_name;
     QString m_objectId;
