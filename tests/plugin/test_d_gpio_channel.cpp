@@ -10,6 +10,9 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <limits>
+#include <type_traits>
+
 Q_DECLARE_METATYPE(DGpioChannel::EnChannelType)
 
 namespace {
@@ -222,12 +225,33 @@ private Q_SLOTS:
         QCOMPARE(channel.type(), DGpioChannel::CeCtBinOut);
     }
 
+    void typeOutsideTheNamedOnesIsStored_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::newRow("7") << 7;
+        QTest::newRow("77") << 77;
+        QTest::newRow("-1") << -1;
+        QTest::newRow("the lowest") << std::numeric_limits<int>::min();
+        QTest::newRow("the highest") << std::numeric_limits<int>::max();
+    }
     void typeOutsideTheNamedOnesIsStored()
     {
+        QFETCH(int, number);
         DGpioChannel channel;
-        channel.setType(static_cast<DGpioChannel::EnChannelType>(7));
-        QCOMPARE(static_cast<int>(channel.type()), 7);
+        const ChangeCount changes(channel);
+        channel.setType(static_cast<DGpioChannel::EnChannelType>(number));
+        channel.setType(static_cast<DGpioChannel::EnChannelType>(number));
+        QCOMPARE(static_cast<int>(channel.type()), number);
+        QCOMPARE(channel.property("type").toInt(), number);
+        QCOMPARE(changes.counts(), QVector<int>({0, 0, 0, 0, 1}));
         QVERIFY(!channel.isSwitchable());
+        QVERIFY(!channel.setValue(1));
+    }
+
+    void typeIsHeldAsAnInt()
+    {
+        const bool isInt = std::is_same_v<std::underlying_type_t<DGpioChannel::EnChannelType>, int>;
+        QVERIFY(isInt);
     }
 
     void onlyBinaryInputsAreSwitchable_data()

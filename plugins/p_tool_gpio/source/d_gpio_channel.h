@@ -18,7 +18,8 @@ class DGpioChannel : public DObject
     Q_PROPERTY(EnChannelType type READ type NOTIFY typeChanged FINAL)
 
 public:
-    enum EnChannelType
+    /// Any number may stand in it, as no setter looks at its range.
+    enum EnChannelType : int
     {
         CeCtUnknown = 0,
         CeCtAnaIn = 1,
