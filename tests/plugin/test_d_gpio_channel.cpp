@@ -323,16 +323,61 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 1);
     }
 
-    void valueThatIsEqualAfterConversionIsNotStored()
+    void valueIsStoredUnlessTheStoredOneEqualsIt_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QVariant>("given");
+        const QVariantList values = {QVariant(),
+                                     true,
+                                     false,
+                                     1,
+                                     0,
+                                     1U,
+                                     1LL,
+                                     QVariant::fromValue<qint8>(1),
+                                     QVariant::fromValue<quint16>(1),
+                                     1.0,
+                                     2.5,
+                                     "true"_q,
+                                     "yes"_q,
+                                     "1"_q,
+                                     "01"_q,
+                                     ""_q,
+                                     QByteArray("1"),
+                                     QVariantList({1}),
+                                     QStringList({"1"_q}),
+                                     QVariantMap({{"1"_q, 1}})};
+        for (const QVariant& stored : values) {
+            for (const QVariant& given : values) {
+                QTest::newRow(qPrintable(exactly(stored) + " then "_q + exactly(given))) << stored << given;
+            }
+        }
+    }
+    void valueIsStoredUnlessTheStoredOneEqualsIt()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(QVariant, given);
+        DGpioChannel channel;
+        channel.setValue(stored);
+        COMPARE_EXACTLY(channel.value(), stored);
+        QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
+        channel.setValue(given);
+        const bool equal = stored == given;
+        QCOMPARE(changed.count(), equal ? 0 : 1);
+        COMPARE_EXACTLY(channel.value(), equal ? stored : given);
+    }
+
+    void givenValueIsConvertedToTheTypeOfTheStoredOne()
     {
         DGpioChannel channel;
-        channel.setType(DGpioChannel::CeCtBinIn);
-        channel.setValue(1);
+        channel.setValue("yes"_q);
         QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
-        QVERIFY(channel.setValue(true));
-        QVERIFY(channel.setValue("1"_q));
-        QCOMPARE(changed.count(), 0);
-        COMPARE_EXACTLY(channel.value(), QVariant(1));
+        channel.setValue(true);
+        QCOMPARE(changed.count(), 1);
+        COMPARE_EXACTLY(channel.value(), QVariant(true));
+        channel.setValue("yes"_q);
+        QCOMPARE(changed.count(), 1);
+        COMPARE_EXACTLY(channel.value(), QVariant(true));
     }
 
     void createOfAnEmptyMapIsNull() { QVERIFY(DGpioChannel::create({}).isNull()); }

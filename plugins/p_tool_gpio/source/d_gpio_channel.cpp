@@ -116,7 +116,8 @@ void DGpioChannel::setType(EnChannelType type)
 
 bool DGpioChannel::setValue(const QVariant& value)
 {
-    if (value != m_value) {
+    // The stored value stands on the left: the other one is converted to its type.
+    if (m_value != value) {
         m_value = value;
         Q_EMIT valueChanged();
     }
