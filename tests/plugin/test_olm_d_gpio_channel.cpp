@@ -291,17 +291,36 @@ private Q_SLOTS:
         QCOMPARE(QQmlEngine::objectOwnership(channel), QQmlEngine::JavaScriptOwnership);
     }
 
-    void collectionOfGarbageSparesTheChannelOfAnItem()
+    void collectionOfGarbageSparesTheChannel_data()
     {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("by its item") << "model.item(0).id"_q;
+        QTest::newRow("by the data of its row") << "model.data(model.index(0, 0), 256).id"_q;
+    }
+    void collectionOfGarbageSparesTheChannel()
+    {
+        QFETCH(QString, way);
         OLM_DGpioChannel model;
         model.append(channelOf("A"_q));
         const QPointer<DGpioChannel> channel(model.items().first().data());
         QQmlEngine engine;
         engine.rootContext()->setContextProperty("model"_q, &model);
         bool isUndefined = true;
-        QQmlExpression read(engine.rootContext(), nullptr, "model.item(0).id"_q);
+        QQmlExpression read(engine.rootContext(), nullptr, way);
         QCOMPARE(read.evaluate(&isUndefined), QVariant("A"_q));
         QVERIFY(!isUndefined);
+        engine.collectGarbage();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!channel.isNull());
+    }
+
+    void collectionOfGarbageSparesTheChannelThatCppHandsOn()
+    {
+        OLM_DGpioChannel model;
+        model.append(channelOf("A"_q));
+        const QPointer<DGpioChannel> channel(model.items().first().data());
+        QJSEngine engine;
+        QCOMPARE(engine.newQObject(channel).property("id"_q).toString(), "A"_q);
         engine.collectGarbage();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!channel.isNull());

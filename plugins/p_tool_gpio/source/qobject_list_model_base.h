@@ -2,6 +2,7 @@
 
 #include <QAbstractListModel>
 #include <QList>
+#include <QQmlEngine>
 #include <QSharedPointer>
 
 namespace __qobjectsqmllist { // NOLINT(bugprone-reserved-identifier): the name is part of the interface
@@ -19,9 +20,10 @@ public:
     /// The rows in order.
     const QList<QSharedPointer<T>>& items() const { return m_items; }
 
-    /// Adds item as the last row.
+    /// Adds item as the last row. From here on it is C++'s own, whatever way it comes to QML.
     void append(const QSharedPointer<T>& item)
     {
+        QQmlEngine::setObjectOwnership(item.data(), QQmlEngine::CppOwnership);
         const int row = m_items.size();
         beginInsertRows(QModelIndex(), row, row);
         m_items.append(item);
