@@ -15,7 +15,8 @@ enum EnEdgeMode
     CeEmHighLevel = 1,
     CeEmLowLevel = 2,
     CeEmRisingEdge = 3,
-    CeEmFallingEdge = 4
+    CeEmFallingEdge = 4,
+    _CeEmNbr = 5, // NOLINT(bugprone-reserved-identifier): the count of the modes, named as all counts are
 };
 
 /// The edge modes by their names; every instance shares the one map.

@@ -17,7 +17,8 @@ enum EnState
     CeStOn = 1,
     CeStOff = 2,
     CeStBlink = 3,
-    CeStPulse = 4
+    CeStPulse = 4,
+    _CeStNbr = 5, // NOLINT(bugprone-reserved-identifier): the count of the states, named as all counts are
 };
 
 constexpr int c_steadyOnDuration = 65535;
