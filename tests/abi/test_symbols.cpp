@@ -9,12 +9,11 @@ namespace {
 
 const QString c_pluginFile = QStringLiteral(PLUGIN_FILE);
 
-/// Names of the dynamic symbols of a library, sorted and each once. The further arguments go to nm.
-QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
+/// Names of the symbols of a library, sorted and each once. The arguments go to nm.
+QStringList symbolsOf(const QString& file, const QStringList& arguments)
 {
     QProcess nm;
-    nm.start(QStringLiteral(NM_PROGRAM),
-             QStringList({"-D"_q, "--format=posix"_q}) + arguments + QStringList(file));
+    nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_q) + arguments + QStringList(file));
     if (!nm.waitForFinished() || nm.exitCode() != 0) {
         return {"nm failed: "_q + nm.errorString()};
     }
@@ -28,6 +27,11 @@ QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
     symbols.removeDuplicates();
     symbols.sort();
     return symbols;
+}
+
+QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
+{
+    return symbolsOf(file, QStringList("-D"_q) + arguments);
 }
 
 QStringList linesOf(const QString& name)
@@ -77,6 +81,12 @@ private Q_SLOTS:
         QVERIFY(!expected.isEmpty());
         QCOMPARE(difference(taken, expected), QStringList());
         QCOMPARE(difference(expected, taken), QStringList());
+    }
+
+    void onlyTheInstanceIsAGuardedStatic()
+    {
+        const QStringList guards = symbolsOf(c_pluginFile, {"-C"_q}).filter("guard variable"_q);
+        QCOMPARE(guards, QStringList("guard variable for qt_plugin_instance::_instance"_q));
     }
 };
 

@@ -20,14 +20,12 @@ enum EnEdgeMode
 };
 
 /// The edge modes by their names; every instance shares the one map.
-const QMap<QString, int>& edgeModes()
-{
-    static const QMap<QString, int> modes = {{QStringLiteral("HL"), CeEmHighLevel},
-                                             {QStringLiteral("LL"), CeEmLowLevel},
-                                             {QStringLiteral("RE"), CeEmRisingEdge},
-                                             {QStringLiteral("FE"), CeEmFallingEdge}};
-    return modes;
-}
+const QMap<QString, int> c_edgeModes = {
+    {QStringLiteral("HL"), CeEmHighLevel},
+    {QStringLiteral("LL"), CeEmLowLevel},
+    {QStringLiteral("RE"), CeEmRisingEdge},
+    {QStringLiteral("FE"), CeEmFallingEdge},
+};
 
 } // namespace
 
@@ -35,7 +33,7 @@ using namespace command_support;
 
 DCmdListenEvents::DCmdListenEvents(const QVariantMap& parameters, QObject* parent)
     : DAbstractCommand(QStringLiteral("startListening"), QStringLiteral("stopListening"), parameters, parent)
-    , m_edgeModes(edgeModes())
+    , m_edgeModes(c_edgeModes)
 {
     setDescription(QStringLiteral("Listen events from the gpio channel"));
     declareAParameter(QStringLiteral("channel"), QStringLiteral("strg"), QStringLiteral("Channel"),

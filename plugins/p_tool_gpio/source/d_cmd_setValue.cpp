@@ -24,15 +24,13 @@ enum EnState
 constexpr int c_steadyOnDuration = 65535;
 
 /// The states by their names; every instance shares the one map.
-const QMap<QString, int>& states()
-{
-    static const QMap<QString, int> codes = {{QString(), CeStNone},
-                                             {QStringLiteral("ON"), CeStOn},
-                                             {QStringLiteral("OFF"), CeStOff},
-                                             {QStringLiteral("BLINK"), CeStBlink},
-                                             {QStringLiteral("PULSE"), CeStPulse}};
-    return codes;
-}
+const QMap<QString, int> c_states = {
+    {QString(), CeStNone},
+    {QStringLiteral("ON"), CeStOn},
+    {QStringLiteral("OFF"), CeStOff},
+    {QStringLiteral("BLINK"), CeStBlink},
+    {QStringLiteral("PULSE"), CeStPulse},
+};
 
 /// A width in milliseconds truncated toward zero and cut to its low 16 bits. A width that no 32-bit integer
 /// can hold counts as the most negative one, whose low 16 bits are 0.
@@ -50,7 +48,7 @@ using namespace command_support;
 
 DCmdSetValue::DCmdSetValue(const QVariantMap& parameters, QObject* parent)
     : DAbstractCommand(QStringLiteral("setValue"), QStringLiteral("stopTheCommand"), parameters, parent)
-    , m_states(states())
+    , m_states(c_states)
 {
     setDescription(QStringLiteral("Set the value of a GPIO pin"));
     declareAParameter(QStringLiteral("channel"), QStringLiteral("strg"), QStringLiteral("Channel"),
