@@ -69,9 +69,9 @@ inline QString declarationProblem(const Declarations& actual, const Declarations
         if (is.name != should.name || is.typeTag != should.typeTag || is.description != should.description) {
             return "%1, %2, %3"_q.arg(is.name, is.typeTag, is.description);
         }
-        if (is.defaultValue.userType() != should.defaultValue.userType() ||
-            is.defaultValue != should.defaultValue) {
-            return is.name + ": "_q + exactly(is.defaultValue);
+        const QString problem = difference(is.defaultValue, should.defaultValue);
+        if (!problem.isEmpty()) {
+            return is.name + ": "_q + problem;
         }
     }
     return QString();

@@ -4,18 +4,20 @@
 #include <QStringList>
 #include <QVariant>
 
-/// A value as its type's name and its text.
+/// A value as its type's name and its text; a null one of its type is told from an empty one.
 inline QString exactly(const QVariant& value)
 {
     QString text;
-    QDebug(&text).nospace() << value;
+    QDebug(&text).nospace() << value << (value.isValid() && value.isNull() ? ", null" : "");
     return text;
 }
 
-/// What distinguishes two values, of which the type counts too; empty when they are the same.
+/// What distinguishes two values, of which the type counts too, and whether they are null; empty when they
+/// are the same.
 inline QString difference(const QVariant& actual, const QVariant& expected)
 {
-    const bool same = actual.userType() == expected.userType() && actual == expected;
+    const bool same = actual.userType() == expected.userType() && actual.isNull() == expected.isNull() &&
+                      actual == expected;
     return same ? QString() : exactly(actual) + QStringLiteral(" instead of ") + exactly(expected);
 }
 

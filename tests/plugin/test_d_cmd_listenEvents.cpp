@@ -130,7 +130,7 @@ private Q_SLOTS:
         RecordedCommand<DCmdListenEvents> bench(listening("RE"_q));
         const MessageLog log;
         QVERIFY(bench.command.commandExecute());
-        COMPARE_EXACTLY(bench.record.instructions.first().arguments, QVariantMap({{"channel"_q, ""_q}}));
+        COMPARE_EXACTLY(bench.record.instructions.first().arguments, QVariantMap({{"channel"_q, QString()}}));
         QCOMPARE(log.texts(), QStringList());
     }
 

@@ -77,7 +77,7 @@ private Q_SLOTS:
         compareDeclarations(bench.record.parameters,
                             {{"channel"_q, "strg"_q, "Channel"_q, QVariant()},
                              {"value"_q, "ui16"_q, "Value"_q, QVariant(1)},
-                             {"state"_q, "strg"_q, "ON, OFF, PULSE or BLINK"_q, QVariant(QString())},
+                             {"state"_q, "strg"_q, "ON, OFF, PULSE or BLINK"_q, QVariant(""_q)},
                              {"duration"_q, "int"_q, "Cycle duration"_q, QVariant(1000)},
                              {"dutyCycle"_q, "int"_q, "Duty cycle in %"_q, QVariant(100)}});
         compareDeclarations(bench.record.results, {{"doneOk"_q, "bool"_q, "Job done"_q, QVariant(false)}});
@@ -121,7 +121,7 @@ private Q_SLOTS:
         bench.record.channels.insert("START"_q, {QString(), {{"direction"_q, "out"_q}}});
         const MessageLog log;
         QVERIFY(bench.command.commandExecute());
-        COMPARE_EXACTLY(bench.record.instructions.first().arguments.value("channel"_q), QVariant(""_q));
+        COMPARE_EXACTLY(bench.record.instructions.first().arguments.value("channel"_q), QVariant(QString()));
         QCOMPARE(log.texts(), QStringList());
     }
 

@@ -27,6 +27,12 @@ inline QString deviceTarget()
     return QStringLiteral("device");
 }
 
+/// The default of a text parameter that may be left out: a text that is empty, not null.
+inline QVariant emptyText()
+{
+    return QVariant(QLatin1String(""));
+}
+
 /// True when direction, an item of a channel's configuration, marks the channel as one to write to.
 inline bool isOutput(const QVariant& direction)
 {

@@ -42,7 +42,7 @@ DCmdListenEvents::DCmdListenEvents(const QVariantMap& parameters, QObject* paren
         QStringLiteral("edge"), QStringLiteral("strg"),
         QStringLiteral("Edge detection mode: RE: Rising Edge, FE: falling Edge, HL: hight level, "
                        "LL: low level, default: d\u00E9activated"),
-        QVariant(QString(QLatin1String(""))));
+        emptyText());
     declareAResult(QStringLiteral("value"), QStringLiteral("ui16"), QStringLiteral("Value"), QVariant());
     declareAResult(QStringLiteral("lastValue"), QStringLiteral("ui16"), QStringLiteral("Last value"),
                    QVariant());

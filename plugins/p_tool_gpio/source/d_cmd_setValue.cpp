@@ -55,7 +55,7 @@ DCmdSetValue::DCmdSetValue(const QVariantMap& parameters, QObject* parent)
                       QVariant());
     declareAParameter(QStringLiteral("value"), QStringLiteral("ui16"), QStringLiteral("Value"), QVariant(1));
     declareAParameter(QStringLiteral("state"), QStringLiteral("strg"),
-                      QStringLiteral("ON, OFF, PULSE or BLINK"), QVariant(QString()));
+                      QStringLiteral("ON, OFF, PULSE or BLINK"), emptyText());
     declareAParameter(QStringLiteral("duration"), QStringLiteral("int"), QStringLiteral("Cycle duration"),
                       QVariant(1000));
     declareAParameter(QStringLiteral("dutyCycle"), QStringLiteral("int"), QStringLiteral("Duty cycle in %"),
