@@ -5,6 +5,26 @@ using namespace command_checks;
 
 namespace {
 
+/// What was read of the two values below, in order.
+QStringList readings;
+
+/// An entry of the section, and the direction in it, which note that they are read.
+struct NotingEntry
+{
+    QString id;
+};
+struct NotingDirection
+{
+    QString id;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(NotingEntry)
+Q_DECLARE_METATYPE(NotingDirection)
+
+namespace {
+
 /// Opens what the command's own flow does not call, and its count.
 class OpenedInitGpio : public DCmdInitGpio
 {
@@ -90,6 +110,30 @@ private Q_SLOTS:
         COMPARE_EXACTLY(bench.record.updatedResults.first().value, QVariant(true));
         QCOMPARE(bench.command.m_pendingReplies, count);
         QCOMPARE(log.texts(), QStringList());
+    }
+
+    void executeReadsTheDirectionsInTheOrderOfTheList()
+    {
+        QMetaType::registerConverter<NotingEntry, QVariantMap>([](const NotingEntry& entry) {
+            readings.append("map of "_q + entry.id);
+            return QVariantMap({{"direction"_q, QVariant::fromValue(NotingDirection{entry.id})}});
+        });
+        QMetaType::registerConverter<NotingDirection, QString>([](const NotingDirection& direction) {
+            readings.append("direction of "_q + direction.id);
+            return direction.id == "B"_q ? "out"_q : "in"_q;
+        });
+        RecordedCommand<OpenedInitGpio> bench;
+        bench.record.sections.insert("channels"_q, QVariantList({
+                                                       QVariant::fromValue(NotingEntry{"A"_q}),
+                                                       QVariant::fromValue(NotingEntry{"B"_q}),
+                                                       QVariantMap({{"id"_q, "without a direction"_q}}),
+                                                       QVariant::fromValue(NotingEntry{"C"_q}),
+                                                   }));
+        QVERIFY(bench.command.commandExecute());
+        QCOMPARE(readings, QStringList({"map of A"_q, "direction of A"_q, "map of B"_q, "direction of B"_q,
+                                        "map of C"_q, "direction of C"_q}));
+        QCOMPARE(bench.command.m_pendingReplies, 4);
+        QVERIFY(bench.record.instructions.isEmpty());
     }
 
     void executeDoesNotLookAtTheAnswerOfTheUpdate()

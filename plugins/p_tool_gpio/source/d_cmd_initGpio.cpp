@@ -22,8 +22,12 @@ bool DCmdInitGpio::commandExecute()
     commandUpdateResult(QStringLiteral("doneOk"), QVariant(true));
     const QVariant section = getParametersSection(QStringLiteral("channels"));
     if (section.canConvert(QMetaType::QVariantList)) {
-        // The directions of the entries ask for nothing yet: an output is initialised no more than an input.
-        m_pendingReplies = section.toList().size();
+        const QVariantList channels = section.toList();
+        m_pendingReplies = channels.size();
+        for (const QVariant& channel : channels) {
+            // An output is initialised no more than an input, as yet.
+            static_cast<void>(isOutput(channel.toMap().value(QStringLiteral("direction"))));
+        }
     }
     return accepted;
 }
