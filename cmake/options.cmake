@@ -15,6 +15,9 @@ if(NOT HOST_SDK_DIR)
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS)
 endif()
 
+# Debug information then describes the host's classes whole: tools/check-host compares their sizes.
+set(whole_class_debug_option $<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-femit-class-debug-always>)
+
 if(SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
