@@ -175,7 +175,8 @@ void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile_data()
     QTest::newRow("instance of another host")
         << QStringLiteral("plain_object") << QByteArray("its instance is no plugin of this host\n");
     QTest::newRow("no instance for a tool")
-        << QStringLiteral("hollow") << QByteArray("it made no instance for the tool \"T\"\n");
+        << QStringLiteral("hollow")
+        << QByteArray("it made no instance that this host can use for the tool \"T\"\n");
 }
 
 void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile()

@@ -1,3 +1,4 @@
+#include "foreign_plugin.h"
 #include "workbench.h"
 
 #include <QTest>
@@ -14,6 +15,26 @@ void fillCatalogue(CommandScript& script)
     script.parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
                          {"value"_s, "ui16"_s, "Value"_s, 1}};
 }
+
+/// Makes no instance that this host can use: none, or one of another host.
+class ElsewherePlugin : public ScriptedPlugin
+{
+public:
+    ElsewherePlugin(bool makesOne, bool* isGone)
+        : ScriptedPlugin({std::make_shared<CommandScript>()})
+        , m_makesOne(makesOne)
+        , m_isGone(isGone)
+    {}
+
+    IPlugin* createInstance(const QUuid&) const override
+    {
+        return m_makesOne ? new ForeignPlugin(m_isGone) : nullptr;
+    }
+
+private:
+    bool m_makesOne;
+    bool* m_isGone;
+};
 
 } // namespace
 
@@ -48,21 +69,25 @@ private Q_SLOTS:
         QCOMPARE(commands.at(0).parameters.at(1).name, "value"_s);
     }
 
-    void aToolWhosePluginMadeNoInstanceRefusesEveryOrder()
+    void aToolWithoutAnInstanceForThisHostRefusesEveryOrder_data()
     {
-        class Hollow : public ScriptedPlugin
-        {
-        public:
-            using ScriptedPlugin::ScriptedPlugin;
-            IPlugin* createInstance(const QUuid&) const override { return nullptr; }
-        };
-        DTool tool(Workbench::configuration(), Hollow({std::make_shared<CommandScript>()}), nullptr);
+        QTest::addColumn<bool>("makesOne");
+        QTest::newRow("none at all") << false;
+        QTest::newRow("one of another host") << true;
+    }
+
+    void aToolWithoutAnInstanceForThisHostRefusesEveryOrder()
+    {
+        QFETCH(bool, makesOne);
+        bool isGone = false;
+        DTool tool(Workbench::configuration(), ElsewherePlugin(makesOne, &isGone), nullptr);
+        QCOMPARE(isGone, makesOne);
         QVERIFY(tool.plugin() == nullptr);
         QVERIFY(tool.commands().isEmpty());
         QVERIFY(tool.stops().isEmpty());
         DOrder order(&tool, "work"_s, {});
         order.start();
-        QCOMPARE(order.reason(), "the plugin made no instance for the tool"_s);
+        QCOMPARE(order.reason(), "the plugin made no instance that this host can use"_s);
     }
 
     void aToolForgetsADeviceThatIsGone()

@@ -31,7 +31,7 @@ std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, QStr
             std::make_unique<DTool>(tool.entry, *loader.prototype(), bench->m_device.get()));
         const DTool& made = *bench->m_tools.back();
         if (made.plugin() == nullptr) {
-            *problem = QStringLiteral("%1: it made no instance for the tool \"%2\"")
+            *problem = QStringLiteral("%1: it made no instance that this host can use for the tool \"%2\"")
                            .arg(tool.pluginFile, made.objectName());
             return nullptr;
         }

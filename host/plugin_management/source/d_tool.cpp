@@ -212,7 +212,7 @@ QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) c
         return QStringLiteral("the tool was closed");
     }
     if (d->plugin == nullptr) {
-        return QStringLiteral("the plugin made no instance for the tool");
+        return QStringLiteral("the plugin made no instance that this host can use");
     }
     if (const DAbstractCommand* prototype = d->plugin->command(command)) {
         return checkArguments(prototype->declaration(), arguments);
