@@ -1,6 +1,8 @@
 #include "panel_fixture.h"
 #include "warning_guard.h"
 
+#include <window/page_texts.h>
+
 #include <QDir>
 #include <QQmlComponent>
 #include <QQmlExpression>
@@ -15,6 +17,18 @@ const QString c_led = QStringLiteral(".idIndicator.idDigitalInput");
 const QString c_name = QStringLiteral(".idInformation.idChannelName");
 constexpr int c_outputLine = 0;
 constexpr int c_inputLine = 1;
+
+/// Tells how many watch which children it has.
+class WatchedItem : public QQuickItem
+{
+public:
+    int watchers() const { return receivers(SIGNAL(childrenChanged())); }
+};
+
+QColor colorOfText(const QQuickItem& place, int index)
+{
+    return place.childItems().at(index)->property("color").value<QColor>();
+}
 
 } // namespace
 
@@ -139,6 +153,59 @@ private Q_SLOTS:
         QCOMPARE(own->property("font").value<QFont>().pixelSize(), 20);
     }
 
+    void onlyTextsThatTookTheColourFollowIt()
+    {
+        const std::unique_ptr<QQuickItem> place = placeOfTexts("Text {}\nText { color: 'blue' }\nText {}");
+        PageTexts texts;
+        texts.setColor(Qt::blue);
+        texts.setRoot(place.get());
+        texts.componentComplete();
+        place->childItems().constLast()->setProperty("color", QColor(Qt::green));
+        texts.setColor(Qt::red);
+        QCOMPARE(colorOfText(*place, 0), QColor(Qt::red));
+        QCOMPARE(colorOfText(*place, 1), QColor(Qt::blue));
+        QCOMPARE(colorOfText(*place, 2), QColor(Qt::green));
+    }
+
+    void aRootIsWatchedWhileItIsTheRoot()
+    {
+        WatchedItem first;
+        WatchedItem second;
+        WatchedItem child;
+        child.setParentItem(&first);
+        PageTexts texts;
+        texts.setColor(Qt::blue);
+        texts.setRoot(&first);
+        texts.componentComplete();
+        texts.setRoot(&second);
+        QCOMPARE(first.watchers(), 0);
+        QCOMPARE(child.watchers(), 0);
+        QCOMPARE(second.watchers(), 1);
+        texts.setRoot(&first);
+        child.setParentItem(nullptr);
+        child.setParentItem(&first);
+        QCOMPARE(first.watchers(), 1);
+        QCOMPARE(child.watchers(), 1);
+        QCOMPARE(second.watchers(), 0);
+        const std::unique_ptr<QQuickItem> late = placeOfTexts("Text {}");
+        late->setParentItem(&child);
+        QCOMPARE(colorOfText(*late, 0), QColor(Qt::blue));
+    }
+
+    void aTextThatIsGoneIsForgotten()
+    {
+        std::unique_ptr<QQuickItem> place = placeOfTexts("Text {}\nText {}");
+        PageTexts texts;
+        texts.setRoot(place.get());
+        texts.componentComplete();
+        delete place->childItems().constFirst();
+        texts.setColor(Qt::red);
+        QCOMPARE(colorOfText(*place, 0), QColor(Qt::red));
+        place.reset();
+        texts.setColor(Qt::blue);
+        texts.setRoot(nullptr);
+    }
+
     void aTextOfThePageThatIsCutShowsWholeUnderThePointer()
     {
         QQuickItem* name = m_fixture->part(QStringLiteral("START"), c_name);
@@ -224,6 +291,14 @@ private Q_SLOTS:
     }
 
 private:
+    /// An item with these texts as its children.
+    std::unique_ptr<QQuickItem> placeOfTexts(const QByteArray& texts)
+    {
+        QQmlComponent component(&m_fixture->engine());
+        component.setData("import QtQuick 2.15\nItem {\n" + texts + "\n}", QUrl());
+        return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem*>(component.create()));
+    }
+
     /// Evaluates an expression about the bench's Style.
     QVariant style(const char* member)
     {

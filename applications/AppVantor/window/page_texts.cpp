@@ -2,18 +2,10 @@
 
 #include <utility>
 
-namespace {
-
-bool isText(const QQuickItem* item)
-{
-    return item->inherits("QQuickText");
-}
-
-} // namespace
-
 void PageTexts::setRoot(QQuickItem* root)
 {
     if (root != m_root) {
+        release();
         m_root = root;
         adoptRoot();
         Q_EMIT rootChanged();
@@ -24,8 +16,10 @@ void PageTexts::setColor(const QColor& color)
 {
     if (color != m_color) {
         const QColor before = std::exchange(m_color, color);
-        if (!m_root.isNull()) {
-            recolor(m_root, before);
+        for (QObject* text : qAsConst(m_coloured)) {
+            if (text->property("color") == before) {
+                text->setProperty("color", m_color);
+            }
         }
         Q_EMIT colorChanged();
     }
@@ -47,32 +41,46 @@ void PageTexts::adoptRoot()
 
 void PageTexts::adopt(QQuickItem* item)
 {
-    if (isText(item)) {
-        item->setProperty("font", item->property("font").value<QFont>().resolve(m_font));
-        if (item->property("color") == QColor(Qt::black)) {
-            item->setProperty("color", m_color);
-        }
+    if (m_items.contains(item)) {
+        return;
+    }
+    m_items.insert(item);
+    connect(item, &QObject::destroyed, this, &PageTexts::forget);
+    if (item->inherits("QQuickText")) {
+        giveLook(item);
     }
     const QList<QQuickItem*> children = item->childItems();
     for (QQuickItem* child : children) {
         adopt(child);
     }
-    // A new child comes last.
-    connect(item, &QQuickItem::childrenChanged, this, [this, item, known = children.size()]() mutable {
+    connect(item, &QQuickItem::childrenChanged, this, [this, item] {
         const QList<QQuickItem*> now = item->childItems();
-        if (now.size() > known) {
-            adopt(now.constLast());
+        if (!now.isEmpty()) {
+            adopt(now.constLast()); // a new child comes last
         }
-        known = now.size();
     });
 }
 
-void PageTexts::recolor(QQuickItem* item, const QColor& from)
+void PageTexts::giveLook(QQuickItem* text)
 {
-    if (isText(item) && item->property("color") == from) {
-        item->setProperty("color", m_color);
+    text->setProperty("font", text->property("font").value<QFont>().resolve(m_font));
+    if (text->property("color") == QColor(Qt::black)) {
+        text->setProperty("color", m_color);
+        m_coloured.insert(text);
     }
-    for (QQuickItem* child : item->childItems()) {
-        recolor(child, from);
+}
+
+void PageTexts::forget(QObject* item)
+{
+    m_items.remove(item);
+    m_coloured.remove(item);
+}
+
+void PageTexts::release()
+{
+    for (QObject* item : qAsConst(m_items)) {
+        disconnect(item, nullptr, this, nullptr);
     }
+    m_items.clear();
+    m_coloured.clear();
 }

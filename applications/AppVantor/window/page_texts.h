@@ -5,15 +5,19 @@
 #include <QPointer>
 #include <QQmlParserStatus>
 #include <QQuickItem>
+#include <QSet>
 
-/// Gives the texts of a page, which knows nothing of the bench's theme, the colour and the font of it. A text
-/// that has a colour of its own, or sets something of its font, keeps that.
+/// Gives the texts of a page, which knows nothing of the bench's theme, the look of it. What a text sets of
+/// its font, and a colour other than black, which is that of Qt Quick's texts, it keeps.
 class PageTexts : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
-    /// The item below which the texts stand, now and later; null for none.
+    /// The item below which the texts stand, now and later; null for none. The texts of the item before keep
+    /// the look that they have then.
     Q_PROPERTY(QQuickItem* root READ root WRITE setRoot NOTIFY rootChanged)
+    /// The colour of the black texts. A text that has taken it follows its changes, until it changes colour
+    /// by itself.
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     /// The font of the texts that come from now on.
     Q_PROPERTY(QFont font MEMBER m_font NOTIFY fontChanged)
@@ -35,10 +39,14 @@ Q_SIGNALS:
 private:
     void adoptRoot();
     void adopt(QQuickItem* item);
-    void recolor(QQuickItem* item, const QColor& from);
+    void giveLook(QQuickItem* text);
+    void forget(QObject* item);
+    void release();
 
     QPointer<QQuickItem> m_root;
-    QColor m_color = Qt::black; // that of Qt Quick's texts
+    QColor m_color = Qt::black;
     QFont m_font;
     bool m_isComplete = false;
+    QSet<QObject*> m_items;    // that are watched
+    QSet<QObject*> m_coloured; // texts that have taken the colour
 };
