@@ -102,7 +102,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     font.bold: true
                     text: modelData.name
                 }
@@ -113,7 +112,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     text: modelData.name
                 }
             }
@@ -134,7 +132,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     text: String(modelData.value)
                 }
             }

@@ -131,17 +131,18 @@ private Q_SLOTS:
     void aTextKeepsTheLookOfItsOwn()
     {
         QQmlComponent component(&m_fixture->engine());
-        component.setData("import QtQuick 2.15\n"
-                          "import AppVantor 1.0\n"
-                          "Item {\n"
-                          "    PageTexts { root: place; color: 'blue'; font: Qt.font({pixelSize: 30}) }\n"
-                          "    Item {\n"
-                          "        id: place\n"
-                          "        Text { objectName: 'plain'; font.bold: true }\n"
-                          "        Text { objectName: 'own'; color: 'red'; font.pixelSize: 20 }\n"
-                          "    }\n"
-                          "}\n",
-                          QUrl());
+        component.setData(
+            "import QtQuick 2.15\n"
+            "import AppVantor 1.0\n"
+            "Item {\n"
+            "    PageTexts { root: place; color: 'blue'; font: Qt.font({pixelSize: 30}) }\n"
+            "    Item {\n"
+            "        id: place\n"
+            "        Text { objectName: 'plain'; font.bold: true }\n"
+            "        Text { objectName: 'own'; color: 'red'; font.pixelSize: 20; elide: Text.ElideLeft }\n"
+            "    }\n"
+            "}\n",
+            QUrl());
         const std::unique_ptr<QObject> made(component.create());
         QVERIFY2(made != nullptr, qPrintable(component.errorString()));
         const auto* plain = made->findChild<QQuickItem*>(QStringLiteral("plain"));
@@ -151,6 +152,7 @@ private Q_SLOTS:
         const auto* own = made->findChild<QQuickItem*>(QStringLiteral("own"));
         QCOMPARE(own->property("color").value<QColor>(), QColor(Qt::red));
         QCOMPARE(own->property("font").value<QFont>().pixelSize(), 20);
+        QCOMPARE(own->property("elide").toInt(), static_cast<int>(Qt::ElideLeft));
     }
 
     void onlyTextsThatTookTheColourFollowIt()

@@ -158,15 +158,15 @@ private Q_SLOTS:
                  static_cast<int>(Qt::PlainText));
     }
 
-    void textsOfARowAreCutAtTheirEnd_data() { textsOfARowStandInItsMiddle_data(); }
+    void onlyTheBenchCutsTextsOfARow_data() { textsOfARowStandInItsMiddle_data(); }
 
-    void textsOfARowAreCutAtTheirEnd()
+    void onlyTheBenchCutsTextsOfARow()
     {
         QFETCH(QString, name);
         QQuickItem* text = itemNamed(m_fixture->page(), name);
         text->setProperty("text", QString(500, QLatin1Char('W')));
-        QVERIFY(text->property("truncated").toBool());
-        QVERIFY(text->property("contentWidth").toReal() <= text->width());
+        QCOMPARE(text->property("truncated").toBool(), !isBareHost());
+        QCOMPARE(text->property("contentWidth").toReal() <= text->width(), !isBareHost());
     }
 
     void theValueStandsInTheMiddleOfAnEmptyFrame()

@@ -64,6 +64,9 @@ void PageTexts::adopt(QQuickItem* item)
 void PageTexts::giveLook(QQuickItem* text)
 {
     text->setProperty("font", text->property("font").value<QFont>().resolve(m_font));
+    if (text->property("elide").toInt() == Qt::ElideNone) {
+        text->setProperty("elide", Qt::ElideRight);
+    }
     if (text->property("color") == QColor(Qt::black)) {
         text->setProperty("color", m_color);
         m_coloured.insert(text);

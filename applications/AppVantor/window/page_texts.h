@@ -8,7 +8,8 @@
 #include <QSet>
 
 /// Gives the texts of a page, which knows nothing of the bench's theme, the look of it. What a text sets of
-/// its font, and a colour other than black, which is that of Qt Quick's texts, it keeps.
+/// its font and how it is cut, and a colour other than black, which is that of Qt Quick's texts, it keeps; a
+/// text that is not cut anywhere is cut at its end.
 class PageTexts : public QObject, public QQmlParserStatus
 {
     Q_OBJECT

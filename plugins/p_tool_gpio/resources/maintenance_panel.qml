@@ -167,7 +167,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     font.bold: true
                     text: idChannelRow.currentChannel ? idChannelRow.currentChannel.id : ""
                 }
@@ -180,7 +179,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     text: idChannelRow.currentChannel ? idChannelRow.currentChannel.name : ""
                 }
             }
@@ -206,7 +204,6 @@ BasePanelMaintenance {
                     verticalAlignment: Text.AlignVCenter
                     fontSizeMode: Text.Fit
                     textFormat: Text.PlainText
-                    elide: Text.ElideRight
                     text: idChannelRow.currentChannel ? String(idChannelRow.currentChannel.value) : ""
                 }
             }
