@@ -149,15 +149,6 @@ private Q_SLOTS:
         QCOMPARE(itemNamed(m_fixture->page(), name)->property("fontSizeMode").toInt(), fit);
     }
 
-    void textsOfARowTakeNothingForMarkup_data() { textsOfARowStandInItsMiddle_data(); }
-
-    void textsOfARowTakeNothingForMarkup()
-    {
-        QFETCH(QString, name);
-        QCOMPARE(itemNamed(m_fixture->page(), name)->property("textFormat").toInt(),
-                 static_cast<int>(Qt::PlainText));
-    }
-
     void onlyTheBenchCutsTextsOfARow_data() { textsOfARowStandInItsMiddle_data(); }
 
     void onlyTheBenchCutsTextsOfARow()
@@ -167,6 +158,30 @@ private Q_SLOTS:
         text->setProperty("text", QString(500, QLatin1Char('W')));
         QCOMPARE(text->property("truncated").toBool(), !isBareHost());
         QCOMPARE(text->property("contentWidth").toReal() <= text->width(), !isBareHost());
+    }
+
+    void namesAreShownAsTheyAre()
+    {
+        const QString id = QStringLiteral("<b>K1</b> &amp; K2");
+        m_fixture.reset(); // one tool of a name at a time
+        m_fixture = std::make_unique<PanelFixture>(toolEntry(
+            {channelEntry(id, QStringLiteral("analogOutput"), QStringLiteral("in"), QStringLiteral("ain"))}));
+        QVERIFY(m_fixture->settle());
+        m_fixture->setLive(false);
+        QVERIFY(m_fixture->settle());
+        setChannelValue(*m_fixture, 0, id);
+        const QVector<QPair<QString, QString>> shown = {
+            {QStringLiteral(".idInformation.idChannelId"), id},
+            {QStringLiteral(".idInformation.idChannelName"), QStringLiteral("Name of ") + id},
+            {QStringLiteral(".idValueRectangle.idValue"), id},
+        };
+        for (const auto& [name, text] : shown) {
+            QQuickItem* item = m_fixture->part(id, name);
+            QCOMPARE(item->property("text").toString(), text);
+            const qreal width = item->property("contentWidth").toReal();
+            item->setProperty("textFormat", Qt::PlainText);
+            QCOMPARE(width, item->property("contentWidth").toReal());
+        }
     }
 
     void theValueStandsInTheMiddleOfAnEmptyFrame()
