@@ -8,10 +8,10 @@
 
 namespace {
 
-/// count orders are pending before the first of them is answered.
-void ordersAtOnce(benchmark::State& state, int count)
+/// count orders are pending before the first of them is answered. The board itself lives in place.
+void ordersAtOnce(benchmark::State& state, int count, DevicePlace place)
 {
-    Rig rig(2);
+    Rig rig(2, {}, place);
     std::vector<std::unique_ptr<DOrder>> orders(static_cast<std::size_t>(count));
     for ([[maybe_unused]] auto step : state) {
         for (auto& order : orders) {
@@ -21,6 +21,9 @@ void ordersAtOnce(benchmark::State& state, int count)
         }
         QCoreApplication::sendPostedEvents();
         for (auto& order : orders) {
+            while (order->state() != DOrder::State::Finished && place != DevicePlace::SameThread) {
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            }
             if (!order->isSuccessful()) {
                 state.SkipWithError("an order has not ended");
             }
@@ -54,9 +57,14 @@ void listeners(benchmark::State& state, int count, int lines)
 
 } // namespace
 
-BENCHMARK_CAPTURE(ordersAtOnce, , 1)->Name("orders_at_once/floor");
-BENCHMARK_CAPTURE(ordersAtOnce, , 1000)->Name("orders_at_once/ours/1000");
-BENCHMARK_CAPTURE(ordersAtOnce, , 10000)->Name("orders_at_once/ours/10000");
+constexpr auto c_here = DevicePlace::SameThread;
+constexpr auto c_there = DevicePlace::OwnThread; // one alone: latency; many: orders a second
+
+BENCHMARK_CAPTURE(ordersAtOnce, , 1, c_here)->Name("orders_at_once/floor");
+BENCHMARK_CAPTURE(ordersAtOnce, , 1000, c_here)->Name("orders_at_once/ours/1000");
+BENCHMARK_CAPTURE(ordersAtOnce, , 10000, c_here)->Name("orders_at_once/ours/10000");
+BENCHMARK_CAPTURE(ordersAtOnce, , 1, c_there)->Name("orders_at_once/own_thread/1")->UseRealTime();
+BENCHMARK_CAPTURE(ordersAtOnce, , 1000, c_there)->Name("orders_at_once/own_thread/1000")->UseRealTime();
 BENCHMARK_CAPTURE(listeners, , 1, 1)->Name("listeners_on_lines/floor");
 BENCHMARK_CAPTURE(listeners, , 1000, 1000)->Name("listeners_on_lines/ours/1000");
 BENCHMARK_CAPTURE(listeners, , 1, 1)->Name("listeners_on_one_line/floor");

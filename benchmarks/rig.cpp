@@ -51,10 +51,15 @@ QVariantMap configurationOf(int lines)
 
 } // namespace
 
-Rig::Rig(int lines, const QVector<SimulatedBoardSetup::Fault>& faults)
-    : m_board(setupOf(lines, faults), &m_scheduler)
-    , m_tool(configurationOf(lines), builtPlugin(), &m_board)
-{}
+Rig::Rig(int lines, const QVector<SimulatedBoardSetup::Fault>& faults, DevicePlace place)
+    : m_board(makeSimulatedBoard(setupOf(lines, faults), &m_scheduler, place))
+    , m_tool(configurationOf(lines), builtPlugin(), m_board.get())
+{
+    m_board->open();
+    while (!m_board->isConnected()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
 
 QString Rig::channel(int line)
 {
@@ -93,5 +98,5 @@ std::unique_ptr<DOrder> Rig::listener(int line, const QString& edge, int* events
 
 void Rig::toggle(int line)
 {
-    m_board.setInput(line, 1 - m_board.level(line));
+    m_board->setInput(line, 1 - m_board->level(line).level);
 }

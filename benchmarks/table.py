@@ -19,7 +19,7 @@ ROWS = [
     ("loading", "load the library, instance, catalogue; empty plugin", 1.3),
     ("loading_after_qml", "the same where Qt's QML module is loaded already", 1.3),
     ("order_plugin", "a getValue order, the plugin's part", 1.5),
-    ("order_engine", "a getValue order, engine and board", 3),
+    ("order_engine", "a getValue order, engine and board", 2),
     ("event_plugin", "a listening event, the plugin's part", 1.5),
     ("edge_plugin", "a listening event with an edge mode, the plugin's part", 1.5),
     ("event_engine", "a listening event, engine and board", 3),

@@ -1,5 +1,6 @@
 // Writing a trace, beside writing the same bytes through one buffer.
 
+#include <manual_scheduler.h>
 #include <trace/vcd_trace.h>
 
 #include <devices/line_device.h>
@@ -14,32 +15,30 @@ constexpr int c_events = 100000;
 constexpr int c_lines = 16;
 constexpr int c_buffer = 1 << 16;
 
-/// Announces levels as it is told.
+/// A device that has nothing behind it, and announces levels as it is told.
 class Announcer : public LineDevice
 {
 public:
-    explicit Announcer(Scheduler* scheduler)
-        : LineDevice(QStringLiteral("announcer"), scheduler)
+    explicit Announcer(DScheduler* scheduler)
+        : LineDevice(QStringLiteral("announcer"), inputs(), scheduler, DevicePlace::SameThread,
+                     [](DScheduler*, ::LineListener*) { return nullptr; })
+    {}
+
+    void announceEvents()
+    {
+        for (int event = 0; event < c_events; ++event) {
+            Q_EMIT lineChanged(event % c_lines, {event / c_lines % 2, 1000000 + 7 * event, true});
+        }
+    }
+
+private:
+    static QVector<DLine> inputs()
     {
         QVector<DLine> lines;
         for (int line = 0; line < c_lines; ++line) {
             lines.append({QStringLiteral("line%1").arg(line), DLine::Kind::Digital, DLine::Direction::In});
         }
-        setLines(lines);
-    }
-
-    QString drive(int line, int level) override
-    {
-        Q_UNUSED(line)
-        Q_UNUSED(level)
-        return QString();
-    }
-
-    void announceEvents()
-    {
-        for (int event = 0; event < c_events; ++event) {
-            Q_EMIT levelChanged(event % c_lines, event / c_lines % 2, 1000000 + 7 * event);
-        }
+        return lines;
     }
 };
 

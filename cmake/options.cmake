@@ -1,6 +1,7 @@
 # Compile options of all our own code: warnings are errors; sanitizers and coverage come by preset.
 
 option(SANITIZE "Build with the address, leak and undefined-behaviour sanitizers" OFF)
+option(SANITIZE_THREAD "Build with the thread sanitizer" OFF)
 option(COVERAGE "Build with coverage instrumentation" OFF)
 option(BENCHMARKS "Describe the benchmarks too (needs Google Benchmark); the target benchmarks builds them" OFF)
 option(FUZZ "Build the fuzzers of tests/fuzz, with the sanitizers; needs clang" OFF)
@@ -21,6 +22,11 @@ set(whole_class_debug_option $<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-f
 if(SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+endif()
+
+if(SANITIZE_THREAD)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
 endif()
 
 if(COVERAGE)

@@ -29,9 +29,9 @@ test_packages=(
 # What builds the kernel of the kernel tests, and the GPIO tools that these are compared with.
 kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
 
-# What the benchmarks need: the library that times them, a plugin of Qt to compare with, the counter of instructions,
-# and what draws the picture.
-benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind python3 python3-matplotlib)
+# What the benchmarks need: the library that times them, a plugin of Qt to compare with, the counters of instructions and
+# of system calls, and what draws the picture.
+benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind strace python3 python3-matplotlib)
 
 # The compiler of the fuzzers, the run time of its sanitizers, and what gives their reports names and lines.
 fuzz_packages=(clang libclang-rt-dev llvm)

@@ -1,18 +1,21 @@
-#include "bench/bench.h"
-#include "bench/exit_status.h"
-#include "command_line/discover.h"
-#include "command_line/list_channels.h"
-#include "command_line/list_commands.h"
-#include "command_line/message_log.h"
-#include "command_line/options.h"
-#include "command_line/output.h"
-#include "command_line/run_order.h"
-#include "command_line/run_shell.h"
-#include "trace/vcd_trace.h"
-#include "window/bench_window.h"
+#include <command_line/discover.h>
+#include <command_line/list_channels.h>
+#include <command_line/list_commands.h>
+#include <command_line/options.h>
+#include <command_line/order_file.h>
+#include <command_line/run_order.h>
+#include <command_line/run_shell.h>
+#include <configuration/bench.h>
+#include <process/diagnostics.h>
+#include <process/exit_status.h>
+#include <process/message_log.h>
+#include <process/output.h>
+#include <trace/vcd_trace.h>
+#include <window/bench_window.h>
 
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -59,7 +62,9 @@ WindowOptions windowOptions(const Options& options)
     window.screenshotFile = options.screenshot;
     window.size = options.size.isEmpty() ? window.size : options.size;
     window.scale = options.scale;
-    window.runMs = static_cast<int>(options.seconds.value_or(0.0) * msPerSecond);
+    if (options.seconds) {
+        window.runMs = static_cast<int>(*options.seconds * msPerSecond);
+    }
     window.locale = options.language.isEmpty() ? QLocale() : QLocale(options.language);
     if (!options.theme.isEmpty()) {
         window.theme =
@@ -68,7 +73,20 @@ WindowOptions windowOptions(const Options& options)
     return window;
 }
 
-int carryOut(Bench* bench, DTool* tool, const Options& options, Output* output)
+/// The bench window, and beside it the orders of a file.
+int showWindowWithOrders(Bench* bench, DTool* tool, const Options& options, Output* output)
+{
+    OrderFile orders(tool, output);
+    const QString problem = options.orders.isEmpty() ? QString() : orders.begin(options.orders);
+    if (!problem.isEmpty()) {
+        diagnostic(problem);
+        return ExitWrongUsage;
+    }
+    const int status = showWindow(*bench, windowOptions(options));
+    return std::max(status, orders.end());
+}
+
+int runSubcommand(Bench* bench, DTool* tool, const Options& options, Output* output)
 {
     switch (options.subcommand) {
     case Options::Subcommand::Commands:
@@ -82,11 +100,22 @@ int carryOut(Bench* bench, DTool* tool, const Options& options, Output* output)
     case Options::Subcommand::Discover:
         break; // needs no bench
     case Options::Subcommand::Window:
-        return showWindow(*bench, windowOptions(options));
+        return showWindowWithOrders(bench, tool, options, output);
     case Options::Subcommand::Panel:
-        return showPanel(*bench, *tool, windowOptions(options));
+        return showPanel(*tool, windowOptions(options));
     }
     return ExitWrongUsage;
+}
+
+/// In a script the device may wait for the script; where a person sets the pace, it must not wait for them.
+DevicePlace placeOf(const Options& options)
+{
+    if (options.realtime) {
+        return DevicePlace::RealtimeThread;
+    }
+    const bool isWatched =
+        opensWindow(options) || (options.subcommand == Options::Subcommand::Shell && isInteractive(options));
+    return isWatched ? DevicePlace::OwnThread : DevicePlace::SameThread;
 }
 
 int runBench(const Options& options)
@@ -94,30 +123,34 @@ int runBench(const Options& options)
     QString problem;
     const std::optional<BenchConfiguration> configuration = readConfiguration(
         options.configuration.isEmpty() ? builtInConfiguration() : options.configuration, &problem);
-    const std::unique_ptr<Bench> bench = configuration ? Bench::make(*configuration, &problem) : nullptr;
+    const std::unique_ptr<Bench> bench =
+        configuration ? Bench::make(*configuration, placeOf(options), &problem) : nullptr;
     if (bench == nullptr) {
-        Output::diagnostic(problem);
+        diagnostic(problem);
         return ExitWrongUsage;
     }
     DTool* tool = findTool(*bench, options.tool);
     if (tool == nullptr) {
-        Output::diagnostic(QStringLiteral("there is no tool \"%1\"").arg(options.tool));
+        diagnostic(QStringLiteral("there is no tool \"%1\"").arg(options.tool));
         return ExitWrongUsage;
     }
+    QObject::connect(&bench->device(), &DDevice::problemTold, &bench->device(),
+                     [](const QString& text) { diagnostic(text); });
+    bench->device().open();
     VcdTrace trace(bench->device());
     if (!options.trace.isEmpty()) {
         problem = trace.begin(options.trace);
         if (!problem.isEmpty()) {
-            Output::diagnostic(problem);
+            diagnostic(problem);
             return ExitWrongUsage;
         }
     }
-    QObject::connect(&trace, &VcdTrace::failed, &trace,
-                     [](const QString& text) { Output::diagnostic(text); });
+    QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
     Output output(options.json);
-    const int status = carryOut(bench.get(), tool, options, &output);
-    const bool lost = output.hasFailed() || !trace.end().isEmpty();
-    return lost && status == ExitSuccess ? ExitOrderFailed : status;
+    const int status = runSubcommand(bench.get(), tool, options, &output);
+    const bool traced = trace.end().isEmpty(); // whole, whether or not somebody reads the output
+    const bool written = output.drain();
+    return !(traced && written) && status == ExitSuccess ? ExitOrderFailed : status;
 }
 
 /// The chips of the machine are there without a bench.
@@ -125,17 +158,12 @@ int runDiscovery(const Options& options)
 {
     Output output(options.json);
     const int status = discover(options, &output);
-    return output.hasFailed() && status == ExitSuccess ? ExitOrderFailed : status;
+    return !output.drain() && status == ExitSuccess ? ExitOrderFailed : status;
 }
 
-} // namespace
-
-int main(int argc, char* argv[])
+/// Carries out what the arguments of the process ask for. Returns the exit status.
+int run(int argc, char* argv[])
 {
-    openStandardStreams();
-    std::signal(SIGPIPE, SIG_IGN); // a closed output is told, not died of
-    std::signal(SIGXFSZ, SIG_IGN); // and so is a file that must not grow
-    QCoreApplication::setApplicationName(QStringLiteral("appvantor"));
     const ParsedOptions parsed = [&] {
         const QCoreApplication application(argc, argv); // which kind the process needs, the arguments tell
         return parseOptions(QCoreApplication::arguments());
@@ -144,9 +172,9 @@ int main(int argc, char* argv[])
         if (parsed.exitStatus == ExitSuccess) {
             Output help(false);
             help.text(parsed.text);
-            return help.hasFailed() ? ExitOrderFailed : ExitSuccess;
+            return help.drain() ? ExitSuccess : ExitOrderFailed;
         }
-        Output::diagnostic(parsed.text);
+        diagnostic(parsed.text);
         return parsed.exitStatus;
     }
     installMessageLog(parsed.options->logLevel);
@@ -157,9 +185,23 @@ int main(int argc, char* argv[])
     }
     const QString problem = prepareWindow(windowOptions(*parsed.options));
     if (!problem.isEmpty()) {
-        Output::diagnostic(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"));
+        diagnostic(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"));
         return ExitWrongUsage;
     }
     const QGuiApplication application(argc, argv);
     return runBench(*parsed.options);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    openStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN); // a closed output is told, not died of
+    std::signal(SIGXFSZ, SIG_IGN); // and so is a file that must not grow
+    qputenv("QT_NO_GLIB", "1");    // Qt's own event loop wakes itself with fewer system calls
+    QCoreApplication::setApplicationName(QStringLiteral("appvantor"));
+    const int status = run(argc, argv);
+    drainStandardError();
+    return status;
 }

@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 
 #include <plugin_management/d_abstract_plugin.h>
 
@@ -8,12 +8,12 @@
 
 namespace {
 
-const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_q);
+const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_s);
 
 QVariantMap parameter(const QString& name, const QString& type, const QString& description,
                       const QVariant& defaultValue)
 {
-    return {{"name"_q, name}, {"type"_q, type}, {"description"_q, description}, {"default"_q, defaultValue}};
+    return {{"name"_s, name}, {"type"_s, type}, {"description"_s, description}, {"default"_s, defaultValue}};
 }
 
 } // namespace
@@ -44,31 +44,31 @@ private Q_SLOTS:
     {
         const IPlugin& plugin = *m_instance;
         QCOMPARE(plugin.objectUuid(), c_objectUuid);
-        QCOMPARE(plugin.pluginUuid(), QUuid("{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_q));
-        QCOMPARE(plugin.pluginName(), "Tool Gpio"_q);
+        QCOMPARE(plugin.pluginUuid(), QUuid("{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_s));
+        QCOMPARE(plugin.pluginName(), "Tool Gpio"_s);
         QCOMPARE(static_cast<uint>(plugin.pluginType()), 1416589164U);
         QCOMPARE(QByteArray(plugin.pluginSubTypeName()), QByteArray("gpio"));
         QCOMPARE(plugin.pluginVersion(), 0x0001000000000000ULL);
-        QCOMPARE(plugin.getProperty("toolType"_q), QVariant(3));
-        QCOMPARE(plugin.getProperty("typeName"_q), QVariant("gpio"_q));
+        QCOMPARE(plugin.getProperty("toolType"_s), QVariant(3));
+        QCOMPARE(plugin.getProperty("typeName"_s), QVariant("gpio"_s));
         QCOMPARE(m_instance->parent(), nullptr);
     }
 
     void commandsAreListedInOrder()
     {
-        QCOMPARE(m_instance->getFunctions(), QStringList({"setValue"_q, "switchValue"_q, "getValue"_q,
-                                                          "startListening"_q, "init"_q, "listenToAll"_q}));
+        QCOMPARE(m_instance->getFunctions(), QStringList({"setValue"_s, "switchValue"_s, "getValue"_s,
+                                                          "startListening"_s, "init"_s, "listenToAll"_s}));
     }
 
     void descriptionsAreReadBack_data()
     {
         QTest::addColumn<QString>("description");
-        QTest::newRow("setValue") << "Set the value of a GPIO pin"_q;
-        QTest::newRow("switchValue") << "Set the value of a GPIO pin"_q;
-        QTest::newRow("getValue") << "Get the value of a GPIO pin"_q;
-        QTest::newRow("startListening") << "Listen events from the gpio channel"_q;
-        QTest::newRow("init") << "Set initia values of a GPIO pin"_q;
-        QTest::newRow("listenToAll") << "Listen events from the gpio channel"_q;
+        QTest::newRow("setValue") << "Set the value of a GPIO pin"_s;
+        QTest::newRow("switchValue") << "Set the value of a GPIO pin"_s;
+        QTest::newRow("getValue") << "Get the value of a GPIO pin"_s;
+        QTest::newRow("startListening") << "Listen events from the gpio channel"_s;
+        QTest::newRow("init") << "Set initia values of a GPIO pin"_s;
+        QTest::newRow("listenToAll") << "Listen events from the gpio channel"_s;
         QTest::newRow("listenEvents") << QString();
     }
     void descriptionsAreReadBack()
@@ -81,20 +81,20 @@ private Q_SLOTS:
     void parametersAreReadBack_data()
     {
         QTest::addColumn<QVariantList>("parameters");
-        const QVariantMap channel = parameter("channel"_q, "strg"_q, "Channel"_q, QVariant());
+        const QVariantMap channel = parameter("channel"_s, "strg"_s, "Channel"_s, QVariant());
         QTest::newRow("setValue") << QVariantList(
-            {channel, parameter("value"_q, "ui16"_q, "Value"_q, 1),
-             parameter("state"_q, "strg"_q, "ON, OFF, PULSE or BLINK"_q, ""_q),
-             parameter("duration"_q, "int"_q, "Cycle duration"_q, 1000),
-             parameter("dutyCycle"_q, "int"_q, "Duty cycle in %"_q, 100)});
+            {channel, parameter("value"_s, "ui16"_s, "Value"_s, 1),
+             parameter("state"_s, "strg"_s, "ON, OFF, PULSE or BLINK"_s, ""_s),
+             parameter("duration"_s, "int"_s, "Cycle duration"_s, 1000),
+             parameter("dutyCycle"_s, "int"_s, "Duty cycle in %"_s, 100)});
         QTest::newRow("switchValue") << QVariantList({channel});
         QTest::newRow("getValue") << QVariantList({channel});
         QTest::newRow("startListening") << QVariantList(
             {channel,
-             parameter("edge"_q, "strg"_q,
+             parameter("edge"_s, "strg"_s,
                        "Edge detection mode: RE: Rising Edge, FE: falling Edge, HL: hight level, LL: "
-                       "low level, default: déactivated"_q,
-                       ""_q)});
+                       "low level, default: déactivated"_s,
+                       ""_s)});
         QTest::newRow("init") << QVariantList();
         QTest::newRow("listenToAll") << QVariantList();
     }

@@ -1,5 +1,5 @@
+#include "literals.h"
 #include "message_log.h"
-#include "text.h"
 
 #include <QLibrary>
 #include <QPluginLoader>

@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 
 #include <QJsonObject>
 #include <QLibrary>
@@ -52,9 +52,9 @@ private Q_SLOTS:
     void sectionHoldsTheMetadataAndNothingElse()
     {
         const QTemporaryDir directory;
-        const QString sectionFile = directory.filePath("section"_q);
+        const QString sectionFile = directory.filePath("section"_s);
         QCOMPARE(QProcess::execute(QStringLiteral(OBJCOPY_PROGRAM),
-                                   {"-O"_q, "binary"_q, "--only-section=.qtmetadata"_q,
+                                   {"-O"_s, "binary"_s, "--only-section=.qtmetadata"_s,
                                     QStringLiteral(PLUGIN_FILE), sectionFile}),
                  0);
         QFile section(sectionFile);
@@ -65,10 +65,10 @@ private Q_SLOTS:
     void loaderOfQtReadsTheIdentity()
     {
         const QJsonObject metadata = QPluginLoader(QStringLiteral(PLUGIN_FILE)).metaData();
-        QCOMPARE(metadata.value("IID"_q).toString(), "fr.velt.rd.tav.PToolGpio"_q);
-        QCOMPARE(metadata.value("className"_q).toString(), "PToolGpio"_q);
-        QCOMPARE(metadata.value("version"_q).toInt(), QT_VERSION & 0xFFFF00);
-        QVERIFY(!metadata.contains("MetaData"_q));
+        QCOMPARE(metadata.value("IID"_s).toString(), "fr.velt.rd.tav.PToolGpio"_s);
+        QCOMPARE(metadata.value("className"_s).toString(), "PToolGpio"_s);
+        QCOMPARE(metadata.value("version"_s).toInt(), QT_VERSION & 0xFFFF00);
+        QVERIFY(!metadata.contains("MetaData"_s));
     }
 };
 

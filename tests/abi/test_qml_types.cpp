@@ -1,5 +1,5 @@
+#include "literals.h"
 #include "message_log.h"
-#include "text.h"
 
 #include <QPluginLoader>
 #include <QQmlComponent>
@@ -32,7 +32,7 @@ class TestQmlTypes : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QVERIFY(answerOf("DGpioChannel {}").toString().contains("is not installed"_q));
+        QVERIFY(answerOf("DGpioChannel {}").toString().contains("is not installed"_s));
         QPluginLoader loader(QStringLiteral(PLUGIN_FILE));
         for (int i = 0; i < 3; ++i) {
             QVERIFY2(loader.instance() != nullptr, qPrintable(loader.errorString()));
@@ -44,9 +44,9 @@ private Q_SLOTS:
     void typesAreUsableAfterSeveralInstances()
     {
         const MessageLog log;
-        QCOMPARE(answerOf("DGpioChannel {}"), QVariant("DGpioChannel"_q));
+        QCOMPARE(answerOf("DGpioChannel {}"), QVariant("DGpioChannel"_s));
         QCOMPARE(answerOf("BeMaintenanceToolGpio { name: 'tool'; objectId: 'id' }"),
-                 QVariant("BeMaintenanceToolGpio"_q));
+                 QVariant("BeMaintenanceToolGpio"_s));
         QCOMPARE(log.texts(), QStringList());
     }
 
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QCOMPARE(answerOf("BeMaintenanceToolGpio { property int answer: channelsModel.length }"),
                  QVariant(0));
         const QString problem = answerOf("OLM_DGpioChannel {}").toString();
-        QVERIFY2(problem.contains("OLM_DGpioChannel is not a type"_q), qPrintable(problem));
+        QVERIFY2(problem.contains("OLM_DGpioChannel is not a type"_s), qPrintable(problem));
     }
 
     void propertiesCannotBeWritten_data()
@@ -85,7 +85,7 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, object);
         const QString problem = answerOf(object).toString();
-        QVERIFY2(problem.contains("is a read-only property"_q), qPrintable(problem));
+        QVERIFY2(problem.contains("is a read-only property"_s), qPrintable(problem));
     }
 
     void otherVersionsOfTheModuleAreNotThere()

@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,8 +44,8 @@ bool passOn(const char* function, const Registration& registration)
     return qts(registration.version, registration.tree, registration.names, registration.payload);
 }
 
-const QString c_directory = ":/{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_q;
-const QString c_page = c_directory + "/maintenance_panel.qml"_q;
+const QString c_directory = ":/{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_s;
+const QString c_page = c_directory + "/maintenance_panel.qml"_s;
 
 } // namespace
 
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void pageIsTheOnlyFileOfItsDirectory()
     {
-        QCOMPARE(QDir(c_directory).entryList(), QStringList({"maintenance_panel.qml"_q}));
+        QCOMPARE(QDir(c_directory).entryList(), QStringList({"maintenance_panel.qml"_s}));
     }
 
     void pageIsCompressedWithZlib()

@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 
 #include <QFile>
 #include <QProcess>
@@ -13,15 +13,15 @@ const QString c_pluginFile = QStringLiteral(PLUGIN_FILE);
 QStringList symbolsOf(const QString& file, const QStringList& arguments)
 {
     QProcess nm;
-    nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_q) + arguments + QStringList(file));
+    nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_s) + arguments + QStringList(file));
     if (!nm.waitForFinished() || nm.exitCode() != 0) {
-        return {"nm failed: "_q + nm.errorString()};
+        return {"nm failed: "_s + nm.errorString()};
     }
     QStringList symbols;
     const QString output = QString::fromUtf8(nm.readAllStandardOutput());
     for (const QString& line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
         // "name type [value size]", where a demangled name has blanks of its own.
-        static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_q);
+        static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_s);
         symbols.append(line.left(line.indexOf(afterName)));
     }
     symbols.removeDuplicates();
@@ -31,7 +31,7 @@ QStringList symbolsOf(const QString& file, const QStringList& arguments)
 
 QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
 {
-    return symbolsOf(file, QStringList("-D"_q) + arguments);
+    return symbolsOf(file, QStringList("-D"_s) + arguments);
 }
 
 QStringList linesOf(const QString& name)
@@ -66,16 +66,16 @@ class TestSymbols : public QObject
 private Q_SLOTS:
     void libraryShowsItsTwoEntryPointsOnly()
     {
-        QCOMPARE(dynamicSymbols(c_pluginFile, {"--defined-only"_q}),
-                 QStringList({"qt_plugin_instance"_q, "qt_plugin_query_metadata"_q}));
+        QCOMPARE(dynamicSymbols(c_pluginFile, {"--defined-only"_s}),
+                 QStringList({"qt_plugin_instance"_s, "qt_plugin_query_metadata"_s}));
     }
 
     void libraryTakesTheseSymbolsFromTheHost()
     {
         const QStringList defined =
-            dynamicSymbols(QStringLiteral(UTILITIES_FILE), {"-C"_q, "--defined-only"_q}) +
-            dynamicSymbols(QStringLiteral(PLUGIN_MANAGEMENT_FILE), {"-C"_q, "--defined-only"_q});
-        const QStringList undefined = dynamicSymbols(c_pluginFile, {"-C"_q, "--undefined-only"_q});
+            dynamicSymbols(QStringLiteral(UTILITIES_FILE), {"-C"_s, "--defined-only"_s}) +
+            dynamicSymbols(QStringLiteral(PLUGIN_MANAGEMENT_FILE), {"-C"_s, "--defined-only"_s});
+        const QStringList undefined = dynamicSymbols(c_pluginFile, {"-C"_s, "--undefined-only"_s});
         const QStringList taken = difference(undefined, difference(undefined, defined));
         const QStringList expected = linesOf(QStringLiteral(IMPORTED_SYMBOLS_FILE));
         QVERIFY(!expected.isEmpty());
@@ -85,8 +85,8 @@ private Q_SLOTS:
 
     void onlyTheInstanceIsAGuardedStatic()
     {
-        const QStringList guards = symbolsOf(c_pluginFile, {"-C"_q}).filter("guard variable"_q);
-        QCOMPARE(guards, QStringList("guard variable for qt_plugin_instance::_instance"_q));
+        const QStringList guards = symbolsOf(c_pluginFile, {"-C"_s}).filter("guard variable"_s);
+        QCOMPARE(guards, QStringList("guard variable for qt_plugin_instance::_instance"_s));
     }
 };
 

@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 #include "virtual_slot.h"
 
 #include <plugin_management/d_abstract_command.h>
@@ -50,10 +50,10 @@ public:
 };
 
 const QStringList c_commandSlots = {
-    "linkWithItsOrder"_q,    "commandName"_q,        "stopCommandName"_q, "getOrderId"_q,
-    "getParameterOrderId"_q, "isRecurrent"_q,        "isValid"_q,         "description"_q,
-    "fullDescription"_q,     "commandArguments"_q,   "commandExecute"_q,  "setReply"_q,
-    "finishTheCommand"_q,    "sigCommandFinished"_q, "addInstruction"_q,  "createCommand"_q};
+    "linkWithItsOrder"_s,    "commandName"_s,        "stopCommandName"_s, "getOrderId"_s,
+    "getParameterOrderId"_s, "isRecurrent"_s,        "isValid"_s,         "description"_s,
+    "fullDescription"_s,     "commandArguments"_s,   "commandExecute"_s,  "setReply"_s,
+    "finishTheCommand"_s,    "sigCommandFinished"_s, "addInstruction"_s,  "createCommand"_s};
 
 class SeenPlugin : public DAbstractPlugin
 {
@@ -75,8 +75,8 @@ public:
             SLOT_ENTRY(pluginType),
             SLOT_ENTRY(compatiblePlugins),
             SLOT_ENTRY(compatibilityString),
-            {"getProperty"_q, virtualSlotOf(static_cast<GetProperty>(&Seen::getProperty))},
-            {"getProperty with a fallback"_q, virtualSlotOf(static_cast<GetPropertyOr>(&Seen::getProperty))},
+            {"getProperty"_s, virtualSlotOf(static_cast<GetProperty>(&Seen::getProperty))},
+            {"getProperty with a fallback"_s, virtualSlotOf(static_cast<GetPropertyOr>(&Seen::getProperty))},
             SLOT_ENTRY(getFunctions),
             SLOT_ENTRY(getFunctionDescription),
             SLOT_ENTRY(getCommandParameters),
@@ -118,34 +118,34 @@ private Q_SLOTS:
 
     void pluginHasItsOperationsInOneRun()
     {
-        QCOMPARE(SeenPlugin::table(), consecutive(12, {"initPluginCommands"_q,
-                                                       "createInstance"_q,
-                                                       "pluginSubTypeName"_q,
-                                                       "objectUuid"_q,
-                                                       "getName"_q,
-                                                       "pluginUuid"_q,
-                                                       "pluginName"_q,
-                                                       "pluginVersion"_q,
-                                                       "pluginType"_q,
-                                                       "compatiblePlugins"_q,
-                                                       "compatibilityString"_q,
-                                                       "getProperty"_q,
-                                                       "getProperty with a fallback"_q,
-                                                       "getFunctions"_q,
-                                                       "getFunctionDescription"_q,
-                                                       "getCommandParameters"_q,
-                                                       "setMainConfig"_q,
-                                                       "getInMainConfig"_q,
-                                                       "getInPluginConfig"_q,
-                                                       "getDebugIdentification"_q,
-                                                       "getMainConfig"_q,
-                                                       "setInPluginConfig"_q,
-                                                       "setInMainConfig"_q}));
+        QCOMPARE(SeenPlugin::table(), consecutive(12, {"initPluginCommands"_s,
+                                                       "createInstance"_s,
+                                                       "pluginSubTypeName"_s,
+                                                       "objectUuid"_s,
+                                                       "getName"_s,
+                                                       "pluginUuid"_s,
+                                                       "pluginName"_s,
+                                                       "pluginVersion"_s,
+                                                       "pluginType"_s,
+                                                       "compatiblePlugins"_s,
+                                                       "compatibilityString"_s,
+                                                       "getProperty"_s,
+                                                       "getProperty with a fallback"_s,
+                                                       "getFunctions"_s,
+                                                       "getFunctionDescription"_s,
+                                                       "getCommandParameters"_s,
+                                                       "setMainConfig"_s,
+                                                       "getInMainConfig"_s,
+                                                       "getInPluginConfig"_s,
+                                                       "getDebugIdentification"_s,
+                                                       "getMainConfig"_s,
+                                                       "setInPluginConfig"_s,
+                                                       "setInMainConfig"_s}));
     }
 
     void backendHasItsOperationsInOneRun()
     {
-        QCOMPARE(SeenBackend::table(), consecutive(12, {"applyTreatmentReply"_q, "treatmentReleased"_q}));
+        QCOMPARE(SeenBackend::table(), consecutive(12, {"applyTreatmentReply"_s, "treatmentReleased"_s}));
     }
 
     void interfacesComeSecondAndKeepTheOrder()

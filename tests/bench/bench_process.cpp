@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -27,7 +28,7 @@ BenchRun endOf(QProcess* process)
 /// What the kernel says of a process after key; empty when it has ended.
 QByteArray statusOf(const QProcess& process, const QByteArray& key)
 {
-    QFile file(QStringLiteral("/proc/%1/status").arg(process.processId()));
+    QFile file("/proc/%1/status"_s.arg(process.processId()));
     if (!file.open(QIODevice::ReadOnly)) {
         return QByteArray();
     }
@@ -75,20 +76,20 @@ BenchRun runScript(const QString& script)
 {
     const QTemporaryDir scratch;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("BENCH"), benchFile());
-    environment.insert(QStringLiteral("SCRATCH"), scratch.path());
-    environment.insert(QStringLiteral("EXAMPLES"), QStringLiteral(EXAMPLES));
+    environment.insert("BENCH"_s, benchFile());
+    environment.insert("SCRATCH"_s, scratch.path());
+    environment.insert("EXAMPLES"_s, QStringLiteral(EXAMPLES));
     // A limit of the files' size would cut off the counts of coverage, which are of no use to anybody then.
-    const QString functions = QStringLiteral(
+    const QString functions =
         "ulimit() { export GCOV_PREFIX=$SCRATCH/.counts; builtin ulimit \"$@\"; }\n"
         "until_caught() { until [ $((0x0$(sed -n 's/^SigCgt:\\t//p' /proc/$1/status) & 1 << $2 - 1)) "
         "-ne 0 ]; do sleep 0.01; done; }\n"
         "unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "
-        "setpriv --bounding-set=-dac_override,-dac_read_search \"$@\"; fi; }\n");
+        "setpriv --bounding-set=-dac_override,-dac_read_search,-sys_nice \"$@\"; fi; }\n"_s;
     BenchChild process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(scratch.path());
-    process.start(QStringLiteral("bash"), {QStringLiteral("-c"), functions + script});
+    process.start("bash"_s, {"-c"_s, functions + script});
     process.waitForStarted(c_patienceMs);
     process.closeWriteChannel();
     return endOf(&process);
@@ -101,8 +102,10 @@ void BenchChild::setupChildProcess()
     }
 }
 
-BenchProcess::BenchProcess(const QStringList& arguments)
+BenchProcess::BenchProcess(const QStringList& arguments, const QString& outputFile, const QString& errorFile)
 {
+    m_process.setStandardOutputFile(outputFile);
+    m_process.setStandardErrorFile(errorFile);
     m_process.start(benchFile(), arguments);
     m_process.waitForStarted(c_patienceMs);
 }
@@ -154,6 +157,14 @@ BenchRun BenchProcess::end()
     return m_run;
 }
 
+/// Its last line is a time without a change.
+bool isTraceComplete(const QString& file)
+{
+    QFile trace(file);
+    const QByteArray text = trace.open(QIODevice::ReadOnly) ? trace.readAll() : QByteArray();
+    return text.endsWith('\n') && text.at(text.lastIndexOf('\n', -2) + 1) == '#';
+}
+
 QString benchFile()
 {
     return QStringLiteral(APPVANTOR);
@@ -168,9 +179,17 @@ QString temporaryFile(const QByteArray& text, const QString& suffix)
 {
     static QTemporaryDir folder;
     static int number = 0;
-    QFile file(folder.filePath(QStringLiteral("file%1.%2").arg(++number).arg(suffix)));
+    QFile file(folder.filePath("file%1.%2"_s.arg(++number).arg(suffix)));
     if (file.open(QIODevice::WriteOnly)) {
         file.write(text);
     }
     return file.fileName();
+}
+
+QString boardFile(const QByteArray& device, const QByteArray& channels, const QByteArray& plugin)
+{
+    return temporaryFile(R"({ "device": { "type": "simulated", )" + device +
+                         R"( }, "tools": [ { "name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}",
+                         "plugin": ")" +
+                         plugin + R"(", "channels": [ )" + channels + " ] } ] }");
 }

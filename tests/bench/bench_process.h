@@ -1,5 +1,7 @@
 #pragma once
 
+#include "literals.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QProcess>
@@ -22,7 +24,8 @@ struct BenchRun
 BenchRun runBench(const QStringList& arguments, const QByteArray& input = QByteArray());
 
 /// Runs a script of bash until it ends: "$BENCH" is the bench, "$SCRATCH" a new folder, "$EXAMPLES" that of
-/// the examples; "unprivileged COMMAND …" runs a command which file permissions bind even as root, and
+/// the examples; "unprivileged COMMAND …" runs a command which file permissions and priorities bind even as
+/// root, and
 /// "until_caught PID NUMBER" waits until a process handles a signal itself.
 BenchRun runScript(const QString& script);
 
@@ -37,7 +40,9 @@ protected:
 class BenchProcess
 {
 public:
-    explicit BenchProcess(const QStringList& arguments);
+    /// With files, standard output and standard error go there.
+    explicit BenchProcess(const QStringList& arguments, const QString& outputFile = QString(),
+                          const QString& errorFile = QString());
     ~BenchProcess();
     Q_DISABLE_COPY(BenchProcess)
 
@@ -57,9 +62,16 @@ private:
     BenchRun m_run;
 };
 
+/// True when the bench has completed its trace in file: what ran has ended.
+bool isTraceComplete(const QString& file);
+
 /// The bench's executable.
 QString benchFile();
 /// A file of the examples folder.
 QString example(const QString& name);
 /// Writes text into a new file that lasts as long as the test program, and returns its name.
-QString temporaryFile(const QByteArray& text, const QString& suffix = QStringLiteral("json"));
+QString temporaryFile(const QByteArray& text, const QString& suffix = "json"_s);
+/// Writes the configuration of a simulated board with a tool into a new file: device and channels are the
+/// JSON of what stands in their braces and brackets.
+QString boardFile(const QByteArray& device, const QByteArray& channels = QByteArray(),
+                  const QByteArray& plugin = "p_tool_gpio");

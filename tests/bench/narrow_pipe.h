@@ -1,5 +1,8 @@
 #pragma once
 
+#include "bench_process.h"
+#include "literals.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QTemporaryDir>
@@ -9,29 +12,39 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// The reading end of a named pipe that holds one page.
+/// The reading end of a named pipe that holds as little as a page.
 class NarrowPipe
 {
 public:
-    NarrowPipe()
-        : m_file(m_folder.filePath(QStringLiteral("pipe")))
+    explicit NarrowPipe(int bytes = 4096)
+        : m_file(m_folder.filePath("pipe"_s))
     {
-        constexpr int page = 4096;
         const QByteArray name = QFile::encodeName(m_file);
         mkfifo(name.constData(), S_IRUSR | S_IWUSR);
         m_end = open(name.constData(), O_RDONLY | O_NONBLOCK);
-        fcntl(m_end, F_SETPIPE_SZ, page);
+        fcntl(m_end, F_SETPIPE_SZ, bytes);
     }
     ~NarrowPipe() { close(m_end); }
     Q_DISABLE_COPY(NarrowPipe)
 
     const QString& file() const { return m_file; }
 
-    /// True while it holds anything: its one page then takes no other write.
+    /// True while it holds anything: one page then takes no other write.
     bool isFull() const
     {
         int count = 0;
         return ioctl(m_end, FIONREAD, &count) == 0 && count > 0;
+    }
+
+    /// What it is given until the bench ends.
+    QByteArray readUntilEnd(BenchProcess* bench)
+    {
+        QByteArray text;
+        while (bench->process().state() != QProcess::NotRunning) {
+            text += read();
+            bench->process().waitForFinished(1);
+        }
+        return text + read();
     }
 
     /// What it holds.

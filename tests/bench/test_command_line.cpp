@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QtTest>
 
@@ -101,7 +102,7 @@ void TestCommandLine::wrongUsageEndsWithStatus2AndSaysWhatWasExpected()
 
 void TestCommandLine::helpListsSubcommandsOptionsAndExitStatuses()
 {
-    const BenchRun run = runBench({QStringLiteral("--help")});
+    const BenchRun run = runBench({"--help"_s});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors, QByteArray());
     for (const char* word :
@@ -122,7 +123,7 @@ void TestCommandLine::everySubcommandHasItsHelp_data()
 void TestCommandLine::everySubcommandHasItsHelp()
 {
     QFETCH(QString, subcommand);
-    const BenchRun run = runBench({subcommand, QStringLiteral("--help")});
+    const BenchRun run = runBench({subcommand, "--help"_s});
     QCOMPARE(run.status, 0);
     QVERIFY(run.output.contains(" " + subcommand.toUtf8()));
     QVERIFY(run.output.contains(subcommand.toUtf8() + ": "));
@@ -131,7 +132,7 @@ void TestCommandLine::everySubcommandHasItsHelp()
 
 void TestCommandLine::helpOfASubcommandShowsItsOwnOptionsOnly()
 {
-    const QByteArray run = runBench({QStringLiteral("run"), QStringLiteral("--help")}).output;
+    const QByteArray run = runBench({"run"_s, "--help"_s}).output;
     QVERIFY(run.contains("--count"));
     QVERIFY(!run.contains("--screenshot"));
     QVERIFY(run.contains("COMMAND [NAME=VALUE"));
@@ -139,10 +140,9 @@ void TestCommandLine::helpOfASubcommandShowsItsOwnOptionsOnly()
 
 void TestCommandLine::logLevelOffSilencesErrorReports()
 {
-    const QStringList order = {QStringLiteral("run"), QStringLiteral("getValue"), QStringLiteral("channel=")};
+    const QStringList order = {"run"_s, "getValue"_s, "channel="_s};
     QVERIFY(runBench(order).errors.contains("ERROR: Tool channel is empty"));
-    const BenchRun silenced =
-        runBench(QStringList{QStringLiteral("--log-level"), QStringLiteral("off")} + order);
+    const BenchRun silenced = runBench(QStringList{"--log-level"_s, "off"_s} + order);
     QCOMPARE(silenced.status, 1);
     QCOMPARE(silenced.errors,
              QByteArray("appvantor: [1] getValue failed: the command sent no device request\n"));
@@ -150,8 +150,7 @@ void TestCommandLine::logLevelOffSilencesErrorReports()
 
 void TestCommandLine::anUnknownToolIsWrongUsage()
 {
-    const BenchRun run =
-        runBench({QStringLiteral("--tool"), QStringLiteral("Nobody"), QStringLiteral("channels")});
+    const BenchRun run = runBench({"--tool"_s, "Nobody"_s, "channels"_s});
     QCOMPARE(run.status, 2);
     QCOMPARE(run.errors, QByteArray("appvantor: there is no tool \"Nobody\"\n"));
 }

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QFile>
 #include <QtTest>
@@ -22,7 +23,7 @@ QByteArray configurationWith(const QByteArray& part, const QByteArray& replaceme
 
 BenchRun channelsWith(const QByteArray& text)
 {
-    return runBench({QStringLiteral("--config"), temporaryFile(text), QStringLiteral("channels")});
+    return runBench({"--config"_s, temporaryFile(text), "channels"_s});
 }
 
 } // namespace
@@ -170,7 +171,7 @@ void TestConfiguration::aMistakeNamesFilePlaceAndExpectation()
     QFETCH(QByteArray, replacement);
     QFETCH(QByteArray, message);
     const QString file = temporaryFile(configurationWith(part, replacement));
-    const BenchRun run = runBench({QStringLiteral("--config"), file, QStringLiteral("channels")});
+    const BenchRun run = runBench({"--config"_s, file, "channels"_s});
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QByteArray());
     QVERIFY2(("\n" + run.errors).contains("\nappvantor: " + file.toUtf8() + ": " + message) ||
@@ -208,8 +209,7 @@ void TestConfiguration::allMistakesAreToldAtOnce()
 
 void TestConfiguration::aFileThatIsNotThereIsTold()
 {
-    const BenchRun run = runBench(
-        {QStringLiteral("--config"), QStringLiteral("/nonexistent.json"), QStringLiteral("channels")});
+    const BenchRun run = runBench({"--config"_s, "/nonexistent.json"_s, "channels"_s});
     QCOMPARE(run.status, 2);
     QCOMPARE(run.errors,
              QByteArray("appvantor: /nonexistent.json: cannot be read: No such file or directory\n"));
@@ -233,11 +233,10 @@ void TestConfiguration::aPluginFileIsTakenRelativeToTheConfiguration()
 void TestConfiguration::anUnpluggedBoardEndsWithStatus3()
 {
     const QString file = temporaryFile(configurationWith("\"wires\"", "\"connected\": false, \"wires\""));
-    const BenchRun run = runBench({QStringLiteral("--config"), file, QStringLiteral("run"),
-                                   QStringLiteral("getValue"), QStringLiteral("channel=A")});
+    const BenchRun run = runBench({"--config"_s, file, "run"_s, "getValue"_s, "channel=A"_s});
     QCOMPARE(run.status, 3);
     QCOMPARE(run.errors, QByteArray("appvantor: [1] getValue failed: the simulated board is unplugged\n"));
-    QCOMPARE(runBench({QStringLiteral("--config"), file, QStringLiteral("channels")}).status, 3);
+    QCOMPARE(runBench({"--config"_s, file, "channels"_s}).status, 3);
 }
 
 QTEST_GUILESS_MAIN(TestConfiguration)

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QtTest>
 
@@ -65,8 +66,7 @@ void TestConfigurationFiles::whatIsNoConfigurationIsToldWithFileAndPlace()
     QFETCH(QString, file);
     QFETCH(QByteArray, message);
     const BenchRun run = runScript(
-        preparation +
-        QStringLiteral("\nunprivileged \"$BENCH\" --config \"%1\" run getValue channel=A").arg(file));
+        preparation + "\nunprivileged \"$BENCH\" --config \"%1\" run getValue channel=A"_s.arg(file));
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QByteArray());
     QCOMPARE(run.errors.count('\n'), 1);
@@ -78,9 +78,8 @@ void TestConfigurationFiles::whatIsNoConfigurationIsToldWithFileAndPlace()
 
 void TestConfigurationFiles::aConfigurationIsTakenFromAPipe()
 {
-    const BenchRun run =
-        runScript(QStringLiteral("{ head -c 100; sleep 0.1; cat; } <\"$EXAMPLES/traffic_light.json\" | "
-                                 "\"$BENCH\" --config /dev/stdin channels"));
+    const BenchRun run = runScript("{ head -c 100; sleep 0.1; cat; } <\"$EXAMPLES/traffic_light.json\" | "
+                                   "\"$BENCH\" --config /dev/stdin channels"_s);
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
     QVERIFY(run.output.startsWith("CHANNEL "));
@@ -88,22 +87,21 @@ void TestConfigurationFiles::aConfigurationIsTakenFromAPipe()
 
 void TestConfigurationFiles::aByteOrderMarkIsTaken()
 {
-    const BenchRun run =
-        runScript(QStringLiteral("{ printf '\\xef\\xbb\\xbf'; cat \"$EXAMPLES/traffic_light.json\"; } >c\n"
-                                 "\"$BENCH\" --config c channels"));
+    const BenchRun run = runScript("{ printf '\\xef\\xbb\\xbf'; cat \"$EXAMPLES/traffic_light.json\"; } >c\n"
+                                   "\"$BENCH\" --config c channels"_s);
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
 }
 
 void TestConfigurationFiles::aFileThatIsReplacedMeanwhileIsTheOneOrTheOther()
 {
-    const BenchRun run = runScript(QStringLiteral(
+    const BenchRun run = runScript(
         "cp \"$EXAMPLES/traffic_light.json\" c\n"
         "while :; do for name in traffic_light button_and_lamp; do\n"
         "    cp \"$EXAMPLES/$name.json\" new; mv new c\n"
         "done; done & replacing=$!\n"
         "for run in {1..30}; do \"$BENCH\" --config c channels >/dev/null || echo \"status $?\"; done\n"
-        "kill $replacing"));
+        "kill $replacing"_s);
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.output, QByteArray());
 }
@@ -120,11 +118,10 @@ void TestConfigurationFiles::aWaitForAConfigurationIsEndedByASignal_data()
 void TestConfigurationFiles::aWaitForAConfigurationIsEndedByASignal()
 {
     QFETCH(QString, signal);
-    const BenchRun run = runScript(QStringLiteral("set -m; mkfifo c\n"
-                                                  "\"$BENCH\" --config c channels & bench=$!\n"
-                                                  "exec 3>c; printf '{' >&3; kill -%1 $bench; wait $bench\n"
-                                                  "status=$?; [ $status -gt 128 ] && kill -l $status")
-                                       .arg(signal));
+    const BenchRun run = runScript("set -m; mkfifo c\n"
+                                   "\"$BENCH\" --config c channels & bench=$!\n"
+                                   "exec 3>c; printf '{' >&3; kill -%1 $bench; wait $bench\n"
+                                   "status=$?; [ $status -gt 128 ] && kill -l $status"_s.arg(signal));
     QCOMPARE(run.output, signal.toUtf8() + '\n');
 }
 

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QFile>
 #include <QtTest>
@@ -7,13 +8,11 @@ namespace {
 
 BenchRun runExample(const QString& name)
 {
-    QFile orders(example(name + QStringLiteral(".orders")));
+    QFile orders(example(name + ".orders"_s));
     if (!orders.open(QIODevice::ReadOnly)) {
         return {};
     }
-    return runBench({QStringLiteral("--config"), example(name + QStringLiteral(".json")),
-                     QStringLiteral("--json"), QStringLiteral("shell")},
-                    orders.readAll());
+    return runBench({"--config"_s, example(name + ".json"_s), "--json"_s, "shell"_s}, orders.readAll());
 }
 
 QVector<int> lastValues(const BenchRun& run, int number)
@@ -44,9 +43,9 @@ private Q_SLOTS:
 
 void TestExamples::theTourEndsWell()
 {
-    QFile orders(example(QStringLiteral("tour.orders")));
+    QFile orders(example("tour.orders"_s));
     QVERIFY(orders.open(QIODevice::ReadOnly));
-    const BenchRun run = runBench({QStringLiteral("shell"), QStringLiteral("--echo")}, orders.readAll());
+    const BenchRun run = runBench({"shell"_s, "--echo"_s}, orders.readAll());
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors, QByteArray());
     for (const char* line : {"[2] setValue: doneOk=true", "[3] getValue: value=1", "lastValue=1 value=true",
@@ -57,7 +56,7 @@ void TestExamples::theTourEndsWell()
 
 void TestExamples::theSensorsOfTheTrafficLightSeeItsRound()
 {
-    const BenchRun run = runExample(QStringLiteral("traffic_light"));
+    const BenchRun run = runExample("traffic_light"_s);
     QCOMPARE(run.status, 0);
     QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0}));
     QCOMPARE(lastValues(run, 2), QVector<int>({0, 1, 0}));
@@ -65,7 +64,7 @@ void TestExamples::theSensorsOfTheTrafficLightSeeItsRound()
 
 void TestExamples::theLampFollowsTheButton()
 {
-    const BenchRun run = runExample(QStringLiteral("button_and_lamp"));
+    const BenchRun run = runExample("button_and_lamp"_s);
     QCOMPARE(run.status, 0);
     QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0, 1, 0}));
     QCOMPARE(run.output.count("\"value\":true"), 3);
@@ -75,19 +74,17 @@ void TestExamples::theLampFollowsTheButton()
 
 void TestExamples::eachDefectOfTheFaultyBoardHasItsReason()
 {
-    const BenchRun run = runExample(QStringLiteral("fault_injection"));
+    const BenchRun run = runExample("fault_injection"_s);
     QCOMPARE(run.status, 1);
     QStringList ends;
     for (const QJsonObject& line : run.json()) {
         ends.append(line.value(QLatin1String("success")).toBool()
-                        ? QStringLiteral("done")
+                        ? "done"_s
                         : line.value(QLatin1String("reason")).toString());
     }
-    QCOMPARE(ends,
-             QStringList({QStringLiteral("done"), QStringLiteral("done"), QStringLiteral("reply rejected"),
-                          QStringLiteral("reply rejected"),
-                          QStringLiteral("the board refuses \"setValues\" of channel \"stubborn\""),
-                          QStringLiteral("no reply to \"getValue\" of channel \"dead\" within 4000 ms")}));
+    QCOMPARE(ends, QStringList({"done"_s, "done"_s, "reply rejected"_s, "reply rejected"_s,
+                                "the board refuses \"setValues\" of channel \"stubborn\""_s,
+                                "no reply to \"getValue\" of channel \"dead\" within 4000 ms"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestExamples)

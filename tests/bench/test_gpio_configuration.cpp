@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QtTest>
 
@@ -21,8 +22,7 @@ QByteArray configurationWith(const QByteArray& part, const QByteArray& replaceme
 
 BenchRun runWith(const QByteArray& text)
 {
-    return runBench({QStringLiteral("--config"), temporaryFile(text), QStringLiteral("run"),
-                     QStringLiteral("getValue"), QStringLiteral("channel=A")});
+    return runBench({"--config"_s, temporaryFile(text), "run"_s, "getValue"_s, "channel=A"_s});
 }
 
 } // namespace
@@ -120,8 +120,7 @@ void TestGpioConfiguration::aChipFileThatIsNoChipIsTold()
 
 void TestGpioConfiguration::aConfigurationForAnUnknownChipIsRefused()
 {
-    const BenchRun run = runBench(
-        {QStringLiteral("discover"), QStringLiteral("--config-for"), QStringLiteral("no-such-chip")});
+    const BenchRun run = runBench({"discover"_s, "--config-for"_s, "no-such-chip"_s});
     QCOMPARE(run.status, 3);
     QCOMPARE(run.output, QByteArray());
     QVERIFY2(run.errors.contains("GPIO chip"), run.errors.constData());

@@ -1,3 +1,5 @@
+#include "literals.h"
+
 #include <command_line/invocation.h>
 
 #include <QtTest>
@@ -29,23 +31,23 @@ void TestInvocation::aLineIsSplitAtBlanks_data()
     };
     row("", {});
     row("  ", {});
-    row("a b\tc", {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
-    row("  a   b ", {QStringLiteral("a"), QStringLiteral("b")});
-    row("a=\"b c\"", {QStringLiteral("a=\"b c\"")});
-    row("a=\"\\u0041 \\\"\" b", {QStringLiteral("a=\"\\u0041 \\\"\""), QStringLiteral("b")});
-    row("\"a b\"", {QStringLiteral("a b")});
-    row("a='b \"c'", {QStringLiteral("a=b \"c")});
-    row("a=\"b 'c\"", {QStringLiteral("a=\"b 'c\"")});
+    row("a b\tc", {"a"_s, "b"_s, "c"_s});
+    row("  a   b ", {"a"_s, "b"_s});
+    row("a=\"b c\"", {"a=\"b c\""_s});
+    row("a=\"\\u0041 \\\"\" b", {"a=\"\\u0041 \\\"\""_s, "b"_s});
+    row("\"a b\"", {"a b"_s});
+    row("a='b \"c'", {"a=b \"c"_s});
+    row("a=\"b 'c\"", {"a=\"b 'c\""_s});
     row("''", {QString()});
-    row("a\\ b", {QStringLiteral("a b")});
-    row("a\\\\", {QStringLiteral("a\\")});
-    row("a\\", {QStringLiteral("a\\")});
-    row("a=[1, 2] b", {QStringLiteral("a=[1, 2]"), QStringLiteral("b")});
-    row("a={\"x\": [1, \"]\"]} b", {QStringLiteral("a={\"x\": [1, \"]\"]}"), QStringLiteral("b")});
-    row("a=[\"x\\\"y z\"] b", {QStringLiteral("a=[\"x\\\"y z\"]"), QStringLiteral("b")});
-    row("a=[it's fine] b", {QStringLiteral("a=[it's fine]"), QStringLiteral("b")});
-    row("a] b", {QStringLiteral("a]"), QStringLiteral("b")});
-    row("é=ü ☃", {QStringLiteral("é=ü"), QStringLiteral("☃")});
+    row("a\\ b", {"a b"_s});
+    row("a\\\\", {"a\\"_s});
+    row("a\\", {"a\\"_s});
+    row("a=[1, 2] b", {"a=[1, 2]"_s, "b"_s});
+    row("a={\"x\": [1, \"]\"]} b", {"a={\"x\": [1, \"]\"]}"_s, "b"_s});
+    row("a=[\"x\\\"y z\"] b", {"a=[\"x\\\"y z\"]"_s, "b"_s});
+    row("a=[it's fine] b", {"a=[it's fine]"_s, "b"_s});
+    row("a] b", {"a]"_s, "b"_s});
+    row("é=ü ☃", {"é=ü"_s, "☃"_s});
 }
 
 void TestInvocation::aLineIsSplitAtBlanks()
@@ -86,14 +88,14 @@ void TestInvocation::aValueThatLooksLikeJsonIsReadAsJson_data()
 {
     QTest::addColumn<QString>("word");
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("text") << "v=abc" << QVariant(QStringLiteral("abc"));
+    QTest::newRow("text") << "v=abc" << QVariant("abc"_s);
     QTest::newRow("empty text") << "v=" << QVariant(QString());
-    QTest::newRow("number stays text") << "v=12" << QVariant(QStringLiteral("12"));
-    QTest::newRow("true stays text") << "v=true" << QVariant(QStringLiteral("true"));
-    QTest::newRow("text with =") << "v=a=b" << QVariant(QStringLiteral("a=b"));
-    QTest::newRow("quoted text") << "v=\"[1]\"" << QVariant(QStringLiteral("[1]"));
-    QTest::newRow("list") << "v=[1,\"a\"]" << QVariant(QVariantList{1.0, QStringLiteral("a")});
-    QTest::newRow("object") << "v={\"a\":true}" << QVariant(QVariantMap{{QStringLiteral("a"), true}});
+    QTest::newRow("number stays text") << "v=12" << QVariant("12"_s);
+    QTest::newRow("true stays text") << "v=true" << QVariant("true"_s);
+    QTest::newRow("text with =") << "v=a=b" << QVariant("a=b"_s);
+    QTest::newRow("quoted text") << "v=\"[1]\"" << QVariant("[1]"_s);
+    QTest::newRow("list") << "v=[1,\"a\"]" << QVariant(QVariantList{1.0, "a"_s});
+    QTest::newRow("object") << "v={\"a\":true}" << QVariant(QVariantMap{{"a"_s, true}});
 }
 
 void TestInvocation::aValueThatLooksLikeJsonIsReadAsJson()
@@ -101,11 +103,11 @@ void TestInvocation::aValueThatLooksLikeJsonIsReadAsJson()
     QFETCH(QString, word);
     QFETCH(QVariant, value);
     QString problem;
-    const Invocation invocation = readInvocation({QStringLiteral("cmd"), word}, &problem);
+    const Invocation invocation = readInvocation({"cmd"_s, word}, &problem);
     QCOMPARE(problem, QString());
-    QCOMPARE(invocation.command, QStringLiteral("cmd"));
-    QCOMPARE(invocation.arguments.value(QStringLiteral("v")), value);
-    QCOMPARE(invocation.arguments.value(QStringLiteral("v")).type(), value.type());
+    QCOMPARE(invocation.command, "cmd"_s);
+    QCOMPARE(invocation.arguments.value("v"_s), value);
+    QCOMPARE(invocation.arguments.value("v"_s).type(), value.type());
 }
 
 void TestInvocation::aWrongAssignmentIsRefused_data()
@@ -113,15 +115,14 @@ void TestInvocation::aWrongAssignmentIsRefused_data()
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QString>("message");
     const auto row = [](const char* name, const QStringList& words, const char* message) {
-        QTest::newRow(name) << QStringList{QStringLiteral("cmd")} + words << QString::fromUtf8(message);
+        QTest::newRow(name) << QStringList{"cmd"_s} + words << QString::fromUtf8(message);
     };
-    row("no =", {QStringLiteral("v")}, "expected NAME=VALUE, found \"v\"");
-    row("no name", {QStringLiteral("=v")}, "expected NAME=VALUE, found \"=v\"");
-    row("twice", {QStringLiteral("v=1"), QStringLiteral("v=2")}, "parameter \"v\" is given twice");
-    row("two values", {QStringLiteral("v=[1],[2]")},
-        "parameter \"v\": expected one JSON value, found [1],[2]");
-    row("broken list", {QStringLiteral("v=[1")}, "parameter \"v\": unterminated array in [1");
-    row("broken text", {QStringLiteral("v=\"a")}, "parameter \"v\": unterminated string in \"a");
+    row("no =", {"v"_s}, "expected NAME=VALUE, found \"v\"");
+    row("no name", {"=v"_s}, "expected NAME=VALUE, found \"=v\"");
+    row("twice", {"v=1"_s, "v=2"_s}, "parameter \"v\" is given twice");
+    row("two values", {"v=[1],[2]"_s}, "parameter \"v\": expected one JSON value, found [1],[2]");
+    row("broken list", {"v=[1"_s}, "parameter \"v\": unterminated array in [1");
+    row("broken text", {"v=\"a"_s}, "parameter \"v\": unterminated string in \"a");
 }
 
 void TestInvocation::aWrongAssignmentIsRefused()

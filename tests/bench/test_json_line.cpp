@@ -1,4 +1,6 @@
-#include <command_line/json_line.h>
+#include "literals.h"
+
+#include <process/json_line.h>
 
 #include <QDate>
 #include <QUuid>
@@ -29,11 +31,9 @@ void TestJsonLine::aValueIsWrittenExactly_data()
         << QVariant(std::numeric_limits<quint64>::max()) << QByteArray("18446744073709551615");
     QTest::newRow("real") << QVariant(0.5) << QByteArray("0.5");
     QTest::newRow("real that is no number") << QVariant(qQNaN()) << QByteArray("null");
-    QTest::newRow("text") << QVariant(QStringLiteral("d\u00E9 \"a\"\n"))
-                          << QByteArray("\"d\xC3\xA9 \\\"a\\\"\\n\"");
-    QTest::newRow("list") << QVariant(QVariantList{1, QStringLiteral("a")}) << QByteArray("[1,\"a\"]");
-    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("b"), 1}, {QStringLiteral("a"), 2}})
-                         << QByteArray("{\"a\":2,\"b\":1}");
+    QTest::newRow("text") << QVariant("d\u00E9 \"a\"\n"_s) << QByteArray("\"d\xC3\xA9 \\\"a\\\"\\n\"");
+    QTest::newRow("list") << QVariant(QVariantList{1, "a"_s}) << QByteArray("[1,\"a\"]");
+    QTest::newRow("map") << QVariant(QVariantMap{{"b"_s, 1}, {"a"_s, 2}}) << QByteArray("{\"a\":2,\"b\":1}");
     QTest::newRow("date") << QVariant(QDate(2026, 1, 2)) << QByteArray("\"2026-01-02\"");
     QTest::newRow("what has no text") << QVariant::fromValue<QObject*>(nullptr) << QByteArray("null");
 }

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -15,21 +16,21 @@ private Q_SLOTS:
     void commandsAreListedForPeople();
     void channelsAreListedWithTheirPresentValues();
     void channelsAreListedForPeople();
+    void aChannelThatCannotBeReadIsListedWithTheReason_data();
     void aChannelThatCannotBeReadIsListedWithTheReason();
 };
 
 void TestLists::commandsAreListedInTheOrderOfTheirDeclaration()
 {
-    const BenchRun run = runBench({QStringLiteral("commands"), QStringLiteral("--json")});
+    const BenchRun run = runBench({"commands"_s, "--json"_s});
     QCOMPARE(run.status, 0);
     QStringList names;
     for (const QJsonObject& command : run.json()) {
         names.append(command.value(QLatin1String("name")).toString());
-        QCOMPARE(command.value(QLatin1String("tool")).toString(), QStringLiteral("Front panel"));
+        QCOMPARE(command.value(QLatin1String("tool")).toString(), "Front panel"_s);
     }
-    QCOMPARE(names, QStringList({QStringLiteral("setValue"), QStringLiteral("switchValue"),
-                                 QStringLiteral("getValue"), QStringLiteral("startListening"),
-                                 QStringLiteral("init"), QStringLiteral("listenToAll")}));
+    QCOMPARE(names, QStringList({"setValue"_s, "switchValue"_s, "getValue"_s, "startListening"_s, "init"_s,
+                                 "listenToAll"_s}));
 }
 
 void TestLists::aCommandIsListedWithItsExactTexts_data()
@@ -73,13 +74,13 @@ void TestLists::aCommandIsListedWithItsExactTexts_data()
 void TestLists::aCommandIsListedWithItsExactTexts()
 {
     QFETCH(QByteArray, line);
-    const BenchRun run = runBench({QStringLiteral("--json"), QStringLiteral("commands")});
+    const BenchRun run = runBench({"--json"_s, "commands"_s});
     QVERIFY2(run.output.split('\n').contains(line), run.output.constData());
 }
 
 void TestLists::commandsAreListedForPeople()
 {
-    const BenchRun run = runBench({QStringLiteral("commands")});
+    const BenchRun run = runBench({"commands"_s});
     QCOMPARE(run.status, 0);
     QVERIFY(run.output.contains("setValue: Set the value of a GPIO pin, stopped by stopTheCommand\n"
                                 "  parameter channel (strg): Channel\n"
@@ -89,7 +90,7 @@ void TestLists::commandsAreListedForPeople()
 
 void TestLists::channelsAreListedWithTheirPresentValues()
 {
-    const BenchRun run = runBench({QStringLiteral("channels"), QStringLiteral("--json")});
+    const BenchRun run = runBench({"channels"_s, "--json"_s});
     QCOMPARE(run.status, 0);
     QCOMPARE(run.json().size(), 10);
     const QByteArray start =
@@ -102,27 +103,39 @@ void TestLists::channelsAreListedWithTheirPresentValues()
 
 void TestLists::channelsAreListedForPeople()
 {
-    const QStringList lines = runBench({QStringLiteral("channels")}).lines();
+    const QStringList lines = runBench({"channels"_s}).lines();
     QCOMPARE(lines.size(), 11);
-    QCOMPARE(lines.first(), QStringLiteral("CHANNEL      TYPE           DIRECTION LINK       VALUE   NAME"));
-    QCOMPARE(lines.at(1),
-             QStringLiteral("START        digitalInput   out       line0      0       Start button"));
+    QCOMPARE(lines.first(), "CHANNEL      TYPE           DIRECTION LINK       VALUE   NAME"_s);
+    QCOMPARE(lines.at(1), "START        digitalInput   out       line0      0       Start button"_s);
+}
+
+void TestLists::aChannelThatCannotBeReadIsListedWithTheReason_data()
+{
+    QTest::addColumn<QByteArray>("device");
+    QTest::addColumn<QByteArray>("failure");
+    QTest::addColumn<int>("status");
+    QTest::newRow("refused") << QByteArray(R"("faults": [ {"kind": "refused", "instruction": "getValue"} ])")
+                             << QByteArray(R"("kind":"refusedByDevice",)"
+                                           R"("reason":"the board refuses \"getValue\" of channel \"a\"")")
+                             << 1;
+    QTest::newRow("away") << QByteArray(R"("connected": false)")
+                          << QByteArray(
+                                 R"("kind":"deviceUnreachable","reason":"the simulated board is unplugged")")
+                          << 3;
 }
 
 void TestLists::aChannelThatCannotBeReadIsListedWithTheReason()
 {
-    const QString file = temporaryFile(R"({
-      "device": { "type": "simulated", "lines": [ {"name": "a"} ],
-                  "faults": [ {"kind": "refused", "instruction": "getValue"} ] },
-      "tools": [ { "name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "p_tool_gpio",
-                   "channels": [ {"id": "A", "value": [ {"id": "link", "value": "a"} ]}, {"id": "B"} ] } ] })");
-    const BenchRun run =
-        runBench({QStringLiteral("--config"), file, QStringLiteral("--json"), QStringLiteral("channels")});
-    QCOMPARE(run.status, 1);
-    const QByteArray refused = R"("value":null,"problem":"the board refuses \"getValue\" of channel \"a\""})";
+    QFETCH(QByteArray, device);
+    QFETCH(QByteArray, failure);
+    QFETCH(int, status);
+    const QString file = boardFile(R"("lines": [ {"name": "a"} ], )" + device,
+                                   R"({"id": "A", "value": [ {"id": "link", "value": "a"} ]}, {"id": "B"})");
+    const BenchRun run = runBench({"--config"_s, file, "--json"_s, "channels"_s});
+    QCOMPARE(run.status, status);
     const QByteArray unlinked = R"({"id":"B","name":"","visibility":"","type":"","direction":"","link":null,)"
                                 R"("value":null})";
-    QVERIFY2(run.output.contains(refused), run.output.constData());
+    QVERIFY2(run.output.contains(R"("value":null,)" + failure + "}\n"), run.output.constData());
     QVERIFY(run.output.contains(unlinked));
 }
 

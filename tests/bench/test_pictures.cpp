@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QtTest>
 
@@ -7,11 +8,10 @@ namespace {
 /// Takes a picture of the window and one of the panel; both must end alike. Ends with what the folder holds.
 BenchRun takePictures(const QString& preparation, const QString& file)
 {
-    return runScript(preparation + QStringLiteral("\nfor page in window panel; do\n"
-                                                  "    $privilege \"$BENCH\" $page --screenshot %1; echo $?\n"
-                                                  "done\n"
-                                                  "shopt -s nullglob; echo *; cat kept.png 2>/dev/null; true")
-                                       .arg(file));
+    return runScript(preparation + "\nfor page in window panel; do\n"
+                                   "    $privilege \"$BENCH\" $page --screenshot %1; echo $?\n"
+                                   "done\n"
+                                   "shopt -s nullglob; echo *; cat kept.png 2>/dev/null; true"_s.arg(file));
 }
 
 } // namespace
@@ -67,8 +67,7 @@ void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
 /// A picture of little more than the one block that a file may have.
 void TestPictures::aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture()
 {
-    const BenchRun run = takePictures(QStringLiteral("echo old >kept.png; ulimit -f 1"),
-                                      QStringLiteral("kept.png --size 60x40"));
+    const BenchRun run = takePictures("echo old >kept.png; ulimit -f 1"_s, "kept.png --size 60x40"_s);
     QVERIFY2(run.errors.count("appvantor: cannot write the picture kept.png: File too large\n") == 2,
              run.errors.constData());
     QCOMPARE(run.output, QByteArray("2\n2\nkept.png\nold\n"));
@@ -76,7 +75,7 @@ void TestPictures::aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture()
 
 void TestPictures::aPictureReplacesAnother()
 {
-    const BenchRun run = takePictures(QStringLiteral("echo old >kept.png"), QStringLiteral("kept.png"));
+    const BenchRun run = takePictures("echo old >kept.png"_s, "kept.png"_s);
     QVERIFY2(run.output.startsWith("0\n0\nkept.png\n\x89PNG"), run.output.left(80).constData());
 }
 

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QFile>
 #include <QtTest>
@@ -12,17 +13,17 @@ QByteArray pluginLibrary()
 }
 
 /// Runs words, a subcommand with its arguments, with this plugin.
-BenchRun runWithPlugin(const QString& plugin, const QStringList& words = {QStringLiteral("commands")})
+BenchRun runWithPlugin(const QString& plugin, const QStringList& words = {"commands"_s})
 {
     const QByteArray configuration = R"({"device": {"type": "simulated", "lines": [ {"name": "a"} ]},
       "tools": [ {"name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "%1"} ] })";
     const QString file = temporaryFile(QString::fromUtf8(configuration).arg(plugin).toUtf8());
-    return runBench(QStringList{QStringLiteral("--config"), file} + words);
+    return runBench(QStringList{"--config"_s, file} + words);
 }
 
 QString testPlugin(const QString& name)
 {
-    return QStringLiteral("%1/lib%2_plugin.so").arg(QStringLiteral(LOADER_PLUGINS), name);
+    return "%1/lib%2_plugin.so"_s.arg(QStringLiteral(LOADER_PLUGINS), name);
 }
 
 /// The plugin's library with a text in it replaced by another of the same length.
@@ -107,7 +108,7 @@ void TestPluginFiles::aLibraryThatCannotBeUsedIsToldWithItsFile()
 {
     QFETCH(QByteArray, library);
     QFETCH(QByteArray, message);
-    const QString file = temporaryFile(library, QStringLiteral("so"));
+    const QString file = temporaryFile(library, "so"_s);
     const BenchRun run = runWithPlugin(file);
     QCOMPARE(run.status, 2);
     QCOMPARE(run.output, QByteArray());
@@ -120,7 +121,7 @@ void TestPluginFiles::aLibraryThatIsCutOffIsToldWithItsFile()
     const QByteArray library = pluginLibrary();
     constexpr int cuts = 24;
     for (int cut = 0; cut < cuts; ++cut) {
-        const QString file = temporaryFile(library.left(library.size() / cuts * cut), QStringLiteral("so"));
+        const QString file = temporaryFile(library.left(library.size() / cuts * cut), "so"_s);
         const BenchRun run = runWithPlugin(file);
         QCOMPARE(run.status, 2);
         QVERIFY2(
@@ -133,9 +134,9 @@ void TestPluginFiles::aLibraryThatIsCutOffIsToldWithItsFile()
 void TestPluginFiles::whatIsNoFileIsToldWithItsName_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::newRow("a folder") << QStringLiteral("/usr");
-    QTest::newRow("an endless device") << QStringLiteral("/dev/zero");
-    QTest::newRow("an empty device") << QStringLiteral("/dev/null");
+    QTest::newRow("a folder") << "/usr"_s;
+    QTest::newRow("an endless device") << "/dev/zero"_s;
+    QTest::newRow("an empty device") << "/dev/null"_s;
 }
 
 void TestPluginFiles::whatIsNoFileIsToldWithItsName()
@@ -150,10 +151,9 @@ void TestPluginFiles::whatIsNoFileIsToldWithItsName()
 void TestPluginFiles::anUnreadableLibraryIsTold()
 {
     const BenchRun run =
-        runScript(QStringLiteral("cp \"%1\" p.so; chmod 000 p.so\n"
-                                 "sed 's#\"p_tool_gpio\"#\"./p.so\"#' \"$EXAMPLES/traffic_light.json\" >c\n"
-                                 "unprivileged \"$BENCH\" --config c commands")
-                      .arg(QStringLiteral(PLUGIN_FILE)));
+        runScript("cp \"%1\" p.so; chmod 000 p.so\n"
+                  "sed 's#\"p_tool_gpio\"#\"./p.so\"#' \"$EXAMPLES/traffic_light.json\" >c\n"
+                  "unprivileged \"$BENCH\" --config c commands"_s.arg(QStringLiteral(PLUGIN_FILE)));
     QCOMPARE(run.status, 2);
     QVERIFY2(run.errors.startsWith("appvantor: ") && run.errors.contains("/p.so: not a plugin") &&
                  run.errors.contains("Permission denied"),
@@ -165,18 +165,16 @@ void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("message");
     QTest::newRow("foreign interface")
-        << QStringLiteral("foreign") << QByteArray("interface identifier \"org.example.ForeignPlugin\"");
+        << "foreign"_s << QByteArray("interface identifier \"org.example.ForeignPlugin\"");
     QTest::newRow("instance that throws")
-        << QStringLiteral("throwing") << QByteArray("its instance could not be made: out of magic\n");
+        << "throwing"_s << QByteArray("its instance could not be made: out of magic\n");
     QTest::newRow("instance that throws a number")
-        << QStringLiteral("hurling")
-        << QByteArray("its instance could not be made: it threw something unknown\n");
-    QTest::newRow("no instance") << QStringLiteral("null") << QByteArray("it gave no instance\n");
+        << "hurling"_s << QByteArray("its instance could not be made: it threw something unknown\n");
+    QTest::newRow("no instance") << "null"_s << QByteArray("it gave no instance\n");
     QTest::newRow("instance of another host")
-        << QStringLiteral("plain_object") << QByteArray("its instance is no plugin of this host\n");
+        << "plain_object"_s << QByteArray("its instance is no plugin of this host\n");
     QTest::newRow("no instance for a tool")
-        << QStringLiteral("hollow")
-        << QByteArray("it made no instance that this host can use for the tool \"T\"\n");
+        << "hollow"_s << QByteArray("it made no instance that this host can use for the tool \"T\"\n");
 }
 
 void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile()
@@ -191,8 +189,7 @@ void TestPluginFiles::aPluginOfAnotherKindIsToldWithItsFile()
 
 void TestPluginFiles::aCommandThatCannotBeMadeIsTold()
 {
-    const BenchRun run =
-        runWithPlugin(testPlugin(QStringLiteral("barren")), {QStringLiteral("run"), QStringLiteral("work")});
+    const BenchRun run = runWithPlugin(testPlugin("barren"_s), {"run"_s, "work"_s});
     QCOMPARE(run.status, 1);
     QCOMPARE(run.errors, QByteArray("appvantor: [1] work failed: the plugin made no command \"work\"\n"));
 }
@@ -201,7 +198,7 @@ void TestPluginFiles::aCommandThatCannotBeMadeIsTold()
 void TestPluginFiles::debugAndReleaseBuildsMix()
 {
     for (const char debug : {'\0', '\1'}) {
-        const BenchRun run = runWithPlugin(temporaryFile(libraryWithHead(3, debug), QStringLiteral("so")));
+        const BenchRun run = runWithPlugin(temporaryFile(libraryWithHead(3, debug), "so"_s));
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(run.status, 0);
         QVERIFY(run.output.startsWith("setValue: "));

@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "literals.h"
 #include "narrow_pipe.h"
 
 #include <QFile>
@@ -37,10 +38,11 @@ private Q_SLOTS:
     void aSignalClosesAWindowProperly();
     void aSignalEndsAListOfChannelsAtOnce_data();
     void aSignalEndsAListOfChannelsAtOnce();
-    void aSignalEndsAWaitForAReader_data();
-    void aSignalEndsAWaitForAReader();
-    void oneSignalEndsAWaitInTheMiddleOfALine_data();
-    void oneSignalEndsAWaitInTheMiddleOfALine();
+    void aSignalLeavesToASleepingReaderWhatIsQueued_data();
+    void aSignalLeavesToASleepingReaderWhatIsQueued();
+    void aSignalEndsTheWaitForAReader_data();
+    void aSignalEndsTheWaitForAReader();
+    void theThreadOfTheDeviceHearsNoSignal();
     void anIgnoredHangUpIsNotHeard();
     void aClosedPipeElsewhereIsNotDiedOf();
     void aRunGoesOnAfterAStop();
@@ -55,8 +57,7 @@ void TestSignals::aSignalEndsARunProperly_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("end");
     QTest::addColumn<QByteArray>("errors");
-    const QString silent =
-        QStringLiteral("--config %1 ").arg(example(QStringLiteral("fault_injection.json")));
+    const QString silent = "--config %1 "_s.arg(example("fault_injection.json"_s));
     for (const Signal& signal : c_endingSignals) {
         const auto row = [&signal](const char* name, const QString& arguments, const char* input,
                                    const char* sign, int status, const char* end, const char* errors) {
@@ -64,22 +65,20 @@ void TestSignals::aSignalEndsARunProperly_data()
                 << signal.number << arguments << QByteArray(input) << QByteArray(sign) << status
                 << QByteArray(end) << QByteArray(errors);
         };
-        row("listening", QStringLiteral("run startListening channel=START edge=RE"), "", "value=false", 0,
+        row("listening", "run startListening channel=START edge=RE"_s, "", "value=false", 0,
             "[1] startListening: lastValue=0 value=false\n", "");
-        row("blinking",
-            QStringLiteral("run setValue channel=START state=BLINK duration=20 dutyCycle=50 --for 1000"), "",
+        row("blinking", "run setValue channel=START state=BLINK duration=20 dutyCycle=50 --for 1000"_s, "",
             "doneOk=true", 0, "[1] setValue: doneOk=true\n", "");
-        row("pulse", QStringLiteral("shell --echo"), "setValue channel=START state=PULSE duration=60000\n",
-            "PULSE", 1, "duration=60000\n",
-            "appvantor: [1] setValue failed: stopped before it was complete\n");
-        row("waiting for the device", silent + QStringLiteral("shell --echo"), "getValue channel=DEAD\n",
-            "DEAD", 1, "DEAD\n", "appvantor: [1] getValue failed: stopped before it was complete\n");
-        row("sleeping", QStringLiteral("shell --echo"), "sleep 80000000\n", "sleep", 0, "80000000\n", "");
-        row("waiting for an order", QStringLiteral("shell --echo"), "listenToAll\nwait 1\n", "> wait", 0,
+        row("pulse", "shell --echo"_s, "setValue channel=START state=PULSE duration=60000\n", "PULSE", 1,
+            "duration=60000\n", "appvantor: [1] setValue failed: stopped before it was complete\n");
+        row("waiting for the device", silent + "shell --echo"_s, "getValue channel=DEAD\n", "DEAD", 1,
+            "DEAD\n", "appvantor: [1] getValue failed: stopped before it was complete\n");
+        row("sleeping", "shell --echo"_s, "sleep 80000000\n", "sleep", 0, "80000000\n", "");
+        row("waiting for an order", "shell --echo"_s, "listenToAll\nwait 1\n", "> wait", 0,
             "\n[1] listenToAll: value=96\n", "");
-        row("idle, with an order beside", QStringLiteral("shell"), "listenToAll\n", "value=", 0,
+        row("idle, with an order beside", "shell"_s, "listenToAll\n", "value=", 0,
             "\n[1] listenToAll: value=96\n", "");
-        row("idle", QStringLiteral("shell --echo"), "# nothing\n", "nothing", 0, "> # nothing\n", "");
+        row("idle", "shell --echo"_s, "# nothing\n", "nothing", 0, "> # nothing\n", "");
     }
 }
 
@@ -118,8 +117,8 @@ void TestSignals::aSecondSignalChangesNothing()
 {
     QFETCH(int, first);
     QFETCH(int, second);
-    const QString trace = temporaryFile(QByteArray(), QStringLiteral("vcd"));
-    BenchProcess bench(QStringList{QStringLiteral("--trace"), trace} + words("run listenToAll"));
+    const QString trace = temporaryFile(QByteArray(), "vcd"_s);
+    BenchProcess bench(QStringList{"--trace"_s, trace} + words("run listenToAll"));
     QVERIFY(bench.waitForOutput("value="));
     bench.send(first);
     while (bench.process().state() != QProcess::NotRunning) {
@@ -157,8 +156,8 @@ void TestSignals::aSignalClosesAWindowProperly()
 {
     QFETCH(int, number);
     QFETCH(QString, page);
-    const QString name = temporaryFile(QByteArray(), QStringLiteral("vcd"));
-    BenchProcess bench({QStringLiteral("--trace"), name, page});
+    const QString name = temporaryFile(QByteArray(), "vcd"_s);
+    BenchProcess bench({"--trace"_s, name, page});
     QVERIFY(bench.waitUntilCaught(number));
     bench.send(number);
     QCOMPARE(bench.end().status, 0);
@@ -180,9 +179,8 @@ void TestSignals::aSignalEndsAListOfChannelsAtOnce_data()
 void TestSignals::aSignalEndsAListOfChannelsAtOnce()
 {
     QFETCH(int, number);
-    const QString trace = temporaryFile(QByteArray(), QStringLiteral("vcd"));
-    BenchProcess bench({QStringLiteral("--config"), example(QStringLiteral("fault_injection.json")),
-                        QStringLiteral("--trace"), trace, QStringLiteral("channels")});
+    const QString trace = temporaryFile(QByteArray(), "vcd"_s);
+    BenchProcess bench({"--config"_s, example("fault_injection.json"_s), "--trace"_s, trace, "channels"_s});
     QTRY_VERIFY_WITH_TIMEOUT(QFile(trace).size() > 0, 20000);
     bench.send(number);
     bench.end();
@@ -190,61 +188,71 @@ void TestSignals::aSignalEndsAListOfChannelsAtOnce()
     QCOMPARE(bench.process().exitCode(), number);
 }
 
-void TestSignals::aSignalEndsAWaitForAReader_data()
+void TestSignals::aSignalLeavesToASleepingReaderWhatIsQueued_data()
 {
-    QTest::addColumn<int>("number");
-    for (const Signal& signal : c_endingSignals) {
-        QTest::newRow(signal.name) << signal.number;
-    }
+    aSignalEndsAListOfChannelsAtOnce_data();
 }
 
-/// Output to a pipe that is full, and that nobody reads.
-void TestSignals::aSignalEndsAWaitForAReader()
+void TestSignals::aSignalLeavesToASleepingReaderWhatIsQueued()
 {
     QFETCH(int, number);
-    const BenchRun run =
-        runScript(QStringLiteral("mkfifo o; exec 4<>o; dd if=/dev/zero of=o oflag=nonblock bs=4096 2>&-\n"
-                                 "\"$BENCH\" run startListening channel=START >&4 & bench=$!\n"
-                                 "until_caught $bench %1\n"
-                                 "while kill -%1 $bench 2>&-; do sleep 0.05; done\n"
-                                 "wait $bench")
-                      .arg(number));
+    NarrowPipe pipe;
+    const QString trace = temporaryFile(QByteArray(), "vcd"_s);
+    BenchProcess bench({"--trace"_s, trace, "shell"_s, "--echo"_s}, pipe.file());
+    bench.process().write("# " + QByteArray(9000, 'x') + "\nlistenToAll\n");
+    QTRY_VERIFY_WITH_TIMEOUT(pipe.isFull(), 20000);
+    bench.send(number);
+    QTRY_VERIFY_WITH_TIMEOUT(isTraceComplete(trace), 20000);
+    const QByteArray output = pipe.readUntilEnd(&bench);
+    QVERIFY2(output.endsWith("\n[1] listenToAll: value=96\n"), output.right(80).constData());
+    const BenchRun run = bench.end();
+    QCOMPARE(run.errors, QByteArray());
+    QCOMPARE(run.status, 0);
+}
+
+void TestSignals::aSignalEndsTheWaitForAReader_data()
+{
+    aSignalEndsAListOfChannelsAtOnce_data();
+}
+
+void TestSignals::aSignalEndsTheWaitForAReader()
+{
+    QFETCH(int, number);
+    const NarrowPipe pipe;
+    const QString trace = temporaryFile(QByteArray(), "vcd"_s);
+    BenchProcess bench({"--trace"_s, trace, "shell"_s, "--echo"_s}, pipe.file());
+    bench.process().write("# " + QByteArray(9000, 'x') + '\n');
+    bench.process().closeWriteChannel();
+    QTRY_VERIFY_WITH_TIMEOUT(isTraceComplete(trace), 20000);
+    bench.send(number);
+    const BenchRun run = bench.end();
     QCOMPARE(run.errors,
              QByteArray("appvantor: standard output cannot be written: Interrupted system call\n"));
     QCOMPARE(run.status, 1);
 }
 
-void TestSignals::oneSignalEndsAWaitInTheMiddleOfALine_data()
+/// Handlers of libraries run in any thread that hears the signal, and expect the main one.
+void TestSignals::theThreadOfTheDeviceHearsNoSignal()
 {
-    aSignalEndsAWaitForAReader_data();
-}
-
-void TestSignals::oneSignalEndsAWaitInTheMiddleOfALine()
-{
-    QFETCH(int, number);
-    const NarrowPipe pipe;
-    BenchChild bench;
-    bench.setStandardOutputFile(pipe.file());
-    bench.start(benchFile(), {QStringLiteral("shell"), QStringLiteral("--echo")});
-    bench.write("getValue channel=" + QByteArray(9000, 'x') + '\n');
-    QTRY_VERIFY_WITH_TIMEOUT(pipe.isFull(), 20000);
-    kill(static_cast<pid_t>(bench.processId()), number);
-    QVERIFY(bench.waitForFinished(20000));
-    QVERIFY2(bench.readAllStandardError().contains(
-                 "appvantor: standard output cannot be written: Interrupted system call\n"),
-             bench.readAllStandardError().constData());
-    QCOMPARE(bench.exitCode(), 1);
+    const BenchRun run =
+        runScript("\"$BENCH\" --realtime run listenToAll >o 2>e & until_caught $! 15\n"
+                  "until thread=$(grep -lx device /proc/$!/task/*/comm); do sleep 0.01; done\n"
+                  "sed -n 's/^SigBlk:\\t//p' \"${thread%comm}status\"; kill $!; wait $!"_s);
+    const quint64 blocked = run.output.trimmed().toULongLong(nullptr, 16);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGCONT, SIGALRM}) {
+        QVERIFY2((blocked >> (number - 1) & 1) != 0, run.output.constData());
+    }
+    QCOMPARE(run.status, 0);
 }
 
 void TestSignals::anIgnoredHangUpIsNotHeard()
 {
-    const BenchRun run =
-        runScript(QStringLiteral("trap '' HUP\n"
-                                 "\"$BENCH\" run startListening channel=TEMPERATURE >o & bench=$!\n"
-                                 "until_caught $bench 15; kill -HUP $bench\n"
-                                 "lines=$(wc -l <o)\n"
-                                 "while [ \"$(wc -l <o)\" -eq $lines ]; do sleep 0.01; done\n"
-                                 "kill -TERM $bench; wait $bench"));
+    const BenchRun run = runScript("trap '' HUP\n"
+                                   "\"$BENCH\" run startListening channel=TEMPERATURE >o & bench=$!\n"
+                                   "until_caught $bench 15; kill -HUP $bench\n"
+                                   "lines=$(wc -l <o)\n"
+                                   "while [ \"$(wc -l <o)\" -eq $lines ]; do sleep 0.01; done\n"
+                                   "kill -TERM $bench; wait $bench"_s);
     QCOMPARE(run.errors, QByteArray());
     QCOMPARE(run.status, 0);
 }

@@ -1,6 +1,8 @@
 #include "bench_process.h"
+#include "literals.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -126,6 +128,7 @@ private Q_SLOTS:
     void commandsParametersChannelsAndStatesAreCompleted();
     void theHistoryLastsFromOneRunToTheNext();
     void eventsDoNotTearThePrompt();
+    void aTerminalThatStandsStillHoldsNothingUp();
     void ctrlCAtThePromptStopsWhatRunsAndEnds();
     void ctrlCStopsWhatHoldsThePromptBack();
     void aFailureBesideThePromptBringsItBack();
@@ -139,7 +142,7 @@ private Q_SLOTS:
 void TestTerminal::theShellPromptsAndEndsWithTheInput()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell")}, home.path());
+    Terminal terminal({"shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("getValue channel=ALARM\n");
     QVERIFY(terminal.shows("[1] getValue: value=1"));
@@ -151,7 +154,7 @@ void TestTerminal::theShellPromptsAndEndsWithTheInput()
 void TestTerminal::commandsParametersChannelsAndStatesAreCompleted()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell")}, home.path());
+    Terminal terminal({"shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("setV\tch\tDO\tsta\tON\n");
     QVERIFY(terminal.shows("[1] setValue: doneOk=true"));
@@ -171,7 +174,7 @@ void TestTerminal::theHistoryLastsFromOneRunToTheNext()
 {
     QTemporaryDir home;
     {
-        Terminal terminal({QStringLiteral("shell")}, home.path());
+        Terminal terminal({"shell"_s}, home.path());
         QVERIFY(terminal.shows("gpio> "));
         terminal.type("getValue channel=ALARM\n");
         QVERIFY(terminal.shows("value=1"));
@@ -179,7 +182,7 @@ void TestTerminal::theHistoryLastsFromOneRunToTheNext()
         terminal.type("\x04");
         QCOMPARE(terminal.end(), 0);
     }
-    Terminal terminal({QStringLiteral("shell")}, home.path());
+    Terminal terminal({"shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("\x1b[A");
     QVERIFY(terminal.shows("getValue channel=ALARM"));
@@ -190,7 +193,7 @@ void TestTerminal::theHistoryLastsFromOneRunToTheNext()
 void TestTerminal::eventsDoNotTearThePrompt()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell")}, home.path());
+    Terminal terminal({"shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("startListening channel=TEMPERATURE\n");
     QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
@@ -202,10 +205,23 @@ void TestTerminal::eventsDoNotTearThePrompt()
     QVERIFY(terminal.shows("[2] getValue: value=1"));
 }
 
+/// As after Ctrl-S: its buffers are full soon.
+void TestTerminal::aTerminalThatStandsStillHoldsNothingUp()
+{
+    QTemporaryDir home;
+    const QString trace = home.filePath("t.vcd"_s);
+    Terminal terminal({"--trace"_s, trace, "shell"_s}, home.path());
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type(QByteArray("startListening channel=DOOR\n").repeated(20));
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 30000, 30000);
+}
+
 void TestTerminal::ctrlCAtThePromptStopsWhatRunsAndEnds()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell")}, home.path());
+    Terminal terminal({"shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("startListening channel=START\n");
     QVERIFY(terminal.shows("value=0"));
@@ -217,7 +233,7 @@ void TestTerminal::ctrlCAtThePromptStopsWhatRunsAndEnds()
 void TestTerminal::ctrlCStopsWhatHoldsThePromptBack()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell"), QStringLiteral("--echo")}, home.path());
+    Terminal terminal({"shell"_s, "--echo"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("sleep 80000000\n");
     QVERIFY(terminal.shows("> sleep 80000000\r\n"));
@@ -230,9 +246,7 @@ void TestTerminal::ctrlCStopsWhatHoldsThePromptBack()
 void TestTerminal::aFailureBesideThePromptBringsItBack()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("--config"), example(QStringLiteral("fault_injection.json")),
-                       QStringLiteral("shell")},
-                      home.path());
+    Terminal terminal({"--config"_s, example("fault_injection.json"_s), "shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
     terminal.type("getValue channel=DEAD &\n");
     QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
@@ -245,10 +259,9 @@ void TestTerminal::aFailureBesideThePromptBringsItBack()
 void TestTerminal::noProgressIsShownWithJson()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("--json"), QStringLiteral("run"), QStringLiteral("setValue"),
-                       QStringLiteral("channel=START"), QStringLiteral("state=PULSE"),
-                       QStringLiteral("duration=900")},
-                      home.path());
+    Terminal terminal(
+        {"--json"_s, "run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
+        home.path());
     QCOMPARE(terminal.end(), 0);
     QVERIFY(!terminal.seen().contains("PULSE ["));
     QVERIFY(terminal.seen().contains("\"success\":true"));
@@ -257,8 +270,7 @@ void TestTerminal::noProgressIsShownWithJson()
 void TestTerminal::aPulseShowsItsProgress()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("run"), QStringLiteral("setValue"), QStringLiteral("channel=START"),
-                       QStringLiteral("state=PULSE"), QStringLiteral("duration=900")},
+    Terminal terminal({"run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
                       home.path());
     QVERIFY(terminal.shows("PULSE [####"));
     QVERIFY(terminal.shows("of 0.9 s"));
@@ -285,7 +297,7 @@ void TestTerminal::aTerminalThatGoesAwayEndsTheShell()
     QFETCH(QByteArray, sign);
     QFETCH(int, status);
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell"), QStringLiteral("--echo")}, home.path());
+    Terminal terminal({"shell"_s, "--echo"_s}, home.path());
     if (!line.isEmpty()) {
         QVERIFY(terminal.shows("gpio> "));
         terminal.type(line);
@@ -298,7 +310,7 @@ void TestTerminal::aTerminalThatGoesAwayEndsTheShell()
 void TestTerminal::aTerminalThatGoesAwayUnheardEndsTheShell()
 {
     QTemporaryDir home;
-    Terminal terminal({QStringLiteral("shell")}, home.path(), false);
+    Terminal terminal({"shell"_s}, home.path(), false);
     QVERIFY(terminal.shows("gpio> "));
     QCOMPARE(terminal.hangUp(), 0);
 }

@@ -1,6 +1,7 @@
 #include "bench_process.h"
+#include "literals.h"
 
-#include <bench/bench.h>
+#include <configuration/bench.h>
 #include <plugin_management/d_order.h>
 
 #include <QSignalSpy>
@@ -26,8 +27,7 @@ QByteArray configuration()
 
 QVariantMap on(const char* channel, const char* state)
 {
-    return {{QStringLiteral("channel"), QString::fromLatin1(channel)},
-            {QStringLiteral("state"), QString::fromLatin1(state)}};
+    return {{"channel"_s, QString::fromLatin1(channel)}, {"state"_s, QString::fromLatin1(state)}};
 }
 
 } // namespace
@@ -56,15 +56,15 @@ void TestTwoTools::init()
     QString problem;
     const auto read = readConfiguration(temporaryFile(configuration()), &problem);
     QVERIFY2(read, qPrintable(problem));
-    m_bench = Bench::make(*read, &problem);
+    m_bench = Bench::make(*read, DevicePlace::SameThread, &problem);
     QVERIFY2(m_bench != nullptr, qPrintable(problem));
+    m_bench->device().open();
 }
 
 void TestTwoTools::ordersOfBothToolsRunAtOnceEachOnItsOwnChannel()
 {
-    DOrder first(tool(0), QStringLiteral("setValue"), on("OWN", "ON"));
-    DOrder second(tool(1), QStringLiteral("switchValue"),
-                  {{QStringLiteral("channel"), QStringLiteral("OWN")}});
+    DOrder first(tool(0), "setValue"_s, on("OWN", "ON"));
+    DOrder second(tool(1), "switchValue"_s, {{"channel"_s, "OWN"_s}});
     QSignalSpy firstEnd(&first, &DOrder::finished);
     QSignalSpy secondEnd(&second, &DOrder::finished);
     first.start();
@@ -72,34 +72,31 @@ void TestTwoTools::ordersOfBothToolsRunAtOnceEachOnItsOwnChannel()
     QTRY_COMPARE(firstEnd.size() + secondEnd.size(), 2);
     QVERIFY(first.isSuccessful());
     QVERIFY(second.isSuccessful());
-    QCOMPARE(m_bench->device().level(0), 1);
-    QCOMPARE(m_bench->device().level(1), 1);
+    QCOMPARE(m_bench->device().level(0).level, 1);
+    QCOMPARE(m_bench->device().level(1).level, 1);
 }
 
 void TestTwoTools::aListenerOfOneToolHearsWhatTheOtherDoes()
 {
-    DOrder listener(tool(0), QStringLiteral("startListening"),
-                    {{QStringLiteral("channel"), QStringLiteral("OTHER")}});
+    DOrder listener(tool(0), "startListening"_s, {{"channel"_s, "OTHER"_s}});
     QSignalSpy events(&listener, &DOrder::eventReceived);
     listener.start();
     QTRY_COMPARE(events.size(), 1);
-    DOrder writer(tool(1), QStringLiteral("setValue"), on("OWN", "ON"));
+    DOrder writer(tool(1), "setValue"_s, on("OWN", "ON"));
     writer.start();
     QTRY_COMPARE(events.size(), 2);
-    QCOMPARE(events.last().first().toMap().value(QStringLiteral("lastValue")).toInt(), 1);
+    QCOMPARE(events.last().first().toMap().value("lastValue"_s).toInt(), 1);
 }
 
 void TestTwoTools::anOrderOfOneToolGoesOnWhenTheOthersAreStopped()
 {
-    DOrder first(tool(0), QStringLiteral("startListening"),
-                 {{QStringLiteral("channel"), QStringLiteral("OWN")}});
-    DOrder second(tool(1), QStringLiteral("startListening"),
-                  {{QStringLiteral("channel"), QStringLiteral("OTHER")}});
+    DOrder first(tool(0), "startListening"_s, {{"channel"_s, "OWN"_s}});
+    DOrder second(tool(1), "startListening"_s, {{"channel"_s, "OTHER"_s}});
     QSignalSpy events(&second, &DOrder::eventReceived);
     first.start();
     second.start();
     first.stop();
-    DOrder writer(tool(0), QStringLiteral("setValue"), on("OWN", "ON"));
+    DOrder writer(tool(0), "setValue"_s, on("OWN", "ON"));
     writer.start();
     QTRY_COMPARE(events.size(), 2);
     QCOMPARE(second.state(), DOrder::State::Running);

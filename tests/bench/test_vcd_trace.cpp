@@ -1,7 +1,9 @@
+#include "literals.h"
+#include "manual_scheduler.h"
 #include "narrow_pipe.h"
+#include "recording_client.h"
 
 #include <devices/simulated_board.h>
-#include <plugin_management/d_device.h>
 #include <trace/vcd_trace.h>
 
 #include <QCoreApplication>
@@ -15,28 +17,73 @@
 
 namespace {
 
-class NoClient final : public DDeviceClient
+/// A board with a lamp, and a knob that is turned by hand, at the time 0.
+class Board
 {
 public:
-    void requestReplied(quint64 id, const QVariantMap& reply) override
+    Board()
+        : m_device(makeSimulatedBoard(setup(), &m_time, DevicePlace::SameThread))
     {
-        Q_UNUSED(id)
-        Q_UNUSED(reply)
+        m_device->open();
     }
-    void requestFailed(quint64 id, const QString& reason) override
+
+    LineDevice& device() { return *m_device; }
+    void advance(qint64 us) { m_time.advance(us); }
+    void turnKnob(int level) { m_device->setInput(1, level); }
+    void drive(const char* instruction, int onMs = 0, int offMs = 0)
     {
-        Q_UNUSED(id)
-        Q_UNUSED(reason)
+        m_device->send(
+            ++m_requests, QString::fromLatin1(instruction),
+            {{"channel"_s, "lamp"_s}, {"values"_s, 1}, {"pulseOnWidth"_s, onMs}, {"pulseOffWidth"_s, offMs}},
+            0, &m_client);
     }
+
+private:
+    static SimulatedBoardSetup setup()
+    {
+        SimulatedBoardSetup setup;
+        setup.lines.append({{"lamp"_s, DLine::Kind::Digital, DLine::Direction::Out}, 0, std::nullopt});
+        setup.lines.append({{"knob"_s, DLine::Kind::Analog, DLine::Direction::In}, 0, std::nullopt});
+        return setup;
+    }
+
+    ManualScheduler m_time;
+    RecordingClient m_client;
+    std::unique_ptr<LineDevice> m_device;
+    quint64 m_requests = 0;
 };
 
-SimulatedBoardSetup oneLine()
+/// A trace in a file of its own.
+class FileTrace
 {
-    SimulatedBoardSetup setup;
-    setup.lines.append(
-        {{QStringLiteral("lamp"), DLine::Kind::Digital, DLine::Direction::Out}, 0, std::nullopt});
-    return setup;
-}
+public:
+    explicit FileTrace(Board* board)
+        : m_trace(board->device())
+    {
+        m_problem = m_trace.begin(m_folder.filePath("t.vcd"_s));
+    }
+
+    VcdTrace& trace() { return m_trace; }
+    const QString& problem() const { return m_problem; }
+    /// What is in the file, from the time 0 on.
+    QByteArray changes() const
+    {
+        const QByteArray text = this->text();
+        return text.mid(text.indexOf("#0\n"));
+    }
+    QByteArray text() const
+    {
+        QFile file(m_folder.filePath("t.vcd"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    QTemporaryDir m_folder;
+    VcdTrace m_trace;
+    QString m_problem;
+};
+
+const char* const c_start = "#0\n$dumpvars\n0!\nr0 \"\n$end\n";
 
 std::atomic<int> alarms = {0};
 
@@ -68,18 +115,6 @@ private:
     struct sigaction m_before = {};
 };
 
-/// The trace of a blinking line that is some pages long.
-void blinkFor10000Phases(SimulatedBoard* board, ManualScheduler* time, DDeviceClient* client)
-{
-    board->send(1, QStringLiteral("setBlink"),
-                {{QStringLiteral("channel"), QStringLiteral("lamp")},
-                 {QStringLiteral("values"), 1},
-                 {QStringLiteral("pulseOnWidth"), 1},
-                 {QStringLiteral("pulseOffWidth"), 1}},
-                0, client);
-    time->advance(10000 * 1000);
-}
-
 } // namespace
 
 /// The trace of a board whose time is moved by hand.
@@ -88,64 +123,103 @@ class TestVcdTrace : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { std::signal(SIGPIPE, SIG_IGN); }
+    void theHeadHasTheTimeThatTheOthersCountFrom();
     void theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem();
     void theFileIsWrittenATenthOfASecondLaterAtMost();
+    void levelsOfABoardThatIsAwayAreUnknown();
+    void aGapIsMarkedWhereChangesAreLost();
     void aSignalDoesNotEndTheWaitForAReader();
 };
 
+void TestVcdTrace::theHeadHasTheTimeThatTheOthersCountFrom()
+{
+    Board board;
+    board.advance(3723004005);
+    const FileTrace file(&board);
+    QCOMPARE(file.problem(), QString());
+    const QString date = QString::fromUtf8(file.text()).section(QLatin1Char(' '), 1, 1);
+    QCOMPARE(QDateTime::fromString(date.left(19) + date.mid(26), Qt::ISODate).toSecsSinceEpoch(),
+             ManualScheduler::c_wallClockOffsetUs / 1000000 + 3723);
+    QCOMPARE(date.mid(19, 7), ".004005"_s);
+}
+
 void TestVcdTrace::theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem()
 {
-    const QTemporaryDir folder;
-    ManualScheduler time;
-    SimulatedBoard board(oneLine(), &time);
-    VcdTrace trace(board);
-    QCOMPARE(trace.begin(folder.filePath(QStringLiteral("t.vcd"))), QString());
-    NoClient client;
-    time.advance(1000);
-    board.send(1, QStringLiteral("setBlink"),
-               {{QStringLiteral("channel"), QStringLiteral("lamp")},
-                {QStringLiteral("values"), 1},
-                {QStringLiteral("pulseOnWidth"), 300},
-                {QStringLiteral("pulseOffWidth"), 700}},
-               0, &client);
-    time.advance(2000000);
-    QCOMPARE(trace.end(), QString());
-    QFile file(folder.filePath(QStringLiteral("t.vcd")));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    QCOMPARE(text.mid(text.indexOf("#0\n")),
-             QByteArray("#0\n$dumpvars\n0!\n$end\n#1000\n1!\n#301000\n0!\n#1001000\n1!\n"
-                        "#1301000\n0!\n#2001000\n1!\n#2001000\n"));
+    Board board;
+    FileTrace file(&board);
+    board.advance(1000);
+    board.drive("setBlink", 300, 700);
+    board.advance(2000000);
+    QCOMPARE(file.trace().end(), QString());
+    QCOMPARE(file.changes(), c_start + QByteArray("#1000\n1!\n#301000\n0!\n#1001000\n1!\n#1301000\n0!\n"
+                                                  "#2001000\n1!\n#2001000\n"));
 }
 
 void TestVcdTrace::theFileIsWrittenATenthOfASecondLaterAtMost()
 {
-    const QTemporaryDir folder;
-    ManualScheduler time;
-    SimulatedBoard board(oneLine(), &time);
-    VcdTrace trace(board);
-    const QString name = folder.filePath(QStringLiteral("t.vcd"));
-    QCOMPARE(trace.begin(name), QString());
-    NoClient client;
-    board.send(1, QStringLiteral("setValues"),
-               {{QStringLiteral("channel"), QStringLiteral("lamp")}, {QStringLiteral("values"), 1}}, 0,
-               &client);
-    const auto isWritten = [&name] {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) && file.readAll().endsWith("$end\n1!\n");
+    Board board;
+    const FileTrace file(&board);
+    board.drive("setValues");
+    board.advance(99999);
+    QCOMPARE(file.changes(), QByteArray(c_start));
+    board.advance(1);
+    QCOMPARE(file.changes(), c_start + QByteArray("1!\n"));
+}
+
+void TestVcdTrace::levelsOfABoardThatIsAwayAreUnknown()
+{
+    Board board;
+    FileTrace file(&board);
+    board.advance(5);
+    board.device().setPluggedIn(false);
+    board.advance(5);
+    board.device().setPluggedIn(true);
+    QCOMPARE(file.trace().end(), QString());
+    QCOMPARE(file.changes(), c_start + QByteArray("#5\nx!\nrnan \"\n#10\n0!\nr0 \"\n#10\n"));
+}
+
+/// Its reader reads nothing until so much waits that no more is taken.
+void TestVcdTrace::aGapIsMarkedWhereChangesAreLost()
+{
+    constexpr int changes = 600000;
+    Board board;
+    VcdTrace trace(board.device());
+    NarrowPipe pipe(1 << 20); // goes first: the trace waits for no reader then
+    QCOMPARE(trace.begin(pipe.file()), QString());
+    for (int change = 1; change <= changes; ++change) {
+        board.advance(1000);
+        board.turnKnob(60000 + change % 2);
+    }
+    QByteArray text;
+    const auto isWrittenOut = [&] {
+        text += pipe.read();
+        board.advance(100000);
+        return text.endsWith("$end\n") && text.contains("$dumpon");
     };
-    QVERIFY(!isWritten());
-    QTRY_VERIFY(isWritten());
+    QTRY_VERIFY_WITH_TIMEOUT(isWrittenOut(), 30000);
+    board.turnKnob(7);
+    QCOMPARE(trace.end(), QString());
+    text += pipe.read();
+    const int kept = text.count("\nr6000") - 1; // the level after the gap is no change
+    const QByteArray lost = QByteArray::number(changes - kept);
+    const QByteArray gap = "\n#" + QByteArray::number((kept + 1) * 1000) +
+                           "\n$dumpoff\nx!\nrnan \"\n$end\n#" + QByteArray::number(changes * 1000) +
+                           "\n$comment " + lost + " changes lost $end\n$dumpon\n0!\nr60000 \"\n$end\n#";
+    QVERIFY2(text.contains(gap), text.mid(text.indexOf("$dumpoff") - 40, 200).constData());
+    QVERIFY(text.size() > 8 << 20);
+    QVERIFY2(text.mid(text.lastIndexOf("$end\n")).contains("\nr7 \"\n#"), text.right(80).constData());
 }
 
 /// The reader begins when two alarms have come while the trace waits for it.
 void TestVcdTrace::aSignalDoesNotEndTheWaitForAReader()
 {
-    NarrowPipe pipe;
-    ManualScheduler time;
-    SimulatedBoard board(oneLine(), &time);
-    VcdTrace trace(board);
+    Board board;
+    VcdTrace trace(board.device());
+    NarrowPipe pipe; // goes first: the trace waits for no reader then
     QCOMPARE(trace.begin(pipe.file()), QString());
+    board.drive("setBlink", 1, 1);
+    board.advance(10000 * 1000);
     sigset_t alarm;
     sigemptyset(&alarm);
     sigaddset(&alarm, SIGALRM);
@@ -161,11 +235,9 @@ void TestVcdTrace::aSignalDoesNotEndTheWaitForAReader()
         }
     });
     pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
-    NoClient client;
     QString problem;
     {
         const Alarms interrupting;
-        blinkFor10000Phases(&board, &time, &client);
         problem = trace.end();
     }
     written = true;

@@ -1,12 +1,9 @@
 #include "support/fuzzer_process.h"
 #include "support/require.h"
 #include "support/variants.h"
-#include "support/virtual_time.h"
-#include "support/watched_plugin.h"
 
 #include <be_maintenance_plugin.h>
 #include <recording_device.h>
-#include <steady_clock.h>
 
 #include <plugin_management/d_tool.h>
 
@@ -142,11 +139,10 @@ void useBackend(BeMaintenanceToolGpio* backend, FuzzedDataProvider* data, Varian
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    steady_clock::restart();
+    beginInput();
     constexpr int mostChannels = 5;
     constexpr int mostActions = 12;
     constexpr int longerThanAnyReply = 5000;
-    static const WatchedPlugin prototype;
     FuzzedDataProvider data(bytes, size);
     Variants variants(&data, words());
     checkChannel(variants.map(3), &variants);
@@ -160,16 +156,17 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
         }
         channels = entries;
     }
-    RecordingDevice device;
+    RecordingDevice device(&fuzzerTime());
+    device.open();
     device.onRequest = [&](const RecordingDevice::Request& request) {
         if (data.ConsumeBool()) {
             device.reply(request.id, {{QStringLiteral("value"), variants.value()}});
         } else if (data.ConsumeBool()) {
-            device.fail(request.id, variants.text());
+            device.refuse(request.id, variants.text());
         }
     };
     const DTool tool({{QStringLiteral("name"), QStringLiteral("T")}, {QStringLiteral("channels"), channels}},
-                     prototype, &device);
+                     watchedPlugin(), &device);
     BeMaintenanceToolGpio backend;
     backend.setName(QStringLiteral("T"));
     settle();

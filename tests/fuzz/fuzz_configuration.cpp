@@ -2,13 +2,10 @@
 #include "support/memory_file.h"
 #include "support/order_watch.h"
 #include "support/require.h"
-#include "support/virtual_time.h"
-#include "support/watched_plugin.h"
 
-#include <bench/bench_configuration.h>
+#include <configuration/bench_configuration.h>
 #include <devices/simulated_board.h>
 #include <plugin_management/d_tool.h>
-#include <steady_clock.h>
 
 #include <limits>
 #include <memory>
@@ -49,13 +46,14 @@ void checkWires(const SimulatedBoardSetup& setup)
     }
 }
 
-void checkLevels(const SimulatedBoard& board)
+void checkLevels(const LineDevice& board)
 {
-    const QVector<DLine> lines = board.lines();
-    for (int line = 0; line < lines.size(); ++line) {
-        const int level = board.level(line);
-        require(level >= 0 && level <= LineDevice::highestLevel(lines.at(line)),
+    for (int line = 0; line < board.lines().size(); ++line) {
+        const LineLevel level = board.level(line);
+        require(level.known == board.isConnected(), "levels are known while the board is there");
+        require(level.level >= 0 && level.level <= board.lines().at(line).highestLevel(),
                 "levels stay in their range");
+        require(level.sinceUs <= fuzzerTime().now(), "no level comes from the future");
     }
 }
 
@@ -68,9 +66,8 @@ std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
         watchOrder(orders.back().get());
         orders.back()->start();
     };
-    const QVariantList channels = tool->toolConfiguration.value(QStringLiteral("channels")).toList();
-    for (const QVariant& channel : channels) {
-        const QString id = channel.toMap().value(QStringLiteral("id")).toString();
+    for (const DToolChannel& channel : tool->channels()) {
+        const QString id = channel.id;
         QVariantMap arguments = {{QStringLiteral("channel"), id}};
         start(QStringLiteral("startListening"), arguments);
         start(QStringLiteral("getValue"), arguments);
@@ -115,11 +112,10 @@ void workWith(const std::vector<std::unique_ptr<DTool>>& tools, const std::funct
 
 std::vector<std::unique_ptr<DTool>> makeTools(const BenchConfiguration& configuration, DDevice* device)
 {
-    const WatchedPlugin prototype;
     std::vector<std::unique_ptr<DTool>> tools;
     for (const BenchConfiguration::Tool& tool : configuration.tools) {
         require(!tool.pluginFile.isEmpty(), "each tool has a plugin");
-        tools.push_back(std::make_unique<DTool>(tool.entry, prototype, device));
+        tools.push_back(std::make_unique<DTool>(tool.entry, watchedPlugin(), device));
     }
     require(!tools.empty(), "there is a tool");
     return tools;
@@ -129,19 +125,23 @@ void workWithBoard(const BenchConfiguration& configuration, const SimulatedBoard
 {
     constexpr qint64 someTimeUs = 50000;
     checkWires(setup);
-    ManualScheduler scheduler;
-    SimulatedBoard board(setup, &scheduler);
-    checkLevels(board);
-    workWith(makeTools(configuration, &board), [&] {
-        for (int line = 0; line < board.lines().size(); ++line) {
-            board.setInput(line, std::numeric_limits<int>::max());
+    const std::unique_ptr<LineDevice> board =
+        makeSimulatedBoard(setup, &fuzzerTime(), DevicePlace::SameThread);
+    board->open();
+    checkLevels(*board);
+    workWith(makeTools(configuration, board.get()), [&] {
+        for (int line = 0; line < board->lines().size(); ++line) {
+            board->setInput(line, std::numeric_limits<int>::max());
         }
-        scheduler.advance(someTimeUs);
-        checkLevels(board);
+        fuzzerTime().advance(someTimeUs);
+        checkLevels(*board);
     });
     settle();
-    require(board.pendingRequests() == 0, "no request outlives its order");
-    checkLevels(board);
+    require(board->pendingRequests() == 0, "no request outlives its order");
+    board->setPluggedIn(false);
+    checkLevels(*board);
+    board->setPluggedIn(true);
+    checkLevels(*board);
 }
 
 /// The lines of chips are left alone: on a machine that has some, they are somebody's.
@@ -160,7 +160,7 @@ void workWithoutChips(const BenchConfiguration& configuration, const GpioChipSet
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    steady_clock::restart();
+    beginInput();
     static MemoryFile file;
     file.write(bytes, size);
     QString problem;

@@ -62,8 +62,8 @@ void checkForms(const QString& tag, const QVariant& value)
     require(isWhole, "a whole number has a text");
     QVariantMap asNumber = {{tag, number}};
     QVariantMap asText = {{tag, QString::number(number)}};
-    const bool taken = tool().checkInvocation(QStringLiteral("work"), &asNumber).isEmpty();
-    require(taken == tool().checkInvocation(QStringLiteral("work"), &asText).isEmpty(),
+    const bool taken = tool().checkInvocation(QStringLiteral("work"), &asNumber).text.isEmpty();
+    require(taken == tool().checkInvocation(QStringLiteral("work"), &asText).text.isEmpty(),
             "a number is taken as its text is");
     require(!taken || tag == QLatin1String("vart") || tag == QLatin1String("other") || asNumber == asText,
             "a number and its text become the same value");
@@ -86,7 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
         arguments.insert(variants.text(), variants.value());
     }
     const QVariantMap before = arguments;
-    const QString problem = tool().checkInvocation(QStringLiteral("work"), &arguments);
+    const QString problem = tool().checkInvocation(QStringLiteral("work"), &arguments).text;
     if (!problem.isEmpty()) {
         require(arguments.isSharedWith(before), "arguments that are refused stay as they were");
         require(problem.contains(QLatin1String("\"work\"")), "a refusal names the command");
@@ -98,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
                 "a value that is taken has the type of its tag");
     }
     QVariantMap again = arguments;
-    require(tool().checkInvocation(QStringLiteral("work"), &again).isEmpty(),
+    require(tool().checkInvocation(QStringLiteral("work"), &again).text.isEmpty(),
             "what was taken is taken again");
     require(tag == QLatin1String("vart") || tag == QLatin1String("other") ||
                 again.value(tag) == arguments.value(tag),

@@ -2,13 +2,10 @@
 #include "support/order_watch.h"
 #include "support/require.h"
 #include "support/variants.h"
-#include "support/virtual_time.h"
-#include "support/watched_plugin.h"
 
+#include <channel_entry.h>
 #include <plugin_management/d_tool.h>
 #include <recording_device.h>
-#include <steady_clock.h>
-#include <workbench.h>
 
 #include <limits>
 #include <memory>
@@ -41,11 +38,11 @@ QVariantMap toolConfiguration()
     const QString link = QStringLiteral("link");
     return {{QStringLiteral("name"), QStringLiteral("T")},
             {QStringLiteral("channels"),
-             QVariantList{Workbench::channel(QStringLiteral("LAMP"), {{direction, QStringLiteral("out")},
-                                                                      {link, QStringLiteral("line0")}}),
-                          Workbench::channel(QStringLiteral("DOOR"), {{direction, QStringLiteral("in")},
-                                                                      {link, QStringLiteral("line1")}}),
-                          Workbench::channel(QStringLiteral("BARE"), {{direction, QStringLiteral("out")}})}}};
+             QVariantList{channelEntry(QStringLiteral("LAMP"),
+                                       {{direction, QStringLiteral("out")}, {link, QStringLiteral("line0")}}),
+                          channelEntry(QStringLiteral("DOOR"),
+                                       {{direction, QStringLiteral("in")}, {link, QStringLiteral("line1")}}),
+                          channelEntry(QStringLiteral("BARE"), {{direction, QStringLiteral("out")}})}}};
 }
 
 /// The device, the tool and the orders of one input.
@@ -55,9 +52,10 @@ public:
     explicit Play(FuzzedDataProvider* data)
         : m_data(data)
         , m_variants(data, words())
-        , m_device(std::make_unique<RecordingDevice>())
-        , m_tool(std::make_unique<DTool>(toolConfiguration(), WatchedPlugin(), m_device.get()))
+        , m_device(std::make_unique<RecordingDevice>(&fuzzerTime()))
+        , m_tool(std::make_unique<DTool>(toolConfiguration(), watchedPlugin(), m_device.get()))
     {
+        m_device->open();
         m_device->onRequest = [this](const RecordingDevice::Request& request) {
             m_requests.push_back(request.id);
             if (m_data->ConsumeBool()) {
@@ -116,9 +114,10 @@ void Play::act()
 
 void Play::startOrder()
 {
-    static const QStringList commands = {QStringLiteral("setValue"), QStringLiteral("switchValue"),
-                                         QStringLiteral("getValue"), QStringLiteral("startListening"),
-                                         QStringLiteral("init"),     QStringLiteral("listenToAll")};
+    static const QStringList commands = {QStringLiteral("setValue"),      QStringLiteral("switchValue"),
+                                         QStringLiteral("getValue"),      QStringLiteral("startListening"),
+                                         QStringLiteral("init"),          QStringLiteral("listenToAll"),
+                                         QStringLiteral("stopListening"), QStringLiteral("stopTheCommand")};
     const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0 ? m_variants.text() : oneOf(commands);
     QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
     if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
@@ -156,7 +155,7 @@ void Play::answer(quint64 id)
     }
     switch (m_data->ConsumeIntegralInRange(0, 4)) {
     case 0:
-        m_device->fail(id, m_variants.text() + QLatin1Char('.'));
+        m_device->refuse(id, m_variants.text() + QLatin1Char('.'));
         break;
     case 1:
         m_device->reply(id, m_variants.map(2));
@@ -211,16 +210,19 @@ void Play::changeConnection()
     if (m_device == nullptr) {
         return;
     }
-    switch (m_data->ConsumeIntegralInRange(0, 4)) {
+    switch (m_data->ConsumeIntegralInRange(0, 5)) {
     case 0:
         m_device.reset();
         break;
     case 1:
     case 2:
-        m_device->setConnected();
+        m_device->restore();
+        break;
+    case 3:
+        m_device->close();
         break;
     default:
-        m_device->setDisconnected(m_variants.text() + QLatin1Char('.'));
+        m_device->lose(m_variants.text() + QLatin1Char('.'));
         break;
     }
 }
@@ -270,7 +272,7 @@ void Play::end()
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    steady_clock::restart();
+    beginInput();
     FuzzedDataProvider data(bytes, size);
     Play play(&data);
     while (data.remaining_bytes() > 0) {

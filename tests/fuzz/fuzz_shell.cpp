@@ -1,14 +1,12 @@
 #include "support/captured_descriptor.h"
-#include "support/captured_stream.h"
 #include "support/fuzzer_process.h"
 #include "support/require.h"
-#include "support/watched_plugin.h"
 
+#include <channel_entry.h>
 #include <command_line/invocation.h>
 #include <command_line/shell.h>
 #include <devices/simulated_board.h>
 #include <plugin_management/d_tool.h>
-#include <steady_clock.h>
 
 #include <QCoreApplication>
 
@@ -20,32 +18,24 @@
 
 namespace {
 
-QVariantMap channel(const QString& id, const QString& type, const QString& direction, const QString& link)
-{
-    const auto item = [](const char* name, const QString& value) {
-        return QVariantMap{{QStringLiteral("id"), QLatin1String(name)}, {QStringLiteral("value"), value}};
-    };
-    return {{QStringLiteral("id"), id},
-            {QStringLiteral("value"),
-             QVariantList{item("type", type), item("direction", direction), item("link", link)}}};
-}
-
 /// Each line has a channel called like it in capitals.
 QVariantMap toolConfiguration()
 {
     const QString digitalInput = QStringLiteral("digitalInput");
     const QString in = QStringLiteral("in");
     const QString out = QStringLiteral("out");
-    return {{QStringLiteral("name"), QStringLiteral("T")},
-            {QStringLiteral("channels"),
-             QVariantList{
-                 channel(QStringLiteral("LAMP"), digitalInput, out, QStringLiteral("lamp")),
-                 channel(QStringLiteral("ECHO"), QStringLiteral("digitalOutput"), in, QStringLiteral("echo")),
-                 channel(QStringLiteral("DIAL"), QStringLiteral("analogInput"), out, QStringLiteral("dial")),
-                 channel(QStringLiteral("WAVE"), QStringLiteral("analogOutput"), in, QStringLiteral("wave")),
-                 channel(QStringLiteral("DEAD"), digitalInput, out, QStringLiteral("dead")),
-                 channel(QStringLiteral("LATE"), digitalInput, out, QStringLiteral("late")),
-                 channel(QStringLiteral("BARE"), digitalInput, out, QString())}}};
+    return {
+        {QStringLiteral("name"), QStringLiteral("T")},
+        {QStringLiteral("channels"),
+         QVariantList{
+             channelEntry(QStringLiteral("LAMP"), digitalInput, out, QStringLiteral("lamp")),
+             channelEntry(QStringLiteral("ECHO"), QStringLiteral("digitalOutput"), in,
+                          QStringLiteral("echo")),
+             channelEntry(QStringLiteral("DIAL"), QStringLiteral("analogInput"), out, QStringLiteral("dial")),
+             channelEntry(QStringLiteral("WAVE"), QStringLiteral("analogOutput"), in, QStringLiteral("wave")),
+             channelEntry(QStringLiteral("DEAD"), digitalInput, out, QStringLiteral("dead")),
+             channelEntry(QStringLiteral("LATE"), digitalInput, out, QStringLiteral("late")),
+             channelEntry(QStringLiteral("BARE"), digitalInput, out, QString())}}};
 }
 
 SimulatedBoardSetup boardSetup()
@@ -103,16 +93,16 @@ void carryOut(Shell* shell, const QStringList& lines)
 
 Outcome run(const QStringList& lines, bool json)
 {
-    static const WatchedPlugin prototype;
     const CapturedDescriptor out(STDOUT_FILENO);
-    const CapturedStream diagnostics(&stderr);
-    SteadyScheduler scheduler;
-    SimulatedBoard board(boardSetup(), &scheduler);
-    DTool tool(toolConfiguration(), prototype, &board);
+    const CapturedDescriptor diagnostics(STDERR_FILENO);
+    const std::unique_ptr<LineDevice> board =
+        makeSimulatedBoard(boardSetup(), &fuzzerTime(), DevicePlace::SameThread);
+    board->open();
+    DTool tool(toolConfiguration(), watchedPlugin(), board.get());
     Output output(json);
     Shell shell(&tool, &output, !json);
     carryOut(&shell, lines);
-    require(board.pendingRequests() == 0, "no request outlives the shell's orders");
+    require(board->pendingRequests() == 0, "no request outlives the shell's orders");
     return {shell.exitStatus(), out.text(), diagnostics.text()};
 }
 
@@ -193,7 +183,7 @@ void checkQuoting(const QStringList& words)
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
-    steady_clock::restart();
+    beginInput();
     constexpr int mostLines = 9;
     const QString script = QLatin1String(c_firstLine) +
                            QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));

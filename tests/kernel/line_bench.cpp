@@ -1,4 +1,5 @@
 #include "line_bench.h"
+#include "literals.h"
 
 #include <QEventLoop>
 #include <QJsonDocument>
@@ -13,28 +14,27 @@ QJsonObject line(const QString& name, const QString& chip, const QJsonValue& lin
                  const QJsonObject& more)
 {
     QJsonObject entry = more;
-    entry[QStringLiteral("name")] = name;
-    entry[QStringLiteral("chip")] = chip;
-    entry[QStringLiteral("line")] = line;
-    entry[QStringLiteral("direction")] = QLatin1String(direction);
+    entry["name"_s] = name;
+    entry["chip"_s] = chip;
+    entry["line"_s] = line;
+    entry["direction"_s] = QLatin1String(direction);
     return entry;
 }
 
 QJsonObject item(const char* id, const QJsonValue& value)
 {
-    return {{QStringLiteral("id"), QLatin1String(id)}, {QStringLiteral("value"), value}};
+    return {{"id"_s, QLatin1String(id)}, {"value"_s, value}};
 }
 
 QJsonObject channelOf(const QJsonObject& line)
 {
-    const QJsonValue direction = line.value(QStringLiteral("direction"));
+    const QJsonValue direction = line.value("direction"_s);
     const bool driven = direction.toString() == QLatin1String("out");
-    const QJsonValue name = line.value(QStringLiteral("name"));
-    return {{QStringLiteral("id"), name},
-            {QStringLiteral("visibility"), QStringLiteral("public")},
-            {QStringLiteral("value"), QJsonArray{item("type", driven ? QStringLiteral("digitalInput")
-                                                                     : QStringLiteral("digitalOutput")),
-                                                 item("direction", direction), item("link", name)}}};
+    const QJsonValue name = line.value("name"_s);
+    return {{"id"_s, name},
+            {"visibility"_s, "public"_s},
+            {"value"_s, QJsonArray{item("type", driven ? "digitalInput"_s : "digitalOutput"_s),
+                                   item("direction", direction), item("link", name)}}};
 }
 
 } // namespace
@@ -58,19 +58,15 @@ QByteArray configurationOf(const QVector<QJsonObject>& lines)
         entries.append(entry);
         channels.append(channelOf(entry));
     }
-    const QJsonObject device = {{QStringLiteral("type"), QStringLiteral("gpiochip")},
-                                {QStringLiteral("lines"), entries}};
-    const QJsonObject tool = {
-        {QStringLiteral("name"), QStringLiteral("Lines")},
-        {QStringLiteral("id"), QStringLiteral("{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}")},
-        {QStringLiteral("plugin"), QStringLiteral(PLUGIN_FILE)},
-        {QStringLiteral("channels"), channels}};
-    return QJsonDocument(
-               QJsonObject{{QStringLiteral("device"), device}, {QStringLiteral("tools"), QJsonArray{tool}}})
-        .toJson();
+    const QJsonObject device = {{"type"_s, "gpiochip"_s}, {"lines"_s, entries}};
+    const QJsonObject tool = {{"name"_s, "Lines"_s},
+                              {"id"_s, "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}"_s},
+                              {"plugin"_s, QStringLiteral(PLUGIN_FILE)},
+                              {"channels"_s, channels}};
+    return QJsonDocument(QJsonObject{{"device"_s, device}, {"tools"_s, QJsonArray{tool}}}).toJson();
 }
 
-LineBench::LineBench(const QVector<QJsonObject>& lines)
+LineBench::LineBench(const QVector<QJsonObject>& lines, DevicePlace place)
 {
     QTemporaryFile file;
     file.open();
@@ -78,44 +74,45 @@ LineBench::LineBench(const QVector<QJsonObject>& lines)
     file.close();
     QString problem;
     const std::optional<BenchConfiguration> configuration = readConfiguration(file.fileName(), &problem);
-    m_bench = configuration ? Bench::make(*configuration, &problem) : nullptr;
+    m_bench = configuration ? Bench::make(*configuration, place, &problem) : nullptr;
     if (m_bench == nullptr) {
         throw std::runtime_error(problem.toStdString());
+    }
+    QEventLoop loop;
+    QObject::connect(&device(), &DDevice::stateChanged, &loop, [this, &loop] {
+        if (device().state() != DDevice::State::Connecting) {
+            loop.quit();
+        }
+    });
+    device().open();
+    if (device().state() == DDevice::State::Connecting) {
+        loop.exec();
     }
 }
 
 Outcome LineBench::run(const QString& command, const QVariantMap& arguments)
 {
-    Outcome outcome;
     QEventLoop loop;
     DOrder order(tool(), command, arguments);
-    bool over = false;
-    QObject::connect(&order, &DOrder::finished, &loop, [&](bool success, const QString& reason) {
-        outcome.success = success;
-        outcome.reason = reason;
-        over = true;
-        loop.quit();
-    });
+    QObject::connect(&order, &DOrder::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(10000, &loop, &QEventLoop::quit);
     order.start();
-    if (!over) {
+    if (order.state() != DOrder::State::Finished) {
         loop.exec();
     }
-    outcome.results = order.results();
-    return outcome;
+    return {order.isSuccessful(), order.failure(), order.results()};
 }
 
 Outcome LineBench::get(const QString& channel)
 {
-    return run(QStringLiteral("getValue"), {{QStringLiteral("channel"), channel}});
+    return run("getValue"_s, {{"channel"_s, channel}});
 }
 
 Outcome LineBench::set(const QString& channel, const QString& state, int duration, int dutyCycle)
 {
-    return run(QStringLiteral("setValue"), {{QStringLiteral("channel"), channel},
-                                            {QStringLiteral("state"), state},
-                                            {QStringLiteral("duration"), duration},
-                                            {QStringLiteral("dutyCycle"), dutyCycle}});
+    return run(
+        "setValue"_s,
+        {{"channel"_s, channel}, {"state"_s, state}, {"duration"_s, duration}, {"dutyCycle"_s, dutyCycle}});
 }
 
 Listening::Listening(LineBench* bench, const QString& command, const QVariantMap& arguments)
@@ -129,5 +126,5 @@ Listening::Listening(LineBench* bench, const QString& command, const QVariantMap
 
 QVariant Listening::lastValue() const
 {
-    return m_events.isEmpty() ? QVariant() : m_events.last().value(QStringLiteral("value"));
+    return m_events.isEmpty() ? QVariant() : m_events.last().value("value"_s);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/bench.h"
+#include <configuration/bench.h>
 
 #include <plugin_management/d_order.h>
 
@@ -11,7 +11,7 @@
 struct Outcome
 {
     bool success = false;
-    QString reason;
+    DFailure failure;
     QVariantMap results;
 };
 
@@ -24,11 +24,11 @@ QJsonObject output(const QString& name, const QString& chip, const QJsonValue& l
 /// The text of a configuration of these lines; each has a channel of its name.
 QByteArray configurationOf(const QVector<QJsonObject>& lines);
 
-/// A bench of GPIO lines with the plugin; each line has a channel of its name.
+/// A bench of GPIO lines with the plugin, opened; each line has a channel of its name.
 class LineBench
 {
 public:
-    explicit LineBench(const QVector<QJsonObject>& lines);
+    explicit LineBench(const QVector<QJsonObject>& lines, DevicePlace place = DevicePlace::SameThread);
 
     LineDevice& device() { return m_bench->device(); }
     DTool* tool() { return m_bench->tools().front().get(); }

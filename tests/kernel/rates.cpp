@@ -1,7 +1,7 @@
 #include "bench_process.h"
 #include "line_bench.h"
+#include "literals.h"
 #include "sim_chip.h"
-#include "text.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -34,7 +34,7 @@ void row(const char* way, double writes, double reads, double bareWrites, double
 /// Orders that one shell session carries out in a second, its start and end left out.
 double shellRate(const QString& file, const QByteArray& orders)
 {
-    const QStringList arguments = {"--config"_q, file, "shell"_q};
+    const QStringList arguments = {"--config"_s, file, "shell"_s};
     QElapsedTimer clock;
     clock.start();
     runBench(arguments, orders);
@@ -50,9 +50,9 @@ double shellRate(const QString& file, const QByteArray& orders)
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    const SimChip chip("rates"_q, 4);
+    const SimChip chip("rates"_s, 4);
     const QString name = chip.name();
-    const QVector<QJsonObject> lines = {output("lamp"_q, name, 0), input("button"_q, name, 1)};
+    const QVector<QJsonObject> lines = {output("lamp"_s, name, 0), input("button"_s, name, 1)};
 
     gpiod_chip* bare = gpiod_chip_open_lookup(qPrintable(name));
     gpiod_line* lamp = gpiod_chip_get_line(bare, 0);
@@ -75,16 +75,16 @@ int main(int argc, char* argv[])
     {
         LineBench bench(lines);
         for (int order = 0; order < c_orders; ++order) {
-            bench.set("lamp"_q, "ON"_q); // memory is slow to come in this kernel: not measured
+            bench.set("lamp"_s, "ON"_s); // memory is slow to come in this kernel: not measured
         }
         const double writes = perSecond(c_orders, [&bench] {
             for (int order = 0; order < c_orders; ++order) {
-                bench.set("lamp"_q, order % 2 != 0 ? "ON"_q : "OFF"_q);
+                bench.set("lamp"_s, order % 2 != 0 ? "ON"_s : "OFF"_s);
             }
         });
         const double reads = perSecond(c_orders, [&bench] {
             for (int order = 0; order < c_orders; ++order) {
-                bench.get("button"_q);
+                bench.get("button"_s);
             }
         });
         row("orders in process", writes, reads, bareWrites, bareReads);
@@ -102,7 +102,7 @@ int main(int argc, char* argv[])
             }
         });
     };
-    row("one `gpioset` or `gpioget` process each", processes("gpioset"_q, "0=1"_q),
-        processes("gpioget"_q, "1"_q), bareWrites, bareReads);
+    row("one `gpioset` or `gpioget` process each", processes("gpioset"_s, "0=1"_s),
+        processes("gpioget"_s, "1"_s), bareWrites, bareReads);
     return 0;
 }

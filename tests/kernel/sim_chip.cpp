@@ -1,4 +1,5 @@
 #include "sim_chip.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,7 @@ QByteArray readFile(const QString& name)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly)) {
-        throw std::runtime_error((name + QStringLiteral(" cannot be read")).toStdString());
+        throw std::runtime_error((name + " cannot be read"_s).toStdString());
     }
     return file.readAll().trimmed();
 }
@@ -18,23 +19,23 @@ void writeFile(const QString& name, const QByteArray& text)
 {
     QFile file(name);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(text) != text.size()) {
-        throw std::runtime_error((name + QStringLiteral(" cannot be written")).toStdString());
+        throw std::runtime_error((name + " cannot be written"_s).toStdString());
     }
 }
 
 SimChip::SimChip(const QString& label, int lineCount, const QStringList& names)
     : m_label(label)
-    , m_folder(QStringLiteral("/sys/kernel/config/gpio-sim/") + label)
+    , m_folder("/sys/kernel/config/gpio-sim/"_s + label)
     , m_lineCount(lineCount)
     , m_names(names)
 {
-    QDir().mkpath(m_folder + QStringLiteral("/bank"));
-    writeFile(m_folder + QStringLiteral("/bank/num_lines"), QByteArray::number(m_lineCount));
-    writeFile(m_folder + QStringLiteral("/bank/label"), m_label.toUtf8());
+    QDir().mkpath(m_folder + "/bank"_s);
+    writeFile(m_folder + "/bank/num_lines"_s, QByteArray::number(m_lineCount));
+    writeFile(m_folder + "/bank/label"_s, m_label.toUtf8());
     for (int line = 0; line < m_names.size(); ++line) {
-        const QString folder = QStringLiteral("%1/bank/line%2").arg(m_folder).arg(line);
+        const QString folder = "%1/bank/line%2"_s.arg(m_folder).arg(line);
         QDir().mkdir(folder);
-        writeFile(folder + QStringLiteral("/name"), m_names.at(line).toUtf8());
+        writeFile(folder + "/name"_s, m_names.at(line).toUtf8());
     }
     plugIn();
 }
@@ -47,32 +48,32 @@ SimChip::~SimChip()
         qWarning("a simulated chip could not be unplugged");
     }
     for (int line = 0; line < m_names.size(); ++line) {
-        QDir().rmdir(QStringLiteral("%1/bank/line%2").arg(m_folder).arg(line));
+        QDir().rmdir("%1/bank/line%2"_s.arg(m_folder).arg(line));
     }
-    QDir().rmdir(m_folder + QStringLiteral("/bank"));
+    QDir().rmdir(m_folder + "/bank"_s);
     QDir().rmdir(m_folder);
 }
 
 void SimChip::plugIn()
 {
-    writeFile(m_folder + QStringLiteral("/live"), "1");
-    m_lines = QStringLiteral("/sys/devices/platform/%1/%2")
-                  .arg(QString::fromUtf8(readFile(m_folder + QStringLiteral("/dev_name"))), name());
+    writeFile(m_folder + "/live"_s, "1");
+    m_lines =
+        "/sys/devices/platform/%1/%2"_s.arg(QString::fromUtf8(readFile(m_folder + "/dev_name"_s)), name());
 }
 
 void SimChip::unplug()
 {
-    writeFile(m_folder + QStringLiteral("/live"), "0");
+    writeFile(m_folder + "/live"_s, "0");
 }
 
 QString SimChip::name() const
 {
-    return QString::fromUtf8(readFile(m_folder + QStringLiteral("/bank/chip_name")));
+    return QString::fromUtf8(readFile(m_folder + "/bank/chip_name"_s));
 }
 
 QString SimChip::lineFile(int line, const char* name) const
 {
-    return QStringLiteral("%1/sim_gpio%2/%3").arg(m_lines).arg(line).arg(QLatin1String(name));
+    return "%1/sim_gpio%2/%3"_s.arg(m_lines).arg(line).arg(QLatin1String(name));
 }
 
 void SimChip::pull(int line, int level) const

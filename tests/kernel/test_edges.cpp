@@ -1,6 +1,6 @@
 #include "line_bench.h"
+#include "literals.h"
 #include "sim_chip.h"
-#include "text.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -19,29 +19,40 @@ constexpr auto c_edgeInterval = std::chrono::microseconds(1100);
 
 } // namespace
 
+Q_DECLARE_METATYPE(DevicePlace)
+
 /// Edges that the far side makes, as events.
 class TestEdges : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void noEdgeIsLostAndAllAreInOrder_data();
     void noEdgeIsLostAndAllAreInOrder();
     void edgesOfTwoLinesAreToldInTheOrderOfTheirTimes();
     void risingAndFallingEdgesAreToldApart();
 };
 
+void TestEdges::noEdgeIsLostAndAllAreInOrder_data()
+{
+    QTest::addColumn<DevicePlace>("place");
+    QTest::newRow("in the same thread") << DevicePlace::SameThread;
+    QTest::newRow("in a thread of its own") << DevicePlace::OwnThread;
+}
+
 void TestEdges::noEdgeIsLostAndAllAreInOrder()
 {
-    const SimChip chip("edges"_q, 8);
-    LineBench bench({input("button"_q, chip.name(), 0)});
+    QFETCH(DevicePlace, place);
+    const SimChip chip("edges"_s, 8);
+    LineBench bench({input("button"_s, chip.name(), 0)}, place);
     QVector<qint64> times;
-    connect(&bench.device(), &DDevice::levelChanged, this,
-            [&times](int, int, qint64 timeUs) { times.append(timeUs); });
-    Listening listening(&bench, "startListening"_q, {{"channel"_q, "button"_q}});
+    connect(&bench.device(), &LineDevice::lineChanged, this,
+            [&times](int, const LineLevel& level) { times.append(level.sinceUs); });
+    Listening listening(&bench, "startListening"_s, {{"channel"_s, "button"_s}});
     QTRY_COMPARE(listening.events().size(), 1);
     QElapsedTimer clock;
     clock.start();
-    const qint64 startUs = bench.device().now();
+    const qint64 startUs = bench.device().scheduler()->now();
     std::thread farSide([&chip] {
         for (int edge = 1; edge <= c_edges; ++edge) {
             chip.pull(0, edge % 2);
@@ -54,11 +65,11 @@ void TestEdges::noEdgeIsLostAndAllAreInOrder()
     QTest::qWait(20);
     QCOMPARE(listening.events().size(), c_edges + 1);
     for (int event = 0; event <= c_edges; ++event) {
-        QCOMPARE(listening.events().at(event).value("value"_q).toInt(), event % 2);
+        QCOMPARE(listening.events().at(event).value("value"_s).toInt(), event % 2);
     }
     QCOMPARE(times.size(), c_edges);
     QVERIFY(times.first() >= startUs);
-    QVERIFY(times.last() <= bench.device().now());
+    QVERIFY(times.last() <= bench.device().scheduler()->now());
     for (int index = 1; index < times.size(); ++index) {
         QVERIFY(times.at(index) > times.at(index - 1));
     }
@@ -69,13 +80,13 @@ void TestEdges::noEdgeIsLostAndAllAreInOrder()
 void TestEdges::edgesOfTwoLinesAreToldInTheOrderOfTheirTimes()
 {
     constexpr int rounds = 200;
-    const SimChip first("first"_q, 4);
-    const SimChip second("second"_q, 4);
-    LineBench bench({input("b"_q, "second"_q, 0), input("a"_q, "first"_q, 0)});
+    const SimChip first("first"_s, 4);
+    const SimChip second("second"_s, 4);
+    LineBench bench({input("b"_s, "second"_s, 0), input("a"_s, "first"_s, 0)});
     QVector<qint64> times;
     QVector<int> lines;
-    connect(&bench.device(), &DDevice::levelChanged, this, [&](int line, int, qint64 timeUs) {
-        times.append(timeUs);
+    connect(&bench.device(), &LineDevice::lineChanged, this, [&](int line, const LineLevel& level) {
+        times.append(level.sinceUs);
         lines.append(line);
     });
     for (int round = 1; round <= rounds; ++round) { // nobody reads meanwhile
@@ -93,10 +104,10 @@ void TestEdges::edgesOfTwoLinesAreToldInTheOrderOfTheirTimes()
 
 void TestEdges::risingAndFallingEdgesAreToldApart()
 {
-    const SimChip chip("edges"_q, 8);
-    LineBench bench({input("button"_q, chip.name(), 0)});
-    Listening rising(&bench, "startListening"_q, {{"channel"_q, "button"_q}, {"edge"_q, "RE"_q}});
-    Listening falling(&bench, "startListening"_q, {{"channel"_q, "button"_q}, {"edge"_q, "FE"_q}});
+    const SimChip chip("edges"_s, 8);
+    LineBench bench({input("button"_s, chip.name(), 0)});
+    Listening rising(&bench, "startListening"_s, {{"channel"_s, "button"_s}, {"edge"_s, "RE"_s}});
+    Listening falling(&bench, "startListening"_s, {{"channel"_s, "button"_s}, {"edge"_s, "FE"_s}});
     QTRY_COMPARE(falling.events().size(), 1);
     chip.pull(0, 1);
     QTRY_COMPARE(rising.events().size(), 2);

@@ -1,7 +1,7 @@
 #include "line_bench.h"
+#include "literals.h"
 #include "panel_fixture.h"
 #include "sim_chip.h"
-#include "text.h"
 
 #include <QGuiApplication>
 #include <QtTest>
@@ -17,13 +17,13 @@ private Q_SLOTS:
 
 void TestPanel::aClickOnThePageTogglesTheKernelLine()
 {
-    const SimChip chip("panel"_q, 4);
-    LineBench bench({output("lamp"_q, chip.name(), 2)});
+    const SimChip chip("panel"_s, 4);
+    LineBench bench({output("lamp"_s, chip.name(), 2)});
     PanelFixture page(*bench.tool());
     QVERIFY(page.settle());
     page.setLive(false);
     QVERIFY(page.settle());
-    QQuickItem* box = page.part("lamp"_q, ".idIndicator.idDigitalOutput"_q);
+    QQuickItem* box = page.part("lamp"_s, ".idIndicator.idDigitalOutput"_s);
     QVERIFY(box != nullptr);
     for (const int level : {1, 0, 1}) {
         page.click(box);

@@ -1,7 +1,7 @@
 #include "far_side.h"
 #include "line_bench.h"
+#include "literals.h"
 #include "sim_chip.h"
-#include "text.h"
 
 #include <QtTest>
 
@@ -37,18 +37,18 @@ void TestTiming::blinkingHasItsWidthsAndDoesNotDrift()
     constexpr double periodMs = 100.0;
     constexpr double onMs = 30.0;
     constexpr double toleranceMs = 8.0;
-    const SimChip chip("timing"_q, 8);
-    LineBench bench({output("lamp"_q, chip.name(), 0)});
+    const SimChip chip("timing"_s, 8);
+    LineBench bench({output("lamp"_s, chip.name(), 0)});
     FarSide farSide(chip.levelFile(0));
     QVERIFY(bench
-                .run("setValue"_q, {{"channel"_q, "lamp"_q},
-                                    {"state"_q, "BLINK"_q},
-                                    {"duration"_q, 100},
-                                    {"dutyCycle"_q, 30},
-                                    {"value"_q, 1}})
+                .run("setValue"_s, {{"channel"_s, "lamp"_s},
+                                    {"state"_s, "BLINK"_s},
+                                    {"duration"_s, 100},
+                                    {"dutyCycle"_s, 30},
+                                    {"value"_s, 1}})
                 .success);
     QTest::qWait(2050);
-    QVERIFY(bench.set("lamp"_q, "OFF"_q).success);
+    QVERIFY(bench.set("lamp"_s, "OFF"_s).success);
     const QVector<FarSide::Change> changes = farSide.end();
     QVector<double> rises;
     QVector<double> widths;
@@ -70,10 +70,10 @@ void TestTiming::blinkingHasItsWidthsAndDoesNotDrift()
 void TestTiming::aPulseHasItsLength()
 {
     constexpr double toleranceMs = 15.0;
-    const SimChip chip("timing"_q, 8);
-    LineBench bench({output("lamp"_q, chip.name(), 0)});
+    const SimChip chip("timing"_s, 8);
+    LineBench bench({output("lamp"_s, chip.name(), 0)});
     FarSide farSide(chip.levelFile(0));
-    QVERIFY(bench.set("lamp"_q, "PULSE"_q, 200).success);
+    QVERIFY(bench.set("lamp"_s, "PULSE"_s, 200).success);
     QTRY_COMPARE(chip.level(0), 0);
     QTest::qWait(20);
     const QVector<FarSide::Change> changes = farSide.end();
@@ -84,11 +84,11 @@ void TestTiming::aPulseHasItsLength()
 
 void TestTiming::debouncingSwallowsShortPulses()
 {
-    const SimChip chip("timing"_q, 8);
+    const SimChip chip("timing"_s, 8);
     LineBench bench(
-        {input("raw"_q, chip.name(), 0), input("calm"_q, chip.name(), 1, {{"debounceUs"_q, 50000}})});
-    Listening raw(&bench, "startListening"_q, {{"channel"_q, "raw"_q}});
-    Listening calm(&bench, "startListening"_q, {{"channel"_q, "calm"_q}});
+        {input("raw"_s, chip.name(), 0), input("calm"_s, chip.name(), 1, {{"debounceUs"_s, 50000}})});
+    Listening raw(&bench, "startListening"_s, {{"channel"_s, "raw"_s}});
+    Listening calm(&bench, "startListening"_s, {{"channel"_s, "calm"_s}});
     for (const int level : {1, 0}) {
         chip.pull(0, level);
         chip.pull(1, level);

@@ -1,7 +1,7 @@
 #include "invocation_plan.h"
 
+#include "literals.h"
 #include "random_source.h"
-#include "text.h"
 
 #include <limits>
 
@@ -18,7 +18,8 @@ constexpr int c_highest = std::numeric_limits<int>::max();
 struct Choice
 {
     QVariant value;
-    bool fits = true; ///< the parameter's type
+    bool fits = true;    ///< the parameter's type
+    QVariant taken = {}; ///< what becomes of it; invalid where it stays as it is
 };
 
 struct Channel
@@ -30,10 +31,10 @@ struct Channel
 
 const QVector<Channel>& channels()
 {
-    static const QVector<Channel> all = {{"OUT0"_q, "out"_q, "line0"_q},
-                                         {"OUT1"_q, "out"_q, "line1"_q},
-                                         {"IN"_q, "in"_q, "line2"_q},
-                                         {"LOOSE"_q, "out"_q, QString()}};
+    static const QVector<Channel> all = {{"OUT0"_s, "out"_s, "line0"_s},
+                                         {"OUT1"_s, "out"_s, "line1"_s},
+                                         {"IN"_s, "in"_s, "line2"_s},
+                                         {"LOOSE"_s, "out"_s, QString()}};
     return all;
 }
 
@@ -52,6 +53,7 @@ bool add(InvocationPlan& plan, const QString& parameter, const Choice& choice)
 {
     if (choice.value.isValid()) {
         plan.arguments.insert(parameter, choice.value);
+        plan.taken.insert(parameter, choice.taken.isValid() ? choice.taken : choice.value);
     }
     return choice.fits;
 }
@@ -59,23 +61,31 @@ bool add(InvocationPlan& plan, const QString& parameter, const Choice& choice)
 Choice channelChoice(RandomSource& random)
 {
     static const QVector<Choice> choices = {
-        {"OUT0"_q},  {"OUT0"_q},   {"OUT0"_q},      {"OUT1"_q}, {"OUT1"_q}, {"IN"_q},
-        {"LOOSE"_q}, {"100 %1"_q}, {QString(""_q)}, {7},        {},         {QVariantList{1}, false}};
+        {"OUT0"_s},  {"OUT0"_s},   {"OUT0"_s},      {"OUT1"_s},       {"OUT1"_s}, {"IN"_s},
+        {"LOOSE"_s}, {"100 %1"_s}, {QString(""_s)}, {7, true, "7"_s}, {},         {QVariantList{1}, false}};
     return random.chance(50) ? choices.first() : random.of(choices);
 }
 
 Choice valueChoice(RandomSource& random)
 {
-    static const QVector<Choice> choices = {
-        {}, {1}, {0}, {65535}, {true}, {"1"_q}, {65536, false}, {-1, false}, {"high"_q, false}, {1.5, false}};
+    static const QVector<Choice> choices = {{},
+                                            {1},
+                                            {0},
+                                            {65535},
+                                            {true, true, 1},
+                                            {"1"_s, true, 1},
+                                            {65536, false},
+                                            {-1, false},
+                                            {"high"_s, false},
+                                            {1.5, false}};
     return random.chance(90) ? choices.first() : random.of(choices);
 }
 
 Choice stateChoice(RandomSource& random)
 {
-    static const QVector<Choice> choices = {{"ON"_q},    {"OFF"_q},       {"BLINK"_q},
-                                            {"PULSE"_q}, {"PULSE"_q},     {"PULSE"_q},
-                                            {"pulse"_q}, {QString(""_q)}, {}};
+    static const QVector<Choice> choices = {{"ON"_s},    {"OFF"_s},       {"BLINK"_s},
+                                            {"PULSE"_s}, {"PULSE"_s},     {"PULSE"_s},
+                                            {"pulse"_s}, {QString(""_s)}, {}};
     return random.of(choices);
 }
 
@@ -83,7 +93,7 @@ Choice durationChoice(RandomSource& random)
 {
     static const QVector<Choice> choices = {{},          {0},        {0},         {1},
                                             {50},        {3999},     {4000},      {9000},
-                                            {-1},        {c_lowest}, {c_highest}, {"soon"_q, false},
+                                            {-1},        {c_lowest}, {c_highest}, {"soon"_s, false},
                                             {3e9, false}};
     return random.of(choices);
 }
@@ -115,19 +125,19 @@ void ask(InvocationPlan& plan, Deed deed, Wants wants)
 
 void planSetValue(InvocationPlan& plan, RandomSource& random)
 {
-    bool fits = add(plan, "value"_q, valueChoice(random));
-    fits = add(plan, "state"_q, stateChoice(random)) && fits;
-    fits = add(plan, "duration"_q, durationChoice(random)) && fits;
-    fits = add(plan, "dutyCycle"_q, dutyCycleChoice(random)) && fits;
-    const QString state = plan.arguments.value("state"_q).toString();
+    bool fits = add(plan, "value"_s, valueChoice(random));
+    fits = add(plan, "state"_s, stateChoice(random)) && fits;
+    fits = add(plan, "duration"_s, durationChoice(random)) && fits;
+    fits = add(plan, "dutyCycle"_s, dutyCycleChoice(random)) && fits;
+    const QString state = plan.arguments.value("state"_s).toString();
     if (!fits) {
-        refuse(plan, "parameter \""_q);
-    } else if (channelNamed(plan.arguments.value("channel"_q).toString()).direction != "out"_q) {
+        refuse(plan, "parameter \""_s);
+    } else if (channelNamed(plan.arguments.value("channel"_s).toString()).direction != "out"_s) {
         refuseInCommand(plan);
-    } else if (state == "PULSE"_q) {
+    } else if (state == "PULSE"_s) {
         ask(plan, Deed::Pulses, Wants::Anything);
-        plan.pulseMs = plan.arguments.value("duration"_q, 1000).toInt();
-    } else if (state == "ON"_q || state == "OFF"_q || state == "BLINK"_q) {
+        plan.pulseMs = plan.arguments.value("duration"_s, 1000).toInt();
+    } else if (state == "ON"_s || state == "OFF"_s || state == "BLINK"_s) {
         ask(plan, Deed::Asks, Wants::Anything);
     } else {
         plan.deed = Deed::SendsNothing;
@@ -136,7 +146,7 @@ void planSetValue(InvocationPlan& plan, RandomSource& random)
 
 void planGetValue(InvocationPlan& plan)
 {
-    if (channelNamed(plan.arguments.value("channel"_q).toString()).link.isEmpty()) {
+    if (channelNamed(plan.arguments.value("channel"_s).toString()).link.isEmpty()) {
         plan.deed = Deed::SendsNothing;
         plan.errorReports = 1;
     } else {
@@ -146,26 +156,47 @@ void planGetValue(InvocationPlan& plan)
 
 void planSwitchValue(InvocationPlan& plan)
 {
-    if (channelNamed(plan.arguments.value("channel"_q).toString()).direction != "out"_q) {
+    if (channelNamed(plan.arguments.value("channel"_s).toString()).direction != "out"_s) {
         refuseInCommand(plan);
     } else {
         ask(plan, Deed::AsksTwice, Wants::Value);
     }
 }
 
+Choice edgeChoice(RandomSource& random)
+{
+    static const QVector<Choice> edges = {{},       {"HL"_s}, {"LL"_s},         {"RE"_s},
+                                          {"FE"_s}, {"re"_s}, {1, true, "1"_s}, {QVariantList{}, false}};
+    return random.of(edges);
+}
+
 void planStartListening(InvocationPlan& plan, RandomSource& random)
 {
-    static const QVector<Choice> edges = {{},       {"HL"_q}, {"LL"_q}, {"RE"_q},
-                                          {"FE"_q}, {"re"_q}, {1},      {QVariantList{}, false}};
-    const bool fits = add(plan, "edge"_q, random.of(edges));
-    const QString edge = plan.arguments.value("edge"_q).toString();
-    const bool known = edge == "HL"_q || edge == "LL"_q || edge == "RE"_q || edge == "FE"_q;
+    const bool fits = add(plan, "edge"_s, edgeChoice(random));
+    const QString edge = plan.arguments.value("edge"_s).toString();
+    const bool known = edge == "HL"_s || edge == "LL"_s || edge == "RE"_s || edge == "FE"_s;
     if (!fits) {
-        refuse(plan, "parameter \"edge\""_q);
-    } else if (plan.arguments.value("channel"_q).toString().isEmpty()) {
+        refuse(plan, "parameter \"edge\""_s);
+    } else if (plan.arguments.value("channel"_s).toString().isEmpty()) {
         refuseInCommand(plan);
     } else {
         ask(plan, Deed::Listens, known ? Wants::ReadingOfAnyKind : Wants::OneReading);
+    }
+}
+
+/// A stop name takes the parameters of the commands that it stops.
+void planStop(InvocationPlan& plan, RandomSource& random)
+{
+    const bool listening = plan.command == stopNameOf("listenToAll"_s);
+    bool fits = random.chance(40) || add(plan, "channel"_s, channelChoice(random));
+    if (random.chance(20)) {
+        fits = add(plan, listening ? "edge"_s : "state"_s,
+                   listening ? edgeChoice(random) : stateChoice(random)) &&
+               fits;
+    }
+    plan.deed = Deed::Stops;
+    if (!fits) {
+        refuse(plan, "parameter \""_s);
     }
 }
 
@@ -177,7 +208,7 @@ void planSurvey(InvocationPlan& plan, RandomSource& random)
         plan.timeoutsMs.append(random.of(timeouts));
         section.append(plan.timeoutsMs.constLast());
     }
-    plan.arguments.insert("timeouts"_q, section);
+    plan.arguments.insert("timeouts"_s, section);
     plan.deed = section.isEmpty() ? Deed::SendsNothing : Deed::Asks;
 }
 
@@ -186,37 +217,41 @@ void planSurvey(InvocationPlan& plan, RandomSource& random)
 InvocationPlan drawInvocation(RandomSource& random)
 {
     static const QVector<QString> commands = {
-        "setValue"_q,       "setValue"_q,    "switchValue"_q, "getValue"_q, "getValue"_q, "startListening"_q,
-        "startListening"_q, "listenToAll"_q, "init"_q,        "survey"_q,   "survey"_q,   "unheardOf"_q};
+        "setValue"_s,       "setValue"_s,       "switchValue"_s,   "getValue"_s,      "getValue"_s,
+        "startListening"_s, "startListening"_s, "listenToAll"_s,   "init"_s,          "survey"_s,
+        "survey"_s,         "unheardOf"_s,      "stopListening"_s, "stopTheCommand"_s};
     InvocationPlan plan;
     plan.command = random.of(commands);
-    const bool takesChannel = plan.command.endsWith("Value"_q) || plan.command == "startListening"_q;
-    const bool channelFits = !takesChannel || add(plan, "channel"_q, channelChoice(random));
-    if (plan.command == "setValue"_q) {
+    const bool takesChannel = plan.command.endsWith("Value"_s) || plan.command == "startListening"_s;
+    const bool channelFits = !takesChannel || add(plan, "channel"_s, channelChoice(random));
+    if (plan.command == "setValue"_s) {
         planSetValue(plan, random);
-    } else if (plan.command == "switchValue"_q) {
+    } else if (plan.command == "switchValue"_s) {
         planSwitchValue(plan);
-    } else if (plan.command == "getValue"_q) {
+    } else if (plan.command == "getValue"_s) {
         planGetValue(plan);
-    } else if (plan.command == "startListening"_q) {
+    } else if (plan.command == "startListening"_s) {
         planStartListening(plan, random);
-    } else if (plan.command == "listenToAll"_q) {
+    } else if (plan.command == "listenToAll"_s) {
         ask(plan, Deed::Listens, Wants::Value);
-    } else if (plan.command == "survey"_q) {
+    } else if (plan.command == "survey"_s) {
         planSurvey(plan, random);
-    } else if (plan.command == "init"_q) {
+    } else if (plan.command.startsWith("stop"_s)) {
+        planStop(plan, random);
+    } else if (plan.command == "init"_s) {
         plan.deed = Deed::ReportsAtOnce;
     } else {
-        refuse(plan, "unknown command \"unheardOf\""_q);
+        refuse(plan, "unknown command \"unheardOf\""_s);
         return plan;
     }
     if (!channelFits) {
-        refuse(plan, "parameter \""_q);
+        refuse(plan, "parameter \""_s);
     }
     if (random.chance(4)) {
-        plan.arguments.insert("zone"_q, 1);
-        if (takesChannel) { // a section of the others, which declare no parameter
-            refuse(plan, "parameter \""_q);
+        plan.arguments.insert("zone"_s, 1);
+        plan.taken.insert("zone"_s, 1);
+        if (takesChannel || plan.deed == Deed::Stops) { // a section of the others, which declare no parameter
+            refuse(plan, "parameter \""_s);
         }
     }
     if (plan.deed == Deed::RefusedByHost) {
@@ -225,16 +260,29 @@ InvocationPlan drawInvocation(RandomSource& random)
     return plan;
 }
 
+QString stopNameOf(const QString& command)
+{
+    if (command == "startListening"_s || command == "listenToAll"_s) {
+        return "stopListening"_s;
+    }
+    return command == "setValue"_s ? "stopTheCommand"_s : QString();
+}
+
+bool asks(const QString& command)
+{
+    return command == "getValue"_s || command == "startListening"_s || command == "listenToAll"_s;
+}
+
 QVariantList toolChannels()
 {
     const auto item = [](const QString& id, const QString& value) {
-        return QVariantMap{{"id"_q, id}, {"value"_q, value}};
+        return QVariantMap{{"id"_s, id}, {"value"_s, value}};
     };
     QVariantList list;
     for (const Channel& channel : channels()) {
         list.append(QVariantMap{
-            {"id"_q, channel.id},
-            {"value"_q, QVariantList{item("direction"_q, channel.direction), item("link"_q, channel.link)}}});
+            {"id"_s, channel.id},
+            {"value"_s, QVariantList{item("direction"_s, channel.direction), item("link"_s, channel.link)}}});
     }
     return list;
 }

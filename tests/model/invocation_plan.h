@@ -17,7 +17,8 @@ struct InvocationPlan
         Asks,      ///< sends its requests at once, and has reported with the first reply that it accepts
         AsksTwice, ///< asks again when the first reply has come, and has reported with the second
         Pulses,    ///< asks again when its time is over, and has reported then
-        Listens
+        Listens,
+        Stops ///< another order, by its stop name
     };
     /// What a reply must hold to be accepted.
     enum class Wants
@@ -30,6 +31,7 @@ struct InvocationPlan
 
     QString command;
     QVariantMap arguments;
+    QVariantMap taken; ///< the arguments as the command gets them
     Deed deed = Deed::RefusedByHost;
     QString refusal; ///< part of the host's message
     Wants wants = Wants::Anything;
@@ -38,8 +40,13 @@ struct InvocationPlan
     QVector<int> timeoutsMs; ///< of the requests that commandExecute sends
 };
 
-/// Draws an invocation of one of the plugin's six commands, of "survey", or of none.
+/// Draws an invocation of one of the plugin's six commands, of "survey", of a stop name, or of none.
 InvocationPlan drawInvocation(RandomSource& random);
+
+/// The stop name of a command; empty for one that has none.
+QString stopNameOf(const QString& command);
+/// True for the commands that only ask.
+bool asks(const QString& command);
 
 /// The channels of every tool, as its configuration holds them.
 QVariantList toolChannels();

@@ -1,7 +1,6 @@
 #include "journal.h"
 
-#include "steady_clock.h"
-#include "text.h"
+#include "literals.h"
 
 #include <csignal>
 #include <cstdio>
@@ -23,7 +22,7 @@ const Journal* currentJournal = nullptr;
 void tellOfCrash(int signal)
 {
     std::signal(signal, SIG_DFL);
-    currentJournal->require(false, "the process got signal %1"_q.arg(signal));
+    currentJournal->require(false, "the process got signal %1"_s.arg(signal));
 }
 
 void handleCrashes(void (*handler)(int))
@@ -37,10 +36,11 @@ void handleCrashes(void (*handler)(int))
 
 } // namespace
 
-Journal::Journal(quint64 seed, int steps, bool aloud)
+Journal::Journal(quint64 seed, int steps, bool aloud, const DScheduler* clock)
     : m_seed(seed)
     , m_steps(steps)
     , m_aloud(aloud)
+    , m_clock(clock)
 {
     currentJournal = this;
     handleCrashes(tellOfCrash);
@@ -59,9 +59,8 @@ void Journal::beginStep(int step)
 
 void Journal::note(int depth, const QString& action)
 {
-    const QString line =
-        "%1 at %2 ms: %3%4"_q.arg(QString::number(m_step), QString::number(steady_clock::nowMs()),
-                                  QString(2 * depth, QLatin1Char(' ')), action);
+    const QString line = "%1 at %2 us: %3%4"_s.arg(QString::number(m_step), QString::number(m_clock->now()),
+                                                   QString(2 * depth, QLatin1Char(' ')), action);
     if (m_aloud) {
         std::fprintf(stderr, "%s\n", qPrintable(line));
     }

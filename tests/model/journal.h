@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_scheduler.h>
+
 #include <QString>
 
 #include <deque>
@@ -9,8 +11,8 @@
 class Journal
 {
 public:
-    /// aloud prints each action as it happens.
-    Journal(quint64 seed, int steps, bool aloud);
+    /// The times are those of clock; aloud prints each action as it happens.
+    Journal(quint64 seed, int steps, bool aloud, const DScheduler* clock);
     ~Journal();
     Q_DISABLE_COPY(Journal)
 
@@ -31,6 +33,7 @@ private:
     const quint64 m_seed;
     const int m_steps;
     const bool m_aloud;
+    const DScheduler* const m_clock;
     int m_step = 0;
     std::deque<QString> m_actions;
 };

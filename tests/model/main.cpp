@@ -1,4 +1,5 @@
-#include "text.h"
+#include "literals.h"
+#include "manual_event_dispatcher.h"
 #include "world.h"
 
 #include <QCommandLineParser>
@@ -34,12 +35,12 @@ void printFigures(int steps, const World& world)
     QStringList kinds;
     for (auto kind = orders.ends.cbegin(); kind != orders.ends.cend(); ++kind) {
         ended += kind.value();
-        kinds.append("%1 %2"_q.arg(kind.key()).arg(kind.value()));
+        kinds.append("%1 %2"_s.arg(kind.key()).arg(kind.value()));
     }
     std::printf("%d steps, %llu orders, %llu replies, %llu destroyed, %llu treatments released, "
                 "%llu refused; ends: %s\n",
                 steps, ended, orders.replies, world.destroyed(), treatments.releases, treatments.refusals,
-                qPrintable(kinds.join(", "_q)));
+                qPrintable(kinds.join(", "_s)));
 }
 
 } // namespace
@@ -47,18 +48,19 @@ void printFigures(int steps, const World& world)
 /// Does random things to the host and holds what comes of them against a model of its rules.
 int main(int argc, char* argv[])
 {
-    qputenv("QT_NO_GLIB", "1"); // whose event loop reads the clock at other times
-    qSetGlobalQHashSeed(0);     // the same seed gives the same run
+    qSetGlobalQHashSeed(0); // the same seed gives the same run
+    ManualScheduler scheduler;
+    QCoreApplication::setEventDispatcher(new ManualEventDispatcher(&scheduler));
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QString seedOption = "seed"_q;
-    const QString stepsOption = "steps"_q;
-    const QString aloudOption = "aloud"_q;
+    const QString seedOption = "seed"_s;
+    const QString stepsOption = "steps"_s;
+    const QString aloudOption = "aloud"_s;
     parser.addHelpOption();
-    parser.addOption({seedOption, "Repeats the run of this seed; a fresh one by default."_q, "number"_q,
+    parser.addOption({seedOption, "Repeats the run of this seed; a fresh one by default."_s, "number"_s,
                       QString::number(QRandomGenerator::global()->generate())});
-    parser.addOption({stepsOption, "How many steps the run has."_q, "number"_q, "2000"_q});
-    parser.addOption({aloudOption, "Prints each action as it happens."_q});
+    parser.addOption({stepsOption, "How many steps the run has."_s, "number"_s, "2000"_s});
+    parser.addOption({aloudOption, "Prints each action as it happens."_s});
     parser.process(application);
     if (!parser.positionalArguments().isEmpty()) {
         std::fprintf(stderr, "unexpected argument \"%s\"\n",
@@ -74,8 +76,8 @@ int main(int argc, char* argv[])
     std::printf("seed %llu: ", *seed);
     std::fflush(stdout);
     const int count = static_cast<int>(*steps);
-    Journal journal(*seed, count, parser.isSet(aloudOption));
-    World world(*seed, &journal);
+    Journal journal(*seed, count, parser.isSet(aloudOption), &scheduler);
+    World world(*seed, &journal, &scheduler);
     for (int step = 1; step <= count; ++step) {
         journal.beginStep(step);
         world.step();

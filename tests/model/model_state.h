@@ -2,22 +2,15 @@
 
 #include "invocation_plan.h"
 
-#include <QString>
+#include <plugin_management/d_failure.h>
 
 #include <deque>
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// What the model knows of the objects of a run. It is kept up by the rules, and never asked of the objects.
 namespace model {
-
-/// A way in which an order may end.
-struct Outcome
-{
-    QString kind;
-    bool success = false;
-    QString reason; ///< part of the order's reason
-};
 
 struct Order;
 struct Request;
@@ -26,15 +19,16 @@ struct Request;
 struct Answer
 {
     std::shared_ptr<Request> request;
-    bool failed = false;
-    QVariantMap reply;
-    QString reason;
+    DFailure failure = {}; ///< none: a reply
+    QVariantMap reply = {};
+    qint64 timeUs = 0;
 };
 
 struct Device
 {
     bool connected = true;
     bool disconnecting = false; ///< it cancels what is pending
+    bool closing = false;       ///< the same, while it still takes requests
     bool going = false;         ///< its destructor runs, or is over
     QString problem;
     std::deque<Answer> answers;
@@ -53,9 +47,8 @@ struct Request
     std::shared_ptr<Device> device; ///< null: the order's tool had none
     quint64 id = 0;                 ///< 0 until it is known
     QString instruction;
-    QString channel;
     int timeoutMs = 0;
-    qint64 deadlineMs = 0;
+    qint64 deadlineUs = 0;
     bool recurring = false;
     bool heard = false; ///< a reply came, which ends the time limit
     bool timedOut = false;
@@ -88,10 +81,13 @@ struct Order
     bool gone = false;
     int sent = 0;
     int rejected = 0;
-    qint64 pulseMs = -1; ///< when the pulse ends; -1 while no time runs
-    QVariant value;      ///< the result "value"
-    /// How it has to end. Several where one cause was about to take effect when another did.
-    std::vector<Outcome> outcomes;
+    quint64 startNumber = 0;        ///< of those that made a command: in the order of their starts
+    std::optional<qint64> pulseUs;  ///< when the pulse ends
+    QVariant value;                 ///< the result "value"
+    std::vector<qint64> replyTimes; ///< of the replies that its command is being handed, one inside another
+    /// How it has to end, with part of the text of a failure. Several where one cause was about to take
+    /// effect when another did.
+    std::vector<DFailure> outcomes;
     std::vector<std::shared_ptr<Request>> requests; ///< those that are not over
 
     bool isRunning() const { return started && !decided; }
@@ -103,6 +99,7 @@ struct Treatment
     int id = 0;
     InvocationPlan plan;
 };
+using Treatments = std::deque<Treatment>;
 
 struct Backend
 {
@@ -110,9 +107,14 @@ struct Backend
     std::shared_ptr<Tool> tool;
     bool initialized = false;
     int limit = 256;
-    std::deque<Treatment> queue;
-    std::shared_ptr<Order> running; ///< the order of the first treatment
-    bool replied = false;           ///< the first treatment's results were told
+    /// The channels of the tools that it can be bound to; those of the first one.
+    std::optional<int> channels;
+    Treatments actions;   ///< treatments of commands that do something
+    Treatments questions; ///< those of commands that only ask
+    /// The order of a treatment, which is the first of its kind.
+    std::shared_ptr<Order> running;
+    bool runningAsks = false;
+    bool replied = false; ///< the results of the treatment that runs were told
 };
 
 } // namespace model

@@ -1,8 +1,7 @@
 #include "order_rules.h"
 
+#include "literals.h"
 #include "reply_shapes.h"
-#include "steady_clock.h"
-#include "text.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,17 +10,14 @@ using namespace model;
 using Deed = InvocationPlan::Deed;
 using Wants = InvocationPlan::Wants;
 using Cancel = Request::Cancel;
+using Kind = DFailure::Kind;
 
 namespace {
 
 constexpr qint64 c_never = std::numeric_limits<qint64>::max();
 constexpr int c_replyTimeoutMs = 4000;
+constexpr qint64 c_usPerMs = 1000;
 constexpr std::size_t c_recentRequests = 12;
-
-bool hasDue(const Request& request)
-{
-    return !request.heard && request.deadlineMs <= steady_clock::nowMs();
-}
 
 bool isAnswered(const Request& request)
 {
@@ -40,13 +36,13 @@ bool Order::isListening() const
 
 void OrderRules::require(bool holds, const char* rule, const Order& order) const
 {
-    m_journal.require(holds, "order %1 (%2): %3"_q.arg(QString::number(order.id), order.plan.command,
+    m_journal.require(holds, "order %1 (%2): %3"_s.arg(QString::number(order.id), order.plan.command,
                                                        QString::fromUtf8(rule)));
 }
 
-void OrderRules::must(Order& order, const char* kind, bool success, const QString& reason) const
+bool OrderRules::hasDue(const Request& request) const
 {
-    order.outcomes.push_back({QString::fromUtf8(kind), success, reason});
+    return !request.heard && request.deadlineUs <= m_clock.now();
 }
 
 std::shared_ptr<Order> OrderRules::makeOrder(quint64 id, const InvocationPlan& plan,
@@ -67,10 +63,38 @@ void OrderRules::start(Order& order)
     }
     order.started = true;
     if (order.tool->closed) {
-        must(order, "closed", false, "the tool was closed"_q);
+        order.outcomes.push_back({Kind::ToolClosed, "the tool was closed"_s});
     } else if (order.plan.deed == Deed::RefusedByHost) {
-        must(order, "refused", false, order.plan.refusal);
+        order.outcomes.push_back({Kind::WrongInvocation, order.plan.refusal});
+    } else if (order.plan.deed == Deed::Stops) {
+        Order* other = orderToStop(order);
+        order.outcomes.push_back(other != nullptr ? DFailure()
+                                                  : DFailure{Kind::RefusedByCommand, "to stop"_s});
+        if (other != nullptr) {
+            stop(*other);
+        }
     }
+}
+
+/// The latest one that has such a stop name, and was given the same arguments.
+Order* OrderRules::orderToStop(const Order& order) const
+{
+    Order* latest = nullptr;
+    for (const auto& [id, other] : m_orders) {
+        const QVariantMap& given = other->plan.taken;
+        const QVariantMap& wanted = order.plan.taken;
+        const auto has = [&given, &wanted](const QString& name) {
+            return given.contains(name) && given.value(name) == wanted.value(name);
+        };
+        const QStringList names = wanted.keys();
+        if (other->made && other->isRunning() && other->tool == order.tool &&
+            stopNameOf(other->plan.command) == order.plan.command &&
+            std::all_of(names.cbegin(), names.cend(), has) &&
+            (latest == nullptr || other->startNumber > latest->startNumber)) {
+            latest = other.get();
+        }
+    }
+    return latest;
 }
 
 void OrderRules::stop(Order& order)
@@ -82,9 +106,9 @@ void OrderRules::stop(Order& order)
     order.stopped = true;
     order.outcomes.clear();
     if (order.isListening()) {
-        must(order, "stopped listening", true, QString());
+        order.outcomes.push_back({});
     } else {
-        must(order, "stopped", false, "stopped before it was complete"_q);
+        order.outcomes.push_back({Kind::Stopped, "stopped before it was complete"_s});
     }
 }
 
@@ -93,8 +117,9 @@ void OrderRules::destroy(Order& order)
     order.silent = true;
     if (order.isRunning()) {
         order.stopped = true;
+        order.decided = !order.made; // it stops another, which ends it
         order.outcomes.clear();
-        must(order, "destroyed", false, QString());
+        order.outcomes.push_back({Kind::Stopped, QString()});
     }
 }
 
@@ -102,8 +127,8 @@ void OrderRules::closeTool(const std::shared_ptr<Tool>& tool)
 {
     tool->closed = true;
     for (const auto& [id, order] : m_orders) {
-        if (order->tool == tool && order->isRunning()) {
-            must(*order, "closed", false, "the tool was closed"_q);
+        if (order->tool == tool && order->made && order->isRunning()) {
+            order->outcomes.push_back({Kind::ToolClosed, "the tool was closed"_s});
         }
     }
 }
@@ -134,6 +159,23 @@ void OrderRules::connect(Device& device)
     device.connected = true;
 }
 
+void OrderRules::close(Device& device)
+{
+    device.closing = device.connected;
+    disconnect(device, device.connected ? "the device was closed"_s : "the device is closed"_s);
+    device.connected = device.closing;
+}
+
+void OrderRules::stateTold(Device& device) const
+{
+    device.disconnecting = false;
+    if (device.closing) {
+        device.closing = false;
+        device.connected = false;
+        device.problem = "the device is closed"_s;
+    }
+}
+
 void OrderRules::destroyDevice(Device& device)
 {
     device.going = true;
@@ -143,7 +185,7 @@ void OrderRules::destroyDevice(Device& device)
         const RequestPointer request = known->second;
         const bool here = request->device.get() == &device;
         if (here && !request->over && request->order->isRunning()) {
-            must(*request->order, "device gone", false, "the device is gone"_q);
+            request->order->outcomes.push_back({Kind::DeviceUnreachable, "the device is gone"_s});
         }
         request->atDevice = request->atDevice && !here;
         request->cancel = here ? Cancel::NotDue : request->cancel;
@@ -156,6 +198,7 @@ void OrderRules::commandMade(Order& order)
     require(order.isRunning() && order.outcomes.empty(), "a command was made that must not run", order);
     require(!order.made, "a second command was made", order);
     order.made = true;
+    order.startNumber = ++m_lastStart;
 }
 
 void OrderRules::executeBegins(Order& order)
@@ -177,30 +220,29 @@ void OrderRules::executeEnds(Order& order, bool accepted)
     }
     require(accepted == (order.plan.deed != Deed::RefusedByCommand), "commandExecute answers wrongly", order);
     if (!accepted) {
-        must(order, "refused by its command", false, "the command refused to run"_q);
+        order.outcomes.push_back({Kind::RefusedByCommand, "the command refused to run"_s});
     } else if (order.sent == 0 && !order.reported) {
-        must(order, "sent nothing", false, "the command sent no device request"_q);
+        order.outcomes.push_back({Kind::NothingSent, "the command sent no device request"_s});
     } else {
         if (order.plan.deed == Deed::Pulses && order.plan.pulseMs >= 0) {
-            order.pulseMs = steady_clock::nowMs() + order.plan.pulseMs;
+            order.pulseUs = m_clock.now() + order.plan.pulseMs * c_usPerMs;
         }
         completeOrWait(order);
     }
 }
 
-void OrderRules::sendBegins(Order& order, const QString& instruction, const QVariantMap& arguments,
-                            int timeoutMs)
+void OrderRules::sendBegins(Order& order, const QString& instruction, int timeoutMs)
 {
     if (!order.isRunning()) {
         m_sending.push_back(nullptr);
         return;
     }
-    const bool plainLimit = order.plan.command != "survey"_q;
+    const bool plainLimit = order.plan.command != "survey"_s;
     require(timeoutMs == (plainLimit ? c_replyTimeoutMs : order.plan.timeoutsMs.value(order.sent)),
             "a request has another time limit", order);
     if (order.plan.deed == Deed::Pulses && order.sent > 0) {
-        require(order.pulseMs >= 0 && order.pulseMs <= steady_clock::nowMs(), "a pulse ends early", order);
-        order.pulseMs = -1;
+        require(order.pulseUs && *order.pulseUs <= m_clock.now(), "a pulse ends early", order);
+        order.pulseUs.reset();
         order.reported = true;
     }
     ++order.sent;
@@ -208,18 +250,17 @@ void OrderRules::sendBegins(Order& order, const QString& instruction, const QVar
     request->order = &order;
     request->device = order.tool->device;
     request->instruction = instruction;
-    request->channel = arguments.value("channel"_q).toString();
     request->timeoutMs = timeoutMs;
-    request->deadlineMs = timeoutMs > 0 ? steady_clock::nowMs() + timeoutMs : c_never;
+    request->deadlineUs = timeoutMs > 0 ? m_clock.now() + timeoutMs * c_usPerMs : c_never;
     request->recurring = order.plan.deed == Deed::Listens;
     order.requests.push_back(request);
     m_sending.push_back(request);
     if (request->device == nullptr) {
-        must(order, "no device", false, "the tool has no device"_q);
+        order.outcomes.push_back({Kind::DeviceUnreachable, "the tool has no device"_s});
     } else if (request->device->going) {
-        must(order, "device gone", false, "the device is gone"_q);
+        order.outcomes.push_back({Kind::DeviceUnreachable, "the device is gone"_s});
     } else if (!request->device->connected) {
-        request->device->answers.push_back({request, true, {}, request->device->problem});
+        request->device->answers.push_back({request, {Kind::DeviceUnreachable, request->device->problem}});
     }
 }
 
@@ -228,8 +269,8 @@ void OrderRules::requestArrives(const Device& device, quint64 id)
     const bool expected = !m_sending.empty() && m_sending.back() != nullptr &&
                           m_sending.back()->device.get() == &device && device.connected &&
                           m_sending.back()->id == 0;
-    m_journal.require(expected, "a device gets a request that no order sends to it"_q);
-    m_journal.require(id > m_lastRequest, "the identifiers of requests do not rise"_q);
+    m_journal.require(expected, "a device gets a request that no order sends to it"_s);
+    m_journal.require(id > m_lastRequest, "the identifiers of requests do not rise"_s);
     m_lastRequest = id;
     const RequestPointer request = m_sending.back();
     request->id = id;
@@ -245,16 +286,16 @@ void OrderRules::sendEnds(quint64 id)
 {
     const RequestPointer request = m_sending.back();
     m_sending.pop_back();
-    m_journal.require((id == 0) == (request == nullptr), "0 stands for a request that is not sent"_q);
+    m_journal.require((id == 0) == (request == nullptr), "0 stands for a request that is not sent"_s);
     if (request == nullptr) {
         return;
     }
     const bool couldArrive = request->device != nullptr && request->id != 0;
-    m_journal.require(!couldArrive || request->id == id, "a request has two identifiers"_q);
+    m_journal.require(!couldArrive || request->id == id, "a request has two identifiers"_s);
     if (!couldArrive) {
         m_journal.require(request->device == nullptr || !request->device->connected || request->over,
-                          "a request did not reach its device"_q);
-        m_journal.require(id > m_lastRequest, "the identifiers of requests do not rise"_q);
+                          "a request did not reach its device"_s);
+        m_journal.require(id > m_lastRequest, "the identifiers of requests do not rise"_s);
         m_lastRequest = id;
         request->id = id;
         if (!request->over) {
@@ -298,8 +339,9 @@ void OrderRules::replyBegins(Order& order, quint64 id, const QVariantMap& reply)
     Device& device = *request->device;
     dropOver(device);
     require(!device.answers.empty() && device.answers.front().request == request &&
-                !device.answers.front().failed && device.answers.front().reply == reply,
+                !device.answers.front().failure && device.answers.front().reply == reply,
             "not the reply whose turn it is", order);
+    order.replyTimes.push_back(device.answers.front().timeUs);
     device.answers.pop_front();
     request->heard = true;
     if (!request->recurring) {
@@ -316,8 +358,8 @@ void OrderRules::delegateRuns(Order& order, const QVariantMap& reply)
     }
     const bool accepted = accepts(order, reply);
     errorReports += accepted ? 0 : 1;
-    if (accepted && order.plan.command == "getValue"_q) {
-        order.value = static_cast<int>(static_cast<quint16>(reply.value("value"_q).toUInt()));
+    if (accepted && order.plan.command == "getValue"_s) {
+        order.value = static_cast<int>(static_cast<quint16>(reply.value("value"_s).toUInt()));
     }
     if (accepted && (order.plan.deed == Deed::Asks || order.sent == 2)) {
         order.reported = true;
@@ -344,6 +386,7 @@ bool OrderRules::accepts(const Order& order, const QVariantMap& reply)
 
 void OrderRules::replyEnds(Order& order, quint64 id, bool accepted)
 {
+    order.replyTimes.pop_back();
     if (!order.isRunning()) {
         return;
     }
@@ -354,7 +397,7 @@ void OrderRules::replyEnds(Order& order, quint64 id, bool accepted)
     } else if (recurs) {
         ++order.rejected;
     } else {
-        must(order, "reply rejected", false, "reply rejected"_q);
+        order.outcomes.push_back({Kind::ReplyRejected, "reply rejected"_s});
     }
 }
 
@@ -364,9 +407,9 @@ void OrderRules::completeOrWait(Order& order) const
         return;
     }
     if (order.reported) {
-        must(order, "success", true, QString());
-    } else if (order.pulseMs < 0) {
-        must(order, "incomplete", false, "the command waits for nothing more"_q);
+        order.outcomes.push_back({});
+    } else if (!order.pulseUs) {
+        order.outcomes.push_back({Kind::NothingSent, "the command waits for nothing more"_s});
     }
 }
 
@@ -375,20 +418,20 @@ void OrderRules::cancelBegins(const Device& device, quint64 id)
     const auto found = m_requests.find(id);
     m_journal.require(found != m_requests.end() && found->second->atDevice &&
                           found->second->device.get() == &device,
-                      "a device cancels request %1, which it does not handle"_q.arg(id));
+                      "a device cancels request %1, which it does not handle"_s.arg(id));
     const RequestPointer request = found->second;
     request->atDevice = false;
     if (request->over) {
-        m_journal.require(request->cancel != Cancel::NotDue, "request %1 is cancelled twice"_q.arg(id));
+        m_journal.require(request->cancel != Cancel::NotDue, "request %1 is cancelled twice"_s.arg(id));
         request->cancel = Cancel::NotDue;
         m_requests.erase(found);
     } else if (!device.disconnecting) {
-        m_journal.require(hasDue(*request), "request %1 is cancelled without a cause"_q.arg(id));
+        m_journal.require(hasDue(*request), "request %1 is cancelled without a cause"_s.arg(id));
         for (const auto& [otherId, other] : m_requests) {
             m_journal.require(other->over || other->heard || !other->atDevice ||
                                   other->device != request->device ||
-                                  other->deadlineMs >= request->deadlineMs,
-                              "request %1 is forgotten at its deadline"_q.arg(otherId));
+                                  other->deadlineUs >= request->deadlineUs,
+                              "request %1 is forgotten at its deadline"_s.arg(otherId));
         }
         request->timedOut = true;
     }
@@ -398,17 +441,14 @@ void OrderRules::cancelEnds(Device& device, quint64 id)
 {
     const auto request = m_requests.find(id);
     if (device.disconnecting && request != m_requests.end() && !request->second->over) {
-        device.answers.push_back({request->second, true, {}, device.problem});
+        device.answers.push_back({request->second, {Kind::DeviceUnreachable, device.problem}});
     }
 }
 
-Outcome OrderRules::timedOut(const Request& request)
+DFailure OrderRules::timedOut(const Request& request)
 {
-    const QString channel =
-        request.channel.isEmpty() ? QString() : " of channel \"%1\""_q.arg(request.channel);
-    return {"deadline"_q, false,
-            "no reply to \"%1\"%2 within %3 ms"_q.arg(request.instruction, channel,
-                                                      QString::number(request.timeoutMs))};
+    return {Kind::TimedOut,
+            "no reply to \"%1\" within %2 ms"_s.arg(request.instruction, QString::number(request.timeoutMs))};
 }
 
 /// Adds the failures that may end the order now. Returns its request whose failure is next to be delivered,
@@ -425,8 +465,8 @@ OrderRules::RequestPointer OrderRules::addCausesOfFailure(Order& order) const
         }
         dropOver(*request->device);
         const auto& answers = request->device->answers;
-        if (!answers.empty() && answers.front().failed && answers.front().request == request) {
-            must(order, "device failure", false, answers.front().reason);
+        if (!answers.empty() && answers.front().failure && answers.front().request == request) {
+            order.outcomes.push_back(answers.front().failure);
             failed = request;
         }
     }
@@ -443,10 +483,10 @@ void OrderRules::decide(Order& order, bool ok)
     const bool certain = order.outcomes.size() == 1;
     auto& outcomes = order.outcomes;
     outcomes.erase(std::remove_if(outcomes.begin(), outcomes.end(),
-                                  [ok](const Outcome& outcome) { return outcome.success != ok; }),
+                                  [ok](const DFailure& outcome) { return !outcome != ok; }),
                    outcomes.end());
     require(!outcomes.empty(), ok ? "success without a cause" : "failure without a cause", order);
-    ++ends[outcomes.front().kind];
+    ++ends[outcomes.front() ? outcomes.front().kindName() : "success"_s];
     const auto requests = order.requests;
     for (const RequestPointer& request : requests) {
         if (request == failed) {
@@ -463,22 +503,30 @@ void OrderRules::finishBegins(Order& order, bool ok)
     decide(order, ok);
 }
 
-void OrderRules::finishedTold(Order& order, bool success, const QString& reason)
+void OrderRules::eventTold(const Order& order, qint64 timeUs) const
+{
+    const qint64 expected = order.replyTimes.empty() ? m_clock.now() : order.replyTimes.back();
+    require(timeUs == expected, "an event has another time than its reply", order);
+}
+
+void OrderRules::finishedTold(Order& order, const DFailure& failure)
 {
     require(!order.told, "it says twice that it has finished", order);
     require(!order.silent, "it speaks while it is destroyed", order);
     order.told = true;
     if (!order.made) {
-        decide(order, success);
+        decide(order, !failure);
     }
     require(order.decided, "it has finished without finishing its command", order);
     const bool expected =
-        std::any_of(order.outcomes.cbegin(), order.outcomes.cend(), [&](const Outcome& outcome) {
-            return outcome.success == success &&
-                   (success ? reason.isEmpty() : reason.contains(outcome.reason));
+        std::any_of(order.outcomes.cbegin(), order.outcomes.cend(), [&failure](const DFailure& outcome) {
+            return outcome.kind == failure.kind && failure.text.contains(outcome.text) &&
+                   failure.text.isEmpty() == !failure;
         });
+    const DFailure& first = order.outcomes.front();
     require(expected,
-            qPrintable("it ends with \"%1\", expected \"%2\""_q.arg(reason, order.outcomes.front().reason)),
+            qPrintable("it ends with \"%1\" (%2), expected \"%3\" (%4)"_s.arg(
+                failure.text, failure.kindName(), first.text, first.kindName())),
             order);
 }
 
@@ -508,8 +556,8 @@ void OrderRules::checkOrder(const Order& order) const
 {
     require(order.outcomes.empty() || order.decided, "it has not ended", order);
     require(!order.decided || order.told, "it has not said that it has finished", order);
-    require(!order.isRunning() || order.pulseMs < 0 || order.pulseMs > steady_clock::nowMs(),
-            "its pulse has not ended", order);
+    require(!order.isRunning() || !order.pulseUs || *order.pulseUs > m_clock.now(), "its pulse has not ended",
+            order);
     for (const RequestPointer& request : order.requests) {
         require(!hasDue(*request), "a deadline has passed without effect", order);
     }
@@ -519,11 +567,11 @@ void OrderRules::checkDevice(Device& device) const
 {
     dropOver(device);
     m_journal.require(device.answers.empty(),
-                      "an answer to request %1 was not delivered"_q.arg(
+                      "an answer to request %1 was not delivered"_s.arg(
                           device.answers.empty() ? 0 : device.answers.front().request->id));
     for (const auto& [id, request] : m_requests) {
         m_journal.require(request->device.get() != &device || request->cancel != Cancel::Due,
-                          "the device was not told that request %1 is over"_q.arg(id));
+                          "the device was not told that request %1 is over"_s.arg(id));
     }
 }
 
@@ -557,13 +605,13 @@ std::vector<qint64> OrderRules::dueTimes() const
 {
     std::vector<qint64> times;
     for (const auto& [id, order] : m_orders) {
-        if (order->isRunning() && order->pulseMs >= 0) {
-            times.push_back(order->pulseMs);
+        if (order->isRunning() && order->pulseUs) {
+            times.push_back(*order->pulseUs);
         }
     }
     for (const auto& [id, request] : m_requests) {
-        if (!request->over && !request->heard && request->deadlineMs != c_never) {
-            times.push_back(request->deadlineMs);
+        if (!request->over && !request->heard && request->deadlineUs != c_never) {
+            times.push_back(request->deadlineUs);
         }
     }
     return times;

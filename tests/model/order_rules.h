@@ -12,8 +12,10 @@
 class OrderRules
 {
 public:
-    explicit OrderRules(const Journal& journal)
+    /// The times are those of clock.
+    OrderRules(const Journal& journal, const DScheduler& clock)
         : m_journal(journal)
+        , m_clock(clock)
     {}
 
     // What the run does, told before it happens.
@@ -26,14 +28,14 @@ public:
     void answer(model::Device& device, quint64 request, const model::Answer& answer);
     void disconnect(model::Device& device, const QString& problem);
     void connect(model::Device& device);
+    void close(model::Device& device);
     void destroyDevice(model::Device& device);
 
     // What the host does.
     void commandMade(model::Order& order);
     void executeBegins(model::Order& order);
     void executeEnds(model::Order& order, bool accepted);
-    void sendBegins(model::Order& order, const QString& instruction, const QVariantMap& arguments,
-                    int timeoutMs);
+    void sendBegins(model::Order& order, const QString& instruction, int timeoutMs);
     void requestArrives(const model::Device& device, quint64 id);
     void sendEnds(quint64 id);
     void replyBegins(model::Order& order, quint64 request, const QVariantMap& reply);
@@ -42,7 +44,9 @@ public:
     void cancelBegins(const model::Device& device, quint64 request);
     void cancelEnds(model::Device& device, quint64 request);
     void finishBegins(model::Order& order, bool ok);
-    void finishedTold(model::Order& order, bool success, const QString& reason);
+    void eventTold(const model::Order& order, qint64 timeUs) const;
+    void finishedTold(model::Order& order, const DFailure& failure);
+    void stateTold(model::Device& device) const;
     void orderGone(model::Order& order) const;
     void forgetGone();
 
@@ -59,7 +63,7 @@ public:
     /// Times at which something falls due.
     std::vector<qint64> dueTimes() const;
 
-    QMap<QString, quint64> ends; ///< how many orders ended in each way
+    QMap<QString, quint64> ends; ///< how many orders ended in each way: "success", or the kind of failure
     quint64 replies = 0;
     int errorReports = 0;  ///< that the commands must have made
     int timerWarnings = 0; ///< of Qt, about pulses of negative length
@@ -68,19 +72,22 @@ private:
     using RequestPointer = std::shared_ptr<model::Request>;
 
     void require(bool holds, const char* rule, const model::Order& order) const;
-    void must(model::Order& order, const char* kind, bool success, const QString& reason) const;
+    bool hasDue(const model::Request& request) const;
+    model::Order* orderToStop(const model::Order& order) const;
     static bool accepts(const model::Order& order, const QVariantMap& reply);
     void decide(model::Order& order, bool ok);
     RequestPointer addCausesOfFailure(model::Order& order) const;
     void retire(const RequestPointer& request, model::Request::Cancel cancel);
     void completeOrWait(model::Order& order) const;
     static void dropOver(model::Device& device);
-    static model::Outcome timedOut(const model::Request& request);
+    static DFailure timedOut(const model::Request& request);
 
     const Journal& m_journal;
+    const DScheduler& m_clock;
     std::map<quint64, std::shared_ptr<model::Order>> m_orders;
     std::map<quint64, RequestPointer> m_requests; ///< that are not over, or still known to their device
     std::vector<RequestPointer> m_sending;        ///< null: in vain
     std::vector<quint64> m_recent;
     quint64 m_lastRequest = 0;
+    quint64 m_lastStart = 0;
 };

@@ -1,26 +1,26 @@
 #include "reply_shapes.h"
 
-#include "text.h"
+#include "literals.h"
 
 #include <limits>
 
 const QVector<ReplyShape>& replyShapes()
 {
-    static const QString value = "value"_q;
-    static const QString values = "values"_q;
+    static const QString value = "value"_s;
+    static const QString values = "values"_s;
     static const int highest = std::numeric_limits<int>::max();
     static const QVector<ReplyShape> shapes = {
         {"a value and a reading", {{value, 1}, {values, QVariantList{1}}}, true, true, true},
         {"a low value and reading", {{value, 0}, {values, QVariantList{0}}}, true, true, true},
         {"a huge value and reading", {{value, highest}, {values, QVariantList{highest}}}, true, true, true},
-        {"a text for both", {{value, "high"_q}, {values, "high"_q}}, true, false, true},
+        {"a text for both", {{value, "high"_s}, {values, "high"_s}}, true, false, true},
         {"a negative reading", {{values, QVariantList{-1}}}, false, true, true},
         {"a single number", {{values, 65535}}, false, false, true},
         {"no reading", {{values, QVariantList()}}, false, false, false},
         {"two readings", {{values, QVariantList{0, 1}}}, false, false, false},
         {"a map of readings", {{values, QVariantMap{{value, 1}}}}, false, false, false},
         {"an invalid value", {{value, QVariant()}}, true, false, false},
-        {"other keys", {{"garbled"_q, true}}, false, false, false},
+        {"other keys", {{"garbled"_s, true}}, false, false, false},
         {"nothing", {}, false, false, false},
     };
     return shapes;

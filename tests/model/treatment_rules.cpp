@@ -1,6 +1,6 @@
 #include "treatment_rules.h"
 
-#include "text.h"
+#include "literals.h"
 
 #include <algorithm>
 
@@ -48,50 +48,62 @@ void TreatmentRules::initialized(Backend& backend)
 
 void TreatmentRules::bind(Backend& backend) const
 {
-    const auto found = std::find_if(m_tools.cbegin(), m_tools.cend(),
-                                    [&backend](const auto& tool) { return tool->name == backend.toolName; });
+    const auto found = std::find_if(m_tools.cbegin(), m_tools.cend(), [&backend](const auto& tool) {
+        return tool->name == backend.toolName && tool->channels == backend.channels.value_or(tool->channels);
+    });
     backend.tool = found != m_tools.cend() ? *found : nullptr;
     if (backend.tool != nullptr) {
-        backend.limit = std::max(256, backend.tool->channels);
+        backend.channels = backend.tool->channels;
     }
 }
 
 void TreatmentRules::queued(Backend& backend, const Treatment& treatment, bool accepted)
 {
-    const bool hasRoom = static_cast<int>(backend.queue.size()) < backend.limit;
-    m_journal.require(accepted == hasRoom, "a queue of %1 treatments, of %2 at most, answers wrongly"_q
-                                               .arg(static_cast<int>(backend.queue.size()))
-                                               .arg(backend.limit));
+    const bool question = backend.tool != nullptr && asks(treatment.plan.command);
+    Treatments& queue = question ? backend.questions : backend.actions;
+    const int limit = std::max(256, backend.channels.value_or(0));
+    m_journal.require(
+        accepted == (static_cast<int>(queue.size()) < limit),
+        "a queue of %1 treatments, of %2 at most, answers wrongly"_s.arg(static_cast<int>(queue.size()))
+            .arg(limit));
     if (accepted) {
-        backend.queue.push_back(treatment);
+        queue.push_back(treatment);
     } else {
         ++refusals;
     }
 }
 
-const Treatment& TreatmentRules::orderMade(const Backend& backend) const
+/// The one that runs; else the one whose turn it is.
+Treatments& TreatmentRules::turn(Backend& backend)
 {
-    m_journal.require(!backend.queue.empty(), "an order is made for no treatment"_q);
-    m_journal.require(backend.running == nullptr, "two treatments run at a time"_q);
-    m_journal.require(backend.tool != nullptr && backend.tool->device != nullptr &&
-                          backend.tool->device->connected,
-                      "a treatment runs without a device"_q);
-    return backend.queue.front();
+    const bool question = backend.running != nullptr ? backend.runningAsks : backend.actions.empty();
+    return question ? backend.questions : backend.actions;
 }
 
-void TreatmentRules::requireFirst(const Backend& backend, int id, const QString& name) const
+const Treatment& TreatmentRules::orderMade(Backend& backend) const
 {
-    const bool first = !backend.queue.empty() && backend.queue.front().id == id &&
-                       backend.queue.front().plan.command == name;
-    m_journal.require(first, "treatment %1 (%2) out of turn"_q.arg(id).arg(name));
+    m_journal.require(backend.running == nullptr, "two treatments run at a time"_s);
+    m_journal.require(!turn(backend).empty(), "an order is made for no treatment"_s);
+    m_journal.require(backend.tool != nullptr && backend.tool->device != nullptr &&
+                          backend.tool->device->connected,
+                      "a treatment runs without a device"_s);
+    backend.runningAsks = backend.actions.empty();
+    return turn(backend).front();
+}
+
+void TreatmentRules::requireFirst(Backend& backend, int id, const QString& name) const
+{
+    const Treatments& queue = turn(backend);
+    const bool first = !queue.empty() && queue.front().id == id && queue.front().plan.command == name;
+    m_journal.require(first, "treatment %1 (%2) out of turn"_s.arg(id).arg(name));
 }
 
 void TreatmentRules::replied(Backend& backend, int id, const QString& name)
 {
     requireFirst(backend, id, name);
     const bool succeeded =
-        backend.running != nullptr && backend.running->decided && backend.running->outcomes.front().success;
-    m_journal.require(succeeded && !backend.replied, "results of a treatment that has none to tell"_q);
+        backend.running != nullptr && backend.running->decided && !backend.running->outcomes.front();
+    m_journal.require(succeeded && !backend.replied, "results of a treatment that has none to tell"_s);
     backend.replied = true;
 }
 
@@ -100,24 +112,25 @@ void TreatmentRules::released(Backend& backend, int id, const QString& name, boo
     ++releases;
     requireFirst(backend, id, name);
     if (backend.running != nullptr) {
-        m_journal.require(backend.running->decided, "a treatment is released while it runs"_q);
-        m_journal.require(success == backend.running->outcomes.front().success,
-                          "a treatment is released with another outcome"_q);
+        m_journal.require(backend.running->decided, "a treatment is released while it runs"_s);
+        m_journal.require(success == !backend.running->outcomes.front(),
+                          "a treatment is released with another outcome"_s);
     } else {
-        const bool refused = backend.queue.front().plan.deed == InvocationPlan::Deed::RefusedByHost;
+        const bool refused = turn(backend).front().plan.deed == InvocationPlan::Deed::RefusedByHost;
         const bool reachable =
             backend.tool != nullptr && backend.tool->device != nullptr && backend.tool->device->connected;
-        m_journal.require(refused || !reachable, "a treatment is released without having run"_q);
-        m_journal.require(!success, "a treatment succeeds without having run"_q);
+        m_journal.require(refused || !reachable, "a treatment is released without having run"_s);
+        m_journal.require(!success, "a treatment succeeds without having run"_s);
     }
-    m_journal.require(success == backend.replied, "a treatment's results were not told"_q);
-    backend.queue.pop_front();
+    m_journal.require(success == backend.replied, "a treatment's results were not told"_s);
+    turn(backend).pop_front();
     backend.running = nullptr;
     backend.replied = false;
 }
 
 void TreatmentRules::check(const Backend& backend) const
 {
-    m_journal.require(backend.queue.empty() || (backend.running != nullptr && backend.running->isRunning()),
-                      "treatments wait for nothing"_q);
+    const bool waits = !backend.actions.empty() || !backend.questions.empty();
+    m_journal.require(!waits || (backend.running != nullptr && backend.running->isRunning()),
+                      "treatments wait for nothing"_s);
 }

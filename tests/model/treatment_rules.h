@@ -3,7 +3,8 @@
 #include "journal.h"
 #include "model_state.h"
 
-/// The rules that backends keep with their treatments: released once each, in their order, one at a time.
+/// The rules that backends keep with their treatments: released once each, one at a time, those that do
+/// something before those that ask, each kind in its order.
 class TreatmentRules
 {
 public:
@@ -20,7 +21,7 @@ public:
     /// The backend has answered to a treatment that was to be queued.
     void queued(model::Backend& backend, const model::Treatment& treatment, bool accepted);
     /// The treatment that a new order of the backend carries out.
-    const model::Treatment& orderMade(const model::Backend& backend) const;
+    const model::Treatment& orderMade(model::Backend& backend) const;
     void replied(model::Backend& backend, int id, const QString& name);
     void released(model::Backend& backend, int id, const QString& name, bool success);
 
@@ -31,7 +32,8 @@ public:
 
 private:
     void bind(model::Backend& backend) const;
-    void requireFirst(const model::Backend& backend, int id, const QString& name) const;
+    static model::Treatments& turn(model::Backend& backend);
+    void requireFirst(model::Backend& backend, int id, const QString& name) const;
 
     const Journal& m_journal;
     std::vector<std::shared_ptr<model::Backend>> m_backends;

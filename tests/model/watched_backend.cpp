@@ -1,6 +1,6 @@
 #include "watched_backend.h"
 
-WatchedBackend::WatchedBackend(Observer* observer)
+WatchedBackend::WatchedBackend(BackendObserver* observer)
     : DAbstractPluginBackend(QStringLiteral("TestLibrary"), nullptr)
     , m_observer(observer)
 {}

@@ -1,8 +1,7 @@
 #include "world.h"
 
+#include "literals.h"
 #include "reply_shapes.h"
-#include "steady_clock.h"
-#include "text.h"
 
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
@@ -37,10 +36,11 @@ Entry taken(std::vector<Entry>& entries, int index)
 
 } // namespace
 
-World::World(quint64 seed, Journal* journal)
+World::World(quint64 seed, Journal* journal, ManualScheduler* scheduler)
     : m_random(seed)
     , m_journal(journal)
-    , m_orderRules(*journal)
+    , m_scheduler(scheduler)
+    , m_orderRules(*journal, *scheduler)
     , m_treatmentRules(*journal)
     , m_prototype(this)
 {
@@ -113,21 +113,18 @@ void World::act()
 void World::pump()
 {
     if (!isBelow(Place::Device) && m_places.back() != Place::Command) {
-        note("lets an event loop run"_q);
+        note("lets an event loop run"_s);
         QCoreApplication::processEvents();
     }
 }
 
-/// Lets everything happen that follows by itself. A pass that only brings a timer of 0 ms tells nothing of
-/// it.
+/// Lets everything happen that follows by itself.
 void World::settle()
 {
-    int quietPasses = 0;
-    for (int pass = 0; quietPasses < 2; ++pass) {
-        m_journal->require(pass < c_longestRest, "the host does not come to rest"_q);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (int pass = 0; QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents); ++pass) {
+        m_journal->require(pass < c_longestRest, "the host does not come to rest"_s);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        const bool busy = QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
-        quietPasses = busy ? 0 : quietPasses + 1;
     }
 }
 
@@ -141,35 +138,36 @@ void World::check()
     m_orderRules.forgetGone();
     for (const OrderEntry& entry : m_orders) {
         const Order& order = *entry.state;
-        const QString name = "order %1: "_q.arg(order.id);
+        const QString name = "order %1: "_s.arg(order.id);
         const DOrder::State state = !order.started  ? DOrder::State::Waiting
                                     : order.decided ? DOrder::State::Finished
                                                     : DOrder::State::Running;
-        m_journal->require(entry.object->state() == state, name + "its state is wrong"_q);
-        m_journal->require(entry.object->isListening() == order.isListening(), name + "listening wrongly"_q);
+        m_journal->require(entry.object->state() == state, name + "its state is wrong"_s);
+        m_journal->require(entry.object->isListening() == order.isListening(), name + "listening wrongly"_s);
         m_journal->require(entry.object->rejectedReplies() == order.rejected,
-                           name + "rejections miscounted"_q);
+                           name + "rejections miscounted"_s);
     }
     for (const DeviceEntry& entry : m_devices) {
         m_orderRules.checkDevice(*entry.state);
         const int expected = m_orderRules.pendingRequests(*entry.state);
         const int pending = entry.object->pendingRequests();
         m_journal->require(pending == expected,
-                           "%1 requests are pending, %2 are waited for"_q.arg(pending).arg(expected));
-        m_journal->require(entry.object->isConnected() == entry.state->connected, "connected wrongly"_q);
+                           "%1 requests are pending, %2 are waited for"_s.arg(pending).arg(expected));
+        m_journal->require(entry.object->isConnected() == entry.state->connected, "connected wrongly"_s);
     }
     for (const BackendEntry& entry : m_backends) {
         const Backend& backend = *entry.state;
         m_treatmentRules.check(backend);
         const bool connected =
             backend.tool != nullptr && backend.tool->device != nullptr && backend.tool->device->connected;
-        m_journal->require(entry.object->isConnected() == connected, "a backend is connected wrongly"_q);
-        m_journal->require(entry.object->hasPendingTreatments() == !backend.queue.empty(),
-                           "a backend's treatments are miscounted"_q);
+        m_journal->require(entry.object->isConnected() == connected, "a backend is connected wrongly"_s);
+        m_journal->require(entry.object->hasPendingTreatments() == !backend.actions.empty() ||
+                               !backend.questions.empty(),
+                           "a backend's treatments are miscounted"_s);
     }
     const int working = m_orderRules.workingCommands();
-    m_journal->require(workingCommands == working,
-                       "%1 commands live, %2 work"_q.arg(workingCommands).arg(working));
+    m_journal->require(m_workingCommands == working,
+                       "%1 commands live, %2 work"_s.arg(m_workingCommands).arg(working));
     checkMessages();
 }
 
@@ -177,17 +175,17 @@ void World::check()
 void World::checkMessages()
 {
     for (const QString& text : m_log->texts()) {
-        if (text.contains("ERROR: "_q)) {
+        if (text.contains("ERROR: "_s)) {
             --m_orderRules.errorReports;
-        } else if (text == "QObject::startTimer: Timers cannot have negative intervals"_q) {
+        } else if (text == "QObject::startTimer: Timers cannot have negative intervals"_s) {
             --m_orderRules.timerWarnings;
         } else {
-            m_journal->require(false, "unexpected message: "_q + text);
+            m_journal->require(false, "unexpected message: "_s + text);
         }
     }
     m_log.emplace();
-    m_journal->require(m_orderRules.errorReports == 0, "error reports miscounted"_q);
-    m_journal->require(m_orderRules.timerWarnings == 0, "timer warnings miscounted"_q);
+    m_journal->require(m_orderRules.errorReports == 0, "error reports miscounted"_s);
+    m_journal->require(m_orderRules.timerWarnings == 0, "timer warnings miscounted"_s);
 }
 
 void World::finish()
@@ -203,7 +201,7 @@ void World::finish()
     settle();
     check();
     for (const DeviceEntry& entry : m_devices) {
-        m_journal->require(entry.object->pendingRequests() == 0, "requests are left at the end"_q);
+        m_journal->require(entry.object->pendingRequests() == 0, "requests are left at the end"_s);
     }
     while (!m_orders.empty()) {
         destroyOrder();
@@ -216,7 +214,7 @@ void World::finish()
     }
     settle();
     check();
-    m_journal->require(m_orderRules.orders().empty(), "orders are left at the end"_q);
+    m_journal->require(m_orderRules.orders().empty(), "orders are left at the end"_s);
 }
 
 void World::makeDevice()
@@ -224,14 +222,15 @@ void World::makeDevice()
     if (m_devices.size() >= c_mostDevices) {
         return;
     }
-    note("makes a device"_q);
-    DeviceEntry entry{std::make_unique<RecordingDevice>(), std::make_shared<Device>()};
+    note("makes a device"_s);
+    DeviceEntry entry{std::make_unique<RecordingDevice>(m_scheduler), std::make_shared<Device>()};
     entry.object->onRequest = [this, state = entry.state](const auto& request) {
         requestArrives(*state, request.id);
     };
     entry.object->onCancel = [this, state = entry.state](quint64 request) { cancelArrives(*state, request); };
-    connect(entry.object.get(), &DDevice::connectedChanged, this, [this, state = entry.state] {
-        state->disconnecting = false;
+    entry.object->open();
+    connect(entry.object.get(), &DDevice::stateChanged, this, [this, state = entry.state] {
+        m_orderRules.stateTold(*state);
         moment(Place::Listener);
     });
     m_devices.push_back(std::move(entry));
@@ -247,7 +246,7 @@ void World::makeTool()
         makeDevice();
     }
     auto state = std::make_shared<Tool>();
-    state->name = "tool%1"_q.arg(m_random.below(3));
+    state->name = "tool%1"_s.arg(m_random.below(3));
     DDevice* device = nullptr;
     if (!m_devices.empty() && !m_random.chance(5)) {
         const DeviceEntry& entry = m_random.of(m_devices);
@@ -256,11 +255,11 @@ void World::makeTool()
     }
     QVariantList channels = toolChannels();
     for (int more = m_random.chance(20) ? c_manyChannels : 0; more > 0; --more) {
-        channels.append(QVariantMap{{"id"_q, QString::number(more)}});
+        channels.append(QVariantMap{{"id"_s, QString::number(more)}});
     }
     state->channels = channels.size();
-    note("makes %1 with %2 channels"_q.arg(state->name).arg(channels.size()));
-    auto object = std::make_unique<DTool>(QVariantMap{{"name"_q, state->name}, {"channels"_q, channels}},
+    note("makes %1 with %2 channels"_s.arg(state->name).arg(channels.size()));
+    auto object = std::make_unique<DTool>(QVariantMap{{"name"_s, state->name}, {"channels"_s, channels}},
                                           m_prototype, device);
     m_treatmentRules.addTool(state);
     m_tools.push_back({std::move(object), state});
@@ -287,28 +286,32 @@ void World::makeOrder()
     if (m_random.chance(85)) {
         start(order, *state);
     } else {
-        note("makes order %1 of %2"_q.arg(state->id).arg(plan.command));
+        note("makes order %1 of %2"_s.arg(state->id).arg(plan.command));
     }
 }
 
 void World::watchOrder(DOrder* order, const std::shared_ptr<Order>& state)
 {
     connect(order, &DOrder::resultUpdated, this, [this] { moment(Place::Listener); });
-    connect(order, &DOrder::eventReceived, this, [this] { moment(Place::Listener); });
-    connect(order, &DOrder::finished, this, [this, order, state](bool success, const QString& reason) {
-        m_orderRules.finishedTold(*state, success, reason);
-        m_journal->require(order->isSuccessful() == success && order->reason() == reason,
-                           "an order tells and keeps two outcomes"_q);
+    connect(order, &DOrder::eventReceived, this, [this, state](const QVariantMap& event, qint64 timeUs) {
+        Q_UNUSED(event)
+        m_orderRules.eventTold(*state, timeUs);
+        moment(Place::Listener);
+    });
+    connect(order, &DOrder::finished, this, [this, order, state](bool success) {
+        m_orderRules.finishedTold(*state, order->failure());
+        m_journal->require(order->isSuccessful() == success && !order->failure() == success,
+                           "an order tells and keeps two outcomes"_s);
         m_journal->require(!success || !state->value.isValid() ||
-                               order->results().value("value"_q) == state->value,
-                           "an order reports another value than it was sent"_q);
+                               order->results().value("value"_s) == state->value,
+                           "an order reports another value than it was sent"_s);
         moment(Place::Listener);
     });
 }
 
 void World::start(DOrder* order, Order& state)
 {
-    note("starts order %1: %2 %3"_q.arg(
+    note("starts order %1: %2 %3"_s.arg(
         QString::number(state.id), state.plan.command,
         QString::fromUtf8(QJsonDocument::fromVariant(state.plan.arguments).toJson(QJsonDocument::Compact))));
     m_orderRules.start(state);
@@ -331,10 +334,10 @@ void World::stopOrder()
     }
     const OrderEntry& entry = m_random.of(m_orders);
     const auto state = entry.state;
-    note("stops order %1"_q.arg(state->id));
+    note("stops order %1"_s.arg(state->id));
     m_orderRules.stop(*state);
     entry.object->stop();
-    m_journal->require(state->decided, "an order does not end where it is stopped"_q);
+    m_journal->require(state->decided, "an order does not end where it is stopped"_s);
 }
 
 void World::destroyOrder()
@@ -343,7 +346,7 @@ void World::destroyOrder()
         return;
     }
     OrderEntry entry = taken(m_orders, m_random.below(static_cast<int>(m_orders.size())));
-    note("destroys order %1"_q.arg(entry.state->id));
+    note("destroys order %1"_s.arg(entry.state->id));
     ++m_destroyed;
     m_orderRules.destroy(*entry.state);
     entry.object.reset();
@@ -370,17 +373,17 @@ void World::answer()
     const quint64 request = m_random.of(requests);
     for (int times = m_random.chance(80) ? 1 : 2 + m_random.below(2); times > 0; --times) {
         Answer answer;
-        answer.failed = m_random.chance(10);
-        if (answer.failed) {
-            answer.reason = "burnt %1"_q.arg(m_random.below(100));
-            note("fails request %1: %2"_q.arg(QString::number(request), answer.reason));
-            entry.object->fail(request, answer.reason);
+        if (m_random.chance(10)) {
+            answer.failure = {DFailure::Kind::RefusedByDevice, "burnt %1"_s.arg(m_random.below(100))};
+            note("refuses request %1: %2"_s.arg(QString::number(request), answer.failure.text));
+            entry.object->refuse(request, answer.failure.text);
         } else {
             const ReplyShape& shape =
                 m_random.chance(60) ? replyShapes().constFirst() : m_random.of(replyShapes());
             answer.reply = shape.reply;
-            note("answers request %1 with %2"_q.arg(request).arg(QString::fromUtf8(shape.name)));
-            entry.object->reply(request, answer.reply);
+            note("answers request %1 with %2"_s.arg(request).arg(QString::fromUtf8(shape.name)));
+            answer.timeUs = m_scheduler->now() - m_random.below(1000);
+            entry.object->reply(request, answer.reply, answer.timeUs);
         }
         m_orderRules.answer(*entry.state, request, answer);
     }
@@ -395,28 +398,32 @@ void World::plug()
     RecordingDevice* device = entry.object.get();
     const auto state = entry.state;
     if (!state->connected && m_random.chance(90)) {
-        note("plugs a device in"_q);
+        note("plugs a device in"_s);
         m_orderRules.connect(*state);
-        device->setConnected();
+        device->restore();
+    } else if (m_random.chance(5)) {
+        note("closes a device"_s);
+        m_orderRules.close(*state);
+        device->close();
     } else if (m_random.chance(25)) {
-        const QString problem = "cable %1 pulled"_q.arg(m_random.below(100));
-        note("unplugs a device: "_q + problem);
+        const QString problem = "cable %1 pulled"_s.arg(m_random.below(100));
+        note("unplugs a device: "_s + problem);
         m_orderRules.disconnect(*state, problem);
-        device->setDisconnected(problem);
+        device->lose(problem);
     }
 }
 
 void World::advance()
 {
     const std::vector<qint64> times = m_orderRules.dueTimes();
-    qint64 ms = 1 + m_random.below(60);
+    qint64 us = 1 + m_random.below(60000);
     if (!times.empty() && m_random.chance(35)) {
-        constexpr qint64 longest = 100000;
-        const qint64 untilDue = m_random.of(times) - steady_clock::nowMs();
-        ms = std::clamp<qint64>(untilDue + m_random.below(3) - 1, 0, longest);
+        constexpr qint64 longest = 100000000;
+        const qint64 untilDue = m_random.of(times) - m_scheduler->now();
+        us = std::clamp<qint64>(untilDue + m_random.below(3) - 1, 0, longest);
     }
-    note("moves the clock by %1 ms"_q.arg(ms));
-    steady_clock::advance(std::chrono::milliseconds(ms));
+    note("lets %1 us pass"_s.arg(us));
+    m_scheduler->elapse(us);
 }
 
 void World::makeBackend()
@@ -424,8 +431,8 @@ void World::makeBackend()
     if (m_backends.size() >= c_mostBackends) {
         return;
     }
-    const QString tool = "tool%1"_q.arg(m_random.below(3));
-    note("makes a backend of "_q + tool);
+    const QString tool = "tool%1"_s.arg(m_random.below(3));
+    note("makes a backend of "_s + tool);
     BackendEntry entry{std::make_unique<WatchedBackend>(this), m_treatmentRules.makeBackend(tool)};
     entry.object->setName(tool);
     connect(entry.object.get(), &DAbstractPluginBackend::abstractBackendInitialized, this,
@@ -440,9 +447,13 @@ void World::queueTreatments()
     }
     const BackendEntry& entry = m_random.of(m_backends);
     const int count = m_random.chance(3) ? c_manyChannels + 5 : 1 + m_random.below(3);
-    note("queues %1 treatments from number %2 on"_q.arg(count).arg(m_lastTreatment + 1));
+    note("queues %1 treatments from number %2 on"_s.arg(count).arg(m_lastTreatment + 1));
     for (int i = 0; i < count; ++i) {
-        const Treatment treatment{++m_lastTreatment, drawInvocation(m_random)};
+        Treatment treatment{++m_lastTreatment, drawInvocation(m_random)};
+        while (treatment.plan.deed ==
+               InvocationPlan::Deed::Stops) { // which makes no command that tells of it
+            treatment.plan = drawInvocation(m_random);
+        }
         const bool accepted =
             entry.object->queueTreatment(treatment.id, treatment.plan.command, treatment.plan.arguments);
         m_treatmentRules.queued(*entry.state, treatment, accepted);
@@ -455,7 +466,7 @@ void World::closeTool()
         return;
     }
     ToolEntry entry = taken(m_tools, m_random.below(static_cast<int>(m_tools.size())));
-    note("closes "_q + entry.state->name);
+    note("closes "_s + entry.state->name);
     ++m_destroyed;
     m_orderRules.closeTool(entry.state);
     m_treatmentRules.closeTool(entry.state);
@@ -469,7 +480,7 @@ void World::destroyDevice()
         return;
     }
     DeviceEntry entry = taken(m_devices, m_random.below(static_cast<int>(m_devices.size())));
-    note("destroys a device"_q);
+    note("destroys a device"_s);
     ++m_destroyed;
     m_orderRules.destroyDevice(*entry.state);
     entry.object.reset();
@@ -486,7 +497,7 @@ void World::destroyBackend()
         return;
     }
     BackendEntry entry = taken(m_backends, m_random.below(static_cast<int>(m_backends.size())));
-    note("destroys a backend"_q);
+    note("destroys a backend"_s);
     ++m_destroyed;
     m_treatmentRules.destroyBackend(entry.state);
     if (entry.state->running != nullptr) {
@@ -505,7 +516,7 @@ std::shared_ptr<Backend> World::stateOf(const QObject* backend) const
     const auto found =
         std::find_if(m_backends.cbegin(), m_backends.cend(),
                      [backend](const BackendEntry& entry) { return entry.object.get() == backend; });
-    m_journal->require(found != m_backends.cend(), "a treatment of a backend that is gone"_q);
+    m_journal->require(found != m_backends.cend(), "a treatment of a backend that is gone"_s);
     return found->state;
 }
 
@@ -521,6 +532,7 @@ void World::commandLinked(DOrder* order)
         watchOrder(order, state);
         connect(order, &QObject::destroyed, this, [this, state] { m_orderRules.orderGone(*state); });
     }
+    ++m_workingCommands;
     m_orderRules.commandMade(stateOf(order->id()));
 }
 
@@ -538,7 +550,8 @@ void World::executeEnds(quint64 order, bool accepted)
 
 void World::sendBegins(quint64 order, const QString& instruction, const QVariantMap& arguments, int timeoutMs)
 {
-    m_orderRules.sendBegins(stateOf(order), instruction, arguments, timeoutMs);
+    Q_UNUSED(arguments)
+    m_orderRules.sendBegins(stateOf(order), instruction, timeoutMs);
 }
 
 void World::sendEnds(quint64 order, quint64 request)
@@ -566,14 +579,21 @@ void World::finishBegins(quint64 order, bool ok)
     moment(Place::Listener);
 }
 
-void World::finishEnds()
+void World::commandDestroyed(quint64 order)
 {
+    Q_UNUSED(order)
+    --m_workingCommands;
+}
+
+void World::finishEnds(quint64 order)
+{
+    Q_UNUSED(order)
     moment(Place::Listener);
 }
 
 void World::requestArrives(const Device& device, quint64 request)
 {
-    note("request %1"_q.arg(request));
+    note("request %1"_s.arg(request));
     m_orderRules.requestArrives(device, request);
     moment(Place::Device);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "manual_scheduler.h"
 #include "message_log.h"
-#include "observer.h"
 #include "order_rules.h"
 #include "random_source.h"
 #include "recording_device.h"
@@ -17,13 +17,14 @@ class DTool;
 
 /// Devices, tools, orders and backends of the host, to which random things happen. What comes of them is held
 /// against the rules.
-class World : public QObject, public Observer
+class World : public QObject, public CommandObserver, public BackendObserver
 {
     Q_OBJECT
     Q_DISABLE_COPY(World)
 
 public:
-    World(quint64 seed, Journal* journal);
+    /// scheduler moves the time of the event loop too.
+    World(quint64 seed, Journal* journal, ManualScheduler* scheduler);
     ~World() override;
 
     /// Does one random thing, and mostly lets all of its consequences happen.
@@ -97,12 +98,14 @@ private:
     void replyBegins(quint64 order, quint64 request, const QVariantMap& reply) override;
     void replyEnds(quint64 order, quint64 request, bool accepted) override;
     void finishBegins(quint64 order, bool ok) override;
-    void finishEnds() override;
+    void finishEnds(quint64 order) override;
+    void commandDestroyed(quint64 order) override;
     void treatmentReplied(WatchedBackend* backend, int id, const QString& name) override;
     void treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success) override;
 
     RandomSource m_random;
     Journal* m_journal;
+    ManualScheduler* m_scheduler;
     OrderRules m_orderRules;
     TreatmentRules m_treatmentRules;
     WatchedPlugin m_prototype;
@@ -114,5 +117,6 @@ private:
     std::vector<Place> m_places;
     std::optional<MessageLog> m_log;
     int m_lastTreatment = 0;
+    int m_workingCommands = 0;
     quint64 m_destroyed = 0;
 };

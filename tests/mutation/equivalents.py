@@ -18,6 +18,7 @@ class Equivalents:
     def __contains__(self, mutant):
         return mutant.key in self._entries
 
-    def vanished(self, mutants):
-        """The entries that are none of the mutants."""
-        return sorted(self._entries - {mutant.key for mutant in mutants})
+    def vanished(self, mutants, files):
+        """The entries for these files that are none of the mutants."""
+        listed = {entry for entry in self._entries if entry[0].split(" ")[0] in files}
+        return sorted(listed - {mutant.key for mutant in mutants})

@@ -1,4 +1,4 @@
-"""Plants faults in the plugin, one at a time, and tells which of them no test notices."""
+"""Plants faults in the plugin or in the engine, one at a time, and tells which of them no test notices."""
 
 import argparse
 import collections
@@ -15,12 +15,51 @@ from qml_rules import qml_mutants
 from work_copy import Stage, WorkCopy
 
 ROOT = Path(__file__).resolve().parents[2]
-PLUGIN = ROOT / "plugins/p_tool_gpio"
 LEAST_SHARE = 95  # percent of the faults that tests must notice
-PLUGIN_STAGE = Stage("plugin", tuple(sorted(file.stem.removeprefix("test_")
-                                            for file in (ROOT / "tests/plugin").glob("test_*.cpp"))))
+
+
+def all_of(folder):
+    """The tests of a folder."""
+    return Stage(folder, tuple(sorted(file.stem.removeprefix("test_")
+                                      for file in (ROOT / "tests" / folder).glob("test_*.cpp"))))
+
+
+PLUGIN_STAGE = all_of("plugin")
 ABI_STAGE = Stage("abi", ("metadata", "entry_points", "symbols", "resource", "qml_types", "catalogue"))
 PANEL_STAGE = Stage("panel", ("maintenance_page", "panel_clicks", "page_panel"))
+HOST_STAGE = all_of("host")
+DEVICES_STAGE = all_of("devices")
+BENCH_STAGE = Stage("bench", ("run", "shell", "lists", "trace"))  # the quick ones among those that run orders
+
+
+class Plugin:
+    """The plugin: its sources and its page."""
+    files = ("plugins/p_tool_gpio/source/*.cpp", "plugins/p_tool_gpio/source/*.h",
+             "plugins/p_tool_gpio/resources/*.qml")
+    targets = ("p_tool_gpio_recorded",)
+    stages = (PLUGIN_STAGE, ABI_STAGE)
+
+    @staticmethod
+    def stages_for(mutant):
+        """First the tests of the source's own class."""
+        own = Path(mutant.file).stem
+        return ((Stage("plugin", (own,)),) if own in PLUGIN_STAGE.names else ()) + Plugin.stages
+
+
+class Engine:
+    """The host's stand-ins and the devices of lines: their sources, without what they show in headers."""
+    files = ("host/*/source/*.cpp", "host/*/source/*.h", "devices/lines/source/*.cpp", "devices/lines/source/*.h",
+             "devices/simulated/source/*.cpp")
+    targets = ("plugin_management", "device_simulated")
+    stages = (HOST_STAGE, DEVICES_STAGE, BENCH_STAGE)
+
+    @staticmethod
+    def stages_for(mutant):
+        """First the tests of the source's own folder."""
+        return Engine.stages if mutant.file.startswith("host/") else (DEVICES_STAGE, HOST_STAGE, BENCH_STAGE)
+
+
+SUBJECTS = {"plugin": Plugin, "engine": Engine}
 
 
 def positive(text):
@@ -32,6 +71,9 @@ def positive(text):
 
 def arguments():
     parser = argparse.ArgumentParser(prog="tests/mutation/run", description=__doc__)
+    parser.add_argument("--of", choices=SUBJECTS, default="plugin",
+                        help="where: the plugin and its page (the default), or the engine, that is the host's stand-ins, the"
+                        " shared part of the devices of lines and the simulated board")
     parser.add_argument("--jobs", type=positive, default=os.cpu_count(), metavar="N", help="work copies and processes")
     parser.add_argument("--only", metavar="FILE", help="faults of this file (or of files whose path ends so) alone")
     parser.add_argument("--sample", type=positive, metavar="N", help="plant N faults drawn by chance")
@@ -39,11 +81,9 @@ def arguments():
     return parser.parse_args()
 
 
-def all_mutants(only):
-    files = sorted(PLUGIN.glob("source/*.cpp")) + sorted(PLUGIN.glob("source/*.h"))
-    files += sorted(PLUGIN.glob("resources/*.qml"))
+def all_mutants(subject, only):
     mutants = []
-    for file in files:
+    for file in [file for pattern in subject.files for file in sorted(ROOT.glob(pattern))]:
         name = str(file.relative_to(ROOT))
         if only is None or name.endswith(only):
             rules = qml_mutants if file.suffix == ".qml" else cpp_mutants
@@ -52,7 +92,8 @@ def all_mutants(only):
 
 
 class Pass:
-    def __init__(self, jobs):
+    def __init__(self, subject, jobs):
+        self._subject = subject
         self._jobs = jobs
         self._lock = threading.Lock()
         self._failure = None
@@ -72,7 +113,8 @@ class Pass:
                 worker.join()
             if self._failure:
                 raise self._failure
-        self._show_to_the_page([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
+        if self._subject is Plugin:
+            self._show_to_the_page([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
 
     def _work_guarded(self, mutants, number):
         """Whatever ends a worker ends the others, and then the pass."""
@@ -82,10 +124,10 @@ class Pass:
             self._failure = failure
 
     def _work(self, mutants, number):
-        """The tests of the plugin alone and of its library, on the faults of its sources."""
+        """The tests of the subject, on the faults of its C++ sources."""
         copy = self._copy(number, 1)
-        copy.check(PLUGIN_STAGE)
-        copy.check(ABI_STAGE)
+        for stage in self._subject.stages:
+            copy.check(stage)
         while self._failure is None:
             try:
                 mutant = mutants.get_nowait()
@@ -95,13 +137,10 @@ class Pass:
             self._note(mutant, self._verdict(copy, mutant))
             copy.restore(mutant)
 
-    @staticmethod
-    def _verdict(copy, mutant):
-        if not copy.builds(["p_tool_gpio_recorded"]):
+    def _verdict(self, copy, mutant):
+        if not copy.builds(self._subject.targets):
             return "stillborn"
-        own = Path(mutant.file).stem
-        stages = [Stage("plugin", (own,))] if own in PLUGIN_STAGE.names else []
-        return next(filter(None, map(copy.killer, stages + [PLUGIN_STAGE, ABI_STAGE])), None)
+        return next(filter(None, map(copy.killer, self._subject.stages_for(mutant))), None)
 
     def _show_to_the_page(self, mutants):
         """The tests of the page, on its own faults and on those of the sources that are still alive."""
@@ -154,15 +193,17 @@ def report(verdicts, equivalents, vanished):
 
 def main():
     options = arguments()
-    mutants = all_mutants(options.only)
+    subject = SUBJECTS[options.of]
+    mutants = all_mutants(subject, options.only)
     if not mutants:
         raise SystemExit(f"--only: no faults can be planted in \"{options.only}\"")
     equivalents = Equivalents()
-    vanished = equivalents.vanished(mutants) if options.only is None else []
+    files = {mutant.file for mutant in mutants}
+    vanished = equivalents.vanished(mutants, files) if options.only is None else []
     if options.sample is not None and options.sample < len(mutants):
         drawn = random.Random(options.seed).sample(range(len(mutants)), options.sample)
         mutants = [mutants[i] for i in sorted(drawn)]
-    mutation_pass = Pass(options.jobs)
+    mutation_pass = Pass(subject, options.jobs)
     mutation_pass.run(mutants)
     sys.exit(0 if report(mutation_pass.verdicts, equivalents, vanished) else 1)
 

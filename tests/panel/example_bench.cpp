@@ -1,5 +1,6 @@
 #include "example_bench.h"
 
+#include "literals.h"
 #include "panel_fixture.h"
 
 namespace {
@@ -39,43 +40,18 @@ struct Channel
 Channel channelOf(int line)
 {
     static const QVector<Channel> channels = {
-        {QStringLiteral("START"), QStringLiteral("Start button")},
-        {QStringLiteral("READY"), QStringLiteral("Ready lamp")},
-        {QStringLiteral("PRESSURE"), QStringLiteral("Hydraulic pressure")},
-        {QStringLiteral("SETPOINT"), QStringLiteral("Speed set point")},
-        {QStringLiteral("E_STOP"), QStringLiteral("Emergency stop")},
-        {QStringLiteral("ALARM"), QStringLiteral("Alarm horn")},
-        {QStringLiteral("TEMP_1"), QStringLiteral("Bearing temperature")},
-        {QStringLiteral("HEATER"), QStringLiteral("Heater power")},
-        {QStringLiteral("DOOR"), QStringLiteral("Cabinet door contact")},
-        {QStringLiteral("MOTOR"), QStringLiteral("Motor relay")},
-        {QStringLiteral("CURRENT"), QStringLiteral("Motor current")},
-        {QStringLiteral("DIMMER"), QStringLiteral("Dimmer")},
+        {"START"_s, "Start button"_s},          {"READY"_s, "Ready lamp"_s},
+        {"PRESSURE"_s, "Hydraulic pressure"_s}, {"SETPOINT"_s, "Speed set point"_s},
+        {"E_STOP"_s, "Emergency stop"_s},       {"ALARM"_s, "Alarm horn"_s},
+        {"TEMP_1"_s, "Bearing temperature"_s},  {"HEATER"_s, "Heater power"_s},
+        {"DOOR"_s, "Cabinet door contact"_s},   {"MOTOR"_s, "Motor relay"_s},
+        {"CURRENT"_s, "Motor current"_s},       {"DIMMER"_s, "Dimmer"_s},
     };
     if (line < channels.size()) {
         return channels.at(line);
     }
-    return {QStringLiteral("CH_%1").arg(line), QStringLiteral("Channel %1").arg(line)};
+    return {"CH_%1"_s.arg(line), "Channel %1"_s.arg(line)};
 }
-
-/// Asks for things and does not want to hear of them.
-class Nobody final : public DDeviceClient
-{
-public:
-    void requestReplied(quint64 id, const QVariantMap& reply) override
-    {
-        Q_UNUSED(id)
-        Q_UNUSED(reply)
-    }
-    void requestFailed(quint64 id, const QString& reason) override
-    {
-        Q_UNUSED(id)
-        Q_UNUSED(reason)
-    }
-};
-
-Nobody nobody;
-quint64 lastRequest = 1000000; // far from the numbers of the orders
 
 } // namespace
 
@@ -87,29 +63,23 @@ ExampleBench::ExampleBench(int lines)
         const Kind& kind = kindOf(number);
         SimulatedBoardSetup::Line line;
         line.line = {lineName(number), kind.kind, kind.direction};
-        if (number % 4 == 2) {
-            Waveform wave;
-            wave.shape = number % 12 == 2
-                             ? Waveform::Shape::Sine
-                             : (number % 12 == 6 ? Waveform::Shape::Noise : Waveform::Shape::Ramp);
-            wave.low = wave.shape == Waveform::Shape::Noise ? 30000 : 6000;
-            wave.high = wave.shape == Waveform::Shape::Noise ? 36000 : 58000;
-            wave.periodUs = 2500000 + number * 70000;
-            wave.intervalUs = 50000;
-            wave.seed = static_cast<quint32>(number);
-            line.waveform = wave;
+        if (number % 12 == 2) {
+            line.waveform = {Waveform::Shape::Sine, 6000, 58000, 2500000 + number * 70000, 50000, 0};
+        } else if (number % 12 == 10) {
+            line.waveform = {Waveform::Shape::Noise, 30000, 36000, 1, 50000, static_cast<quint32>(number)};
         }
+        line.level = number % 12 == 6 ? 21000 : 0;
         setup.lines.append(line);
         const Channel channel = channelOf(number);
         QVariantMap entry =
             channelEntry(channel.id, QLatin1String(kind.type), QLatin1String(kind.direct), lineName(number));
-        entry.insert(QStringLiteral("name"), channel.name);
+        entry.insert("name"_s, channel.name);
         channels.append(entry);
     }
     setup.wires.append({0, 1, 300000, false});
-    m_board = std::make_unique<SimulatedBoard>(setup, &m_scheduler);
-    m_tool = std::make_unique<DTool>(toolEntry(channels, QStringLiteral("Front panel")), builtPlugin(),
-                                     m_board.get());
+    m_board = makeSimulatedBoard(setup, &m_scheduler, DevicePlace::SameThread);
+    m_tool = std::make_unique<DTool>(toolEntry(channels, "Front panel"_s), builtPlugin(), m_board.get());
+    m_board->open();
 }
 
 void ExampleBench::play(qint64 us)
@@ -125,12 +95,12 @@ void ExampleBench::play(qint64 us)
             }
             const int on = step / period % 2 == 0 ? 1 : 0;
             if (line % 4 == 1) {
-                m_board->setInput(line, on);
+                m_board->setInput(line, on); // a wire keeps the first one
             } else {
-                m_board->send(++lastRequest, QStringLiteral("setValues"),
-                              {{QStringLiteral("channel"), lineName(line)},
-                               {QStringLiteral("values"), line % 4 == 3 ? 9000 * (step / period % 7) : on}},
-                              0, &nobody);
+                m_board->send(++m_lastRequest, "setValues"_s,
+                              {{"channel"_s, lineName(line)},
+                               {"values"_s, line % 4 == 3 ? 9000 * (step / period % 7) : on}},
+                              0, &m_client);
             }
         }
         QCoreApplication::processEvents();

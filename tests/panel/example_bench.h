@@ -1,5 +1,8 @@
 #pragma once
 
+#include "manual_scheduler.h"
+#include "recording_client.h"
+
 #include <devices/simulated_board.h>
 #include <plugin_management/d_tool.h>
 
@@ -14,15 +17,18 @@ public:
     explicit ExampleBench(int lines);
 
     ManualScheduler& scheduler() { return m_scheduler; }
-    SimulatedBoard& board() { return *m_board; }
+    LineDevice& board() { return *m_board; }
     DTool& tool() { return *m_tool; }
     QVector<DTool*> tools() const { return {m_tool.get()}; }
+    void closeTool() { m_tool.reset(); }
 
     /// Lets us microseconds pass, during which lines are switched in a pattern of their own.
     void play(qint64 us);
 
 private:
     ManualScheduler m_scheduler;
-    std::unique_ptr<SimulatedBoard> m_board;
+    RecordingClient m_client;
+    quint64 m_lastRequest = 1000000; ///< far from the numbers of the orders
+    std::unique_ptr<LineDevice> m_board;
     std::unique_ptr<DTool> m_tool;
 };

@@ -1,11 +1,11 @@
 #include "example_bench.h"
+#include "literals.h"
 
-#include <window/bench_scene.h>
 #include <window/bench_window.h>
 #include <window/page_panel.h>
-#include <window/panel_scene.h>
 #include <window/picture.h>
-#include <window/show_scene.h>
+#include <window/scene.h>
+#include <window/texts.h>
 
 #include <QGuiApplication>
 
@@ -19,13 +19,12 @@ void giveOrders(BenchScene& scene, ExampleBench& bench)
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
     };
-    const QString channel = QStringLiteral("channel");
-    run("getValue", {{channel, QStringLiteral("PRESSURE")}});
-    run("startListening",
-        {{channel, QStringLiteral("READY")}, {QStringLiteral("edge"), QStringLiteral("RE")}});
-    run("setValue", {{channel, QStringLiteral("START")}, {QStringLiteral("state"), QStringLiteral("ON")}});
-    run("getValue", {{channel, QStringLiteral("NOT_LINKED")}});
-    run("switchValue", {{channel, QStringLiteral("E_STOP")}});
+    const QString channel = "channel"_s;
+    run("getValue", {{channel, "PRESSURE"_s}});
+    run("startListening", {{channel, "READY"_s}, {"edge"_s, "RE"_s}});
+    run("setValue", {{channel, "START"_s}, {"state"_s, "ON"_s}});
+    run("getValue", {{channel, "NOT_LINKED"_s}});
+    run("switchValue", {{channel, "E_STOP"_s}});
 }
 
 void settle(Scene& scene)
@@ -59,26 +58,25 @@ int main(int argc, char** argv)
     options.screenshotFile = words.at(6);
     prepareWindow(options);
     const QGuiApplication application(argc, argv);
-    prepareScene(options);
+    installTexts(options.locale);
 
     ExampleBench bench(lines);
     if (words.at(0) == QLatin1String("panel")) {
         bench.play(3000000);
         PanelScene scene(&bench.tool(), options.theme);
-        return showScene(scene, QString(), options);
+        return takePicture(scene, options);
     }
-    BenchScene scene(&bench.board(), bench.tools(), options.theme,
-                     [&bench] { return bench.scheduler().now(); });
+    BenchScene scene(&bench.board(), bench.tools(), options.theme);
     settle(scene);
     bench.play(7000000);
     giveOrders(scene, bench);
     bench.play(5000000);
-    scene.form().setCommand(QStringLiteral("setValue"));
-    scene.form().setText(0, QStringLiteral("START"));
-    scene.form().setText(2, QStringLiteral("BLINK"));
-    scene.form().setText(4, QStringLiteral("25"));
+    scene.form().setCommand("setValue"_s);
+    scene.form().setText(0, "START"_s);
+    scene.form().setText(2, "BLINK"_s);
+    scene.form().setText(4, "25"_s);
     scene.clock().tick();
     scene.panel().refresh();
     settle(scene);
-    return showScene(scene, QString(), options);
+    return takePicture(scene, options);
 }

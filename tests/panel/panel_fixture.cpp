@@ -1,4 +1,5 @@
 #include "panel_fixture.h"
+#include "literals.h"
 
 #include <window/qml_types.h>
 #include <window/texts.h>
@@ -21,7 +22,7 @@ public:
     QUrl intercept(const QUrl& url, DataType type) override
     {
         Q_UNUSED(type)
-        const QString gui = QStringLiteral("qrc:/applications/AppVantor/gui/");
+        const QString gui = "qrc:/applications/AppVantor/gui/"_s;
         const QString text = url.toString();
         return text.startsWith(gui)
                    ? QUrl::fromLocalFile(QStringLiteral(BARE_HOST_DIR "/gui/") + text.mid(gui.size()))
@@ -47,28 +48,12 @@ IPlugin& builtPlugin()
     return *loader.prototype();
 }
 
-QVariantMap channelEntry(const QString& id, const QString& type, const QString& direction,
-                         const QString& link, const QString& visibility)
-{
-    const auto item = [](const QString& key, const QString& value) {
-        return QVariantMap{{QStringLiteral("id"), key}, {QStringLiteral("value"), value}};
-    };
-    return {
-        {QStringLiteral("id"), id},
-        {QStringLiteral("name"), QStringLiteral("Name of ") + id},
-        {QStringLiteral("visibility"), visibility},
-        {QStringLiteral("value"),
-         QVariantList{item(QStringLiteral("type"), type), item(QStringLiteral("direction"), direction),
-                      item(QStringLiteral("link"), link)}},
-    };
-}
-
 QVariantMap toolEntry(const QVariantList& channels, const QString& name)
 {
     return {
-        {QStringLiteral("name"), name},
-        {QStringLiteral("id"), QStringLiteral("{4b7a2f10-0000-4000-8000-000000000001}")},
-        {QStringLiteral("channels"), channels},
+        {"name"_s, name},
+        {"id"_s, "{4b7a2f10-0000-4000-8000-000000000001}"_s},
+        {"channels"_s, channels},
     };
 }
 
@@ -81,10 +66,10 @@ SimulatedBoardSetup smallBoard()
     };
     SimulatedBoardSetup setup;
     setup.lines = {
-        line(QStringLiteral("dout"), DLine::Kind::Digital, DLine::Direction::Out),
-        line(QStringLiteral("din"), DLine::Kind::Digital, DLine::Direction::In),
-        line(QStringLiteral("aout"), DLine::Kind::Analog, DLine::Direction::Out),
-        line(QStringLiteral("ain"), DLine::Kind::Analog, DLine::Direction::In),
+        line("dout"_s, DLine::Kind::Digital, DLine::Direction::Out),
+        line("din"_s, DLine::Kind::Digital, DLine::Direction::In),
+        line("aout"_s, DLine::Kind::Analog, DLine::Direction::Out),
+        line("ain"_s, DLine::Kind::Analog, DLine::Direction::In),
     };
     return setup;
 }
@@ -119,9 +104,10 @@ bool waitUntil(const std::function<bool()>& condition)
 }
 
 PanelFixture::PanelFixture(const QVariantMap& tool, const SimulatedBoardSetup& setup)
-    : m_board(std::make_unique<SimulatedBoard>(setup, &m_scheduler))
+    : m_board(makeSimulatedBoard(setup, &m_scheduler, DevicePlace::SameThread))
     , m_tool(std::make_unique<DTool>(tool, builtPlugin(), m_board.get()))
 {
+    m_board->open();
     show(m_tool.get());
 }
 
@@ -156,7 +142,7 @@ DAbstractPluginBackend* PanelFixture::backend()
 
 QQuickItem* PanelFixture::row(const QString& channelId)
 {
-    for (QQuickItem* row : itemsNamed(page(), QStringLiteral("idChannelRow"))) {
+    for (QQuickItem* row : itemsNamed(page(), "idChannelRow"_s)) {
         auto* channel = row->property("currentChannel").value<QObject*>();
         if (channel != nullptr && channel->property("id") == channelId) {
             return row;
@@ -168,7 +154,7 @@ QQuickItem* PanelFixture::row(const QString& channelId)
 QQuickItem* PanelFixture::part(const QString& channelId, const QString& name)
 {
     QQuickItem* found = row(channelId);
-    return found != nullptr ? itemNamed(found, QStringLiteral("idChannelRow") + name) : nullptr;
+    return found != nullptr ? itemNamed(found, "idChannelRow"_s + name) : nullptr;
 }
 
 void PanelFixture::setLive(bool live)

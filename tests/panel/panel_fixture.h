@@ -1,9 +1,13 @@
 #pragma once
+#include "literals.h"
+
+#include "channel_entry.h"
 
 #include <window/page_panel.h>
 
 #include <devices/simulated_board.h>
 #include <plugin_management/d_abstract_plugin_backend.h>
+#include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
 
 #include <QQmlEngine>
@@ -17,12 +21,8 @@ class IPlugin;
 /// Prototype of the plugin as it was built, loaded as an application loads it.
 IPlugin& builtPlugin();
 
-/// The configuration entry of a channel.
-QVariantMap channelEntry(const QString& id, const QString& type, const QString& direction,
-                         const QString& link, const QString& visibility = QStringLiteral("public"));
-
 /// A tool's configuration.
-QVariantMap toolEntry(const QVariantList& channels, const QString& name = QStringLiteral("Tool under test"));
+QVariantMap toolEntry(const QVariantList& channels, const QString& name = "Tool under test"_s);
 
 /// A board with an output and an input line for each kind: "dout", "din", "aout", "ain".
 SimulatedBoardSetup smallBoard();
@@ -47,7 +47,7 @@ public:
     /// The page of somebody else's tool, on whatever device; the tool must outlive this.
     explicit PanelFixture(DTool& tool);
 
-    SimulatedBoard& board() { return *m_board; }
+    LineDevice& board() { return *m_board; }
     DTool& tool() { return *m_tool; }
     QQmlEngine& engine() { return m_engine; }
     QQuickWindow& window() { return m_window; }
@@ -69,8 +69,8 @@ public:
 private:
     void show(DTool* tool);
 
-    SteadyScheduler m_scheduler;
-    std::unique_ptr<SimulatedBoard> m_board;
+    DSteadyScheduler m_scheduler;
+    std::unique_ptr<LineDevice> m_board;
     std::unique_ptr<DTool> m_tool;
     QQmlEngine m_engine;
     QQuickWindow m_window;

@@ -1,5 +1,5 @@
+#include "message_log.h"
 #include "panel_fixture.h"
-#include "warning_guard.h"
 
 #include <window/page_texts.h>
 
@@ -12,9 +12,9 @@
 
 namespace {
 
-const QString c_checkBox = QStringLiteral(".idIndicator.idDigitalOutput");
-const QString c_led = QStringLiteral(".idIndicator.idDigitalInput");
-const QString c_name = QStringLiteral(".idInformation.idChannelName");
+const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
+const QString c_led = ".idIndicator.idDigitalInput"_s;
+const QString c_name = ".idInformation.idChannelName"_s;
 constexpr int c_outputLine = 0;
 constexpr int c_inputLine = 1;
 
@@ -40,28 +40,24 @@ class BenchFrameTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_guard = std::make_unique<WarningGuard>();
+        m_log.emplace();
         m_fixture = std::make_unique<PanelFixture>(toolEntry({
-            channelEntry(QStringLiteral("START"), QStringLiteral("digitalInput"), QStringLiteral("out"),
-                         QStringLiteral("dout")),
-            channelEntry(QStringLiteral("LAMP"), QStringLiteral("digitalOutput"), QStringLiteral("in"),
-                         QStringLiteral("din")),
+            channelEntry("START"_s, "digitalInput"_s, "out"_s, "dout"_s),
+            channelEntry("LAMP"_s, "digitalOutput"_s, "in"_s, "din"_s),
         }));
         QVERIFY(m_fixture->settle());
         m_fixture->setLive(false);
         QVERIFY(m_fixture->settle());
         QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window()));
-        m_box = m_fixture->part(QStringLiteral("START"), c_checkBox);
-        m_led = m_fixture->part(QStringLiteral("LAMP"), c_led);
+        m_box = m_fixture->part("START"_s, c_checkBox);
+        m_led = m_fixture->part("LAMP"_s, c_led);
         QVERIFY(m_box != nullptr && m_led != nullptr);
     }
 
     void cleanup()
     {
         m_fixture.reset();
-        const QString messages = WarningGuard::takeMessages();
-        m_guard.reset();
-        QVERIFY2(messages.isEmpty(), qPrintable(messages));
+        QCOMPARE(m_log->takeProblems(), QString());
     }
 
     void theButtonReadsTheLines()
@@ -69,14 +65,14 @@ private Q_SLOTS:
         m_fixture->board().setInput(c_inputLine, 1);
         QVERIFY(!m_led->property("lit").toBool());
         QTest::mouseMove(&m_fixture->window(), QPoint(1, 1));
-        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelRefresh")));
+        m_fixture->click(itemNamed(m_fixture->page(), "panelRefresh"_s));
         QTRY_VERIFY(m_led->property("lit").toBool());
     }
 
     void whileLiveThePageFollowsByItself()
     {
         m_fixture->page()->setProperty("liveIntervalMs", 10);
-        m_fixture->click(itemNamed(m_fixture->page(), QStringLiteral("panelLive")));
+        m_fixture->click(itemNamed(m_fixture->page(), "panelLive"_s));
         QVERIFY(m_fixture->page()->property("live").toBool());
         for (const int level : {1, 0, 1}) {
             m_fixture->board().setInput(c_inputLine, level);
@@ -86,7 +82,7 @@ private Q_SLOTS:
 
     void losingTheDeviceIsTold()
     {
-        QQuickItem* notice = itemNamed(m_fixture->page(), QStringLiteral("panelNotice"));
+        QQuickItem* notice = itemNamed(m_fixture->page(), "panelNotice"_s);
         QVERIFY(!notice->isVisible());
         m_fixture->board().setPluggedIn(false);
         QVERIFY(!m_fixture->page()->property("connected").toBool());
@@ -119,7 +115,7 @@ private Q_SLOTS:
 
     void theTextsOfThePageTakeTheLookOfTheTheme()
     {
-        const QQuickItem* name = m_fixture->part(QStringLiteral("START"), c_name);
+        const QQuickItem* name = m_fixture->part("START"_s, c_name);
         QCOMPARE(name->property("font").value<QFont>().family(), style("fontFamily").toString());
         QCOMPARE(name->property("font").value<QFont>().pixelSize(), style("textSize").toInt());
         for (const char* theme : {"dark = true", "dark = false"}) {
@@ -145,11 +141,11 @@ private Q_SLOTS:
             QUrl());
         const std::unique_ptr<QObject> made(component.create());
         QVERIFY2(made != nullptr, qPrintable(component.errorString()));
-        const auto* plain = made->findChild<QQuickItem*>(QStringLiteral("plain"));
+        const auto* plain = made->findChild<QQuickItem*>("plain"_s);
         QCOMPARE(plain->property("color").value<QColor>(), QColor(Qt::blue));
         QCOMPARE(plain->property("font").value<QFont>().pixelSize(), 30);
         QVERIFY(plain->property("font").value<QFont>().bold());
-        const auto* own = made->findChild<QQuickItem*>(QStringLiteral("own"));
+        const auto* own = made->findChild<QQuickItem*>("own"_s);
         QCOMPARE(own->property("color").value<QColor>(), QColor(Qt::red));
         QCOMPARE(own->property("font").value<QFont>().pixelSize(), 20);
         QCOMPARE(own->property("elide").toInt(), static_cast<int>(Qt::ElideLeft));
@@ -210,10 +206,10 @@ private Q_SLOTS:
 
     void aTextOfThePageThatIsCutShowsWholeUnderThePointer()
     {
-        QQuickItem* name = m_fixture->part(QStringLiteral("START"), c_name);
+        QQuickItem* name = m_fixture->part("START"_s, c_name);
         const QPoint middle = name->mapToScene(QPointF(name->width() / 2, name->height() / 2)).toPoint();
         const auto cutText = [this] {
-            return itemNamed(m_fixture->page(), QStringLiteral("panelCutText"))->property("active").toBool();
+            return itemNamed(m_fixture->page(), "panelCutText"_s)->property("active").toBool();
         };
         QTest::mouseMove(&m_fixture->window(), middle);
         QCoreApplication::processEvents();
@@ -239,7 +235,7 @@ private Q_SLOTS:
         m_box->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&m_fixture->window(), static_cast<Qt::Key>(key));
         QVERIFY(!m_box->property("checked").toBool());
-        QTRY_COMPARE(m_fixture->board().level(c_outputLine), 1);
+        QTRY_COMPARE(m_fixture->board().level(c_outputLine).level, 1);
         QTRY_VERIFY(m_box->property("checked").toBool());
     }
 
@@ -248,7 +244,7 @@ private Q_SLOTS:
         m_box->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&m_fixture->window(), Qt::Key_A);
         QVERIFY(!m_fixture->panel().isBusy());
-        QCOMPARE(m_fixture->board().level(c_outputLine), 0);
+        QCOMPARE(m_fixture->board().level(c_outputLine).level, 0);
     }
 
     void theTabKeyReachesTheBox()
@@ -269,15 +265,15 @@ private Q_SLOTS:
         QVERIFY(!box->state().checked);
         box->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
         QTRY_VERIFY(box->state().checked);
-        QCOMPARE(m_fixture->board().level(c_outputLine), 1);
+        QCOMPARE(m_fixture->board().level(c_outputLine).level, 1);
     }
 
     void noneOfTheBenchsComponentsShadowsOneOfQtQuick_data()
     {
         QTest::addColumn<QString>("component");
         for (const char* folder : {"panels", "widgets"}) {
-            const QDir components(QStringLiteral(":/applications/AppVantor/gui/") + QLatin1String(folder));
-            for (const QFileInfo& file : components.entryInfoList({QStringLiteral("*.qml")})) {
+            const QDir components(":/applications/AppVantor/gui/"_s + QLatin1String(folder));
+            for (const QFileInfo& file : components.entryInfoList({"*.qml"_s})) {
                 QTest::newRow(qPrintable(file.baseName())) << file.baseName();
             }
         }
@@ -288,7 +284,7 @@ private Q_SLOTS:
         QFETCH(QString, component);
         QQmlComponent inQtQuick(&m_fixture->engine());
         inQtQuick.setData("import QtQuick 2.15\n" + component.toUtf8() + " {}", QUrl());
-        QVERIFY2(inQtQuick.errorString().contains(component + QStringLiteral(" is not a type")),
+        QVERIFY2(inQtQuick.errorString().contains(component + " is not a type"_s),
                  qPrintable(inQtQuick.errorString()));
     }
 
@@ -305,11 +301,11 @@ private:
     QVariant style(const char* member)
     {
         QQmlExpression expression(qmlContext(m_fixture->page()), m_fixture->page(),
-                                  QStringLiteral("Style.") + QLatin1String(member));
+                                  "Style."_s + QLatin1String(member));
         return expression.evaluate();
     }
 
-    std::unique_ptr<WarningGuard> m_guard;
+    std::optional<MessageLog> m_log;
     std::unique_ptr<PanelFixture> m_fixture;
     QQuickItem* m_box = nullptr;
     QQuickItem* m_led = nullptr;
@@ -317,4 +313,5 @@ private:
 
 QTEST_MAIN(BenchFrameTest)
 
+#include "literals.h"
 #include "test_bench_frame.moc"

@@ -1,17 +1,13 @@
 #include "example_bench.h"
+#include "message_log.h"
 #include "panel_fixture.h"
-#include "warning_guard.h"
 
-#include <window/bench_scene.h>
 #include <window/page_panel.h>
-#include <window/panel_scene.h>
 #include <window/picture.h>
-#include <window/show_scene.h>
+#include <window/scene.h>
 #include <window/texts.h>
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QQuickItemGrabResult>
 #include <QQuickWindow>
 #include <QRegularExpression>
 #include <QSet>
@@ -49,16 +45,14 @@ private Q_SLOTS:
 
     void init()
     {
-        m_guard = std::make_unique<WarningGuard>();
+        m_log.emplace();
         open(8);
     }
 
     void cleanup()
     {
         close();
-        const QString messages = WarningGuard::takeMessages();
-        m_guard.reset();
-        QVERIFY2(messages.isEmpty(), qPrintable(messages));
+        QCOMPARE(m_log->takeProblems(), QString());
     }
 
     void everyControlIsReachedByTheTabKey()
@@ -78,32 +72,19 @@ private Q_SLOTS:
             }
             names.append(focused->objectName());
         }
-        const QString checkBox = QStringLiteral("idChannelRow.idIndicator.idDigitalOutput");
+        const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            QStringLiteral("toolsList"),
-            QStringLiteral("darkSwitch"),
-            QStringLiteral("panelLive"),
-            QStringLiteral("panelRefresh"),
-            checkBox,
-            checkBox,
-            QStringLiteral("lineFilter"),
-            QStringLiteral("freezeButton"),
-            QStringLiteral("boardLines"),
-            QStringLiteral("commandBox"),
-            QStringLiteral("runButton"),
-            QStringLiteral("parameterChannel"),
-            QStringLiteral("parameterText"),
-            QStringLiteral("parameterText"),
-            QStringLiteral("parameterText"),
-            QStringLiteral("parameterText"),
-            QStringLiteral("sectionsField"),
+            "toolsList"_s,     "darkSwitch"_s,       "panelLive"_s,     "panelRefresh"_s,  checkBox,
+            checkBox,          "lineFilter"_s,       "freezeButton"_s,  "boardLines"_s,    "commandBox"_s,
+            "runButton"_s,     "parameterChannel"_s, "parameterText"_s, "parameterText"_s, "parameterText"_s,
+            "parameterText"_s, "sectionsField"_s,
         };
         QCOMPARE(names, expected);
     }
 
     void everyControlTakesThePointerAndTheKeyboard()
     {
-        giveOrder(QStringLiteral("listenToAll"));
+        giveOrder("listenToAll"_s);
         visit(root());
         QVERIFY(m_visited > 60);
     }
@@ -114,29 +95,34 @@ private Q_SLOTS:
         QVERIFY(lever != nullptr);
         for (const int level : {1, 0, 1}) {
             click(lever);
-            QCOMPARE(m_bench->board().level(1), level);
-            QTRY_COMPARE(lever->property("checked").toBool(), level == 1);
+            QCOMPARE(m_bench->board().level(5).level, level);
+            m_scene->clock().tick();
+            QCOMPARE(lever->property("checked").toBool(), level == 1);
         }
         // The switch still follows the line.
-        m_bench->board().setInput(1, 0);
-        QTRY_VERIFY(!lever->property("checked").toBool());
+        m_bench->board().setInput(5, 0);
+        m_scene->clock().tick();
+        QVERIFY(!lever->property("checked").toBool());
     }
 
     void theKeyboardSetsTheLinesOfTheBoard()
     {
-        QQuickItem* list = itemNamed(&root(), QStringLiteral("boardLines"));
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
         list->forceActiveFocus(Qt::TabFocusReason);
-        QTest::keyClick(&window(), Qt::Key_Down);
-        QCOMPARE(list->property("currentIndex").toInt(), 1);
+        for (int row = 0; row < 5; ++row) {
+            QTest::keyClick(&window(), Qt::Key_Down);
+        }
+        QCOMPARE(list->property("currentIndex").toInt(), 5);
         QTest::keyClick(&window(), Qt::Key_Space);
-        QCOMPARE(m_bench->board().level(1), 1);
-        QTRY_VERIFY(visibleNamed(root(), "lineSwitch").constFirst()->property("checked").toBool());
+        QCOMPARE(m_bench->board().level(5).level, 1);
+        m_scene->clock().tick();
+        QVERIFY(visibleNamed(root(), "lineSwitch").constFirst()->property("checked").toBool());
         QTest::keyClick(&window(), Qt::Key_Space);
-        QCOMPARE(m_bench->board().level(1), 0);
+        QCOMPARE(m_bench->board().level(5).level, 0);
         // An output stays what requests make it.
         QTest::keyClick(&window(), Qt::Key_Up);
         QTest::keyClick(&window(), Qt::Key_Space);
-        QCOMPARE(m_bench->board().level(0), 0);
+        QCOMPARE(m_bench->board().level(4).level, 0);
     }
 
     void aSliderSetsItsLine()
@@ -145,15 +131,14 @@ private Q_SLOTS:
         QVERIFY(slider != nullptr);
         const QPoint right = slider->mapToScene(QPointF(slider->width() - 1, slider->height() / 2)).toPoint();
         QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, right);
-        QCOMPARE(m_bench->board().level(2), 65535);
+        QCOMPARE(m_bench->board().level(6).level, 65535);
     }
 
     void thePageAndTheBoardShowTheSame()
     {
         QQuickItem* box = nullptr;
-        for (QQuickItem* row : itemsNamed(&root(), QStringLiteral("idChannelRow"))) {
-            QQuickItem* candidate =
-                itemNamed(row, QStringLiteral("idChannelRow.idIndicator.idDigitalOutput"));
+        for (QQuickItem* row : itemsNamed(&root(), "idChannelRow"_s)) {
+            QQuickItem* candidate = itemNamed(row, "idChannelRow.idIndicator.idDigitalOutput"_s);
             if (candidate->isVisible()) {
                 box = candidate;
                 break;
@@ -161,114 +146,123 @@ private Q_SLOTS:
         }
         QVERIFY(box != nullptr);
         click(box);
-        QTRY_COMPARE(m_bench->board().level(0), 1);
+        QTRY_COMPARE(m_bench->board().level(0).level, 1);
         QTRY_VERIFY(box->property("checked").toBool());
         QCOMPARE(m_scene->lines().index(0).data(LinesModel::LevelRole).toInt(), 1);
     }
 
     void aCommandIsFilledInAndRun()
     {
-        QQuickItem* channel = itemNamed(&root(), QStringLiteral("parameterChannel"));
+        QQuickItem* channel = itemNamed(&root(), "parameterChannel"_s);
         channel->forceActiveFocus(Qt::TabFocusReason);
-        type(QStringLiteral("START"));
-        QCOMPARE(m_scene->form().index(0).data(CommandForm::TextRole).toString(), QStringLiteral("START"));
+        type("START"_s);
+        QCOMPARE(m_scene->form().index(0).data(CommandForm::TextRole).toString(), "START"_s);
         QQuickItem* value = visibleNamed(root(), "parameterText").constFirst();
         value->forceActiveFocus(Qt::TabFocusReason);
-        type(QStringLiteral("70000"));
-        QQuickItem* problem = itemNamed(&root(), QStringLiteral("formProblem"));
+        type("70000"_s);
+        QQuickItem* problem = itemNamed(&root(), "formProblem"_s);
         QVERIFY(problem->isVisible());
         QVERIFY(problem->property("text").toString().contains(QLatin1String("cannot hold \"70000\"")));
-        QVERIFY(!itemNamed(&root(), QStringLiteral("runButton"))->isEnabled());
+        QVERIFY(!itemNamed(&root(), "runButton"_s)->isEnabled());
         QTest::keyClick(&window(), Qt::Key_A, Qt::ControlModifier);
-        type(QStringLiteral("1"));
+        type("1"_s);
         QVERIFY(!problem->isVisible());
         visibleNamed(root(), "parameterText").at(1)->forceActiveFocus(Qt::TabFocusReason);
-        type(QStringLiteral("ON"));
+        type("ON"_s);
         QTest::keyClick(&window(), Qt::Key_Return, Qt::ControlModifier);
         QCOMPARE(m_scene->orders().count(), 1);
-        QTRY_COMPARE(m_bench->board().level(0), 1);
+        QTRY_COMPARE(m_bench->board().level(0).level, 1);
     }
 
     void aCommandIsChosenFromTheList()
     {
-        QQuickItem* box = itemNamed(&root(), QStringLiteral("commandBox"));
+        QQuickItem* box = itemNamed(&root(), "commandBox"_s);
         box->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&window(), Qt::Key_Space);
         QTest::keyClick(&window(), Qt::Key_Down);
         QTest::keyClick(&window(), Qt::Key_Down);
         QTest::keyClick(&window(), Qt::Key_Return);
-        QTRY_COMPARE(m_scene->form().command(), QStringLiteral("getValue"));
+        QTRY_COMPARE(m_scene->form().command(), "getValue"_s);
         QTRY_COMPARE(visibleNamed(root(), "parameterText").size(), 0);
     }
 
     void aListeningOrderIsStoppedByItsButton()
     {
-        giveOrder(QStringLiteral("listenToAll"));
+        giveOrder("listenToAll"_s);
         QTRY_COMPARE(visibleNamed(root(), "stopButton").size(), 1);
         click(visibleNamed(root(), "stopButton").constFirst());
         QCOMPARE(m_scene->orders().running(), 0);
-        QTRY_COMPARE(visibleNamed(root(), "stopButton").size(), 0);
+        m_scene->clock().tick();
+        QCOMPARE(visibleNamed(root(), "stopButton").size(), 0);
+    }
+
+    void whatNoOrderWaitsForIsToldInTheLog()
+    {
+        Q_EMIT m_bench->board().problemTold("line \"do0\" blinks no more"_s);
+        QCOMPARE(m_scene->orders().count(), 1);
+        QTRY_COMPARE(visibleNamed(root(), "orderDetail").size(), 1);
+        const QQuickItem* detail = visibleNamed(root(), "orderDetail").constFirst();
+        QCOMPARE(detail->property("text").toString(), "line \"do0\" blinks no more"_s);
+        QVERIFY(visibleNamed(root(), "stopButton").isEmpty());
+    }
+
+    /// What the user stopped has not failed.
+    void theKindOfAFailureDecidesItsColour()
+    {
+        giveOrder("noSuchCommand"_s);
+        m_scene->orders().run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}});
+        m_scene->orders().stop(0);
+        m_scene->clock().tick();
+        QTRY_COMPARE(visibleNamed(root(), "orderDetail").size(), 2);
+        QMap<QString, QColor> colours;
+        for (const QQuickItem* detail : visibleNamed(root(), "orderDetail")) {
+            const QString text = detail->property("text").toString();
+            colours.insert(text.left(text.indexOf(QLatin1Char(' '))),
+                           detail->property("color").value<QColor>());
+        }
+        QCOMPARE(colours.size(), 2);
+        QVERIFY(colours.value("unknown"_s).red() > 2 * colours.value("unknown"_s).green());
+        QVERIFY(colours.first() != colours.last());
     }
 
     void theFilterNarrowsTheBoard()
     {
         QTest::keySequence(&window(), QKeySequence(QKeySequence::Find));
-        type(QStringLiteral("alarm"));
-        QQuickItem* list = itemNamed(&root(), QStringLiteral("boardLines"));
+        type("alarm"_s);
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
         QTRY_COMPARE(list->property("count").toInt(), 1);
         QTRY_COMPARE(visibleNamed(root(), "lineSwitch").size(), 1);
         click(visibleNamed(root(), "lineSwitch").constFirst());
-        QCOMPARE(m_bench->board().level(5), 1);
+        QCOMPARE(m_bench->board().level(5).level, 1);
     }
 
     void freezingHoldsTheWaveforms()
     {
-        QQuickItem* button = itemNamed(&root(), QStringLiteral("freezeButton"));
+        QQuickItem* button = itemNamed(&root(), "freezeButton"_s);
         click(button);
         QVERIFY(!m_scene->clock().isRunning());
-        QCOMPARE(button->property("text").toString(), QStringLiteral("Resume"));
+        QCOMPARE(button->property("text").toString(), "Resume"_s);
         click(button);
         QVERIFY(m_scene->clock().isRunning());
     }
 
     void theTimeUnderThePointerIsShown()
     {
-        QQuickItem* label = itemNamed(&root(), QStringLiteral("pointedTime"));
+        QQuickItem* label = itemNamed(&root(), "pointedTime"_s);
         QVERIFY(!label->isVisible());
-        QQuickItem* wave = waveforms().constFirst();
+        QQuickItem* wave = visibleNamed(root(), "lineCourse").constFirst();
         const QPointF middle = wave->mapToScene(QPointF(wave->width() / 2, wave->height() / 2));
         QTest::mouseMove(&window(), middle.toPoint());
         QTRY_VERIFY(label->isVisible());
         const QString text = label->property("text").toString();
-        QVERIFY2(QRegularExpression(QStringLiteral("^\u2212[45]\\.\\d\\d s$")).match(text).hasMatch(),
-                 qPrintable(text));
+        QVERIFY2(QRegularExpression("^\u2212[45]\\.\\d\\d s$"_s).match(text).hasMatch(), qPrintable(text));
         QTest::mouseMove(&window(), QPoint(5, 5));
         QTRY_VERIFY(!label->isVisible());
     }
 
-    void theWaveformShowsWhatTheLineDid()
-    {
-        // Low for five seconds, then high for five.
-        m_bench->scheduler().advance(15000000);
-        m_bench->board().setInput(1, 1);
-        m_bench->scheduler().advance(5000000);
-        m_scene->clock().tick();
-        QQuickItem* wave = waveforms().value(1);
-        const QImage picture = grab(wave);
-        const auto isDrawn = [&picture](double x, double y) {
-            return picture.pixelColor(qRound(x * (picture.width() - 1)), qRound(y)).alpha() > 128;
-        };
-        const int low = picture.height() - 4;
-        const int high = 3;
-        QVERIFY(isDrawn(0.25, low));
-        QVERIFY(!isDrawn(0.25, high));
-        QVERIFY(isDrawn(0.75, high));
-        QVERIFY(!isDrawn(0.75, low));
-    }
-
     void theRoomOfThePanesIsSharedByDragging()
     {
-        QQuickItem* handle = itemNamed(&root(), QStringLiteral("toolsHandle"));
+        QQuickItem* handle = itemNamed(&root(), "toolsHandle"_s);
         const QPoint grip = handle->mapToScene(QPointF(2, 100)).toPoint();
         const double before = handle->x();
         QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, grip);
@@ -282,16 +276,23 @@ private Q_SLOTS:
     {
         const auto background = [this] { return root().property("color").value<QColor>(); };
         const bool wasDark = background().lightnessF() < 0.5;
-        click(itemNamed(&root(), QStringLiteral("darkSwitch")));
+        click(itemNamed(&root(), "darkSwitch"_s));
         QTRY_VERIFY((background().lightnessF() < 0.5) != wasDark);
     }
 
     void losingTheBoardIsShown()
     {
         m_bench->board().setPluggedIn(false);
-        QTRY_VERIFY(itemNamed(&root(), QStringLiteral("panelNotice"))->isVisible());
+        m_scene->clock().tick();
+        QTRY_VERIFY(itemNamed(&root(), "panelNotice"_s)->isVisible());
+        QVERIFY(visibleNamed(root(), "lineSwitch").isEmpty());
+        QCOMPARE(visibleNamed(root(), "lineUnknown").size(), 8);
+        QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "\u2013"_s);
         m_bench->board().setPluggedIn(true);
-        QTRY_VERIFY(!itemNamed(&root(), QStringLiteral("panelNotice"))->isVisible());
+        m_scene->clock().tick();
+        QTRY_VERIFY(!itemNamed(&root(), "panelNotice"_s)->isVisible());
+        QVERIFY(visibleNamed(root(), "lineUnknown").isEmpty());
+        QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "0"_s);
     }
 
     void aBenchWithoutToolsSaysWhatToDo()
@@ -299,28 +300,21 @@ private Q_SLOTS:
         close();
         m_bench = std::make_unique<ExampleBench>(4);
         show({});
-        QVERIFY(!itemNamed(&root(), QStringLiteral("runButton"))->isEnabled());
-        QVERIFY(itemNamed(&root(), QStringLiteral("pageProblem"))->isVisible());
-        QVERIFY(itemNamed(&root(), QStringLiteral("pageProblem"))
+        QVERIFY(!itemNamed(&root(), "runButton"_s)->isEnabled());
+        QVERIFY(itemNamed(&root(), "pageProblem"_s)->isVisible());
+        QVERIFY(itemNamed(&root(), "pageProblem"_s)
                     ->property("text")
                     .toString()
                     .startsWith(QLatin1String("This tool does not exist.")));
     }
 
-    void aThousandLinesStayResponsive()
+    void aThousandLinesAreShown()
     {
         close();
         open(1000);
-        QElapsedTimer timer;
-        timer.start();
-        for (int step = 0; step < 20; ++step) {
-            m_bench->play(50000);
-            m_scene->clock().tick();
-            QCoreApplication::processEvents();
-        }
-        qInfo("1000 lines: 20 steps of 50 ms in %lld ms", timer.elapsed());
-        QVERIFY(timer.elapsed() < 10000);
-        QCOMPARE(itemNamed(&root(), QStringLiteral("boardLines"))->property("count").toInt(), 1000);
+        m_bench->play(500000);
+        QCOMPARE(itemNamed(&root(), "boardLines"_s)->property("count").toInt(), 1000);
+        QVERIFY(itemsNamed(&root(), "lineCourse"_s).size() < 50);
     }
 
     void aPictureHasTheSizeThatWasAskedFor_data()
@@ -338,12 +332,12 @@ private Q_SLOTS:
         m_bench = std::make_unique<ExampleBench>(4);
         const QTemporaryDir folder;
         WindowOptions options;
-        options.screenshotFile = folder.filePath(QStringLiteral("picture.png"));
+        options.screenshotFile = folder.filePath("picture.png"_s);
         options.size = size;
         options.theme = WindowOptions::Theme::Dark;
         {
             BenchScene scene(&m_bench->board(), m_bench->tools(), options.theme);
-            QCOMPARE(showScene(scene, QString(), options), 0);
+            QCOMPARE(takePicture(scene, options), 0);
         }
         const QImage window(options.screenshotFile);
         QCOMPARE(window.size(), size);
@@ -351,7 +345,7 @@ private Q_SLOTS:
         options.theme = WindowOptions::Theme::Light;
         {
             PanelScene scene(&m_bench->tool(), options.theme);
-            QCOMPARE(showScene(scene, QString(), options), 0);
+            QCOMPARE(takePicture(scene, options), 0);
         }
         const QImage panel(options.screenshotFile);
         QCOMPARE(panel.size(), size);
@@ -362,19 +356,18 @@ private Q_SLOTS:
     {
         close();
         m_bench = std::make_unique<ExampleBench>(8);
-        m_bench->board().setInput(2, 4321);
+        m_bench->board().setInput(6, 4321);
         const QTemporaryDir folder;
         WindowOptions options;
-        options.screenshotFile = folder.filePath(QStringLiteral("panel.png"));
+        options.screenshotFile = folder.filePath("panel.png"_s);
         PanelScene scene(&m_bench->tool(), WindowOptions::Theme::Light);
-        QCOMPARE(showScene(scene, QString(), options), 0);
+        QCOMPARE(takePicture(scene, options), 0);
         QStringList values;
-        for (const QQuickItem* value :
-             itemsNamed(&scene.root(), QStringLiteral("idChannelRow.idValueRectangle.idValue"))) {
+        for (const QQuickItem* value : itemsNamed(&scene.root(), "idChannelRow.idValueRectangle.idValue"_s)) {
             values.append(value->property("text").toString());
         }
-        QVERIFY(values.contains(QStringLiteral("4321")));
-        QVERIFY(!values.contains(QStringLiteral("undefined")));
+        QVERIFY(values.contains("4321"_s));
+        QVERIFY(!values.contains("undefined"_s));
     }
 
     void aPictureThatCannotBeWrittenIsAnError()
@@ -382,9 +375,9 @@ private Q_SLOTS:
         close();
         m_bench = std::make_unique<ExampleBench>(4);
         WindowOptions options;
-        options.screenshotFile = QStringLiteral("/no/such/folder/picture.png");
+        options.screenshotFile = "/no/such/folder/picture.png"_s;
         PanelScene scene(&m_bench->tool(), options.theme);
-        QCOMPARE(showScene(scene, QString(), options), 2);
+        QCOMPARE(takePicture(scene, options), 2);
     }
 
 private:
@@ -396,8 +389,7 @@ private:
 
     void show(const QVector<DTool*>& tools)
     {
-        m_scene = std::make_unique<BenchScene>(&m_bench->board(), tools, WindowOptions::Theme::Light,
-                                               [this] { return m_bench->scheduler().now(); });
+        m_scene = std::make_unique<BenchScene>(&m_bench->board(), tools, WindowOptions::Theme::Light);
         m_window = std::make_unique<QQuickWindow>();
         m_window->resize(1280, 800);
         root().setParentItem(m_window->contentItem());
@@ -406,6 +398,7 @@ private:
         m_window->requestActivate();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
         QVERIFY(waitUntil([this] { return m_scene->panel().hasValues(); }));
+        m_scene->clock().tick();
         QTest::mouseMove(m_window.get(), QPoint(5, 5));
     }
 
@@ -464,32 +457,7 @@ private:
         }
     }
 
-    QVector<QQuickItem*> waveforms()
-    {
-        QVector<QQuickItem*> found;
-        const std::function<void(QQuickItem*)> collect = [&](QQuickItem* item) {
-            if (item->inherits("WaveformItem")) {
-                found.append(item);
-            }
-            for (QQuickItem* child : item->childItems()) {
-                collect(child);
-            }
-        };
-        collect(&root());
-        std::sort(found.begin(), found.end(), [](const QQuickItem* one, const QQuickItem* other) {
-            return one->property("line").toInt() < other->property("line").toInt();
-        });
-        return found;
-    }
-
-    static QImage grab(QQuickItem* item)
-    {
-        const QSharedPointer<QQuickItemGrabResult> result = item->grabToImage();
-        QSignalSpy ready(result.data(), &QQuickItemGrabResult::ready);
-        return ready.wait() ? result->image() : QImage();
-    }
-
-    std::unique_ptr<WarningGuard> m_guard;
+    std::optional<MessageLog> m_log;
     std::unique_ptr<ExampleBench> m_bench;
     std::unique_ptr<BenchScene> m_scene;
     std::unique_ptr<QQuickWindow> m_window;
@@ -498,4 +466,5 @@ private:
 
 QTEST_MAIN(BenchWindowTest)
 
+#include "literals.h"
 #include "test_bench_window.moc"

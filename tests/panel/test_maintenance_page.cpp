@@ -1,5 +1,5 @@
+#include "message_log.h"
 #include "panel_fixture.h"
-#include "warning_guard.h"
 
 #include <QQmlExpression>
 #include <QQmlProperty>
@@ -7,53 +7,44 @@
 
 namespace {
 
-const QString c_root = QStringLiteral("maintenance_panel_tool_gpio");
-const QString c_columns = c_root + QStringLiteral(".idColumn.idColumnsRow");
-const QString c_inputs = c_columns + QStringLiteral(".idInputsColumn");
-const QString c_outputs = c_columns + QStringLiteral(".idOutputsColumn");
+const QString c_root = "maintenance_panel_tool_gpio"_s;
+const QString c_columns = c_root + ".idColumn.idColumnsRow"_s;
+const QString c_inputs = c_columns + ".idInputsColumn"_s;
+const QString c_outputs = c_columns + ".idOutputsColumn"_s;
 
-const QString c_checkBox = QStringLiteral(".idIndicator.idDigitalOutput");
-const QString c_led = QStringLiteral(".idIndicator.idDigitalInput");
-const QString c_glyph = QStringLiteral(".idIndicator.idAnalogInput");
-const QString c_value = QStringLiteral(".idValueRectangle");
+const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
+const QString c_led = ".idIndicator.idDigitalInput"_s;
+const QString c_glyph = ".idIndicator.idAnalogInput"_s;
+const QString c_value = ".idValueRectangle"_s;
 
 QVariantMap toolOfAllTypes()
 {
     return toolEntry({
-        channelEntry(QStringLiteral("BI"), QStringLiteral("digitalInput"), QStringLiteral("out"),
-                     QStringLiteral("dout")),
-        channelEntry(QStringLiteral("BO"), QStringLiteral("digitalOutput"), QStringLiteral("in"),
-                     QStringLiteral("din")),
-        channelEntry(QStringLiteral("AI"), QStringLiteral("analogInput"), QStringLiteral("out"),
-                     QStringLiteral("aout")),
-        channelEntry(QStringLiteral("AO"), QStringLiteral("analogOutput"), QStringLiteral("in"),
-                     QStringLiteral("ain")),
-        channelEntry(QStringLiteral("UN"), QStringLiteral("no such type"), QStringLiteral("in"),
-                     QStringLiteral("din")),
-        channelEntry(QStringLiteral("HIDDEN"), QStringLiteral("digitalInput"), QStringLiteral("out"),
-                     QStringLiteral("dout"), QStringLiteral("private")),
+        channelEntry("BI"_s, "digitalInput"_s, "out"_s, "dout"_s),
+        channelEntry("BO"_s, "digitalOutput"_s, "in"_s, "din"_s),
+        channelEntry("AI"_s, "analogInput"_s, "out"_s, "aout"_s),
+        channelEntry("AO"_s, "analogOutput"_s, "in"_s, "ain"_s),
+        channelEntry("UN"_s, "no such type"_s, "in"_s, "din"_s),
+        channelEntry("HIDDEN"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s),
     });
 }
 
 qreal style(PanelFixture& fixture, const char* member)
 {
-    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(),
-                              QStringLiteral("Style.") + QLatin1String(member));
+    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(), "Style."_s + QLatin1String(member));
     return expression.evaluate().toReal();
 }
 
 QColor styleColor(PanelFixture& fixture, const char* member)
 {
-    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(),
-                              QStringLiteral("Style.") + QLatin1String(member));
+    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(), "Style."_s + QLatin1String(member));
     return expression.evaluate().value<QColor>();
 }
 
 /// Stores a value in the channel of a row as the backend does with a reply.
 void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
 {
-    fixture.backend()->applyTreatmentReply(row, QStringLiteral("getValue"),
-                                           {{QStringLiteral("value"), value}});
+    fixture.backend()->applyTreatmentReply(row, "getValue"_s, {{"value"_s, value}});
 }
 
 } // namespace
@@ -66,7 +57,7 @@ class MaintenancePageTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_guard = std::make_unique<WarningGuard>();
+        m_log.emplace();
         m_fixture = std::make_unique<PanelFixture>(toolOfAllTypes());
         QVERIFY2(m_fixture->page() != nullptr, qPrintable(m_fixture->panel().problem()));
         QVERIFY(m_fixture->settle());
@@ -77,40 +68,38 @@ private Q_SLOTS:
     void cleanup()
     {
         m_fixture.reset();
-        const QString messages = WarningGuard::takeMessages();
-        m_guard.reset();
-        QVERIFY2(messages.isEmpty(), qPrintable(messages));
+        QCOMPARE(m_log->takeProblems(), QString());
     }
 
     void thePageIsTheOneThatTheLibraryCarries()
     {
         QCOMPARE(m_fixture->page()->objectName(), c_root);
-        QCOMPARE(m_fixture->page()->property("name").toString(), QStringLiteral("Tool under test"));
-        QCOMPARE(m_fixture->backend()->objectId(), QStringLiteral("{4b7a2f10-0000-4000-8000-000000000001}"));
+        QCOMPARE(m_fixture->page()->property("name").toString(), "Tool under test"_s);
+        QCOMPARE(m_fixture->backend()->objectId(), "{4b7a2f10-0000-4000-8000-000000000001}"_s);
         QVERIFY(m_fixture->page()->property("connected").toBool());
     }
 
     void everyElementHasItsName_data()
     {
         QTest::addColumn<QString>("name");
-        const QString row = QStringLiteral("idChannelRow");
+        const QString row = "idChannelRow"_s;
         const QStringList names = {
-            c_root + QStringLiteral(".idColumn"),
+            c_root + ".idColumn"_s,
             c_columns,
             c_inputs,
             c_outputs,
-            c_inputs + QStringLiteral(".idInputsRepeater"),
-            c_outputs + QStringLiteral(".idOutputsRepeater"),
+            c_inputs + ".idInputsRepeater"_s,
+            c_outputs + ".idOutputsRepeater"_s,
             row,
-            row + QStringLiteral(".idIndicator"),
+            row + ".idIndicator"_s,
             row + c_glyph,
             row + c_led,
             row + c_checkBox,
-            row + QStringLiteral(".idInformation"),
-            row + QStringLiteral(".idInformation.idChannelId"),
-            row + QStringLiteral(".idInformation.idChannelName"),
+            row + ".idInformation"_s,
+            row + ".idInformation.idChannelId"_s,
+            row + ".idInformation.idChannelName"_s,
             row + c_value,
-            row + c_value + QStringLiteral(".idValue"),
+            row + c_value + ".idValue"_s,
         };
         for (const QString& name : names) {
             QTest::newRow(qPrintable(name)) << name;
@@ -128,7 +117,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         for (const char* text :
              {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
-            QTest::newRow(text) << QStringLiteral("idChannelRow.") + QLatin1String(text);
+            QTest::newRow(text) << "idChannelRow."_s + QLatin1String(text);
         }
     }
 
@@ -186,23 +175,21 @@ private Q_SLOTS:
 
     void theValueStandsInTheMiddleOfAnEmptyFrame()
     {
-        const QQuickItem* frame = m_fixture->part(QStringLiteral("AO"), c_value);
-        const QQuickItem* value = m_fixture->part(QStringLiteral("AO"), c_value + QStringLiteral(".idValue"));
+        const QQuickItem* frame = m_fixture->part("AO"_s, c_value);
+        const QQuickItem* value = m_fixture->part("AO"_s, c_value + ".idValue"_s);
         QCOMPARE(frame->property("color").value<QColor>().alpha(), 0);
         QCOMPARE(value->property("horizontalAlignment").toInt(), static_cast<int>(Qt::AlignHCenter));
     }
 
     void idAndNameStandWithoutASpace()
     {
-        const QQuickItem* information =
-            m_fixture->part(QStringLiteral("AO"), QStringLiteral(".idInformation"));
+        const QQuickItem* information = m_fixture->part("AO"_s, ".idInformation"_s);
         QCOMPARE(information->property("spacing").toReal(), 0.0);
     }
 
     void everyRowKnowsItsPlaceInTheList()
     {
-        const QStringList channels = {QStringLiteral("BI"), QStringLiteral("BO"), QStringLiteral("AI"),
-                                      QStringLiteral("AO")};
+        const QStringList channels = {"BI"_s, "BO"_s, "AI"_s, "AO"_s};
         for (int index = 0; index < channels.size(); ++index) {
             QCOMPARE(m_fixture->row(channels.at(index))->property("channelIndex").toInt(), index);
         }
@@ -211,7 +198,7 @@ private Q_SLOTS:
     /// As it is between its making and the moment when it is given its channel.
     void aRowWithoutAChannelShowsNothing()
     {
-        const QQuickItem* loader = m_fixture->row(QStringLiteral("BI"))->parentItem();
+        const QQuickItem* loader = m_fixture->row("BI"_s)->parentItem();
         auto* component = loader->property("sourceComponent").value<QQmlComponent*>();
         QVERIFY(component != nullptr);
         const std::unique_ptr<QObject> made(component->create(component->creationContext()));
@@ -224,32 +211,32 @@ private Q_SLOTS:
         row->setParentItem(&place);
         QCOMPARE(row->width(), 300.0);
         for (const QString& name : {c_glyph, c_led, c_checkBox, c_value}) {
-            QVERIFY2(!itemNamed(row, QStringLiteral("idChannelRow") + name)->isVisible(), qPrintable(name));
+            QVERIFY2(!itemNamed(row, "idChannelRow"_s + name)->isVisible(), qPrintable(name));
         }
-        const QQuickItem* box = itemNamed(row, QStringLiteral("idChannelRow") + c_checkBox);
+        const QQuickItem* box = itemNamed(row, "idChannelRow"_s + c_checkBox);
         QCOMPARE(box->property("checked"), QVariant(false));
         for (const char* text :
              {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
-            const QQuickItem* item = itemNamed(row, QStringLiteral("idChannelRow.") + QLatin1String(text));
+            const QQuickItem* item = itemNamed(row, "idChannelRow."_s + QLatin1String(text));
             QCOMPARE(item->property("text").toString(), QString());
         }
     }
 
     void theGlyphIsThatOfAnAnalogueInput()
     {
-        const QQuickItem* glyph = itemNamed(m_fixture->page(), QStringLiteral("idChannelRow") + c_glyph);
+        const QQuickItem* glyph = itemNamed(m_fixture->page(), "idChannelRow"_s + c_glyph);
         QVERIFY(glyph != nullptr);
-        QCOMPARE(glyph->property("name").toString(), QStringLiteral("icon-analoginput"));
+        QCOMPARE(glyph->property("name").toString(), "icon-analoginput"_s);
     }
 
     void eachChannelStandsInItsColumn_data()
     {
         QTest::addColumn<QString>("channel");
         QTest::addColumn<QString>("column");
-        QTest::newRow("binary input") << QStringLiteral("BI") << c_inputs;
-        QTest::newRow("analogue input") << QStringLiteral("AI") << c_inputs;
-        QTest::newRow("binary output") << QStringLiteral("BO") << c_outputs;
-        QTest::newRow("analogue output") << QStringLiteral("AO") << c_outputs;
+        QTest::newRow("binary input") << "BI"_s << c_inputs;
+        QTest::newRow("analogue input") << "AI"_s << c_inputs;
+        QTest::newRow("binary output") << "BO"_s << c_outputs;
+        QTest::newRow("analogue output") << "AO"_s << c_outputs;
     }
 
     void eachChannelStandsInItsColumn()
@@ -263,17 +250,16 @@ private Q_SLOTS:
 
     void noOtherChannelIsShown()
     {
-        QCOMPARE(itemsNamed(m_fixture->page(), QStringLiteral("idChannelRow")).size(), 4);
-        QVERIFY(m_fixture->row(QStringLiteral("UN")) == nullptr);
-        QVERIFY(m_fixture->row(QStringLiteral("HIDDEN")) == nullptr);
+        QCOMPARE(itemsNamed(m_fixture->page(), "idChannelRow"_s).size(), 4);
+        QVERIFY(m_fixture->row("UN"_s) == nullptr);
+        QVERIFY(m_fixture->row("HIDDEN"_s) == nullptr);
     }
 
     void withoutPublicChannelsTheTitlesStandAlone()
     {
         m_fixture.reset(); // one tool of a name at a time
-        m_fixture = std::make_unique<PanelFixture>(toolEntry(
-            {channelEntry(QStringLiteral("SECRET"), QStringLiteral("digitalInput"), QStringLiteral("out"),
-                          QStringLiteral("dout"), QStringLiteral("private"))}));
+        m_fixture = std::make_unique<PanelFixture>(
+            toolEntry({channelEntry("SECRET"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s)}));
         QVERIFY(m_fixture->settle());
         for (const QString& column : {c_inputs, c_outputs}) {
             int visible = 0;
@@ -282,17 +268,17 @@ private Q_SLOTS:
             }
             QCOMPARE(visible, 1);
         }
-        QCOMPARE(itemsNamed(m_fixture->page(), QStringLiteral("idChannelRow")).size(), 0);
+        QCOMPARE(itemsNamed(m_fixture->page(), "idChannelRow"_s).size(), 0);
     }
 
     void theTypeDecidesWhatIsVisible_data()
     {
         QTest::addColumn<QString>("channel");
         QTest::addColumn<QStringList>("visible");
-        QTest::newRow("binary input") << QStringLiteral("BI") << QStringList{c_checkBox};
-        QTest::newRow("analogue input") << QStringLiteral("AI") << QStringList{};
-        QTest::newRow("binary output") << QStringLiteral("BO") << QStringList{c_led};
-        QTest::newRow("analogue output") << QStringLiteral("AO") << QStringList{c_glyph, c_value};
+        QTest::newRow("binary input") << "BI"_s << QStringList{c_checkBox};
+        QTest::newRow("analogue input") << "AI"_s << QStringList{};
+        QTest::newRow("binary output") << "BO"_s << QStringList{c_led};
+        QTest::newRow("analogue output") << "AO"_s << QStringList{c_glyph, c_value};
     }
 
     void theTypeDecidesWhatIsVisible()
@@ -309,7 +295,7 @@ private Q_SLOTS:
     void theColumnsShareTheWidth()
     {
         QQuickItem* page = m_fixture->page();
-        QQuickItem* column = itemNamed(page, c_root + QStringLiteral(".idColumn"));
+        QQuickItem* column = itemNamed(page, c_root + ".idColumn"_s);
         QQuickItem* row = itemNamed(page, c_columns);
         const qreal spacing = style(*m_fixture, "baseWidth") * 2;
         QCOMPARE(column->width(), page->width());
@@ -335,18 +321,18 @@ private Q_SLOTS:
     {
         QFETCH(int, pageWidth);
         m_fixture->panel().setWidth(pageWidth);
-        QQuickItem* row = m_fixture->row(QStringLiteral("AO"));
+        QQuickItem* row = m_fixture->row("AO"_s);
         QQuickItem* column = itemNamed(m_fixture->page(), c_outputs);
-        const auto part = [this](const QString& name) { return m_fixture->part(QStringLiteral("AO"), name); };
+        const auto part = [this](const QString& name) { return m_fixture->part("AO"_s, name); };
         const qreal baseHeight = style(*m_fixture, "baseHeight");
         const qreal spacing = style(*m_fixture, "baseWidth");
         QTRY_COMPARE(row->width(), column->width() - style(*m_fixture, "defSpacing"));
-        QTRY_COMPARE(m_fixture->row(QStringLiteral("BI"))->width(), row->width());
+        QTRY_COMPARE(m_fixture->row("BI"_s)->width(), row->width());
         QCOMPARE(row->height(), baseHeight * 5);
         QCOMPARE(row->property("spacing").toReal(), spacing);
-        QQuickItem* indicator = part(QStringLiteral(".idIndicator"));
+        QQuickItem* indicator = part(".idIndicator"_s);
         QCOMPARE(indicator->size(), QSizeF(row->height(), row->height()));
-        QQuickItem* information = part(QStringLiteral(".idInformation"));
+        QQuickItem* information = part(".idInformation"_s);
         QCOMPARE(information->size(), QSizeF(row->width() * 0.6, row->height()));
         for (const char* name : {".idInformation.idChannelId", ".idInformation.idChannelName"}) {
             QCOMPARE(part(QLatin1String(name))->size(), QSizeF(information->width(), row->height() / 2));
@@ -354,11 +340,11 @@ private Q_SLOTS:
         QQuickItem* frame = part(c_value);
         QCOMPARE(frame->height(), row->height());
         QCOMPARE(frame->width(), row->width() - indicator->width() - information->width() - 2 * spacing);
-        QCOMPARE(QQmlProperty::read(frame, QStringLiteral("border.width")).toReal(), baseHeight / 6);
-        QCOMPARE(QQmlProperty::read(frame, QStringLiteral("border.color")).value<QColor>(),
+        QCOMPARE(QQmlProperty::read(frame, "border.width"_s).toReal(), baseHeight / 6);
+        QCOMPARE(QQmlProperty::read(frame, "border.color"_s).value<QColor>(),
                  styleColor(*m_fixture, "widgetDisabledBorderColor"));
         QVERIFY(frame->clip());
-        QQuickItem* value = part(c_value + QStringLiteral(".idValue"));
+        QQuickItem* value = part(c_value + ".idValue"_s);
         QCOMPARE(value->position(), QPointF(baseHeight / 2, baseHeight / 2));
         QCOMPARE(value->size(), QSizeF(frame->width() - baseHeight, frame->height() - baseHeight));
         QQuickItem* glyph = part(c_glyph);
@@ -377,8 +363,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("column");
         QTest::addColumn<QString>("title");
-        QTest::newRow("inputs") << c_inputs << QStringLiteral("Inputs");
-        QTest::newRow("outputs") << c_outputs << QStringLiteral("Outputs");
+        QTest::newRow("inputs") << c_inputs << "Inputs"_s;
+        QTest::newRow("outputs") << c_outputs << "Outputs"_s;
     }
 
     void theTitlesAreTranslated()
@@ -393,12 +379,11 @@ private Q_SLOTS:
 
     void theIdStandsBoldAboveTheName()
     {
-        QQuickItem* id = m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelId"));
-        QQuickItem* name =
-            m_fixture->part(QStringLiteral("BI"), QStringLiteral(".idInformation.idChannelName"));
-        QCOMPARE(id->property("text").toString(), QStringLiteral("BI"));
+        QQuickItem* id = m_fixture->part("BI"_s, ".idInformation.idChannelId"_s);
+        QQuickItem* name = m_fixture->part("BI"_s, ".idInformation.idChannelName"_s);
+        QCOMPARE(id->property("text").toString(), "BI"_s);
         QVERIFY(id->property("font").value<QFont>().bold());
-        QCOMPARE(name->property("text").toString(), QStringLiteral("Name of BI"));
+        QCOMPARE(name->property("text").toString(), "Name of BI"_s);
         QVERIFY(!name->property("font").value<QFont>().bold());
         QVERIFY(id->y() < name->y());
     }
@@ -412,7 +397,7 @@ private Q_SLOTS:
         QTest::newRow("the number 0") << QVariant(0) << false;
         QTest::newRow("the number 2") << QVariant(2) << false;
         QTest::newRow("true") << QVariant(true) << false;
-        QTest::newRow("the text 1") << QVariant(QStringLiteral("1")) << false;
+        QTest::newRow("the text 1") << QVariant("1"_s) << false;
         QTest::newRow("no value") << QVariant() << false;
     }
 
@@ -427,9 +412,8 @@ private Q_SLOTS:
             setChannelValue(*m_fixture, row, QVariant(5));
             setChannelValue(*m_fixture, row, value);
         }
-        QCOMPARE(m_fixture->part(QStringLiteral("BI"), c_checkBox)->property("checked").toBool(), on);
-        const QColor color =
-            m_fixture->part(QStringLiteral("BO"), c_led)->property("statusColor").value<QColor>();
+        QCOMPARE(m_fixture->part("BI"_s, c_checkBox)->property("checked").toBool(), on);
+        const QColor color = m_fixture->part("BO"_s, c_led)->property("statusColor").value<QColor>();
         QCOMPARE(color, styleColor(*m_fixture, on ? "toolStatusIn" : "toolStatusInactive"));
     }
 
@@ -437,25 +421,26 @@ private Q_SLOTS:
     {
         m_fixture->board().setInput(3, 51234);
         m_fixture->panel().refresh();
-        QQuickItem* value = m_fixture->part(QStringLiteral("AO"), c_value + QStringLiteral(".idValue"));
-        QTRY_COMPARE(value->property("text").toString(), QStringLiteral("51234"));
+        QQuickItem* value = m_fixture->part("AO"_s, c_value + ".idValue"_s);
+        QTRY_COMPARE(value->property("text").toString(), "51234"_s);
         QVERIFY(!value->property("truncated").toBool());
     }
 
     void eachRequestForDataReadsTheLines()
     {
         m_fixture->board().setInput(1, 1);
-        QQuickItem* led = m_fixture->part(QStringLiteral("BO"), c_led);
+        QQuickItem* led = m_fixture->part("BO"_s, c_led);
         QCOMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusInactive"));
         QVERIFY(QMetaObject::invokeMethod(m_fixture->page(), "updateData"));
         QTRY_COMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusIn"));
     }
 
 private:
-    std::unique_ptr<WarningGuard> m_guard;
+    std::optional<MessageLog> m_log;
     std::unique_ptr<PanelFixture> m_fixture;
 };
 
 QTEST_MAIN(MaintenancePageTest)
 
+#include "literals.h"
 #include "test_maintenance_page.moc"

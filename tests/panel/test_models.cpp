@@ -1,7 +1,8 @@
 #include "example_bench.h"
 #include "panel_fixture.h"
 
-#include <bench/value_text.h>
+#include <configuration/value_text.h>
+#include <process/time_text.h>
 #include <window/command_form.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
@@ -43,72 +44,22 @@ class ModelsTest : public QObject
 private Q_SLOTS:
     void initTestCase() { installTexts(QLocale(QLocale::English)); }
 
-    void init() { m_bench = std::make_unique<ExampleBench>(8); }
-    void cleanup() { m_bench.reset(); }
-
-    // History and clock
-
-    void aLineKeepsItsLevelUntilItChanges()
+    void init()
     {
-        LineHistory history(5);
-        history.append(100, 7);
-        history.append(200, 9);
-        QCOMPARE(history.levelAt(99), 5);
-        QCOMPARE(history.levelAt(100), 7);
-        QCOMPARE(history.levelAt(199), 7);
-        QCOMPARE(history.levelAt(200), 9);
-        QCOMPARE(history.levelAt(1000000), 9);
-        QVERIFY(history.hasChangedSince(200));
-        QVERIFY(!history.hasChangedSince(201));
+        m_bench = std::make_unique<ExampleBench>(8);
+        m_clock = std::make_unique<DeviceClock>(&m_bench->scheduler());
+        m_log = std::make_unique<OrderLogModel>(m_clock.get());
+        new QAbstractItemModelTester(m_log.get(), FailureMode::QtTest, m_log.get());
+        m_form = std::make_unique<CommandForm>(m_log.get());
+        new QAbstractItemModelTester(m_form.get(), FailureMode::QtTest, m_form.get());
+        m_form->setTool(&m_bench->tool());
     }
-
-    void changesThatAreTooOldAreForgotten()
+    void cleanup()
     {
-        LineHistory history(0);
-        history.append(0, 1);
-        history.append(10, 2);
-        history.append(LineHistory::c_longestUs + 5, 3);
-        QCOMPARE(history.samples().size(), std::size_t{2});
-        QCOMPARE(history.levelAt(5), 1);
-    }
-
-    void changesThatAreTooManyAreForgotten()
-    {
-        LineHistory history(0);
-        for (int number = 1; number <= static_cast<int>(LineHistory::c_mostSamples) + 10; ++number) {
-            history.append(number, number);
-        }
-        QCOMPARE(history.samples().size(), LineHistory::c_mostSamples);
-        QCOMPARE(history.levelAt(1), 10);
-    }
-
-    void theClockBelievesTheFastestAnnouncement()
-    {
-        qint64 local = 1000;
-        DeviceClock clock([&local] { return local; });
-        clock.observe(5000); // 1000 here
-        local = 2000;
-        clock.tick();
-        QCOMPARE(clock.now(), 6000.0);
-        clock.observe(5500); // late by 500
-        clock.tick();
-        QCOMPARE(clock.now(), 6000.0);
-        clock.observe(6100); // faster than the first by 100
-        clock.tick();
-        QCOMPARE(clock.now(), 6100.0);
-        QCOMPARE(clock.startUs(), 5100LL);
-    }
-
-    void aClockThatIsStoppedDoesNotTick()
-    {
-        DeviceClock clock;
-        QSignalSpy ticks(&clock, &DeviceClock::ticked);
-        clock.setRunning(true);
-        QVERIFY(ticks.wait());
-        clock.setRunning(false);
-        ticks.clear();
-        QVERIFY(!ticks.wait(200));
-        QVERIFY(!clock.isRunning());
+        m_form.reset();
+        m_log.reset();
+        m_clock.reset();
+        m_bench.reset();
     }
 
     // Tools
@@ -118,11 +69,11 @@ private Q_SLOTS:
         ToolsModel model(m_bench->tools());
         const QAbstractItemModelTester tester(&model, FailureMode::QtTest);
         QCOMPARE(model.rowCount(), 1);
-        QCOMPARE(at(model, 0, ToolsModel::NameRole).toString(), QStringLiteral("Front panel"));
+        QCOMPARE(at(model, 0, ToolsModel::NameRole).toString(), "Front panel"_s);
         QCOMPARE(at(model, 0, ToolsModel::IdRole).toString(), m_bench->tool().id());
-        QCOMPARE(at(model, 0, ToolsModel::PluginRole).toString(), QStringLiteral("Tool Gpio"));
+        QCOMPARE(at(model, 0, ToolsModel::PluginRole).toString(), "Tool Gpio"_s);
         QCOMPARE(at(model, 0, ToolsModel::ChannelCountRole).toInt(), 8);
-        QVERIFY(at(model, 0, ToolsModel::ConnectedRole).toBool());
+        QCOMPARE(at(model, 0, ToolsModel::StateRole).toString(), "Connected"_s);
         QCOMPARE(model.toolAt(0), &m_bench->tool());
         QVERIFY(model.toolAt(1) == nullptr);
         QVERIFY(model.toolAt(-1) == nullptr);
@@ -135,33 +86,32 @@ private Q_SLOTS:
         QSignalSpy changes(&model, &ToolsModel::dataChanged);
         m_bench->board().setPluggedIn(false);
         QCOMPARE(changes.count(), 1);
-        QVERIFY(!at(model, 0, ToolsModel::ConnectedRole).toBool());
+        QCOMPARE(at(model, 0, ToolsModel::StateRole).toString(), "Unreachable"_s);
     }
 
     void aToolThatIsClosedLeavesTheList()
     {
-        auto second = std::make_unique<DTool>(toolEntry({}, QStringLiteral("second")), builtPlugin(),
-                                              &m_bench->board());
+        auto second = std::make_unique<DTool>(toolEntry({}, "second"_s), builtPlugin(), &m_bench->board());
         ToolsModel model({&m_bench->tool(), second.get()});
         const QAbstractItemModelTester tester(&model, FailureMode::QtTest);
         second.reset();
         QCOMPARE(model.rowCount(), 1);
         m_bench->board().setPluggedIn(false);
-        QVERIFY(!at(model, 0, ToolsModel::ConnectedRole).toBool());
+        QCOMPARE(at(model, 0, ToolsModel::StateRole).toString(), "Unreachable"_s);
     }
 
     // Lines
 
     void theLinesAreListedWithTheirChannels()
     {
-        DeviceClock clock;
-        const LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
+        const LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
         QCOMPARE(model.rowCount(), 8);
-        QCOMPARE(at(model, 0, LinesModel::NameRole).toString(), QStringLiteral("do0"));
-        QCOMPARE(at(model, 0, LinesModel::ChannelsRole).toString(), QStringLiteral("START"));
+        QCOMPARE(at(model, 0, LinesModel::NameRole).toString(), "do0"_s);
+        QCOMPARE(at(model, 0, LinesModel::ChannelsRole).toString(), "START"_s);
         QVERIFY(at(model, 0, LinesModel::OutputRole).toBool());
         QVERIFY(!at(model, 0, LinesModel::SettableRole).toBool());
-        QVERIFY(at(model, 1, LinesModel::SettableRole).toBool());
+        QVERIFY(!at(model, 1, LinesModel::SettableRole).toBool()); // a wire feeds it
+        QVERIFY(at(model, 5, LinesModel::SettableRole).toBool());
         QVERIFY(at(model, 2, LinesModel::AnalogRole).toBool());
         QCOMPARE(at(model, 1, LinesModel::HighestRole).toInt(), 1);
         QCOMPARE(at(model, 2, LinesModel::HighestRole).toInt(), 65535);
@@ -170,82 +120,100 @@ private Q_SLOTS:
 
     void levelsAreFollowed()
     {
-        DeviceClock clock([this] { return m_bench->scheduler().now(); });
-        LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
+        LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
         const QAbstractItemModelTester tester(&model, FailureMode::QtTest);
-        QSignalSpy changes(&model, &LinesModel::dataChanged);
         m_bench->scheduler().advance(1000);
+        QSignalSpy changes(&model, &LinesModel::dataChanged);
+        m_bench->scheduler().advance(50000);
+        changes.clear();
         model.setLevel(5, 1);
-        QCOMPARE(m_bench->board().level(5), 1);
+        QCOMPARE(m_bench->board().level(5).level, 1);
         QCOMPARE(at(model, 5, LinesModel::LevelRole).toInt(), 1);
-        QCOMPARE(model.levelAt(5, 999), 0);
-        QCOMPARE(model.levelAt(5, 1000), 1);
-        QVERIFY(changes.wait());
-        QCOMPARE(changes.constFirst().constFirst().toModelIndex().row(), 5);
+        QCOMPARE(model.levelAt(5, 50999), QVariant(0));
+        QCOMPARE(model.levelAt(5, 51000), QVariant(1));
+        QCOMPARE(changes.count(), 0);
+        m_bench->scheduler().advance(50000);
+        QVERIFY(std::any_of(changes.cbegin(), changes.cend(), [](const QVariantList& change) {
+            return change.constFirst().toModelIndex().row() == 5;
+        }));
     }
 
     void manyChangesAreToldOnce()
     {
-        DeviceClock clock;
-        LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
+        LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
+        m_bench->scheduler().advance(1);
         QSignalSpy changes(&model, &LinesModel::dataChanged);
         for (int number = 0; number < 1001; ++number) {
             model.setLevel(5, 1 - number % 2);
         }
         QCOMPARE(changes.count(), 0);
-        QVERIFY(changes.wait());
+        m_clock->tick();
         QCOMPARE(changes.count(), 1);
         QCOMPARE(at(model, 5, LinesModel::LevelRole).toInt(), 1);
-        QCOMPARE(model.history(5)->samples().size(), std::size_t{1001});
+        QCOMPARE(model.history(5)->changeCount(), quint64{1002});
+    }
+
+    void aLevelThatNobodyKnowsIsNone()
+    {
+        LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
+        m_bench->scheduler().advance(1000);
+        QVERIFY(at(model, 5, LinesModel::KnownRole).toBool());
+        m_bench->board().setPluggedIn(false);
+        QVERIFY(!at(model, 5, LinesModel::KnownRole).toBool());
+        m_bench->scheduler().advance(1000);
+        QCOMPARE(model.levelAt(5, 500), QVariant(0));
+        QCOMPARE(model.levelAt(5, 1500), QVariant());
+        QCOMPARE(model.levelAt(99, 500), QVariant());
+        // It has had its level all the time, but that is known from now on only.
+        m_bench->board().setPluggedIn(true);
+        QVERIFY(at(model, 5, LinesModel::KnownRole).toBool());
+        QCOMPARE(model.levelAt(5, 1999), QVariant());
+        QCOMPARE(model.levelAt(5, 2000), QVariant(0));
     }
 
     void aLevelIsSetWithinItsRange()
     {
-        DeviceClock clock;
-        LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
+        LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
         model.setLevel(5, 70000);
-        QCOMPARE(m_bench->board().level(5), 1);
+        QCOMPARE(m_bench->board().level(5).level, 1);
         model.setLevel(5, -3);
-        QCOMPARE(m_bench->board().level(5), 0);
+        QCOMPARE(m_bench->board().level(5).level, 0);
         model.setLevel(-1, 1);
         model.setLevel(8, 1);
         model.setLevel(0, 1); // an output is not set from outside
-        QCOMPARE(m_bench->board().level(0), 0);
+        QCOMPARE(m_bench->board().level(0).level, 0);
     }
 
-    void theConnectionIsFollowed()
+    void theStateIsFollowed()
     {
-        DeviceClock clock;
-        const LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
-        QSignalSpy changes(&model, &LinesModel::connectionChanged);
-        QVERIFY(model.isConnected());
+        const LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
+        QSignalSpy changes(&model, &LinesModel::stateChanged);
+        QCOMPARE(model.state(), "Connected"_s);
         m_bench->board().setPluggedIn(false);
-        QVERIFY(!model.isConnected());
-        QCOMPARE(model.connectionProblem(), QStringLiteral("the simulated board is unplugged"));
-        QCOMPARE(changes.count(), 1);
+        QCOMPARE(model.state(), "Unreachable"_s);
+        QCOMPARE(model.problem(), "the simulated board is unplugged"_s);
+        m_bench->board().close();
+        QCOMPARE(model.state(), "Closed"_s);
+        QCOMPARE(changes.count(), 2);
     }
 
     void theFilterLooksAtNamesAndChannels_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("lines");
-        QTest::newRow("everything") << QString() << QStringList{QStringLiteral("do0"), QStringLiteral("di0"),
-                                                                QStringLiteral("ai0"), QStringLiteral("ao0"),
-                                                                QStringLiteral("do1"), QStringLiteral("di1"),
-                                                                QStringLiteral("ai1"), QStringLiteral("ao1")};
-        QTest::newRow("a name") << QStringLiteral("DO")
-                                << QStringList{QStringLiteral("do0"), QStringLiteral("do1")};
-        QTest::newRow("a channel") << QStringLiteral("e_st") << QStringList{QStringLiteral("do1")};
-        QTest::newRow("nothing") << QStringLiteral("no such line") << QStringList{};
-        QTest::newRow("no pattern") << QStringLiteral(".") << QStringList{};
+        QTest::newRow("everything") << QString() << QStringList{"do0"_s, "di0"_s, "ai0"_s, "ao0"_s,
+                                                                "do1"_s, "di1"_s, "ai1"_s, "ao1"_s};
+        QTest::newRow("a name") << "DO"_s << QStringList{"do0"_s, "do1"_s};
+        QTest::newRow("a channel") << "e_st"_s << QStringList{"do1"_s};
+        QTest::newRow("nothing") << "no such line"_s << QStringList{};
+        QTest::newRow("no pattern") << "."_s << QStringList{};
     }
 
     void theFilterLooksAtNamesAndChannels()
     {
         QFETCH(QString, text);
         QFETCH(QStringList, lines);
-        DeviceClock clock;
-        LinesModel model(&m_bench->board(), m_bench->tools(), &clock);
+        LinesModel model(&m_bench->board(), m_bench->tools(), m_clock.get());
         LineFilter filter;
         const QAbstractItemModelTester tester(&filter, FailureMode::QtTest);
         filter.setSourceModel(&model);
@@ -261,96 +229,107 @@ private Q_SLOTS:
 
     void anOrderIsLoggedWithItsResult()
     {
-        OrderLogModel log;
-        const QAbstractItemModelTester tester(&log, FailureMode::QtTest);
-        log.run(&m_bench->tool(), QStringLiteral("getValue"),
-                {{QStringLiteral("channel"), QStringLiteral("SETPOINT")}});
-        QCOMPARE(log.count(), 1);
-        QCOMPARE(at(log, 0, OrderLogModel::CommandRole).toString(),
-                 QStringLiteral("getValue channel=SETPOINT"));
-        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("running"));
-        QTRY_COMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
-        QCOMPARE(at(log, 0, OrderLogModel::DetailRole).toString(), QStringLiteral("value=0"));
-        QCOMPARE(log.running(), 0);
+        m_log->run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}});
+        QCOMPARE(m_log->count(), 1);
+        QCOMPARE(logged(0, OrderLogModel::CommandRole), "getValue channel=SETPOINT"_s);
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "running"_s);
+        QTRY_COMPARE(logged(0, OrderLogModel::StateRole), "done"_s);
+        QCOMPARE(logged(0, OrderLogModel::DetailRole), "value=0"_s);
+        QCOMPARE(m_log->running(), 0);
+        const qint64 startUs = ManualScheduler::c_wallClockOffsetUs + m_bench->scheduler().now();
+        QCOMPARE(logged(0, OrderLogModel::TimeRole), timeOfDay(startUs));
     }
 
     void anOrderThatFailsIsLoggedWithTheReason()
     {
-        OrderLogModel log;
-        const QAbstractItemModelTester tester(&log, FailureMode::QtTest);
-        log.run(&m_bench->tool(), QStringLiteral("noSuchCommand"), {});
-        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("failed"));
-        QVERIFY(at(log, 0, OrderLogModel::DetailRole)
-                    .toString()
+        m_log->run(&m_bench->tool(), "noSuchCommand"_s, {});
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "failed"_s);
+        QVERIFY(logged(0, OrderLogModel::DetailRole)
                     .startsWith(QLatin1String("unknown command \"noSuchCommand\"")));
+    }
+
+    void theKindOfAFailureIsTold()
+    {
+        const auto kind = [this] { return logged(0, OrderLogModel::KindRole); };
+        m_log->run(&m_bench->tool(), "noSuchCommand"_s, {});
+        QCOMPARE(kind(), "wrongInvocation"_s);
+        m_log->run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}});
+        QCOMPARE(kind(), QString());
+        m_log->stop(0);
+        QCOMPARE(kind(), "stopped"_s);
+        m_bench->board().setPluggedIn(false);
+        m_log->run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}});
+        QTRY_COMPARE(kind(), "deviceUnreachable"_s);
+    }
+
+    void whatFailsBesideAllOrdersIsLogged()
+    {
+        m_log->addProblem("board"_s, "line \"do0\" blinks no more"_s);
+        QCOMPARE(logged(0, OrderLogModel::CommandRole), "board"_s);
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "problem"_s);
+        QCOMPARE(logged(0, OrderLogModel::DetailRole), "line \"do0\" blinks no more"_s);
+        QCOMPARE(m_log->running(), 0);
+        m_log->clear();
+        QCOMPARE(m_log->count(), 0);
     }
 
     void aListeningOrderRunsUntilItIsStopped()
     {
-        OrderLogModel log;
-        const QAbstractItemModelTester tester(&log, FailureMode::QtTest);
-        log.run(&m_bench->tool(), QStringLiteral("startListening"),
-                {{QStringLiteral("channel"), QStringLiteral("ALARM")},
-                 {QStringLiteral("edge"), QStringLiteral("RE")}});
-        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("listening"));
-        QCOMPARE(log.running(), 1);
+        m_log->run(&m_bench->tool(), "startListening"_s, {{"channel"_s, "ALARM"_s}, {"edge"_s, "RE"_s}});
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "listening"_s);
+        QCOMPARE(m_log->running(), 1);
         QCoreApplication::processEvents();
         for (const int level : {1, 0, 1}) {
+            m_bench->scheduler().advance(1234567);
             m_bench->board().setInput(5, level);
             QCoreApplication::processEvents();
         }
-        QTRY_VERIFY(at(log, 0, OrderLogModel::EventsRole).toInt() >= 2);
-        log.run(&m_bench->tool(), QStringLiteral("getValue"),
-                {{QStringLiteral("channel"), QStringLiteral("SETPOINT")}});
-        QTRY_COMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
-        log.stop(0); // has ended
-        QCOMPARE(at(log, 1, OrderLogModel::StateRole).toString(), QStringLiteral("listening"));
-        log.stop(1);
-        QCOMPARE(at(log, 1, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
-        QCOMPARE(log.running(), 0);
-        log.stop(-1);
-        log.stop(2);
+        QTRY_VERIFY(at(*m_log, 0, OrderLogModel::EventsRole).toInt() >= 2);
+        const QString time = timeOfDay(ManualScheduler::c_wallClockOffsetUs + 3 * 1234567);
+        const QString detail = logged(0, OrderLogModel::DetailRole);
+        QVERIFY2(detail.contains("the last at "_s + time), qPrintable(detail));
+        m_log->run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}});
+        QTRY_COMPARE(logged(0, OrderLogModel::StateRole), "done"_s);
+        m_log->stop(0); // has ended
+        QCOMPARE(logged(1, OrderLogModel::StateRole), "listening"_s);
+        m_log->stop(1);
+        QCOMPARE(logged(1, OrderLogModel::StateRole), "done"_s);
+        QCOMPARE(m_log->running(), 0);
+        m_log->stop(-1);
+        m_log->stop(2);
     }
 
     void clearingKeepsWhatStillRuns()
     {
-        OrderLogModel log;
-        const QAbstractItemModelTester tester(&log, FailureMode::QtTest);
-        const auto read = [&] {
-            log.run(&m_bench->tool(), QStringLiteral("getValue"),
-                    {{QStringLiteral("channel"), QStringLiteral("SETPOINT")}});
-        };
+        const auto read = [&] { m_log->run(&m_bench->tool(), "getValue"_s, {{"channel"_s, "SETPOINT"_s}}); };
         read();
-        log.run(&m_bench->tool(), QStringLiteral("listenToAll"), {});
+        m_log->run(&m_bench->tool(), "listenToAll"_s, {});
         read();
-        QTRY_COMPARE(log.running(), 1);
-        log.clear();
-        QCOMPARE(log.count(), 1);
-        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("listening"));
-        log.stopAll();
-        QCOMPARE(log.running(), 0);
-        log.clear();
-        QCOMPARE(log.count(), 0);
+        QTRY_COMPARE(m_log->running(), 1);
+        m_log->clear();
+        QCOMPARE(m_log->count(), 1);
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "listening"_s);
+        m_log->stopAll();
+        QCOMPARE(m_log->running(), 0);
+        m_log->clear();
+        QCOMPARE(m_log->count(), 0);
     }
 
     void theLogForgetsTheOldest()
     {
-        OrderLogModel log;
         for (int number = 0; number < OrderLogModel::c_mostEntries + 20; ++number) {
-            log.run(&m_bench->tool(), QStringLiteral("no%1").arg(number), {});
+            m_log->run(&m_bench->tool(), "no%1"_s.arg(number), {});
         }
-        QCOMPARE(log.count(), OrderLogModel::c_mostEntries);
-        QCOMPARE(at(log, 0, OrderLogModel::CommandRole).toString(),
-                 QStringLiteral("no%1").arg(OrderLogModel::c_mostEntries + 19));
+        QCOMPARE(m_log->count(), OrderLogModel::c_mostEntries);
+        QCOMPARE(logged(0, OrderLogModel::CommandRole), "no%1"_s.arg(OrderLogModel::c_mostEntries + 19));
     }
 
     void aLogThatGoesStopsItsOrders()
     {
-        {
-            OrderLogModel log;
-            log.run(&m_bench->tool(), QStringLiteral("listenToAll"), {});
-            QTRY_COMPARE(m_bench->board().pendingRequests(), 1);
-        }
+        m_log->run(&m_bench->tool(), "listenToAll"_s, {});
+        QTRY_COMPARE(m_bench->board().pendingRequests(), 1);
+        m_form.reset();
+        m_log.reset();
         QCOMPARE(m_bench->board().pendingRequests(), 0);
     }
 
@@ -358,42 +337,30 @@ private Q_SLOTS:
 
     void theFormListsWhatTheCommandDeclares()
     {
-        OrderLogModel log;
-        CommandForm form(&log);
-        const QAbstractItemModelTester tester(&form, FailureMode::QtTest);
-        QCOMPARE(form.problem(), QStringLiteral("Choose a tool to see its commands."));
-        form.setTool(&m_bench->tool());
-        QCOMPARE(form.problem(), QString());
-        QCOMPARE(form.commands(),
-                 QStringList({QStringLiteral("setValue"), QStringLiteral("switchValue"),
-                              QStringLiteral("getValue"), QStringLiteral("startListening"),
-                              QStringLiteral("init"), QStringLiteral("listenToAll"),
-                              QStringLiteral("stopTheCommand"), QStringLiteral("stopListening")}));
-        QCOMPARE(form.command(), QStringLiteral("setValue"));
-        QCOMPARE(form.rowCount(), 5);
-        QCOMPARE(at(form, 0, CommandForm::EditorRole).toString(), QStringLiteral("channel"));
-        QVERIFY(at(form, 0, CommandForm::ChoicesRole).toStringList().contains(QStringLiteral("E_STOP")));
-        QCOMPARE(at(form, 1, CommandForm::EditorRole).toString(), QStringLiteral("number"));
-        QCOMPARE(at(form, 1, CommandForm::DefaultTextRole).toString(), QStringLiteral("1"));
-        QCOMPARE(at(form, 2, CommandForm::EditorRole).toString(), QStringLiteral("text"));
-        QCOMPARE(at(form, 2, CommandForm::DescriptionRole).toString(),
-                 QStringLiteral("ON, OFF, PULSE or BLINK"));
-        form.setCommand(QStringLiteral("listenToAll"));
-        QCOMPARE(form.rowCount(), 0);
+        QCOMPARE(m_form->problem(), QString());
+        QCOMPARE(m_form->commands(),
+                 QStringList({"setValue"_s, "switchValue"_s, "getValue"_s, "startListening"_s, "init"_s,
+                              "listenToAll"_s, "stopTheCommand"_s, "stopListening"_s}));
+        QCOMPARE(m_form->command(), "setValue"_s);
+        QCOMPARE(m_form->rowCount(), 5);
+        QCOMPARE(at(*m_form, 0, CommandForm::EditorRole).toString(), "channel"_s);
+        QVERIFY(at(*m_form, 0, CommandForm::ChoicesRole).toStringList().contains("E_STOP"_s));
+        QCOMPARE(at(*m_form, 1, CommandForm::EditorRole).toString(), "number"_s);
+        QCOMPARE(at(*m_form, 1, CommandForm::DefaultTextRole).toString(), "1"_s);
+        QCOMPARE(at(*m_form, 2, CommandForm::EditorRole).toString(), "text"_s);
+        QCOMPARE(at(*m_form, 2, CommandForm::DescriptionRole).toString(), "ON, OFF, PULSE or BLINK"_s);
+        m_form->setCommand("listenToAll"_s);
+        QCOMPARE(m_form->rowCount(), 0);
     }
 
     void theFormRunsWhatWasEntered()
     {
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        form.setText(rowOf(form, QStringLiteral("channel")), QStringLiteral("START"));
-        form.setText(rowOf(form, QStringLiteral("state")), QStringLiteral("ON"));
-        QCOMPARE(form.problem(), QString());
-        form.run();
-        QCOMPARE(at(log, 0, OrderLogModel::CommandRole).toString(),
-                 QStringLiteral("setValue channel=START state=ON"));
-        QTRY_COMPARE(m_bench->board().level(0), 1);
+        m_form->setText(rowOf(*m_form, "channel"_s), "START"_s);
+        m_form->setText(rowOf(*m_form, "state"_s), "ON"_s);
+        QCOMPARE(m_form->problem(), QString());
+        m_form->run();
+        QCOMPARE(logged(0, OrderLogModel::CommandRole), "setValue channel=START state=ON"_s);
+        QTRY_COMPARE(m_bench->board().level(0).level, 1);
     }
 
     void theFormRefusesWhatTheCommandWouldRefuse_data()
@@ -401,14 +368,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("parameter");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("problem");
-        QTest::newRow("too big") << QStringLiteral("value") << QStringLiteral("65536")
-                                 << QStringLiteral("parameter \"value\" of command \"setValue\" cannot hold "
-                                                   "\"65536\"; expected a whole number from 0 to 65535");
-        QTest::newRow("no number") << QStringLiteral("duration") << QStringLiteral("long")
-                                   << QStringLiteral(
-                                          "parameter \"duration\" of command \"setValue\" cannot hold "
-                                          "\"long\"; expected a whole number from -2147483648 to "
-                                          "2147483647");
+        QTest::newRow("too big") << "value"_s
+                                 << "65536"_s
+                                 << "parameter \"value\" of command \"setValue\" cannot hold "
+                                    "\"65536\"; expected a whole number from 0 to 65535"_s;
+        QTest::newRow("no number") << "duration"_s
+                                   << "long"_s
+                                   << "parameter \"duration\" of command \"setValue\" cannot hold "
+                                      "\"long\"; expected a whole number from -2147483648 to "
+                                      "2147483647"_s;
     }
 
     void theFormRefusesWhatTheCommandWouldRefuse()
@@ -416,25 +384,19 @@ private Q_SLOTS:
         QFETCH(QString, parameter);
         QFETCH(QString, text);
         QFETCH(QString, problem);
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        form.setText(rowOf(form, parameter), text);
-        QCOMPARE(form.problem(), problem);
-        form.run();
-        QCOMPARE(log.count(), 0);
-        form.setText(rowOf(form, parameter), QString());
-        QCOMPARE(form.problem(), QString());
+        m_form->setText(rowOf(*m_form, parameter), text);
+        QCOMPARE(m_form->problem(), problem);
+        m_form->run();
+        QCOMPARE(m_log->count(), 0);
+        m_form->setText(rowOf(*m_form, parameter), QString());
+        QCOMPARE(m_form->problem(), QString());
     }
 
     void whatWasEnteredStaysForTheNextCommand()
     {
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        form.setText(0, QStringLiteral("START"));
-        form.setCommand(QStringLiteral("getValue"));
-        QCOMPARE(at(form, 0, CommandForm::TextRole).toString(), QStringLiteral("START"));
+        m_form->setText(0, "START"_s);
+        m_form->setCommand("getValue"_s);
+        QCOMPARE(at(*m_form, 0, CommandForm::TextRole).toString(), "START"_s);
     }
 
     void sectionsReachTheCommand_data()
@@ -442,67 +404,56 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sections");
         QTest::addColumn<QString>("problem");
         QTest::newRow("none") << QString() << QString();
-        QTest::newRow("a list") << QStringLiteral("{\"channels\": [1, 2]}") << QString();
-        QTest::newRow("no object") << QStringLiteral("[1]")
-                                   << QStringLiteral(
-                                          "Sections: expected a JSON object, {\"name\": [ \u2026 ]}");
-        QTest::newRow("broken") << QStringLiteral("{\"channels\"")
-                                << QStringLiteral("Sections: unterminated string at offset 11");
-        QTest::newRow("no list") << QStringLiteral("{\"channels\": 1}") << QString();
+        QTest::newRow("a list") << "{\"channels\": [1, 2]}"_s << QString();
+        QTest::newRow("no object") << "[1]"_s
+                                   << "Sections: expected a JSON object, {\"name\": [ \u2026 ]}"_s;
+        QTest::newRow("broken") << "{\"channels\""_s
+                                << "Sections: unterminated string at offset 11"_s;
+        QTest::newRow("no list") << "{\"channels\": 1}"_s << QString();
     }
 
     void sectionsReachTheCommand()
     {
         QFETCH(QString, sections);
         QFETCH(QString, problem);
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        form.setCommand(QStringLiteral("init"));
-        form.setSections(sections);
-        QCOMPARE(form.problem(), problem);
-        form.run();
-        QCOMPARE(log.count(), problem.isEmpty() ? 1 : 0);
+        m_form->setCommand("init"_s);
+        m_form->setSections(sections);
+        QCOMPARE(m_form->problem(), problem);
+        m_form->run();
+        QCOMPARE(m_log->count(), problem.isEmpty() ? 1 : 0);
     }
 
     void theFormStopsWhatRuns()
     {
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        form.setCommand(QStringLiteral("startListening"));
-        form.setText(0, QStringLiteral("START"));
-        form.run();
-        QCOMPARE(log.running(), 1);
-        form.setCommand(QStringLiteral("stopListening"));
-        QCOMPARE(at(form, 0, CommandForm::TextRole).toString(), QStringLiteral("START"));
-        form.run();
-        QCOMPARE(log.running(), 0);
-        QCOMPARE(at(log, 0, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
-        QCOMPARE(at(log, 1, OrderLogModel::StateRole).toString(), QStringLiteral("done"));
+        m_form->setCommand("startListening"_s);
+        m_form->setText(0, "START"_s);
+        m_form->run();
+        QCOMPARE(m_log->running(), 1);
+        m_form->setCommand("stopListening"_s);
+        QCOMPARE(at(*m_form, 0, CommandForm::TextRole).toString(), "START"_s);
+        m_form->run();
+        QCOMPARE(m_log->running(), 0);
+        QCOMPARE(logged(0, OrderLogModel::StateRole), "done"_s);
+        QCOMPARE(logged(1, OrderLogModel::StateRole), "done"_s);
     }
 
     void aFormWhoseToolGoesRunsNothing()
     {
-        OrderLogModel log;
-        CommandForm form(&log);
-        form.setTool(&m_bench->tool());
-        m_bench.reset();
-        form.run();
-        QCOMPARE(log.count(), 0);
-        QCOMPARE(form.problem(), QStringLiteral("Choose a tool to see its commands."));
+        m_bench->closeTool();
+        m_form->run();
+        QCOMPARE(m_log->count(), 0);
+        QCOMPARE(m_form->problem(), "Choose a tool to see its commands."_s);
     }
 
     void valuesAreWrittenForPeople_data()
     {
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<QString>("text");
-        QTest::newRow("nothing") << QVariant() << QStringLiteral("\u2013");
-        QTest::newRow("number") << QVariant(5) << QStringLiteral("5");
-        QTest::newRow("truth") << QVariant(true) << QStringLiteral("true");
-        QTest::newRow("text") << QVariant(QStringLiteral("a b")) << QStringLiteral("a b");
-        QTest::newRow("list") << QVariant(QVariantList{1, QStringLiteral("x")})
-                              << QStringLiteral("[1,\"x\"]");
+        QTest::newRow("nothing") << QVariant() << "\u2013"_s;
+        QTest::newRow("number") << QVariant(5) << "5"_s;
+        QTest::newRow("truth") << QVariant(true) << "true"_s;
+        QTest::newRow("text") << QVariant("a b"_s) << "a b"_s;
+        QTest::newRow("list") << QVariant(QVariantList{1, "x"_s}) << "[1,\"x\"]"_s;
     }
 
     void valuesAreWrittenForPeople()
@@ -513,9 +464,15 @@ private Q_SLOTS:
     }
 
 private:
+    QString logged(int row, int role) const { return at(*m_log, row, role).toString(); }
+
     std::unique_ptr<ExampleBench> m_bench;
+    std::unique_ptr<DeviceClock> m_clock;
+    std::unique_ptr<OrderLogModel> m_log;
+    std::unique_ptr<CommandForm> m_form;
 };
 
 QTEST_GUILESS_MAIN(ModelsTest)
 
+#include "literals.h"
 #include "test_models.moc"

@@ -1,7 +1,7 @@
+#include "literals.h"
 #include "message_log.h"
 #include "process_usage.h"
 #include "soak_bench.h"
-#include "text.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -48,10 +48,10 @@ struct Record
     {
         const qint64 growth = highest.residentKiB - warm.residentKiB;
         if (c_memoryTells && growth > c_mostGrowthKiB) {
-            return "resident memory grew by %1 KiB, expected %2 at most"_q.arg(growth).arg(c_mostGrowthKiB);
+            return "resident memory grew by %1 KiB, expected %2 at most"_s.arg(growth).arg(c_mostGrowthKiB);
         }
         if (highest.descriptors != warm.descriptors) {
-            return "%1 descriptors are open, %2 after the warm-up"_q.arg(highest.descriptors)
+            return "%1 descriptors are open, %2 after the warm-up"_s.arg(highest.descriptors)
                 .arg(warm.descriptors);
         }
         return QString();
@@ -82,11 +82,13 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QString ordersOption = "orders"_q;
-    const QString eventsOption = "events"_q;
+    const QString ordersOption = "orders"_s;
+    const QString eventsOption = "events"_s;
+    const QString ownThreadOption = "own-thread"_s;
     parser.addHelpOption();
-    parser.addOption({ordersOption, "Orders to run."_q, "number"_q, "1000000"_q});
-    parser.addOption({eventsOption, "Listening events to hear."_q, "number"_q, "10000000"_q});
+    parser.addOption({ordersOption, "Orders to run."_s, "number"_s, "1000000"_s});
+    parser.addOption({eventsOption, "Listening events to hear."_s, "number"_s, "10000000"_s});
+    parser.addOption({ownThreadOption, "Keeps the board in a thread of its own."_s});
     parser.process(application);
     qint64 orders = 0;
     qint64 events = 0;
@@ -101,12 +103,13 @@ int main(int argc, char* argv[])
 
     QElapsedTimer clock;
     clock.start();
-    SoakBench bench;
+    SoakBench bench(parser.isSet(ownThreadOption) ? DevicePlace::OwnThread : DevicePlace::SameThread);
     Record record;
     qint64 messages = 0;
     for (int round = 1; round <= c_rounds && bench.problem().isEmpty(); ++round) {
         const MessageLog log;
         bench.runOrders(share(orders, round));
+        bench.replug(); // which ends all blinking: what is heard next is counted
         bench.runEvents(share(events, round));
         messages += log.messages().size();
         record.add(round, ProcessUsage::now());
@@ -114,7 +117,7 @@ int main(int argc, char* argv[])
 
     QString problem = bench.problem().isEmpty() ? record.problem() : bench.problem();
     if (problem.isEmpty() && messages != bench.provokedReports()) {
-        problem = "%1 messages were logged, %2 provoked"_q.arg(messages).arg(bench.provokedReports());
+        problem = "%1 messages were logged, %2 provoked"_s.arg(messages).arg(bench.provokedReports());
     }
     std::printf(
         "%lld orders, %lld events, %.1f s, resident %lld KiB after the warm-up, %lld at the end, %lld at "

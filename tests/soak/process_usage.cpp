@@ -1,6 +1,6 @@
 #include "process_usage.h"
 
-#include "text.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,7 +11,7 @@ namespace {
 
 qint64 residentPages()
 {
-    QFile statm("/proc/self/statm"_q);
+    QFile statm("/proc/self/statm"_s);
     return statm.open(QIODevice::ReadOnly) ? statm.readAll().split(' ').value(1).toLongLong() : 0;
 }
 
@@ -19,7 +19,7 @@ qint64 residentPages()
 
 ProcessUsage ProcessUsage::now()
 {
-    const QDir descriptors("/proc/self/fd"_q);
+    const QDir descriptors("/proc/self/fd"_s);
     return {residentPages() * sysconf(_SC_PAGESIZE) / 1024,
             static_cast<int>(descriptors.entryList(QDir::Files | QDir::System).size())};
 }

@@ -1,10 +1,12 @@
 #include "soak_bench.h"
 
-#include "text.h"
+#include "channel_entry.h"
+#include "literals.h"
 
 #include <plugin_management/d_plugin_loader.h>
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -18,12 +20,12 @@ constexpr int c_wholeBoardListeners = 2;
 
 QString outputName(int number)
 {
-    return "out%1"_q.arg(number);
+    return "out%1"_s.arg(number);
 }
 
 QString inputName(int number)
 {
-    return "in%1"_q.arg(number);
+    return "in%1"_s.arg(number);
 }
 
 SimulatedBoardSetup setup()
@@ -45,26 +47,25 @@ SimulatedBoardSetup setup()
 
 QVariantMap configuration(const SimulatedBoardSetup& board)
 {
-    const auto item = [](const QString& id, const QString& value) {
-        return QVariantMap{{"id"_q, id}, {"value"_q, value}};
-    };
     QVariantList channels;
     for (const SimulatedBoardSetup::Line& line : board.lines) {
-        const QString direction = line.line.direction == DLine::Direction::Out ? "out"_q : "in"_q;
-        channels.append(QVariantMap{
-            {"id"_q, line.line.name},
-            {"value"_q, QVariantList{item("direction"_q, direction), item("link"_q, line.line.name)}}});
+        const QString direction = line.line.direction == DLine::Direction::Out ? "out"_s : "in"_s;
+        channels.append(
+            channelEntry(line.line.name, {{"direction"_s, direction}, {"link"_s, line.line.name}}));
     }
-    return {{"name"_q, "Soak"_q}, {"channels"_q, channels}};
+    return {{"name"_s, "Soak"_s}, {"channels"_s, channels}};
 }
 
 } // namespace
 
-SoakBench::SoakBench()
+SoakBench::SoakBench(DevicePlace place)
     : m_invocations(invocations())
+    , m_inputs(c_inputs, 0)
 {
     const SimulatedBoardSetup board = setup();
-    m_board = std::make_unique<SimulatedBoard>(board, &m_scheduler);
+    m_board = makeSimulatedBoard(board, &m_scheduler, place);
+    m_board->open();
+    await([this] { return m_board->isConnected(); }, "connecting the board"_s);
     const DPluginLoader loader(QStringLiteral(PLUGIN_FILE));
     if (loader.prototype() == nullptr) {
         qFatal("%s", qPrintable(loader.error()));
@@ -78,29 +79,41 @@ std::vector<SoakBench::Invocation> SoakBench::invocations()
 {
     std::vector<Invocation> all;
     for (int number = 0; number < c_outputs; ++number) {
-        const QVariantMap channel = {{"channel"_q, outputName(number)}};
+        const QVariantMap channel = {{"channel"_s, outputName(number)}};
         const auto set = [&all, channel](const QString& state) {
             QVariantMap arguments = channel;
-            arguments.insert("state"_q, state);
-            arguments.insert("duration"_q, state == "PULSE"_q ? 0 : 10);
-            arguments.insert("dutyCycle"_q, 50);
-            all.push_back({"setValue"_q, arguments});
+            arguments.insert("state"_s, state);
+            arguments.insert("duration"_s, state == "PULSE"_s ? 0 : 10);
+            arguments.insert("dutyCycle"_s, 50);
+            all.push_back({"setValue"_s, arguments});
         };
-        set("ON"_q);
-        all.push_back({"getValue"_q, channel});
-        set("BLINK"_q);
-        all.push_back({"switchValue"_q, channel});
-        set("PULSE"_q);
-        all.push_back({"init"_q, {}});
-        all.push_back({"startListening"_q, channel, true});
-        all.push_back({"startListening"_q, {{"channel"_q, outputName(number)}, {"edge"_q, "RE"_q}}, true});
-        set("OFF"_q);
-        all.push_back({"listenToAll"_q, {}, true});
+        set("ON"_s);
+        all.push_back({"getValue"_s, channel});
+        set("BLINK"_s);
+        all.push_back({"switchValue"_s, channel});
+        set("PULSE"_s);
+        all.push_back({"init"_s, {}});
+        all.push_back({"startListening"_s, channel, true});
+        all.push_back({"startListening"_s, {{"channel"_s, outputName(number)}, {"edge"_s, "RE"_s}}, true});
+        set("OFF"_s);
+        all.push_back({"listenToAll"_s, {}, true});
     }
-    all.push_back({"setValue"_q, {{"channel"_q, inputName(0)}, {"state"_q, "ON"_q}}, false, false, 1});
-    all.push_back({"getValue"_q, {{"channel"_q, "nowhere"_q}}, false, false, 1});
-    all.push_back({"getValue"_q, {{"zone"_q, 1}}, false, false});
+    all.push_back({"setValue"_s, {{"channel"_s, inputName(0)}, {"state"_s, "ON"_s}}, false, false, 1});
+    all.push_back({"getValue"_s, {{"channel"_s, "nowhere"_s}}, false, false, 1});
+    all.push_back({"getValue"_s, {{"zone"_s, 1}}, false, false});
     return all;
+}
+
+void SoakBench::await(const std::function<bool()>& cameAbout, const QString& what)
+{
+    constexpr int patienceMs = 20000;
+    QTimer patience;
+    patience.setSingleShot(true);
+    patience.start(patienceMs);
+    while (!cameAbout() && patience.isActive()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    require(patience.isActive(), "%1 takes more than %2 ms"_s.arg(what, QString::number(patienceMs)));
 }
 
 void SoakBench::require(bool holds, const QString& what)
@@ -137,50 +150,70 @@ void SoakBench::runOrders(qint64 count)
         const auto works = [](const Running& one) {
             return one.order->state() == DOrder::State::Running && !one.invocation->listens;
         };
-        while (std::any_of(running.cbegin(), running.cend(), works)) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
+        await([&] { return std::none_of(running.cbegin(), running.cend(), works); }, "running orders"_s);
         m_scheduler.advance(1000);
         for (const Running& one : running) {
             if (one.invocation->listens) {
                 one.order->stop();
             }
             require(one.order->isSuccessful() == one.invocation->succeeds,
-                    "an order of %1 ended with \"%2\""_q.arg(one.order->commandName(), one.order->reason()));
+                    "an order of %1 ended with \"%2\""_s.arg(one.order->commandName(),
+                                                             one.order->failure().text));
         }
         running.clear();
-        require(m_board->pendingRequests() == 0, "requests are pending after their orders"_q);
+        require(m_board->pendingRequests() == 0, "requests are pending after their orders"_s);
     }
 }
 
 void SoakBench::runEvents(qint64 count)
 {
+    m_events = 0;
     std::vector<std::unique_ptr<DOrder>> listeners;
     for (int input = 0; input < c_inputs; ++input) {
         const QString channel = inputName(input);
-        listeners.push_back(start({"startListening"_q, {{"channel"_q, channel}}}));
-        listeners.push_back(start({"startListening"_q, {{"channel"_q, channel}, {"edge"_q, "FE"_q}}}));
+        listeners.push_back(start({"startListening"_s, {{"channel"_s, channel}}}));
+        listeners.push_back(start({"startListening"_s, {{"channel"_s, channel}, {"edge"_s, "FE"_s}}}));
     }
     for (int number = 0; number < c_wholeBoardListeners; ++number) {
-        listeners.push_back(start({"listenToAll"_q, {}}));
+        listeners.push_back(start({"listenToAll"_s, {}}));
     }
-    QCoreApplication::processEvents();
+    const auto heard = static_cast<qint64>(listeners.size());
+    await([&] { return m_events == heard; }, "the first reply to each listener"_s);
     m_events = 0;
     qint64 expected = 0;
     for (int input = 0; expected < count && m_problem.isEmpty();) {
         for (int change = 0; change < c_changesAtATime; ++change) {
-            const int line = c_outputs + input;
-            m_board->setInput(line, 1 - m_board->level(line));
+            int& level = m_inputs.at(static_cast<std::size_t>(input));
+            level = 1 - level;
+            m_board->setInput(c_outputs + input, level);
             expected += 2 + c_wholeBoardListeners;
             input = (input + 1) % c_inputs;
         }
-        QCoreApplication::processEvents();
-        require(m_events == expected, "%1 events came of %2"_q.arg(m_events).arg(expected));
+        await([&] { return m_events >= expected; }, "hearing of changes"_s);
+        require(m_events == expected, "%1 events came of %2"_s.arg(m_events).arg(expected));
     }
     m_heard += m_events;
     for (const auto& listener : listeners) {
         listener->stop();
-        require(listener->isSuccessful(), "a listening order ended with \"%1\""_q.arg(listener->reason()));
+        require(listener->isSuccessful(),
+                "a listening order ended with \"%1\""_s.arg(listener->failure().text));
     }
-    require(m_board->pendingRequests() == 0, "requests are pending after their listeners"_q);
+    require(m_board->pendingRequests() == 0, "requests are pending after their listeners"_s);
+}
+
+void SoakBench::replug()
+{
+    const auto known = [this] {
+        int count = 0;
+        for (int line = 0; line < m_board->lines().size(); ++line) {
+            count += m_board->level(line).known ? 1 : 0;
+        }
+        return count;
+    };
+    m_board->setPluggedIn(false);
+    await([this] { return !m_board->isConnected(); }, "unplugging"_s);
+    require(known() == 0, "%1 levels of an unplugged board are known"_s.arg(known()));
+    m_board->setPluggedIn(true);
+    await([this] { return m_board->isConnected(); }, "plugging in"_s);
+    require(known() == m_board->lines().size(), "a level of a plugged board is not known"_s);
 }

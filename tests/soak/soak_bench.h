@@ -1,11 +1,14 @@
 #pragma once
 
+#include <manual_scheduler.h>
+
 #include <devices/simulated_board.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
 
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -17,14 +20,16 @@ class SoakBench : public QObject
     Q_DISABLE_COPY(SoakBench)
 
 public:
-    /// A plugin that cannot be loaded is a problem.
-    SoakBench();
+    /// The board itself lives in place. A plugin that cannot be loaded ends the process.
+    explicit SoakBench(DevicePlace place);
     ~SoakBench() override;
 
     /// Runs so many orders of all six commands to their ends, some at a time.
     void runOrders(qint64 count);
     /// Changes inputs that many orders listen to, until these have heard of so many events.
     void runEvents(qint64 count);
+    /// Unplugs the board, whose levels nobody knows then, and plugs it in again.
+    void replug();
     /// Events that runEvents has heard of.
     qint64 events() const { return m_heard; }
     /// Error reports that the orders have provoked.
@@ -46,12 +51,15 @@ private:
     static std::vector<Invocation> invocations();
     std::unique_ptr<DOrder> start(const Invocation& invocation);
     void require(bool holds, const QString& what);
+    /// Runs the event loop until something has come about; too long a time is a problem.
+    void await(const std::function<bool()>& cameAbout, const QString& what);
 
     ManualScheduler m_scheduler;
-    std::unique_ptr<SimulatedBoard> m_board;
+    std::unique_ptr<LineDevice> m_board;
     std::unique_ptr<DTool> m_tool;
     const std::vector<Invocation> m_invocations;
     std::size_t m_next = 0;
+    std::vector<int> m_inputs; ///< levels
     qint64 m_provoked = 0;
     qint64 m_events = 0;
     qint64 m_heard = 0;

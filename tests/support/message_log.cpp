@@ -3,6 +3,8 @@
 #include <QMutex>
 #include <QMutexLocker>
 
+#include <utility>
+
 namespace {
 
 MessageLog* currentLog = nullptr;
@@ -36,6 +38,17 @@ QStringList MessageLog::texts() const
         texts.append(message.text);
     }
     return texts;
+}
+
+QString MessageLog::takeProblems()
+{
+    QStringList problems;
+    for (const Message& message : std::exchange(m_messages, {})) {
+        if (message.type == QtWarningMsg || message.type == QtCriticalMsg) {
+            problems.append(message.text);
+        }
+    }
+    return problems.join(QLatin1Char('\n'));
 }
 
 void MessageLog::take(QtMsgType type, const QMessageLogContext& context, const QString& text)

@@ -25,6 +25,8 @@ public:
 
     const QVector<Message>& messages() const { return m_messages; }
     QStringList texts() const;
+    /// The warnings and errors since the last call, one a line; forgets all messages.
+    QString takeProblems();
 
 private:
     static void take(QtMsgType type, const QMessageLogContext& context, const QString& text);

@@ -1,6 +1,7 @@
 #include "discover.h"
 
-#include "../bench/exit_status.h"
+#include <process/diagnostics.h>
+#include <process/exit_status.h>
 
 #include <devices/gpio_chip.h>
 #include <devices/gpio_messages.h>
@@ -45,13 +46,13 @@ std::vector<Chip> chipsOfThisMachine()
         if (chip != nullptr) {
             chips.push_back(describe(file, *chip));
         } else if (error == EACCES || error == EPERM) {
-            Output::diagnostic(GpioMessages::permissionDenied(file, QFileInfo(file).group()));
+            diagnostic(GpioMessages::permissionDenied(file, QFileInfo(file).group()));
         } else {
-            Output::diagnostic(GpioMessages::chipFailed(file, error));
+            diagnostic(GpioMessages::chipFailed(file, error));
         }
     }
     if (files.isEmpty()) {
-        Output::diagnostic(GpioMessages::noChips());
+        diagnostic(GpioMessages::noChips());
     }
     return chips;
 }
@@ -98,11 +99,14 @@ void write(const Chip& chip, Output* output)
                          {"consumer", toJson(line.consumer)},
                          {"flags", toJson(QVariant(line.flags))}});
     }
-    output->write({{"chip", toJson(chip.name)},
-                   {"label", toJson(chip.label)},
-                   {"file", toJson(chip.file)},
-                   {"lines", lines}},
-                  rows.join(QLatin1Char('\n')));
+    output->write(
+        [&] {
+            return Json{{"chip", toJson(chip.name)},
+                        {"label", toJson(chip.label)},
+                        {"file", toJson(chip.file)},
+                        {"lines", lines}};
+        },
+        [&] { return rows.join(QLatin1Char('\n')); });
 }
 
 Json channelItem(const char* id, const QString& value)
@@ -146,18 +150,19 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
         return candidate.file == wanted || candidate.name == wanted || candidate.label == wanted;
     });
     if (chip == chips.cend()) {
-        Output::diagnostic(GpioMessages::noSuchChip(wanted));
+        diagnostic(GpioMessages::noSuchChip(wanted));
         return ExitDeviceUnreachable;
     }
     for (const GpioLineInfo& line : chip->lines) {
         if (line.used) {
-            Output::diagnostic(QStringLiteral("line %1 of %2 is held by \"%3\" and left out")
-                                   .arg(QString::number(line.offset), chip->name, holderOf(line)));
+            diagnostic(QStringLiteral("line %1 of %2 is held by \"%3\" and left out")
+                           .arg(QString::number(line.offset), chip->name, holderOf(line)));
         }
     }
     constexpr int indent = 2;
-    const Json configuration = configurationOf(*chip, wanted);
-    output->write(configuration, QString::fromStdString(configuration.dump(indent)));
+    Json configuration = configurationOf(*chip, wanted);
+    output->write([&] { return configuration; },
+                  [&] { return QString::fromStdString(configuration.dump(indent)); });
     return ExitSuccess;
 }
 

@@ -50,6 +50,13 @@ bool isTerminalGone()
     return poll(&input, 1, 0) == 1 && (input.revents & POLLHUP) != 0;
 }
 
+/// The line editing library would wait for a terminal that stands still.
+bool takesOutput()
+{
+    struct pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) == 1;
+}
+
 } // namespace
 
 LineEditor::LineEditor(const Shell& shell, QObject* parent)
@@ -94,7 +101,7 @@ void LineEditor::prompt()
 
 void LineEditor::hide()
 {
-    if (m_prompting) {
+    if (m_prompting && takesOutput()) {
         std::fputs("\r\033[K", stdout);
         std::fflush(stdout); // what follows may go to standard error
     }
@@ -102,7 +109,7 @@ void LineEditor::hide()
 
 void LineEditor::show()
 {
-    if (m_prompting) {
+    if (m_prompting && takesOutput()) {
         rl_forced_update_display();
     }
 }

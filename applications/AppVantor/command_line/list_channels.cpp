@@ -1,12 +1,9 @@
 #include "list_channels.h"
 
-#include "order_status.h"
-
-#include "../bench/exit_status.h"
-#include "../bench/value_text.h"
-
+#include <configuration/value_text.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
+#include <process/failure_status.h>
 
 #include <QEventLoop>
 
@@ -18,36 +15,23 @@ namespace {
 
 struct ChannelRow
 {
-    QString id;
-    QString name;
-    QString visibility;
+    const DToolChannel& channel;
     QString type;
     QString direction;
-    QString link;
     std::unique_ptr<DOrder> reading; ///< null for a channel that is linked to nothing
 };
 
 std::vector<ChannelRow> rowsOf(DTool* tool)
 {
     std::vector<ChannelRow> rows;
-    const QVariantList channels = tool->toolConfiguration.value(QStringLiteral("channels")).toList();
-    for (const QVariant& element : channels) {
-        const QVariantMap entry = element.toMap();
-        ChannelRow row;
-        row.id = entry.value(QStringLiteral("id")).toString();
-        row.name = entry.value(QStringLiteral("name")).toString();
-        row.visibility = entry.value(QStringLiteral("visibility")).toString();
-        const auto item = [&](const QString& key) {
-            return tool->getInfoFromChannel(row.id, key, QMetaType::QString, QVariant()).toString();
-        };
-        row.type = item(QStringLiteral("type"));
-        row.direction = item(QStringLiteral("direction"));
-        row.link = item(QStringLiteral("link"));
-        if (!row.link.isEmpty()) {
-            row.reading = std::make_unique<DOrder>(tool, QStringLiteral("getValue"),
-                                                   QVariantMap{{QStringLiteral("channel"), row.id}});
+    for (const DToolChannel& channel : tool->channels()) {
+        std::unique_ptr<DOrder> reading;
+        if (!channel.link.isEmpty()) {
+            reading = std::make_unique<DOrder>(tool, QStringLiteral("getValue"),
+                                               QVariantMap{{QStringLiteral("channel"), channel.id}});
         }
-        rows.push_back(std::move(row));
+        rows.push_back({channel, channel.items.value(QStringLiteral("type")).toString(),
+                        channel.items.value(QStringLiteral("direction")).toString(), std::move(reading)});
     }
     return rows;
 }
@@ -90,21 +74,29 @@ QString tableRow(const QStringList& cells)
 
 void write(const ChannelRow& row, Output* output)
 {
+    const DToolChannel& channel = row.channel;
     const QVariant value =
         row.reading != nullptr ? row.reading->results().value(QStringLiteral("value")) : QVariant();
-    Json json = {{"id", toJson(row.id)},
-                 {"name", toJson(row.name)},
-                 {"visibility", toJson(row.visibility)},
-                 {"type", toJson(row.type)},
-                 {"direction", toJson(row.direction)},
-                 {"link", row.link.isEmpty() ? Json() : toJson(row.link)},
-                 {"value", toJson(value)}};
-    QString shown = valueText(value);
-    if (row.reading != nullptr && !row.reading->isSuccessful()) {
-        json["problem"] = toJson(row.reading->reason());
-        shown = row.reading->reason();
-    }
-    output->write(json, tableRow({row.id, row.type, row.direction, row.link, shown, row.name}));
+    const DFailure failure = row.reading != nullptr ? row.reading->failure() : DFailure();
+    output->write(
+        [&] {
+            Json json = {{"id", toJson(channel.id)},
+                         {"name", toJson(channel.name)},
+                         {"visibility", toJson(channel.visibility)},
+                         {"type", toJson(row.type)},
+                         {"direction", toJson(row.direction)},
+                         {"link", channel.link.isEmpty() ? Json() : toJson(channel.link)},
+                         {"value", toJson(value)}};
+            if (failure) {
+                json["kind"] = toJson(failure.kindName());
+                json["reason"] = toJson(failure.text);
+            }
+            return json;
+        },
+        [&] {
+            return tableRow({channel.id, row.type, row.direction, channel.link,
+                             failure ? failure.text : valueText(value), channel.name});
+        });
 }
 
 } // namespace
@@ -118,7 +110,8 @@ int listChannels(DTool* tool, Output* output)
     int status = ExitSuccess;
     for (const ChannelRow& row : rows) {
         write(row, output);
-        status = std::max(status, row.reading != nullptr ? exitStatusOf(*row.reading) : ExitSuccess);
+        status =
+            std::max(status, row.reading != nullptr ? exitStatusOf(row.reading->failure()) : ExitSuccess);
     }
     return status;
 }

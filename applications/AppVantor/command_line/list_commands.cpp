@@ -2,13 +2,12 @@
 
 #include "order_report.h"
 
-#include "../bench/exit_status.h"
-
 #include <plugin_management/d_tool.h>
+#include <process/exit_status.h>
 
 namespace {
 
-Json toJson(const std::vector<DDeclaration>& declarations)
+Json toJson(const DDeclarations& declarations)
 {
     Json list = Json::array();
     for (const DDeclaration& declared : declarations) {
@@ -20,7 +19,7 @@ Json toJson(const std::vector<DDeclaration>& declarations)
     return list;
 }
 
-QString toText(const QString& title, const std::vector<DDeclaration>& declarations)
+QString toText(const QString& title, const DDeclarations& declarations)
 {
     QString text;
     for (const DDeclaration& declared : declarations) {
@@ -34,24 +33,32 @@ QString toText(const QString& title, const std::vector<DDeclaration>& declaratio
     return text;
 }
 
+Json toJson(const DTool& tool, const DCommandDescription& command)
+{
+    return {{"tool", toJson(tool.objectName())},
+            {"name", toJson(command.name)},
+            {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
+            {"description", toJson(command.description)},
+            {"parameters", toJson(command.parameters)},
+            {"results", toJson(command.results)}};
+}
+
+QString toText(const DCommandDescription& command)
+{
+    const QString stop =
+        command.stopName.isEmpty() ? QString() : QStringLiteral(", stopped by %1").arg(command.stopName);
+    return QStringLiteral("%1: %2%3%4%5")
+        .arg(command.name, command.description, stop, toText(QStringLiteral("parameter"), command.parameters),
+             toText(QStringLiteral("result"), command.results));
+}
+
 } // namespace
 
 int listCommands(const DTool& tool, Output* output)
 {
     const QVector<DCommandDescription> commands = tool.commands();
     for (const DCommandDescription& command : commands) {
-        const Json json = {{"tool", toJson(tool.objectName())},
-                           {"name", toJson(command.name)},
-                           {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
-                           {"description", toJson(command.description)},
-                           {"parameters", toJson(command.parameters)},
-                           {"results", toJson(command.results)}};
-        const QString stop =
-            command.stopName.isEmpty() ? QString() : QStringLiteral(", stopped by %1").arg(command.stopName);
-        output->write(json, QStringLiteral("%1: %2%3%4%5")
-                                .arg(command.name, command.description, stop,
-                                     toText(QStringLiteral("parameter"), command.parameters),
-                                     toText(QStringLiteral("result"), command.results)));
+        output->write([&] { return toJson(tool, command); }, [&] { return toText(command); });
     }
     return ExitSuccess;
 }

@@ -1,8 +1,7 @@
 #include "options.h"
 
-#include "message_log.h"
-
-#include "../bench/exit_status.h"
+#include <process/exit_status.h>
+#include <process/message_log.h>
 
 #include <QCommandLineParser>
 #include <QRegularExpression>
@@ -34,7 +33,7 @@ const std::vector<SubcommandHelp>& subcommands()
     static const std::vector<SubcommandHelp> all = {
         {Subcommand::Window, QStringLiteral("window"), QString(),
          QStringLiteral("the bench window: tools, maintenance page, board, orders"), QString(),
-         pictureOptions},
+         QStringList{QStringLiteral("orders")} + pictureOptions},
         {Subcommand::Commands,
          QStringLiteral("commands"),
          QString(),
@@ -84,6 +83,9 @@ std::vector<QCommandLineOption> globalOptions()
          QStringLiteral("Write one JSON object a line, and nothing else, to standard output.")},
         {QStringLiteral("trace"), QStringLiteral("Record every level change in FILE, a Value Change Dump."),
          QStringLiteral("FILE.vcd")},
+        {QStringLiteral("realtime"),
+         QStringLiteral("Give the device a thread of its own with a real-time priority, where the system "
+                        "grants it.")},
         {QStringLiteral("log-level"),
          QStringLiteral("Least level of messages on standard error: %1 (default: info).")
              .arg(logLevels().join(QStringLiteral(", "))),
@@ -95,11 +97,13 @@ std::vector<QCommandLineOption> subcommandOptions()
 {
     return {
         {QStringLiteral("for"),
-         QStringLiteral("Keep the bench running for SECONDS: then an order that still runs is stopped, or "
-                        "the picture is "
-                        "taken."),
+         QStringLiteral("Keep the bench running for SECONDS: then an order that still runs is stopped, the "
+                        "window closes, or the picture is taken."),
          QStringLiteral("SECONDS")},
         {QStringLiteral("count"), QStringLiteral("Stop the order after N events."), QStringLiteral("N")},
+        {QStringLiteral("orders"),
+         QStringLiteral("Carry out the lines of FILE, as \"shell\" does, beside the window."),
+         QStringLiteral("FILE")},
         {QStringLiteral("config-for"),
          QStringLiteral("Write a configuration of the free lines of CHIP (its file, name or label) instead."),
          QStringLiteral("CHIP")},
@@ -242,11 +246,13 @@ QString readValues(const QCommandLineParser& parser, Options* options)
     options->tool = parser.value(QStringLiteral("tool"));
     options->trace = parser.value(QStringLiteral("trace"));
     options->json = isGiven("json");
+    options->realtime = isGiven("realtime");
     options->configurationFor =
         isGiven("config-for") ? parser.value(QStringLiteral("config-for")) : QString();
     options->echo = isGiven("echo");
+    options->orders = isGiven("orders") ? parser.value(QStringLiteral("orders")) : QString();
     options->screenshot = isGiven("screenshot") ? parser.value(QStringLiteral("screenshot")) : QString();
-    for (const char* name : {"config", "tool", "trace", "screenshot", "config-for"}) {
+    for (const char* name : {"config", "tool", "trace", "orders", "screenshot", "config-for"}) {
         if (isGiven(name) && parser.value(QLatin1String(name)).isEmpty()) {
             return QStringLiteral("--%1: expected a name, found nothing").arg(QLatin1String(name));
         }

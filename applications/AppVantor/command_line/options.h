@@ -26,6 +26,7 @@ struct Options
     QString trace;
     QString logLevel;
     bool json = false;
+    bool realtime = false;
     /// The words after the subcommand.
     QStringList words;
 
@@ -33,6 +34,7 @@ struct Options
     std::optional<int> count;      ///< of run
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool echo = false;             ///< of shell
+    QString orders;                ///< of window: a file of lines that are carried out beside it
     QString screenshot;            ///< of window and panel
     QSize size;                    ///< of window and panel
     double scale = 0;              ///< of window and panel: 2 for 200 %, 0 for that of the screen

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "output.h"
+#include <process/output.h>
 
 class DOrder;
 
-/// Writes what becomes of an order: its events, and its end. number is the order's number for the user.
+/// Writes what becomes of an order that has been started: its events, and its end. number is the order's
+/// number for the user.
 void reportOrder(DOrder* order, int number, Output* output);

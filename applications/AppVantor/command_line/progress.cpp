@@ -1,9 +1,9 @@
 #include "progress.h"
 
-#include "terminal_frame.h"
+#include <process/diagnostics.h>
+#include <process/status_line.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <unistd.h>
 
 namespace {
@@ -11,9 +11,14 @@ constexpr qint64 c_worthShowingMs = 500;
 constexpr int c_redrawMs = 100;
 constexpr int c_usualPulseMs = 1000;
 
+QString seconds(qint64 milliseconds)
+{
+    return QString::number(static_cast<double>(milliseconds) / 1000.0, 'f', 1);
+}
+
 void clear()
 {
-    std::fputs("\r\033[K", stderr);
+    writeStatusLine("\r\033[K");
 }
 
 } // namespace
@@ -34,13 +39,13 @@ Progress::Progress(const Invocation& invocation, std::optional<double> seconds, 
     m_clock.start();
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { draw(); });
     m_timer.start(c_redrawMs);
-    setTerminalFrame(clear, [this] { draw(); });
+    setStatusLine(clear, [this] { draw(); });
 }
 
 Progress::~Progress()
 {
     if (m_totalMs > 0) {
-        setTerminalFrame({}, {});
+        setStatusLine({}, {});
         clear();
     }
 }
@@ -51,6 +56,7 @@ void Progress::draw() const
     const qint64 elapsed = std::min(m_clock.elapsed(), m_totalMs);
     const auto done = static_cast<int>(width * elapsed / m_totalMs);
     const QString bar = QString(done, QLatin1Char('#')) + QString(width - done, QLatin1Char('.'));
-    std::fprintf(stderr, "\r\033[K%s [%s] %.1f of %.1f s\r", qPrintable(m_title), qPrintable(bar),
-                 static_cast<double>(elapsed) / 1000.0, static_cast<double>(m_totalMs) / 1000.0);
+    writeStatusLine(QStringLiteral("\r\033[K%1 [%2] %3 of %4 s\r")
+                        .arg(m_title, bar, seconds(elapsed), seconds(m_totalMs))
+                        .toStdString());
 }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "invocation.h"
-#include "output.h"
+
+#include <process/output.h>
 
 #include <QElapsedTimer>
 #include <QTimer>

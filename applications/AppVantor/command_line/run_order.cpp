@@ -2,65 +2,69 @@
 
 #include "invocation.h"
 #include "order_report.h"
-#include "order_status.h"
 #include "progress.h"
 
-#include "../bench/exit_status.h"
-#include "../bench/unix_signals.h"
-
+#include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
+#include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
+#include <process/diagnostics.h>
+#include <process/failure_status.h>
+#include <process/unix_signals.h>
 
 #include <QEventLoop>
-#include <QTimer>
+
+namespace {
+constexpr double c_usPerSecond = 1000000.0;
+}
 
 int runOrder(DTool* tool, const Options& options, Output* output)
 {
     QString problem;
-    Invocation invocation = readInvocation(options.words, &problem);
-    if (problem.isEmpty()) {
-        problem = tool->checkInvocation(invocation.command, &invocation.arguments);
-    }
+    const Invocation invocation = readInvocation(options.words, &problem);
     if (!problem.isEmpty()) {
-        Output::diagnostic(problem);
+        diagnostic(problem);
         return ExitWrongUsage;
     }
-    UnixSignals signals_;
+    UnixSignals unixSignals;
     QEventLoop loop;
     DOrder order(tool, invocation.command, invocation.arguments);
+    order.start();
+    if (order.failure().kind == DFailure::Kind::WrongInvocation) {
+        diagnostic(order.failure().text);
+        return ExitWrongUsage;
+    }
     reportOrder(&order, 1, output);
-    Progress progress(invocation, options.seconds, *output);
+    const Progress progress(invocation, options.seconds, *output);
 
     // The bench stays for --for SECONDS, an order that listens until it is stopped, any other until its end.
     bool timeIsUp = !options.seconds;
-    bool interrupted = false;
     const auto endWhenDone = [&] {
-        if (order.state() == DOrder::State::Finished && (timeIsUp || interrupted || !order.isSuccessful())) {
+        if (order.state() == DOrder::State::Finished && (timeIsUp || !order.isSuccessful())) {
             loop.quit();
         }
     };
+    const auto stop = [&] {
+        timeIsUp = true;
+        order.stop();
+        endWhenDone();
+    };
     int events = 0;
     QObject::connect(&order, &DOrder::eventReceived, &loop, [&] {
-        if (++events == options.count || output->hasFailed()) {
-            timeIsUp = true;
-            order.stop();
+        if (++events == options.count) {
+            stop();
         }
     });
     QObject::connect(&order, &DOrder::finished, &loop, endWhenDone);
-    QObject::connect(&signals_, &UnixSignals::interrupted, &loop, [&] {
-        interrupted = true;
-        order.stop();
-        endWhenDone();
-    });
+    QObject::connect(output, &Output::failed, &loop, stop);
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, stop);
+    DScheduler* clock = tool->device()->scheduler();
+    DScheduler::Appointment end;
     if (options.seconds) {
-        QTimer::singleShot(static_cast<int>(*options.seconds * 1000.0), Qt::PreciseTimer, &loop, [&] {
-            timeIsUp = true;
-            order.stop();
-            endWhenDone();
-        });
+        end = clock->at(clock->now() + static_cast<qint64>(*options.seconds * c_usPerSecond), stop);
     }
-    QTimer::singleShot(0, &loop, [&order] { order.start(); });
+    QMetaObject::invokeMethod(&loop, endWhenDone, Qt::QueuedConnection);
     loop.exec();
-
-    return exitStatusOf(order);
+    clock->cancel(end);
+    return exitStatusOf(order.failure());
 }

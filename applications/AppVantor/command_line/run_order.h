@@ -1,7 +1,8 @@
 #pragma once
 
 #include "options.h"
-#include "output.h"
+
+#include <process/output.h>
 
 class DTool;
 

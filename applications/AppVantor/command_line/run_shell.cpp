@@ -1,11 +1,11 @@
 #include "run_shell.h"
 
 #include "line_editor.h"
-#include "line_reader.h"
 #include "shell.h"
-#include "terminal_frame.h"
 
-#include "../bench/unix_signals.h"
+#include <process/line_reader.h>
+#include <process/status_line.h>
+#include <process/unix_signals.h>
 
 #include <QEventLoop>
 
@@ -16,7 +16,7 @@ namespace {
 
 void readFromPipe(Shell* shell, QEventLoop* loop)
 {
-    LineReader reader;
+    LineReader reader(STDIN_FILENO, QStringLiteral("standard input"));
     QObject::connect(&reader, &LineReader::lineRead, shell, &Shell::addLine);
     QObject::connect(&reader, &LineReader::ended, shell, [shell](const QString& problem) {
         if (!problem.isEmpty()) {
@@ -34,23 +34,28 @@ void readFromTerminal(Shell* shell, QEventLoop* loop)
     QObject::connect(&editor, &LineEditor::lineRead, shell, &Shell::addLine);
     QObject::connect(&editor, &LineEditor::ended, shell, &Shell::close);
     QObject::connect(shell, &Shell::ready, &editor, &LineEditor::prompt);
-    setTerminalFrame([&editor] { editor.hide(); }, [&editor] { editor.show(); });
+    setStatusLine([&editor] { editor.hide(); }, [&editor] { editor.show(); });
     editor.prompt();
     loop->exec();
-    setTerminalFrame({}, {});
+    setStatusLine({}, {});
 }
 
 } // namespace
+
+bool isInteractive(const Options& options)
+{
+    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !options.json;
+}
 
 int runShell(DTool* tool, const Options& options, Output* output)
 {
     Shell shell(tool, output, options.echo);
     QEventLoop loop;
-    UnixSignals signals_;
+    UnixSignals unixSignals;
     QObject::connect(&shell, &Shell::ended, &loop, &QEventLoop::quit);
-    const bool terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !output->isJson();
+    const bool terminal = isInteractive(options);
     // On a terminal, Ctrl-C ends what goes on, and only an idle shell; a script is ended whole.
-    QObject::connect(&signals_, &UnixSignals::interrupted, &shell, [&shell, terminal](int number) {
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &shell, [&shell, terminal](int number) {
         if (!terminal || number != SIGINT || !shell.isBusy()) {
             shell.abandon();
         }

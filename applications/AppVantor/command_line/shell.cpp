@@ -4,20 +4,22 @@
 #include "list_channels.h"
 #include "list_commands.h"
 #include "order_report.h"
-#include "order_status.h"
 
-#include "../bench/exit_status.h"
-
+#include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
+#include <process/diagnostics.h>
+#include <process/failure_status.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int c_longestSleepMs = 86400000;
+constexpr qint64 c_usPerMs = 1000;
 
-QStringList ownWords()
+QStringList builtins()
 {
     return {QStringLiteral("channels"), QStringLiteral("commands"), QStringLiteral("help"),
             QStringLiteral("quit"),     QStringLiteral("sleep"),    QStringLiteral("stop"),
@@ -27,9 +29,8 @@ QStringList ownWords()
 QStringList channelIds(const DTool& tool)
 {
     QStringList ids;
-    const QVariantList channels = tool.toolConfiguration.value(QStringLiteral("channels")).toList();
-    for (const QVariant& channel : channels) {
-        ids.append(channel.toMap().value(QStringLiteral("id")).toString());
+    for (const DToolChannel& channel : tool.channels()) {
+        ids.append(channel.id);
     }
     return ids;
 }
@@ -57,12 +58,14 @@ Shell::Shell(DTool* tool, Output* output, bool echo)
     , m_output(output)
     , m_echo(echo)
 {
-    m_sleep.setSingleShot(true);
-    m_sleep.setTimerType(Qt::PreciseTimer);
-    connect(&m_sleep, &QTimer::timeout, this, &Shell::resume);
+    connect(output, &Output::roomAgain, this, &Shell::resume);
+    connect(output, &Output::failed, this, &Shell::resume);
 }
 
-Shell::~Shell() = default;
+Shell::~Shell()
+{
+    endSleep();
+}
 
 void Shell::addLine(const QString& line)
 {
@@ -84,7 +87,7 @@ void Shell::abandon()
 
 void Shell::interrupt()
 {
-    m_sleep.stop();
+    endSleep();
     const auto awaited = m_orders.find(m_awaited);
     if (awaited != m_orders.end()) {
         awaited->second->stop();
@@ -94,7 +97,7 @@ void Shell::interrupt()
 
 bool Shell::isBusy() const
 {
-    return m_inLine || m_sleep.isActive() || m_orders.count(m_awaited) > 0;
+    return m_inLine || m_sleep != DScheduler::Appointment() || m_orders.count(m_awaited) > 0;
 }
 
 QStringList Shell::completions(const QStringList& before, const QString& word) const
@@ -102,7 +105,7 @@ QStringList Shell::completions(const QStringList& before, const QString& word) c
     QStringList candidates;
     const QVector<DCommandDescription> commands = m_tool->commands() + m_tool->stops();
     if (before.isEmpty()) {
-        candidates = ownWords();
+        candidates = builtins();
         for (const DCommandDescription& command : commands) {
             candidates.append(command.name);
         }
@@ -144,14 +147,19 @@ void Shell::next()
     if (isBusy() || m_ending) {
         return;
     }
+    if (!m_output->hasRoom() && !m_lines.empty()) {
+        return; // results are never left out: the reader is given time
+    }
     const bool goesOn = !m_output->hasFailed();
     if (goesOn && !m_lines.empty()) {
         const QString line = m_lines.front();
         m_lines.pop();
         m_inLine = true; // some lines wait in an event loop of their own
-        carryOut(line);
+        runLine(line);
         m_inLine = false;
-        resume();
+        if (!isBusy()) {
+            resume();
+        }
     } else if (m_closed || !goesOn) {
         end();
     } else {
@@ -159,7 +167,7 @@ void Shell::next()
     }
 }
 
-void Shell::carryOut(const QString& line)
+void Shell::runLine(const QString& line)
 {
     if (m_echo) {
         m_output->text(QStringLiteral("> ") + line);
@@ -173,19 +181,19 @@ void Shell::carryOut(const QString& line)
         refuse(problem);
         return;
     }
-    const bool beside = words.size() > 1 && words.last() == QLatin1String("&");
-    if (beside) {
+    const bool background = words.size() > 1 && words.last() == QLatin1String("&");
+    if (background) {
         words.removeLast();
     }
-    if (!words.isEmpty() && !carryOutOwnWord(words)) {
-        startOrder(words, beside);
+    if (!words.isEmpty() && !runBuiltin(words)) {
+        startOrder(words, background);
     }
 }
 
-bool Shell::carryOutOwnWord(const QStringList& words)
+bool Shell::runBuiltin(const QStringList& words)
 {
     const QString& word = words.first();
-    if (!ownWords().contains(word)) {
+    if (!builtins().contains(word)) {
         return false;
     }
     const bool takesValue =
@@ -202,7 +210,7 @@ bool Shell::carryOutOwnWord(const QStringList& words)
     } else if (word == QLatin1String("help")) {
         writeHelp();
     } else if (word == QLatin1String("channels")) {
-        worsen(listChannels(m_tool, m_output));
+        raiseExitStatus(listChannels(m_tool, m_output));
     } else if (word == QLatin1String("commands")) {
         listCommands(*m_tool, m_output);
     } else {
@@ -211,30 +219,36 @@ bool Shell::carryOutOwnWord(const QStringList& words)
     return true;
 }
 
-void Shell::startOrder(const QStringList& words, bool beside)
+void Shell::startOrder(const QStringList& words, bool background)
 {
     QString problem;
-    Invocation invocation = readInvocation(words, &problem);
-    if (problem.isEmpty()) {
-        problem = m_tool->checkInvocation(invocation.command, &invocation.arguments);
-    }
+    const Invocation invocation = readInvocation(words, &problem);
     if (!problem.isEmpty()) {
         refuse(problem);
         return;
     }
-    const int number = ++m_lastNumber;
-    DOrder* order =
-        m_orders.emplace(number, std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments))
-            .first->second.get();
-    reportOrder(order, number, m_output);
-    connect(order, &DOrder::finished, this, [this, number] { orderEnded(number); });
+    auto order = std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments);
     order->start();
-    if (order->state() == DOrder::State::Finished) {
+    if (order->failure().kind == DFailure::Kind::WrongInvocation) {
+        refuse(order->failure().text);
         return;
     }
-    if (beside || order->isListening()) {
-        m_output->text(
-            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(invocation.command));
+    const int number = ++m_lastNumber;
+    reportOrder(order.get(), number, m_output);
+    if (order->state() == DOrder::State::Finished) {
+        raiseExitStatus(exitStatusOf(order->failure()));
+    } else {
+        orderRuns(number, std::move(order), invocation.command, background);
+    }
+}
+
+void Shell::orderRuns(int number, std::unique_ptr<DOrder> running, const QString& command, bool background)
+{
+    const DOrder* order = running.get();
+    connect(order, &DOrder::finished, this, [this, number] { orderEnded(number); });
+    m_orders.emplace(number, std::move(running));
+    if (background || order->isListening()) {
+        m_output->text(QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(command));
     } else {
         m_awaited = number;
     }
@@ -263,13 +277,24 @@ void Shell::sleep(const QString& text)
                    .arg(text));
         return;
     }
-    m_sleep.start(milliseconds);
+    DScheduler* clock = m_tool->device()->scheduler();
+    m_sleep = clock->at(clock->now() + milliseconds * c_usPerMs, [this] {
+        m_sleep = {};
+        next();
+    });
+}
+
+void Shell::endSleep()
+{
+    if (m_tool->device() != nullptr) {
+        m_tool->device()->scheduler()->cancel(std::exchange(m_sleep, {}));
+    }
 }
 
 void Shell::writeHelp()
 {
     QString text =
-        QStringLiteral("COMMAND NAME=VALUE …   runs an order; with \"&\" at the end, beside the next lines\n"
+        QStringLiteral("COMMAND NAME=VALUE …   runs an order; with \"&\" at the end, in the background\n"
                        "stop N                 stops the order N\n"
                        "wait N                 waits for the end of the order N\n"
                        "sleep MS               waits MS milliseconds\n"
@@ -287,11 +312,10 @@ void Shell::writeHelp()
 void Shell::orderEnded(int number)
 {
     const auto ended = m_orders.find(number);
-    const DOrder& order = *ended->second;
-    worsen(exitStatusOf(order));
+    raiseExitStatus(exitStatusOf(ended->second->failure()));
     ended->second.release()->deleteLater(); // its signal is still on the stack
     m_orders.erase(ended);
-    resume();
+    next(); // the next line needs no further pass of the event loop
 }
 
 int Shell::readNumber(const QString& text)
@@ -308,8 +332,8 @@ int Shell::readNumber(const QString& text)
 
 void Shell::refuse(const QString& problem)
 {
-    Output::diagnostic(problem);
-    worsen(ExitWrongUsage);
+    diagnostic(problem);
+    raiseExitStatus(ExitWrongUsage);
 }
 
 void Shell::end()
@@ -319,12 +343,12 @@ void Shell::end()
         m_orders.begin()->second->stop(); // its end takes it out
     }
     if (m_output->hasFailed()) {
-        worsen(ExitOrderFailed);
+        raiseExitStatus(ExitOrderFailed);
     }
     Q_EMIT ended();
 }
 
-void Shell::worsen(int status)
+void Shell::raiseExitStatus(int status)
 {
     m_exitStatus = std::max(m_exitStatus, status);
 }

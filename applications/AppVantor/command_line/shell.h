@@ -1,10 +1,9 @@
 #pragma once
 
-#include "output.h"
+#include <plugin_management/d_scheduler.h>
+#include <process/output.h>
 
-#include <QObject>
 #include <QStringList>
-#include <QTimer>
 
 #include <map>
 #include <memory>
@@ -13,9 +12,10 @@
 class DOrder;
 class DTool;
 
-/// Carries out lines: orders and the shell's own words. Lines wait their turn: an order that does not listen,
-/// a wait and a sleep hold the next line back. Listening orders, and those whose line ends with "&", run
-/// beside.
+/// Runs lines: orders and built-in words. Lines wait their turn: an order that does not listen,
+/// a wait and a sleep hold the next line back. Listening orders, and those whose line ends with "&", run in
+/// the background. While so much waits for the reader of the output that results would have to be left out,
+/// lines wait too.
 class Shell : public QObject
 {
     Q_OBJECT
@@ -52,19 +52,21 @@ Q_SIGNALS:
 
 private:
     void next();
-    void carryOut(const QString& line);
-    bool carryOutOwnWord(const QStringList& words);
-    void startOrder(const QStringList& words, bool beside);
+    void runLine(const QString& line);
+    bool runBuiltin(const QStringList& words);
+    void startOrder(const QStringList& words, bool background);
+    void orderRuns(int number, std::unique_ptr<DOrder> running, const QString& command, bool background);
     void stopOrder(const QString& text);
     void waitFor(const QString& text);
     void sleep(const QString& text);
+    void endSleep();
     void writeHelp();
     void orderEnded(int number);
     /// Reads the number of an order that was started; 0, after a refusal, when it is none.
     int readNumber(const QString& text);
     void resume();
     void end();
-    void worsen(int status);
+    void raiseExitStatus(int status);
 
     DTool* m_tool;
     Output* m_output;
@@ -72,8 +74,8 @@ private:
     std::queue<QString> m_lines;
     std::map<int, std::unique_ptr<DOrder>> m_orders;
     int m_lastNumber = 0;
-    int m_awaited = 0; ///< number of the order that holds the next line back
-    QTimer m_sleep;
+    int m_awaited = 0;               ///< number of the order that holds the next line back
+    DScheduler::Appointment m_sleep; ///< the end of a sleep; none without one
     bool m_resuming = false;
     bool m_inLine = false;
     bool m_closed = false;

@@ -1,8 +1,9 @@
 #include "vcd_trace.h"
 
 #include <devices/line_device.h>
+#include <process/time_text.h>
 
-#include <QDeadlineTimer>
+#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -12,14 +13,14 @@
 #include <charconv>
 #include <fcntl.h>
 #include <limits>
-#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
-constexpr int c_writeIntervalMs = 100;
+constexpr qint64 c_writeIntervalUs = 100000;
 constexpr std::size_t c_fullBuffer = 1 << 16;
-constexpr int c_patienceMs = 3000;
 
 /// A pipe that nobody reads is not waited for. Returns -1, with errno, when file cannot be written.
 int openForWriting(const QString& file)
@@ -27,19 +28,6 @@ int openForWriting(const QString& file)
     constexpr mode_t everybody = 0666;
     return open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
                 everybody);
-}
-
-/// Waits until more can be written: a pipe fills up while its reader is busy. False when it stays so. A
-/// signal does not cut this short: what it ends is to be in the trace.
-bool waitForRoom(int descriptor)
-{
-    const QDeadlineTimer deadline(c_patienceMs);
-    struct pollfd waiting = {descriptor, POLLOUT, 0};
-    int ready = 0;
-    do {
-        ready = poll(&waiting, 1, static_cast<int>(deadline.remainingTime()));
-    } while (ready == -1 && errno == EINTR);
-    return ready == 1;
 }
 
 bool isRemoved(int descriptor)
@@ -85,10 +73,7 @@ VcdTrace::VcdTrace(const LineDevice& device, QObject* parent)
     : QObject(parent)
     , m_device(device)
 {
-    connect(&device, &DDevice::levelChanged, this, &VcdTrace::record);
-    connect(&m_writing, &QTimer::timeout, this, &VcdTrace::write);
-    m_writing.setSingleShot(true);
-    m_writing.setInterval(c_writeIntervalMs);
+    connect(&device, &LineDevice::lineChanged, this, &VcdTrace::record);
 }
 
 VcdTrace::~VcdTrace()
@@ -98,16 +83,22 @@ VcdTrace::~VcdTrace()
 
 QString VcdTrace::begin(const QString& file)
 {
-    const int descriptor = openForWriting(file);
-    if (descriptor < 0) {
+    m_file = openForWriting(file);
+    if (m_file < 0) {
         const QString reason =
             errno == ENXIO ? QStringLiteral("nobody reads this pipe") : qt_error_string(errno);
         return QStringLiteral("%1: the trace cannot be written: %2").arg(file, reason);
     }
     m_fileName = file;
-    m_file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
-    m_buffer = "$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n";
-    const QVector<DLine> lines = m_device.lines();
+    m_outlet = std::make_unique<Outlet>(m_file);
+    connect(m_outlet.get(), &Outlet::failed, this, [this](int error) {
+        fail(QStringLiteral("the trace ends here: %1").arg(qt_error_string(error)));
+    });
+    connect(m_outlet.get(), &Outlet::roomAgain, this, &VcdTrace::endGap);
+    m_startUs = m_device.scheduler()->now();
+    m_buffer = "$date " + fullTime(m_device.scheduler()->wallClock(m_startUs)).toStdString() + " $end\n";
+    m_buffer += "$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n";
+    const QVector<DLine>& lines = m_device.lines();
     QSet<QString> names;
     for (int line = 0; line < lines.size(); ++line) {
         const Variable variable = {codeOf(line), lines.at(line).kind == DLine::Kind::Analog};
@@ -116,9 +107,7 @@ QString VcdTrace::begin(const QString& file)
         m_variables.push_back(variable);
     }
     m_buffer += "$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n";
-    for (int line = 0; line < lines.size(); ++line) {
-        append(line, m_device.level(line));
-    }
+    appendAll();
     m_buffer += "$end\n";
     write();
     return m_problem;
@@ -126,50 +115,73 @@ QString VcdTrace::begin(const QString& file)
 
 QString VcdTrace::end()
 {
-    if (m_file.isOpen()) {
-        appendTime(std::max(m_timeUs, m_device.now()));
+    m_device.scheduler()->cancel(std::exchange(m_writing, {}));
+    if (m_outlet != nullptr) {
+        endGap();
+        moveTo(m_device.scheduler()->now());
+        appendTime();
         write();
     }
-    if (m_file.isOpen()) {
-        if (isRemoved(m_file.handle())) {
-            fail(QStringLiteral("the trace is lost: the file was removed meanwhile"));
-        }
-        m_file.close();
+    if (m_outlet != nullptr && m_outlet->drain() && isRemoved(m_file)) {
+        fail(QStringLiteral("the trace is lost: the file was removed meanwhile"));
+    }
+    m_outlet.reset();
+    if (m_file >= 0) {
+        close(std::exchange(m_file, -1));
     }
     return m_problem;
 }
 
-void VcdTrace::record(int line, int level, qint64 timeUs)
+void VcdTrace::record(int line, const LineLevel& level)
 {
-    if (!m_file.isOpen()) {
+    if (m_outlet == nullptr) {
         return;
     }
-    if (timeUs > m_timeUs) {
-        m_timeUs = timeUs;
-        appendTime(timeUs);
+    const bool later = moveTo(level.sinceUs);
+    if (m_lost > 0) {
+        ++m_lost;
+        return;
+    }
+    if (later) {
+        appendTime();
+    }
+    if (!m_outlet->hasRoom()) {
+        beginGap();
+        return;
     }
     append(line, level);
     if (m_buffer.size() >= c_fullBuffer) {
         write();
-    } else if (!m_writing.isActive()) {
-        m_writing.start();
+    } else {
+        writeLater();
     }
 }
 
-void VcdTrace::appendTime(qint64 timeUs)
+/// The time of a dump never goes back. Answers whether it has moved.
+bool VcdTrace::moveTo(qint64 timeUs)
+{
+    const qint64 before = std::exchange(m_timeUs, std::max(m_timeUs, timeUs - m_startUs));
+    return m_timeUs > before;
+}
+
+void VcdTrace::appendTime()
 {
     m_buffer += '#';
-    appendNumber(&m_buffer, timeUs);
+    appendNumber(&m_buffer, m_timeUs);
     m_buffer += '\n';
 }
 
-void VcdTrace::append(int line, int level)
+void VcdTrace::append(int line, const LineLevel& level)
 {
     const Variable& variable = m_variables.at(static_cast<std::size_t>(line));
     if (variable.isReal) {
         m_buffer += 'r';
     }
-    appendNumber(&m_buffer, level);
+    if (level.known) {
+        appendNumber(&m_buffer, level.level);
+    } else {
+        m_buffer += variable.isReal ? "nan" : "x";
+    }
     if (variable.isReal) {
         m_buffer += ' ';
     }
@@ -177,27 +189,64 @@ void VcdTrace::append(int line, int level)
     m_buffer += '\n';
 }
 
-/// Whole lines in one call: what a killed run leaves can be read.
-void VcdTrace::write()
+void VcdTrace::appendAll()
 {
-    while (!m_buffer.empty()) {
-        if (!waitForRoom(m_file.handle())) {
-            fail(QStringLiteral("the trace ends here: its reader does not keep up"));
-            return;
-        }
-        const qint64 written = m_file.write(m_buffer.data(), static_cast<qint64>(m_buffer.size()));
-        if (written <= 0) {
-            fail(QStringLiteral("the trace ends here: %1").arg(m_file.errorString()));
-            return;
-        }
-        m_buffer.erase(0, static_cast<std::size_t>(written));
+    for (int line = 0; line < m_device.lines().size(); ++line) {
+        append(line, m_device.level(line));
     }
 }
 
+/// From the first change that is lost, no level is known.
+void VcdTrace::beginGap()
+{
+    m_lost = 1;
+    m_buffer += "$dumpoff\n";
+    for (int line = 0; line < m_device.lines().size(); ++line) {
+        append(line, LineLevel());
+    }
+    m_buffer += "$end\n";
+    write();
+}
+
+/// The levels of now are those since the last change that was lost.
+void VcdTrace::endGap()
+{
+    if (m_lost == 0) {
+        return;
+    }
+    appendTime();
+    m_buffer += "$comment " + std::to_string(std::exchange(m_lost, 0)) + " changes lost $end\n$dumpon\n";
+    appendAll();
+    m_buffer += "$end\n";
+    writeLater();
+}
+
+void VcdTrace::writeLater()
+{
+    if (m_writing == DScheduler::Appointment()) {
+        DScheduler* clock = m_device.scheduler();
+        m_writing = clock->at(clock->now() + c_writeIntervalUs, [this] {
+            m_writing = {};
+            write();
+        });
+    }
+}
+
+/// Whole lines in one call: what a killed run leaves can be read.
+void VcdTrace::write()
+{
+    if (m_outlet != nullptr) {
+        m_outlet->write(std::exchange(m_buffer, {}));
+    }
+}
+
+/// The outlet may be on the stack.
 void VcdTrace::fail(const QString& problem)
 {
     m_problem = QStringLiteral("%1: %2").arg(m_fileName, problem);
     m_buffer.clear();
-    m_file.close();
+    if (m_outlet != nullptr) {
+        m_outlet.release()->deleteLater();
+    }
     Q_EMIT failed(m_problem);
 }

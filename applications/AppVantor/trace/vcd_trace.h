@@ -1,17 +1,19 @@
 #pragma once
 
-#include <QFile>
-#include <QObject>
-#include <QTimer>
+#include <devices/line.h>
+#include <plugin_management/d_scheduler.h>
+#include <process/outlet.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 class LineDevice;
 
-/// Records the level changes of a device's lines as a Value Change Dump with a timescale of 1 µs: digital
-/// lines as wires, analogue ones as reals. What was recorded is in the file a tenth of a second later at
-/// most, so that it can be read even if the process is killed.
+/// Records the level changes of a device's lines as a Value Change Dump with a timescale of 1 µs, from the
+/// date that it names: digital lines as wires, analogue ones as reals, unknown levels as "x" and "nan". What
+/// was recorded is in the file a tenth of a second later at most, so that it can be read even if the process
+/// is killed. It waits for no reader: a gap that one leaves is marked, with the number of changes lost.
 class VcdTrace : public QObject
 {
     Q_OBJECT
@@ -25,7 +27,7 @@ public:
     /// Begins the record in file, replacing what it holds. Returns an empty text, or why the file cannot be
     /// written.
     QString begin(const QString& file);
-    /// Writes what is left. Returns an empty text, or why the record is not complete.
+    /// Writes what is left; a signal ends that. Returns an empty text, or why the record is not complete.
     QString end();
 
 Q_SIGNALS:
@@ -40,18 +42,26 @@ private:
         bool isReal;
     };
 
-    void record(int line, int level, qint64 timeUs);
-    void append(int line, int level);
-    void appendTime(qint64 timeUs);
+    void record(int line, const LineLevel& level);
+    void append(int line, const LineLevel& level);
+    void appendAll();
+    bool moveTo(qint64 timeUs);
+    void appendTime();
+    void beginGap();
+    void endGap();
+    void writeLater();
     void write();
     void fail(const QString& problem);
 
     const LineDevice& m_device;
     QString m_fileName;
-    QFile m_file;
+    int m_file = -1;
+    std::unique_ptr<Outlet> m_outlet; ///< while the record goes on
     std::string m_buffer;
-    QTimer m_writing;
+    DScheduler::Appointment m_writing;
     std::vector<Variable> m_variables;
-    qint64 m_timeUs = 0;
+    qint64 m_startUs = 0;
+    qint64 m_timeUs = 0; ///< of the last change, since the start
+    quint64 m_lost = 0;  ///< changes lost in the present gap; 0 outside of one
     QString m_problem;
 };

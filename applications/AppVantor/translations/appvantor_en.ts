@@ -43,10 +43,6 @@
         <source></source>
         <translation>Read all values now (F5)</translation>
     </message>
-    <message id="panel_no_such_tool">
-        <source></source>
-        <translation>This tool does not exist: %1</translation>
-    </message>
     <message id="panel_not_connected">
         <source></source>
         <translation>The device is not connected. Values are read as soon as it is back.</translation>
@@ -111,6 +107,14 @@
     <message id="board_not_connected_because">
         <source></source>
         <translation>The device is not connected: %1.</translation>
+    </message>
+    <message id="board_connecting">
+        <source></source>
+        <translation>Reaching for the device …</translation>
+    </message>
+    <message id="board_unknown">
+        <source></source>
+        <translation>unknown</translation>
     </message>
     <message id="board_empty">
         <source></source>
@@ -204,9 +208,21 @@
         <source></source>
         <translation>failed</translation>
     </message>
+    <message id="orders_state_stopped">
+        <source></source>
+        <translation>stopped</translation>
+    </message>
+    <message id="orders_state_problem">
+        <source></source>
+        <translation>problem</translation>
+    </message>
     <message id="orders_events">
         <source></source>
-        <translation>%1 events · %2</translation>
+        <translation>%1 events, the last at %2</translation>
+    </message>
+    <message id="orders_rejected">
+        <source></source>
+        <translation>%1 replies rejected</translation>
     </message>
     <message id="orders_empty">
         <source></source>

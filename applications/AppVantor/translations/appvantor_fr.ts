@@ -43,10 +43,6 @@
         <source></source>
         <translation>Relire toutes les valeurs (F5)</translation>
     </message>
-    <message id="panel_no_such_tool">
-        <source></source>
-        <translation>Cet outil n’existe pas : %1</translation>
-    </message>
     <message id="panel_not_connected">
         <source></source>
         <translation>L’appareil n’est pas connecté. Les valeurs seront lues dès son retour.</translation>
@@ -111,6 +107,14 @@
     <message id="board_not_connected_because">
         <source></source>
         <translation>L’appareil n’est pas connecté : %1.</translation>
+    </message>
+    <message id="board_connecting">
+        <source></source>
+        <translation>Connexion à l’appareil en cours…</translation>
+    </message>
+    <message id="board_unknown">
+        <source></source>
+        <translation>inconnu</translation>
     </message>
     <message id="board_empty">
         <source></source>
@@ -204,9 +208,21 @@
         <source></source>
         <translation>échoué</translation>
     </message>
+    <message id="orders_state_stopped">
+        <source></source>
+        <translation>arrêté</translation>
+    </message>
+    <message id="orders_state_problem">
+        <source></source>
+        <translation>problème</translation>
+    </message>
     <message id="orders_events">
         <source></source>
-        <translation>%1 événements · %2</translation>
+        <translation>%1 événements, le dernier à %2</translation>
+    </message>
+    <message id="orders_rejected">
+        <source></source>
+        <translation>%1 réponses rejetées</translation>
     </message>
     <message id="orders_empty">
         <source></source>

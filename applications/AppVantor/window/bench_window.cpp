@@ -1,12 +1,31 @@
 #include "bench_window.h"
 
-#include "bench_scene.h"
-#include "panel_scene.h"
-#include "show_scene.h"
+#include "picture.h"
+#include "scene.h"
+#include "texts.h"
 
-#include "../bench/bench.h"
+#include <configuration/bench.h>
+#include <process/unix_signals.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QOpenGLContext>
+#include <QQuickWindow>
+#include <QTimer>
 
 namespace {
+
+bool isSet(const char* variable)
+{
+    return !qEnvironmentVariableIsEmpty(variable);
+}
+
+bool hasGraphicsCard()
+{
+    return !QDir(QStringLiteral("/dev/dri"))
+                .entryList({QStringLiteral("renderD*")}, QDir::System | QDir::Files)
+                .isEmpty();
+}
 
 QVector<DTool*> toolsOf(const Bench& bench)
 {
@@ -17,19 +36,72 @@ QVector<DTool*> toolsOf(const Bench& bench)
     return tools;
 }
 
+int openWindow(Scene& scene, const QString& title, const WindowOptions& options)
+{
+    if (!isSet("QT_QUICK_BACKEND") && !QOpenGLContext().create()) {
+        QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software); // the display offers no other
+    }
+    QQuickWindow window;
+    window.setTitle(title);
+    window.resize(options.logicalSize(window.effectiveDevicePixelRatio()));
+    window.setMinimumSize(QSize(640, 400));
+    QQuickItem& root = scene.root();
+    root.setParentItem(window.contentItem());
+    const auto fit = [&root, &window] { root.setSize(window.size()); };
+    QObject::connect(&window, &QWindow::widthChanged, &root, fit);
+    QObject::connect(&window, &QWindow::heightChanged, &root, fit);
+    fit();
+    const UnixSignals unixSignals;
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, qGuiApp, &QGuiApplication::quit);
+    if (options.runMs) {
+        QTimer::singleShot(*options.runMs, qGuiApp, &QGuiApplication::quit);
+    }
+    window.show();
+    const int status = QGuiApplication::exec();
+    root.setParentItem(nullptr);
+    return status;
+}
+
+int show(Scene& scene, const QString& title, const WindowOptions& options)
+{
+    return options.screenshotFile.isEmpty() ? openWindow(scene, title, options) : takePicture(scene, options);
+}
+
 } // namespace
+
+QString prepareWindow(const WindowOptions& options)
+{
+    const bool picture = !options.screenshotFile.isEmpty();
+    if (!picture && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM")) {
+        return QStringLiteral("there is no display to open a window on (a screenshot needs none)");
+    }
+    if (!picture) {
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling); // a picture has no screen to scale for
+    } else if (!isSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    // Qt's own renderer costs a fraction of what a graphics card that is only imitated does.
+    if (picture || (!isSet("QT_QUICK_BACKEND") && !hasGraphicsCard())) {
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+    if (options.scale > 0) {
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(options.scale));
+    }
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    return QString();
+}
 
 int showWindow(Bench& bench, const WindowOptions& options)
 {
-    prepareScene(options);
+    installTexts(options.locale);
     BenchScene scene(&bench.device(), toolsOf(bench), options.theme);
-    return showScene(scene, QStringLiteral("AppVantor"), options);
+    return show(scene, QStringLiteral("AppVantor"), options);
 }
 
-int showPanel(Bench& bench, DTool& tool, const WindowOptions& options)
+int showPanel(DTool& tool, const WindowOptions& options)
 {
-    Q_UNUSED(bench)
-    prepareScene(options);
+    installTexts(options.locale);
     PanelScene scene(&tool, options.theme);
-    return showScene(scene, tool.objectName(), options);
+    return show(scene, tool.objectName(), options);
 }

@@ -1,29 +1,22 @@
 #include "changed_rows.h"
 
-namespace {
-constexpr int c_intervalMs = 33;
-}
+#include "device_clock.h"
 
-ChangedRows::ChangedRows(std::function<void(int, int)> tell, QObject* parent)
-    : QObject(parent)
+ChangedRows::ChangedRows(DeviceClock* clock, std::function<void(int, int)> tell)
+    : m_clock(clock)
     , m_tell(std::move(tell))
 {
-    m_timer.setSingleShot(true);
-    m_timer.setInterval(c_intervalMs);
-    connect(&m_timer, &QTimer::timeout, this, &ChangedRows::flush);
+    connect(clock, &DeviceClock::ticked, this, &ChangedRows::flush);
 }
 
 void ChangedRows::add(int row)
 {
     m_rows.insert(row);
-    if (!m_timer.isActive()) {
-        m_timer.start();
-    }
+    m_clock->want();
 }
 
 void ChangedRows::flush()
 {
-    m_timer.stop();
     const std::set<int> rows = std::exchange(m_rows, {});
     auto row = rows.cbegin();
     while (row != rows.cend()) {

@@ -1,21 +1,22 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
 
 #include <functional>
 #include <set>
 
-/// Gathers the rows of a model that have changed and tells of them a few times a second, however often they
-/// change.
+class DeviceClock;
+
+/// Gathers the rows of a model that have changed and tells of them at the clock's next tick, however often
+/// they change.
 class ChangedRows : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(ChangedRows)
 
 public:
-    /// tell is called with the first and last row of each run of changed rows.
-    explicit ChangedRows(std::function<void(int, int)> tell, QObject* parent = nullptr);
+    /// tell is called with the first and last row of each run of changed rows. clock must outlive this.
+    ChangedRows(DeviceClock* clock, std::function<void(int, int)> tell);
 
     /// The row has changed.
     void add(int row);
@@ -23,7 +24,7 @@ public:
     void flush();
 
 private:
-    std::function<void(int, int)> m_tell;
+    DeviceClock* const m_clock;
+    const std::function<void(int, int)> m_tell;
     std::set<int> m_rows;
-    QTimer m_timer;
 };

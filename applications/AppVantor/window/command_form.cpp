@@ -1,7 +1,7 @@
 #include "command_form.h"
 
-#include "../bench/value_text.h"
 #include "order_log_model.h"
+#include <configuration/value_text.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -184,9 +184,8 @@ QStringList CommandForm::channels() const
 {
     QStringList ids;
     if (!m_tool.isNull()) {
-        const QVariantList all = m_tool->toolConfiguration.value(QStringLiteral("channels")).toList();
-        for (const QVariant& channel : all) {
-            ids.append(channel.toMap().value(QStringLiteral("id")).toString());
+        for (const DToolChannel& channel : m_tool->channels()) {
+            ids.append(channel.id);
         }
     }
     return ids;
@@ -200,7 +199,7 @@ void CommandForm::check()
     } else {
         QVariantMap values = arguments(&problem);
         if (problem.isEmpty()) {
-            problem = m_tool->checkInvocation(command(), &values);
+            problem = m_tool->checkInvocation(command(), &values).text;
         }
     }
     if (problem != m_problem) {

@@ -2,47 +2,44 @@
 
 #include <algorithm>
 
-namespace {
-constexpr int c_tickMs = 33;
-}
-
-DeviceClock::DeviceClock(LocalClock localClock, QObject* parent)
+DeviceClock::DeviceClock(DScheduler* scheduler, QObject* parent)
     : QObject(parent)
-    , m_localClock(std::move(localClock))
+    , m_scheduler(scheduler)
+    , m_lastTickUs(scheduler->now())
+    , m_nowUs(m_lastTickUs)
+{}
+
+DeviceClock::~DeviceClock()
 {
-    m_steadyClock.start();
-    if (!m_localClock) {
-        m_localClock = [this] { return m_steadyClock.nsecsElapsed() / 1000; };
-    }
-    m_localStartUs = m_localClock();
-    m_nowUs = m_localStartUs;
-    m_timer.setInterval(c_tickMs);
-    connect(&m_timer, &QTimer::timeout, this, &DeviceClock::tick);
+    m_scheduler->cancel(m_next);
 }
 
 void DeviceClock::setRunning(bool running)
 {
-    if (running == isRunning()) {
-        return;
-    }
-    if (running) {
-        m_timer.start();
+    if (running != m_running) {
+        tick(); // courses are held as they are now, not as they were when something changed last
+        m_running = running;
+        Q_EMIT runningChanged();
         tick();
-    } else {
-        m_timer.stop();
     }
-    Q_EMIT runningChanged();
 }
 
-void DeviceClock::observe(qint64 deviceUs)
+void DeviceClock::want()
 {
-    const qint64 offset = deviceUs - m_localClock();
-    m_offsetUs = m_observed ? std::max(m_offsetUs, offset) : offset;
-    m_observed = true;
+    if (m_next == DScheduler::Appointment()) {
+        m_next = m_scheduler->at(std::max(m_scheduler->now(), m_lastTickUs + c_intervalUs), [this] {
+            m_next = {};
+            tick();
+        });
+    }
 }
 
 void DeviceClock::tick()
 {
-    m_nowUs = m_localClock() + m_offsetUs;
+    m_lastTickUs = m_scheduler->now();
+    if (m_running && m_nowUs != m_lastTickUs) {
+        m_nowUs = m_lastTickUs;
+        Q_EMIT nowChanged();
+    }
     Q_EMIT ticked();
 }

@@ -1,50 +1,49 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include <plugin_management/d_scheduler.h>
+
 #include <QObject>
-#include <QTimer>
 
-#include <functional>
-
-/// The present time on a device's own clock, which only the times of its announcements tell: the one that
-/// came through fastest is believed. Ticks for displays while it runs.
+/// The present time for displays. It ticks while somebody wants it to, twenty times a second at most: a
+/// window in which nothing changes rests.
 class DeviceClock : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(DeviceClock)
-    /// Time of the last tick, in microseconds.
-    Q_PROPERTY(double now READ now NOTIFY ticked)
+    /// Where courses end, in microseconds on the steady clock: the last tick, and while the clock stands
+    /// still that moment.
+    Q_PROPERTY(double now READ now NOTIFY nowChanged)
+    /// False while the courses are held.
     Q_PROPERTY(bool running READ isRunning WRITE setRunning NOTIFY runningChanged)
 
 public:
-    /// A clock here, in microseconds.
-    using LocalClock = std::function<qint64()>;
+    /// scheduler tells the time, and must outlive the clock.
+    explicit DeviceClock(DScheduler* scheduler, QObject* parent = nullptr);
+    ~DeviceClock() override;
 
-    /// localClock tells the time between announcements; without one, the steady clock of this machine does.
-    explicit DeviceClock(LocalClock localClock = LocalClock(), QObject* parent = nullptr);
-
-    /// Time of the last tick.
+    const DScheduler& scheduler() const { return *m_scheduler; }
     double now() const { return static_cast<double>(m_nowUs); }
-    /// Time when the clock was made.
-    qint64 startUs() const { return m_localStartUs + m_offsetUs; }
-    bool isRunning() const { return m_timer.isActive(); }
+    bool isRunning() const { return m_running; }
     void setRunning(bool running);
 
-    /// The device has just announced something of its time deviceUs.
-    void observe(qint64 deviceUs);
+    /// Something shown moves or has changed: the clock ticks once more, from the event loop.
+    void want();
     /// Takes the present time.
     void tick();
 
+    /// The least time between two ticks.
+    static constexpr qint64 c_intervalUs = 50000;
+
 Q_SIGNALS:
+    /// What has changed may be shown now.
     void ticked();
+    void nowChanged();
     void runningChanged();
 
 private:
-    QElapsedTimer m_steadyClock;
-    LocalClock m_localClock;
-    QTimer m_timer;
-    qint64 m_localStartUs = 0;
-    qint64 m_offsetUs = 0;
-    qint64 m_nowUs = 0;
-    bool m_observed = false;
+    DScheduler* const m_scheduler;
+    DScheduler::Appointment m_next;
+    bool m_running = true;
+    qint64 m_lastTickUs;
+    qint64 m_nowUs;
 };

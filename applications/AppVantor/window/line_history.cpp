@@ -2,28 +2,71 @@
 
 #include <algorithm>
 
-LineHistory::LineHistory(int level)
-    : m_levelBefore(level)
-{}
-
-void LineHistory::append(qint64 timeUs, int level)
+void LevelRange::add(const LineLevel& level)
 {
-    m_samples.push_back({timeUs, level});
-    while (m_samples.size() > c_mostSamples || m_samples.front().timeUs < timeUs - c_longestUs) {
-        m_levelBefore = m_samples.front().level;
-        m_samples.pop_front();
+    if (level.known) {
+        add(LevelRange{level.level, level.level});
     }
 }
 
-int LineHistory::levelAt(qint64 timeUs) const
+void LevelRange::add(const LevelRange& range)
+{
+    lowest = std::min(lowest, range.lowest);
+    highest = std::max(highest, range.highest);
+}
+
+/// A device that is lost has its loss dated when it is noticed, which may be after it is back.
+void LineHistory::append(LineLevel level)
+{
+    if (hasChangedSince(level.sinceUs)) {
+        level.sinceUs = m_changes.back().sinceUs;
+    }
+    if (changeCount() % c_block == 0) {
+        m_blocks.emplace_back();
+    }
+    m_blocks.back().add(level);
+    m_changes.push_back(level);
+    while (m_changes.size() > c_mostChanges || m_changes.front().sinceUs < level.sinceUs - c_longestUs) {
+        forgetFirst();
+    }
+}
+
+void LineHistory::forgetFirst()
+{
+    m_before = m_changes.front();
+    m_changes.pop_front();
+    if (++m_forgotten % c_block == 0) {
+        m_blocks.pop_front();
+    }
+}
+
+LineLevel LineHistory::at(qint64 timeUs) const
 {
     const auto after =
-        std::upper_bound(m_samples.cbegin(), m_samples.cend(), timeUs,
-                         [](qint64 time, const Sample& sample) { return time < sample.timeUs; });
-    return after == m_samples.cbegin() ? m_levelBefore : std::prev(after)->level;
+        std::upper_bound(m_changes.cbegin(), m_changes.cend(), timeUs,
+                         [](qint64 time, const LineLevel& change) { return time < change.sinceUs; });
+    return after == m_changes.cbegin() ? m_before : *std::prev(after);
 }
 
 bool LineHistory::hasChangedSince(qint64 fromUs) const
 {
-    return !m_samples.empty() && m_samples.back().timeUs >= fromUs;
+    return !m_changes.empty() && m_changes.back().sinceUs >= fromUs;
+}
+
+LevelRange LineHistory::range(std::size_t first, std::size_t end) const
+{
+    LevelRange range;
+    const std::size_t offset = m_forgotten % c_block; // the first block may have lost some of its changes
+    std::size_t change = first;
+    while (change < end) {
+        const std::size_t place = change + offset;
+        if (place % c_block == 0 && change + c_block <= end) {
+            range.add(m_blocks.at(place / c_block));
+            change += c_block;
+        } else {
+            range.add(m_changes.at(change));
+            ++change;
+        }
+    }
+    return range;
 }

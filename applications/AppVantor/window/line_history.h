@@ -1,37 +1,52 @@
 #pragma once
 
-#include <QtGlobal>
+#include <devices/line.h>
 
 #include <deque>
+#include <limits>
 
-/// What a line did in the last seconds.
+/// The levels that occur in some part of a history; empty where nobody knew any.
+struct LevelRange
+{
+    int lowest = std::numeric_limits<int>::max();
+    int highest = std::numeric_limits<int>::min();
+
+    bool isEmpty() const { return lowest > highest; }
+    void add(const LineLevel& level);
+    void add(const LevelRange& range);
+};
+
+/// What a line did in the last seconds, as far back as is remembered. Before that nothing is known, unless
+/// something was forgotten.
 class LineHistory
 {
 public:
-    struct Sample
-    {
-        qint64 timeUs;
-        int level;
-    };
+    /// The line has this level since its time; one before the last change counts as that of the last. Levels
+    /// that ended longer ago than the longest time, or are too many, are forgotten.
+    void append(LineLevel level);
 
-    /// The line has this level to begin with.
-    explicit LineHistory(int level);
-
-    /// The line has level since timeUs. Samples that are older than the longest time, or too many, are
-    /// forgotten.
-    void append(qint64 timeUs, int level);
-    /// Level at timeUs, as far back as is remembered.
-    int levelAt(qint64 timeUs) const;
-    /// The changes that are remembered, in the order of their times.
-    const std::deque<Sample>& samples() const { return m_samples; }
+    /// What is known of the level at timeUs.
+    LineLevel at(qint64 timeUs) const;
+    /// The changes, in the order of their times.
+    const std::deque<LineLevel>& changes() const { return m_changes; }
+    /// The levels of changes() from first until before end. Costs the same however many there are.
+    LevelRange range(std::size_t first, std::size_t end) const;
+    /// Number of changes so far, those that are forgotten too.
+    quint64 changeCount() const { return m_forgotten + m_changes.size(); }
     /// True when the line has changed at fromUs or later.
     bool hasChangedSince(qint64 fromUs) const;
 
     static constexpr qint64 c_longestUs = 60000000;
-    static constexpr std::size_t c_mostSamples = 16384;
+    static constexpr std::size_t c_mostChanges = 16384;
 
 private:
-    std::deque<Sample> m_samples;
-    /// Level before the first sample.
-    int m_levelBefore;
+    /// Changes by blocks, whose ranges are reckoned when they are made.
+    static constexpr quint64 c_block = 64;
+
+    void forgetFirst();
+
+    LineLevel m_before; ///< before the first change
+    std::deque<LineLevel> m_changes;
+    quint64 m_forgotten = 0;
+    std::deque<LevelRange> m_blocks; ///< each of c_block changes, counted from the first ever
 };

@@ -8,19 +8,20 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     , m_clock(clock)
     , m_lines(device->lines())
     , m_channels(m_lines.size())
-    , m_changed([this](int first, int last) { Q_EMIT dataChanged(index(first), index(last), {LevelRole}); })
+    , m_histories(static_cast<std::size_t>(m_lines.size()))
+    , m_changed(clock, [this](int first, int last) {
+        Q_EMIT dataChanged(index(first), index(last), {KnownRole, LevelRole});
+    })
 {
     for (int line = 0; line < m_lines.size(); ++line) {
-        m_histories.emplace_back(device->level(line));
+        record(line, device->level(line));
     }
     linkChannels(tools);
-    connect(device, &DDevice::levelChanged, this, [this](int line, int level, qint64 timeUs) {
-        m_clock->observe(timeUs);
-        m_histories.at(static_cast<std::size_t>(line)).append(timeUs, level);
-        m_changed.add(line);
-    });
-    connect(device, &DDevice::connectedChanged, this, &LinesModel::connectionChanged);
-    connect(device, &QObject::destroyed, this, &LinesModel::connectionChanged);
+    connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
+    connect(device, &DDevice::stateChanged, this, &LinesModel::stateChanged);
+    connect(device, &QObject::destroyed, this, &LinesModel::stateChanged);
+    connect(clock, &DeviceClock::runningChanged, this,
+            [this] { m_heldHistories = m_clock->isRunning() ? std::vector<LineHistory>() : m_histories; });
 }
 
 int LinesModel::rowCount(const QModelIndex& parent) const
@@ -44,11 +45,13 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
     case OutputRole:
         return line.direction == DLine::Direction::Out;
     case SettableRole:
-        return line.direction == DLine::Direction::In && !m_device.isNull() && m_device->hasSettableInputs();
+        return line.settable;
+    case KnownRole:
+        return !m_device.isNull() && m_device->level(row).known;
     case LevelRole:
-        return m_device.isNull() ? 0 : m_device->level(row);
+        return m_device.isNull() ? 0 : m_device->level(row).level;
     case HighestRole:
-        return LineDevice::highestLevel(line);
+        return line.highestLevel();
     case ChannelsRole:
         return m_channels.at(row).join(QStringLiteral(", "));
     case LineRole:
@@ -60,17 +63,17 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> LinesModel::roleNames() const
 {
-    return {{NameRole, "name"},         {AnalogRole, "analog"}, {OutputRole, "output"},
-            {SettableRole, "settable"}, {LevelRole, "level"},   {HighestRole, "highest"},
-            {ChannelsRole, "channels"}, {LineRole, "line"}};
+    return {{NameRole, "name"},         {AnalogRole, "analog"},     {OutputRole, "output"},
+            {SettableRole, "settable"}, {KnownRole, "known"},       {LevelRole, "level"},
+            {HighestRole, "highest"},   {ChannelsRole, "channels"}, {LineRole, "line"}};
 }
 
-bool LinesModel::isConnected() const
+QString LinesModel::state() const
 {
-    return !m_device.isNull() && m_device->isConnected();
+    return QVariant::fromValue(m_device.isNull() ? DDevice::State::Closed : m_device->state()).toString();
 }
 
-QString LinesModel::connectionProblem() const
+QString LinesModel::problem() const
 {
     return m_device.isNull() ? QString() : m_device->connectionProblem();
 }
@@ -82,25 +85,34 @@ QString LinesModel::deviceName() const
 
 const LineHistory* LinesModel::history(int line) const
 {
-    return line >= 0 && line < m_lines.size() ? &m_histories.at(static_cast<std::size_t>(line)) : nullptr;
+    const std::vector<LineHistory>& histories = m_clock->isRunning() ? m_histories : m_heldHistories;
+    return line >= 0 && line < m_lines.size() ? &histories.at(static_cast<std::size_t>(line)) : nullptr;
 }
 
 int LinesModel::highestLevel(int line) const
 {
-    return line >= 0 && line < m_lines.size() ? LineDevice::highestLevel(m_lines.at(line)) : 0;
+    return line >= 0 && line < m_lines.size() ? m_lines.at(line).highestLevel() : 0;
 }
 
 void LinesModel::setLevel(int line, int level)
 {
-    if (!m_device.isNull() && line >= 0 && line < m_lines.size()) {
-        m_device->setInput(line, qBound(0, level, LineDevice::highestLevel(m_lines.at(line))));
+    if (!m_device.isNull()) {
+        m_device->setInput(line, level);
     }
 }
 
-int LinesModel::levelAt(int line, double timeUs) const
+QVariant LinesModel::levelAt(int line, double timeUs) const
 {
     const LineHistory* lineHistory = history(line);
-    return lineHistory != nullptr ? lineHistory->levelAt(static_cast<qint64>(timeUs)) : 0;
+    const LineLevel level =
+        lineHistory != nullptr ? lineHistory->at(static_cast<qint64>(timeUs)) : LineLevel();
+    return level.known ? level.level : QVariant();
+}
+
+void LinesModel::record(int line, const LineLevel& level)
+{
+    m_histories.at(static_cast<std::size_t>(line)).append(level);
+    m_changed.add(line);
 }
 
 void LinesModel::linkChannels(const QVector<DTool*>& tools)
@@ -110,12 +122,10 @@ void LinesModel::linkChannels(const QVector<DTool*>& tools)
         numbers.insert(m_lines.at(line).name, line);
     }
     for (const DTool* tool : tools) {
-        const QVariantList channels = tool->toolConfiguration.value(QStringLiteral("channels")).toList();
-        for (const QVariant& entry : channels) {
-            const QString channel = entry.toMap().value(QStringLiteral("id")).toString();
-            const int line = numbers.value(tool->getLinkedChannel(channel), -1);
-            if (line >= 0 && !m_channels.at(line).contains(channel)) {
-                m_channels[line].append(channel);
+        for (const DToolChannel& channel : tool->channels()) {
+            const int line = numbers.value(channel.link, -1);
+            if (line >= 0 && !m_channels.at(line).contains(channel.id)) {
+                m_channels[line].append(channel.id);
             }
         }
     }

@@ -19,8 +19,10 @@ class LinesModel : public QAbstractListModel
 {
     Q_OBJECT
     Q_DISABLE_COPY(LinesModel)
-    Q_PROPERTY(bool connected READ isConnected NOTIFY connectionChanged)
-    Q_PROPERTY(QString connectionProblem READ connectionProblem NOTIFY connectionChanged)
+    /// The state of the device: "Closed", "Connecting", "Connected" or "Unreachable".
+    Q_PROPERTY(QString state READ state NOTIFY stateChanged)
+    /// Why the device is unreachable, for people.
+    Q_PROPERTY(QString problem READ problem NOTIFY stateChanged)
     Q_PROPERTY(QString deviceName READ deviceName CONSTANT)
     Q_PROPERTY(int count READ count CONSTANT)
 
@@ -31,6 +33,7 @@ public:
         AnalogRole,
         OutputRole,
         SettableRole,
+        KnownRole,
         LevelRole,
         HighestRole,
         ChannelsRole,
@@ -45,26 +48,28 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    bool isConnected() const;
-    QString connectionProblem() const;
+    QString state() const;
+    QString problem() const;
     QString deviceName() const;
     int count() const { return m_lines.size(); }
 
-    /// What line did; null when there is no such line.
+    /// What line did: until now, or while the clock stands still, until it stopped. Null when there is no
+    /// such line.
     const LineHistory* history(int line) const;
     /// Highest level that line can have.
     int highestLevel(int line) const;
-    const DeviceClock& clock() const { return *m_clock; }
+    DeviceClock& clock() const { return *m_clock; }
 
     /// Sets an input line from outside.
     Q_INVOKABLE void setLevel(int line, int level);
-    /// Level that line had at timeUs on the device's clock.
-    Q_INVOKABLE int levelAt(int line, double timeUs) const;
+    /// Level that line had at timeUs on the device's clock; undefined where it is not known.
+    Q_INVOKABLE QVariant levelAt(int line, double timeUs) const;
 
 Q_SIGNALS:
-    void connectionChanged();
+    void stateChanged();
 
 private:
+    void record(int line, const LineLevel& level);
     void linkChannels(const QVector<DTool*>& tools);
 
     QPointer<LineDevice> m_device;
@@ -72,5 +77,6 @@ private:
     QVector<DLine> m_lines;
     QVector<QStringList> m_channels;
     std::vector<LineHistory> m_histories;
+    std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
     ChangedRows m_changed;
 };

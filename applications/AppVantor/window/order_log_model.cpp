@@ -1,14 +1,14 @@
 #include "order_log_model.h"
 
-#include "../bench/value_text.h"
-
-#include <QTime>
+#include <configuration/value_text.h>
+#include <process/time_text.h>
 
 #include <algorithm>
 
-OrderLogModel::OrderLogModel(QObject* parent)
+OrderLogModel::OrderLogModel(DeviceClock* clock, QObject* parent)
     : QAbstractListModel(parent)
-    , m_changed([this](int first, int last) { Q_EMIT dataChanged(index(first), index(last)); })
+    , m_clock(clock)
+    , m_changed(clock, [this](int first, int last) { Q_EMIT dataChanged(index(first), index(last)); })
 {}
 
 OrderLogModel::~OrderLogModel()
@@ -34,14 +34,16 @@ QVariant OrderLogModel::data(const QModelIndex& index, int role) const
     case OrderRole:
         return entry.id;
     case TimeRole:
-        return entry.time;
+        return timeText(entry.timeUs);
     case Qt::DisplayRole:
     case CommandRole:
         return entry.command;
     case StateRole:
         return entry.state;
+    case KindRole:
+        return entry.kind;
     case DetailRole:
-        return entry.detail;
+        return detail(entry);
     case EventsRole:
         return entry.events;
     default:
@@ -51,8 +53,8 @@ QVariant OrderLogModel::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> OrderLogModel::roleNames() const
 {
-    return {{OrderRole, "order"}, {TimeRole, "time"},     {CommandRole, "command"},
-            {StateRole, "state"}, {DetailRole, "detail"}, {EventsRole, "events"}};
+    return {{OrderRole, "order"}, {TimeRole, "time"},     {CommandRole, "command"}, {StateRole, "state"},
+            {KindRole, "kind"},   {DetailRole, "detail"}, {EventsRole, "events"}};
 }
 
 int OrderLogModel::running() const
@@ -67,23 +69,25 @@ void OrderLogModel::run(DTool* tool, const QString& command, const QVariantMap& 
     Entry entry;
     entry.order = order;
     entry.id = order->id();
-    entry.time = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"));
     entry.command =
         command + (arguments.isEmpty() ? QString() : QLatin1Char(' ') + assignmentsText(arguments));
     entry.state = QStringLiteral("running");
-    m_changed.flush();
-    beginInsertRows(QModelIndex(), 0, 0);
-    m_entries.push_front(entry);
-    endInsertRows();
-    forgetEnded(c_mostEntries);
-    Q_EMIT countChanged();
+    add(entry);
     Q_EMIT runningChanged();
     watch(order);
     order->start();
-    if (Entry* started = find(order->id()); started != nullptr && started->order != nullptr) {
+    if (Entry* started = change(entry.id); started != nullptr && started->order != nullptr) {
         started->state = order->isListening() ? QStringLiteral("listening") : QStringLiteral("running");
-        changed(*started);
     }
+}
+
+void OrderLogModel::addProblem(const QString& name, const QString& problem)
+{
+    Entry entry;
+    entry.command = name;
+    entry.state = QStringLiteral("problem");
+    entry.problem = problem;
+    add(entry);
 }
 
 void OrderLogModel::stop(int row)
@@ -108,44 +112,50 @@ void OrderLogModel::clear()
     Q_EMIT countChanged();
 }
 
-OrderLogModel::Entry* OrderLogModel::find(quint64 id)
+void OrderLogModel::add(Entry entry)
 {
-    const auto found =
-        std::find_if(m_entries.begin(), m_entries.end(), [id](const Entry& entry) { return entry.id == id; });
-    return found != m_entries.end() ? &*found : nullptr;
+    entry.timeUs = m_clock->scheduler().now();
+    m_changed.flush(); // the rows move
+    beginInsertRows(QModelIndex(), 0, 0);
+    m_entries.push_front(std::move(entry));
+    endInsertRows();
+    forgetEnded(c_mostEntries);
+    Q_EMIT countChanged();
 }
 
-void OrderLogModel::changed(const Entry& entry)
+OrderLogModel::Entry* OrderLogModel::change(quint64 order)
 {
-    const auto found = std::find_if(m_entries.cbegin(), m_entries.cend(),
-                                    [&entry](const Entry& candidate) { return candidate.id == entry.id; });
-    m_changed.add(static_cast<int>(std::distance(m_entries.cbegin(), found)));
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [order](const Entry& entry) { return entry.id == order; });
+    if (found == m_entries.end()) {
+        return nullptr;
+    }
+    m_changed.add(static_cast<int>(std::distance(m_entries.begin(), found)));
+    return &*found;
 }
 
 void OrderLogModel::watch(DOrder* order)
 {
     const quint64 id = order->id();
     connect(order, &DOrder::resultUpdated, this, [this, order, id] {
-        if (Entry* entry = find(id)) {
-            entry->detail = assignmentsText(order->results());
-            changed(*entry);
+        if (Entry* entry = change(id)) {
+            entry->values = order->results();
         }
     });
-    connect(order, &DOrder::eventReceived, this, [this, id](const QVariantMap& event) {
-        if (Entry* entry = find(id)) {
+    connect(order, &DOrder::eventReceived, this, [this, id](const QVariantMap& event, qint64 timeUs) {
+        if (Entry* entry = change(id)) {
             ++entry->events;
-            entry->detail = assignmentsText(event);
-            changed(*entry);
+            entry->eventUs = timeUs;
+            entry->values = event;
         }
     });
-    connect(order, &DOrder::finished, this, [this, order, id](bool success, const QString& reason) {
-        if (Entry* entry = find(id)) {
+    connect(order, &DOrder::finished, this, [this, order, id](bool success) {
+        if (Entry* entry = change(id)) {
             entry->order = nullptr;
             entry->state = success ? QStringLiteral("done") : QStringLiteral("failed");
-            if (!success) {
-                entry->detail = reason;
-            }
-            changed(*entry);
+            entry->kind = order->failure().kindName();
+            entry->problem = order->failure().text;
+            entry->rejected = order->rejectedReplies();
         }
         order->deleteLater();
         Q_EMIT runningChanged();
@@ -163,4 +173,26 @@ void OrderLogModel::forgetEnded(int keep)
             endRemoveRows();
         }
     }
+}
+
+QString OrderLogModel::timeText(qint64 timeUs) const
+{
+    return timeOfDay(m_clock->scheduler().wallClock(timeUs));
+}
+
+QString OrderLogModel::detail(const Entry& entry) const
+{
+    QStringList parts;
+    if (entry.events > 0) {
+        parts += qtTrId("orders_events").arg(entry.events).arg(timeText(entry.eventUs));
+    }
+    if (!entry.problem.isEmpty()) {
+        parts += entry.problem;
+    } else if (!entry.values.isEmpty()) {
+        parts += assignmentsText(entry.values);
+    }
+    if (entry.rejected > 0) {
+        parts += qtTrId("orders_rejected").arg(entry.rejected);
+    }
+    return parts.join(QStringLiteral(" · "));
 }

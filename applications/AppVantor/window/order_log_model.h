@@ -1,6 +1,7 @@
 #pragma once
 
 #include "changed_rows.h"
+#include "device_clock.h"
 
 #include <plugin_management/d_order.h>
 
@@ -10,7 +11,8 @@
 
 class DTool;
 
-/// The orders that were given in the window, the latest first, and what became of them.
+/// The orders that were given in the window, the latest first, and what became of them; and what failed on
+/// the device that no order waits for.
 class OrderLogModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -25,13 +27,14 @@ public:
         OrderRole = Qt::UserRole,
         TimeRole,
         CommandRole,
-        StateRole,
+        StateRole, ///< "running", "listening", "done", "failed", or "problem" of what is no order
+        KindRole,  ///< name of the failure's kind; empty without a failure
         DetailRole,
         EventsRole
     };
 
-    /// How an order stands, as QML sees it under StateRole: "running", "listening", "done" or "failed".
-    explicit OrderLogModel(QObject* parent = nullptr);
+    /// clock tells the times, and must outlive the model.
+    explicit OrderLogModel(DeviceClock* clock, QObject* parent = nullptr);
     ~OrderLogModel() override;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -43,6 +46,8 @@ public:
 
     /// Runs command of tool with these arguments.
     void run(DTool* tool, const QString& command, const QVariantMap& arguments);
+    /// Notes that something failed: whose, and what, for people.
+    void addProblem(const QString& name, const QString& problem);
     /// Stops the order of a row; one that has ended stays as it is.
     Q_INVOKABLE void stop(int row);
     /// Stops all orders that have not ended.
@@ -60,20 +65,28 @@ Q_SIGNALS:
 private:
     struct Entry
     {
-        DOrder* order = nullptr;
+        DOrder* order = nullptr; ///< until it has ended
         quint64 id = 0;
-        QString time;
+        qint64 timeUs = 0;
         QString command;
         QString state;
-        QString detail;
+        QString kind;
+        QString problem;
+        QVariantMap values; ///< results, or the last event
+        qint64 eventUs = 0;
         int events = 0;
+        int rejected = 0;
     };
 
-    Entry* find(quint64 id);
-    void changed(const Entry& entry);
+    void add(Entry entry);
+    /// The entry of an order, which counts as changed; null when it is forgotten.
+    Entry* change(quint64 order);
     void watch(DOrder* order);
     void forgetEnded(int keep);
+    QString timeText(qint64 timeUs) const;
+    QString detail(const Entry& entry) const;
 
+    DeviceClock* const m_clock;
     std::deque<Entry> m_entries;
     ChangedRows m_changed;
 };

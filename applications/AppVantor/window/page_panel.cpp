@@ -22,9 +22,9 @@ QUrl pageUrl()
 
 bool hasPublicChannels(const DTool& tool)
 {
-    const QVariantList channels = tool.toolConfiguration.value(QStringLiteral("channels")).toList();
-    return std::any_of(channels.cbegin(), channels.cend(), [](const QVariant& channel) {
-        return channel.toMap().value(QStringLiteral("visibility")).toString() == QLatin1String("public");
+    const QVector<DToolChannel>& channels = tool.channels();
+    return std::any_of(channels.cbegin(), channels.cend(), [](const DToolChannel& channel) {
+        return channel.visibility == QLatin1String("public");
     });
 }
 
@@ -84,10 +84,12 @@ bool PagePanel::isBusy() const
 bool PagePanel::hasValues() const
 {
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
-    if (m_page.isNull() || device == nullptr || !device->isConnected()) {
+    if (m_page.isNull() || device == nullptr) {
         return true;
     }
-    return m_hasAsked && !isBusy();
+    const bool none =
+        device->state() == DDevice::State::Unreachable || device->state() == DDevice::State::Closed;
+    return none || (device->isConnected() && m_valuesRequested && !isBusy());
 }
 
 void PagePanel::refresh()
@@ -130,14 +132,14 @@ void PagePanel::reload()
     }
 }
 
-void PagePanel::noteQuestion()
+void PagePanel::valuesRequested()
 {
-    m_hasAsked = true;
+    m_valuesRequested = true;
 }
 
 void PagePanel::removePage()
 {
-    m_hasAsked = false;
+    m_valuesRequested = false;
     // A page may be taken away by something that it does itself: it leaves the screen now and the memory
     // later.
     if (!m_page.isNull()) {
@@ -172,12 +174,12 @@ QQuickItem* PagePanel::makePage(const QByteArray& source)
     }
     m_page = page;
     if (const DDevice* device = m_tool->device()) {
-        connect(device, &DDevice::connectedChanged, page, [this] { tellConnection(); });
+        connect(device, &DDevice::stateChanged, page, [this] { tellConnection(); });
     }
     if (page->metaObject()->indexOfSignal("updateData()") >= 0) {
-        connect(page, SIGNAL(updateData()), this, SLOT(noteQuestion()));
+        connect(page, SIGNAL(updateData()), this, SLOT(valuesRequested()));
     } else {
-        m_hasAsked = true; // such a page asks when it likes
+        m_valuesRequested = true; // such a page asks when it likes
     }
     tellConnection();
     return page;

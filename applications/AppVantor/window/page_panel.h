@@ -28,12 +28,12 @@ public:
     QQuickItem* page() const { return m_page; }
     QString problem() const { return m_problem; }
 
-    /// True while the page waits for values that it has asked for.
+    /// True while the page waits for values that it has requested.
     bool isBusy() const;
-    /// True when the page shows what it can: it has asked for values and has them, or there are none to be
+    /// True when the page shows what it can: it has requested values and has them, or there are none to be
     /// had.
     bool hasValues() const;
-    /// Makes the page ask for fresh values.
+    /// Makes the page request fresh values.
     Q_INVOKABLE void refresh();
 
 Q_SIGNALS:
@@ -45,7 +45,7 @@ protected:
     void componentComplete() override;
 
 private Q_SLOTS:
-    void noteQuestion();
+    void valuesRequested();
 
 private:
     void reload();
@@ -58,5 +58,5 @@ private:
     QPointer<DTool> m_tool;
     QPointer<QQuickItem> m_page;
     QString m_problem;
-    bool m_hasAsked = false;
+    bool m_valuesRequested = false;
 };

@@ -1,11 +1,76 @@
 #include "picture.h"
 
+#include "page_panel.h"
+#include "scene.h"
+
+#include <process/diagnostics.h>
+#include <process/exit_status.h>
+
 #include <QBuffer>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QQuickRenderControl>
+#include <QQuickWindow>
 #include <QSaveFile>
+#include <QTimer>
 
 namespace {
+
+constexpr int c_longestWaitMs = 30000;
+
+/// A window that is on no screen, with an item in it.
+class Canvas
+{
+public:
+    Canvas(QQuickItem* content, const WindowOptions& options)
+        : m_window(&m_control)
+        , m_content(content)
+    {
+        m_control.initialize(nullptr);
+        const QSize size = options.logicalSize(m_window.effectiveDevicePixelRatio());
+        m_window.resize(size);
+        m_window.contentItem()->setSize(size);
+        content->setParentItem(m_window.contentItem());
+        content->setSize(size);
+    }
+    ~Canvas()
+    {
+        m_content->setParentItem(nullptr);
+        m_control.invalidate(); // what was drawn goes before the window
+    }
+    Q_DISABLE_COPY(Canvas)
+
+    /// The content as it is now.
+    QImage draw()
+    {
+        m_control.polishItems();
+        m_control.sync();
+        return m_control.grab();
+    }
+
+private:
+    QQuickRenderControl m_control;
+    QQuickWindow m_window;
+    QQuickItem* const m_content;
+};
+
+/// Lets everything run for runMs, and on until the panel has its values. False when they do not come.
+bool waitForValues(const PagePanel& panel, int runMs)
+{
+    const QDeadlineTimer runs(runMs);
+    const QDeadlineTimer gone(runMs + c_longestWaitMs);
+    QTimer wakeUp;
+    wakeUp.start(10);
+    while (!runs.hasExpired() || !panel.hasValues()) {
+        if (gone.hasExpired()) {
+            return false;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
 
 /// A disk that fills up takes a part first, and only then tells why it takes no more.
 bool writeAll(const QByteArray& data, QIODevice* target)
@@ -19,39 +84,8 @@ bool writeAll(const QByteArray& data, QIODevice* target)
     return written > 0;
 }
 
-} // namespace
-
-Picture::Picture()
-    : m_window(&m_control)
-{
-    m_control.initialize(nullptr);
-}
-
-Picture::~Picture()
-{
-    if (m_content != nullptr) {
-        m_content->setParentItem(nullptr);
-    }
-    m_control.invalidate(); // what was drawn goes before the window
-}
-
-void Picture::setContent(QQuickItem* content, const QSize& size)
-{
-    m_content = content;
-    m_window.resize(size);
-    m_window.contentItem()->setSize(size);
-    content->setParentItem(m_window.contentItem());
-    content->setSize(size);
-}
-
-QImage Picture::draw()
-{
-    m_control.polishItems();
-    m_control.sync();
-    return m_control.grab();
-}
-
-QString Picture::write(const QString& file, const QSize& size)
+/// Returns an empty text, or why the picture cannot be written.
+QString write(const QImage& picture, const QString& file)
 {
     const QString failure = QStringLiteral("cannot write the picture %1: %2");
     // A picture takes the place of what has its name, which must not be a device or a pipe.
@@ -59,14 +93,35 @@ QString Picture::write(const QString& file, const QSize& size)
     if (present.exists() && !present.isFile()) {
         return failure.arg(file, QStringLiteral("not a regular file"));
     }
-    const QImage image = draw().copy(QRect(QPoint(0, 0), size)).convertToFormat(QImage::Format_RGB32);
     QBuffer png;
     QImageWriter writer(&png, "png");
-    if (!writer.write(image)) {
+    if (!writer.write(picture)) {
         return failure.arg(file, writer.errorString());
     }
     QSaveFile target(file);
     const bool written = target.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
                          writeAll(png.data(), &target) && target.commit();
     return written ? QString() : failure.arg(file, target.errorString());
+}
+
+} // namespace
+
+int takePicture(Scene& scene, const WindowOptions& options)
+{
+    Canvas canvas(&scene.root(), options);
+    const bool arrived = waitForValues(scene.panel(), options.runMs.value_or(0));
+    const QImage drawn = canvas.draw().copy(QRect(QPoint(0, 0), options.size));
+    const QString problem = write(drawn.convertToFormat(QImage::Format_RGB32), options.screenshotFile);
+    if (!problem.isEmpty()) {
+        diagnostic(problem);
+        return ExitWrongUsage;
+    }
+    if (!arrived) {
+        diagnostic(QStringLiteral("the values did not arrive within %1 s").arg(c_longestWaitMs / 1000));
+    }
+    const QString pageProblem = scene.panel().problem();
+    if (!pageProblem.isEmpty()) {
+        diagnostic(pageProblem);
+    }
+    return arrived && pageProblem.isEmpty() ? ExitSuccess : ExitOrderFailed;
 }

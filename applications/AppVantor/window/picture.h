@@ -1,30 +1,11 @@
 #pragma once
 
-#include <QImage>
-#include <QQuickItem>
-#include <QQuickRenderControl>
-#include <QQuickWindow>
+#include "window_options.h"
 
-/// Draws an item into a picture by the software renderer, without any window on a screen.
-class Picture
-{
-public:
-    Picture();
-    ~Picture();
-    Q_DISABLE_COPY(Picture)
+class Scene;
 
-    QQuickWindow& window() { return m_window; }
-    /// Gives content this size and makes it what is drawn; it must outlive the picture or be taken away
-    /// again.
-    void setContent(QQuickItem* content, const QSize& size);
-    /// Draws the content as it is now.
-    QImage draw();
-    /// Draws the content into a PNG file of this size in pixels. Returns an empty text, or why it cannot be
-    /// written.
-    QString write(const QString& file, const QSize& size);
-
-private:
-    QQuickRenderControl m_control;
-    QQuickWindow m_window;
-    QQuickItem* m_content = nullptr;
-};
+/// Draws scene by the software renderer, without any window on a screen, into the PNG file that options
+/// names: after the time that options gives it, and once its panel has its values. Returns the exit status of
+/// the process: 0, 1 when the values did not arrive or the page cannot be shown, or 2 when the file cannot be
+/// written; what went wrong stands on standard error.
+int takePicture(Scene& scene, const WindowOptions& options);

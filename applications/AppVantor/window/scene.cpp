@@ -34,3 +34,45 @@ void Scene::unload()
 {
     m_root.reset();
 }
+
+BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme)
+    : m_clock(device->scheduler())
+    , m_tools(tools)
+    , m_lines(device, tools, &m_clock)
+    , m_orders(&m_clock)
+    , m_form(&m_orders)
+{
+    m_filter.setSourceModel(&m_lines);
+    QObject::connect(device, &DDevice::problemTold, &m_orders, [this, device](const QString& problem) {
+        m_orders.addProblem(device->objectName(), problem);
+    });
+    const auto object = [](QObject* part) {
+        QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
+        return QVariant::fromValue(part);
+    };
+    load(QStringLiteral("BenchWindow.qml"),
+         {{QStringLiteral("tools"), object(&m_tools)},
+          {QStringLiteral("lines"), object(&m_lines)},
+          {QStringLiteral("lineFilter"), object(&m_filter)},
+          {QStringLiteral("clock"), object(&m_clock)},
+          {QStringLiteral("form"), object(&m_form)},
+          {QStringLiteral("orders"), object(&m_orders)}},
+         theme);
+}
+
+BenchScene::~BenchScene()
+{
+    unload();
+}
+
+PanelScene::PanelScene(DTool* tool, WindowOptions::Theme theme)
+{
+    QQmlEngine::setObjectOwnership(tool, QQmlEngine::CppOwnership);
+    load(QStringLiteral("PanelWindow.qml"), {{QStringLiteral("tool"), QVariant::fromValue<QObject*>(tool)}},
+         theme);
+}
+
+PanelScene::~PanelScene()
+{
+    unload();
+}

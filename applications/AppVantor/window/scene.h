@@ -1,5 +1,11 @@
 #pragma once
 
+#include "command_form.h"
+#include "device_clock.h"
+#include "line_filter.h"
+#include "lines_model.h"
+#include "order_log_model.h"
+#include "tools_model.h"
 #include "window_options.h"
 
 #include <QQmlEngine>
@@ -33,4 +39,35 @@ protected:
 private:
     QQmlEngine m_engine;
     std::unique_ptr<QQuickItem> m_root;
+};
+
+/// The bench window with its models.
+class BenchScene : public Scene
+{
+public:
+    /// device and tools must outlive the scene.
+    BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme);
+    ~BenchScene() override;
+
+    LinesModel& lines() { return m_lines; }
+    OrderLogModel& orders() { return m_orders; }
+    CommandForm& form() { return m_form; }
+    DeviceClock& clock() { return m_clock; }
+
+private:
+    DeviceClock m_clock;
+    ToolsModel m_tools;
+    LinesModel m_lines;
+    LineFilter m_filter;
+    OrderLogModel m_orders;
+    CommandForm m_form;
+};
+
+/// The maintenance page of one tool alone.
+class PanelScene : public Scene
+{
+public:
+    /// tool must outlive the scene.
+    PanelScene(DTool* tool, WindowOptions::Theme theme);
+    ~PanelScene() override;
 };

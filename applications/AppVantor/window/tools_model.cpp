@@ -15,10 +15,10 @@ ToolsModel::ToolsModel(const QVector<DTool*>& tools, QObject* parent)
     for (DTool* tool : tools) {
         QQmlEngine::setObjectOwnership(tool, QQmlEngine::CppOwnership);
         if (const DDevice* device = tool->device()) {
-            connect(device, &DDevice::connectedChanged, this, [this, tool] {
+            connect(device, &DDevice::stateChanged, this, [this, tool] {
                 const QModelIndex row = index(m_tools.indexOf(tool));
                 if (row.isValid()) {
-                    Q_EMIT dataChanged(row, row, {ConnectedRole});
+                    Q_EMIT dataChanged(row, row, {StateRole});
                 }
             });
         }
@@ -45,9 +45,10 @@ QVariant ToolsModel::data(const QModelIndex& index, int role) const
     case PluginRole:
         return tool.plugin() != nullptr ? tool.plugin()->pluginName() : QString();
     case ChannelCountRole:
-        return tool.toolConfiguration.value(QStringLiteral("channels")).toList().size();
-    case ConnectedRole:
-        return tool.device() != nullptr && tool.device()->isConnected();
+        return tool.channels().size();
+    case StateRole:
+        return QVariant::fromValue(tool.device() != nullptr ? tool.device()->state() : DDevice::State::Closed)
+            .toString();
     default:
         return QVariant();
     }
@@ -59,7 +60,7 @@ QHash<int, QByteArray> ToolsModel::roleNames() const
             {IdRole, "toolId"},
             {PluginRole, "plugin"},
             {ChannelCountRole, "channelCount"},
-            {ConnectedRole, "connected"}};
+            {StateRole, "state"}};
 }
 
 QObject* ToolsModel::toolAt(int row) const

@@ -19,7 +19,7 @@ public:
         IdRole,
         PluginRole,
         ChannelCountRole,
-        ConnectedRole
+        StateRole ///< of the device: "Closed", "Connecting", "Connected" or "Unreachable"
     };
 
     explicit ToolsModel(const QVector<DTool*>& tools, QObject* parent = nullptr);

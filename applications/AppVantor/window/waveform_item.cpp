@@ -1,6 +1,9 @@
 #include "waveform_item.h"
 
+#include "course.h"
+
 #include <QPainter>
+#include <QQuickWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -8,38 +11,51 @@
 namespace {
 
 constexpr double c_lineWidth = 1.5;
-constexpr double c_margin = 3;
+constexpr double c_margin = 11;
+constexpr double c_areaOpacity = 0.12;
+constexpr int c_gridFields = 5;
 
-/// What happened within one column of pixels, however often the line changed there.
-struct Column
+QColor faded(QColor color, double opacity)
 {
-    double x;
-    double lowest;
-    double highest;
-    double last;
-};
+    color.setAlphaF(color.alphaF() * opacity);
+    return color;
+}
 
-void appendColumn(QPolygonF* course, const Column& column)
+/// Fills a rectangle that begins at a whole pixel; of a pixel that it covers in part it takes that part of
+/// the colour. Much cheaper than what smooths edges anywhere.
+void fill(QPainter* painter, QPoint from, QSizeF size, const QColor& color)
 {
-    const double previous = course->last().y();
-    *course << QPointF(column.x, previous);
-    if (std::min(column.lowest, previous) < std::min(previous, column.last) ||
-        std::max(column.highest, previous) > std::max(previous, column.last)) {
-        *course << QPointF(column.x, column.lowest) << QPointF(column.x, column.highest);
+    const QSize whole(static_cast<int>(size.width()), static_cast<int>(size.height()));
+    const double restX = size.width() - whole.width();
+    const double restY = size.height() - whole.height();
+    painter->fillRect(QRect(from, whole), color);
+    if (restX > 0) {
+        painter->fillRect(from.x() + whole.width(), from.y(), 1, whole.height(), faded(color, restX));
     }
-    *course << QPointF(column.x, column.last);
+    if (restY > 0) {
+        painter->fillRect(from.x(), from.y() + whole.height(), whole.width(), 1, faded(color, restY));
+    }
 }
 
 } // namespace
 
 WaveformItem::WaveformItem(QQuickItem* parent)
     : QQuickPaintedItem(parent)
-{}
+{
+    setOpaquePainting(true);
+}
 
 void WaveformItem::setLines(LinesModel* lines)
 {
     if (lines != m_lines) {
+        if (!m_lines.isNull()) {
+            disconnect(&m_lines->clock(), nullptr, this, nullptr);
+        }
         m_lines = lines;
+        if (lines != nullptr) {
+            connect(&lines->clock(), &DeviceClock::ticked, this, &WaveformItem::follow);
+            lines->clock().want();
+        }
         Q_EMIT sourceChanged();
         update();
     }
@@ -54,25 +70,10 @@ void WaveformItem::setLine(int line)
     }
 }
 
-void WaveformItem::setNow(double now)
-{
-    if (qFuzzyCompare(now, m_now)) {
-        return;
-    }
-    const double earliest = std::min(now, m_now) - m_span;
-    m_now = now;
-    Q_EMIT nowChanged();
-    const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history != nullptr && (history->hasChangedSince(static_cast<qint64>(earliest)) ||
-                               m_lines->clock().startUs() >= static_cast<qint64>(earliest))) {
-        update();
-    }
-}
-
 void WaveformItem::setSpan(double span)
 {
-    if (!qFuzzyCompare(span, m_span)) {
-        m_span = span;
+    if (!qFuzzyCompare(span, m_spanUs)) {
+        m_spanUs = span;
         Q_EMIT spanChanged();
         update();
     }
@@ -87,64 +88,99 @@ void WaveformItem::setColor(const QColor& color)
     }
 }
 
-void WaveformItem::paint(QPainter* painter)
+void WaveformItem::setGridColor(const QColor& color)
 {
-    const QPolygonF line = course();
-    if (line.isEmpty()) {
-        return;
+    if (color != m_gridColor) {
+        m_gridColor = color;
+        Q_EMIT colorChanged();
+        update();
     }
-    QColor area = m_color;
-    area.setAlphaF(0.12);
-    QPolygonF below = line;
-    below << QPointF(line.last().x(), y(0)) << QPointF(line.first().x(), y(0));
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(area);
-    painter->drawPolygon(below);
-    QPen pen(m_color, c_lineWidth);
-    pen.setJoinStyle(Qt::MiterJoin);
-    pen.setCapStyle(Qt::FlatCap);
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawPolyline(line);
 }
 
-QPolygonF WaveformItem::course() const
+/// What was hidden looks at the time again.
+void WaveformItem::itemChange(ItemChange change, const ItemChangeData& value)
+{
+    const auto wake = [this] {
+        if (!m_lines.isNull()) {
+            m_lines->clock().want();
+        }
+    };
+    if (change == ItemSceneChange) {
+        if (window() != nullptr) {
+            disconnect(window(), nullptr, this, nullptr);
+        }
+        if (value.window != nullptr) {
+            connect(value.window, &QWindow::visibilityChanged, this, wake);
+        }
+    } else if (change == ItemVisibleHasChanged && value.boolValue) {
+        wake();
+    }
+    QQuickPaintedItem::itemChange(change, value);
+}
+
+void WaveformItem::follow()
 {
     const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history == nullptr || m_now <= 0) {
-        return QPolygonF();
+    if (history == nullptr || !m_lines->clock().isRunning() || !canBeSeen()) {
+        return;
     }
-    const auto nowUs = static_cast<qint64>(m_now);
-    const qint64 fromUs = std::max(static_cast<qint64>(m_now - m_span), m_lines->clock().startUs());
-    const auto& samples = history->samples();
-    auto sample = std::upper_bound(
-        samples.cbegin(), samples.cend(), fromUs,
-        [](qint64 time, const LineHistory::Sample& candidate) { return time < candidate.timeUs; });
-    QPolygonF course;
-    course << QPointF(x(fromUs), y(history->levelAt(fromUs)));
-    while (sample != samples.cend() && sample->timeUs <= nowUs) {
-        const double edge = std::round(x(sample->timeUs));
-        Column column{edge, y(sample->level), y(sample->level), y(sample->level)};
-        while (++sample != samples.cend() && sample->timeUs <= nowUs &&
-               std::round(x(sample->timeUs)) <= edge) {
-            column.last = y(sample->level);
-            column.lowest = std::min(column.lowest, column.last);
-            column.highest = std::max(column.highest, column.last);
+    const auto nowUs = static_cast<qint64>(m_lines->clock().now());
+    const bool hasMoved = nowUs / m_columnUs != m_lastColumn && history->hasChangedSince(m_fromUs);
+    if (hasMoved || history->changeCount() != m_changes) {
+        update();
+    }
+    if (history->hasChangedSince(nowUs - static_cast<qint64>(m_spanUs))) {
+        m_lines->clock().want(); // it goes on moving
+    }
+}
+
+bool WaveformItem::canBeSeen() const
+{
+    if (!isVisible() || window() == nullptr || window()->visibility() == QWindow::Minimized) {
+        return false;
+    }
+    const QQuickItem* around = this;
+    while ((around = around->parentItem()) != nullptr) {
+        const bool cuts = around->clip() || around == window()->contentItem();
+        if (cuts && !mapRectToItem(around, boundingRect()).intersects(around->boundingRect())) {
+            return false;
         }
-        appendColumn(&course, column);
     }
-    course << QPointF(width(), course.last().y());
-    return course;
+    return true;
 }
 
-double WaveformItem::x(qint64 timeUs) const
+void WaveformItem::paint(QPainter* painter)
 {
-    return width() * (1 - (m_now - static_cast<double>(timeUs)) / m_span);
-}
+    const double scale = painter->deviceTransform().m11(); // in pixels of the picture from here on
+    painter->scale(1 / scale, 1 / scale);
+    const int columns = static_cast<int>(std::ceil(width() * scale));
+    const int rows = static_cast<int>(std::ceil(height() * scale));
+    const int pixel = std::max(1, static_cast<int>(scale));
+    for (int field = 1; field < c_gridFields; ++field) {
+        painter->fillRect(columns * field / c_gridFields, 0, pixel, rows, m_gridColor);
+    }
+    const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
+    if (history == nullptr || columns == 0) {
+        return;
+    }
+    const auto nowUs = static_cast<qint64>(m_lines->clock().now());
+    m_columnUs = std::max<qint64>(1, static_cast<qint64>(m_spanUs) / columns);
+    m_lastColumn = nowUs / m_columnUs;
+    m_fromUs = (m_lastColumn - columns + 1) * m_columnUs;
+    m_changes = history->changeCount();
 
-double WaveformItem::y(int level) const
-{
-    const int highest = std::max(1, m_lines->highestLevel(m_line));
-    return c_margin + (height() - 2 * c_margin) * (1 - static_cast<double>(level) / highest);
+    const double lineWidth = c_lineWidth * scale;
+    const double room = rows - 2 * c_margin * scale - lineWidth;
+    const int highestLevel = std::max(1, m_lines->highestLevel(m_line));
+    const auto rowOf = [&](int level) {
+        return static_cast<int>(std::lround(c_margin * scale + room * (1 - double(level) / highestLevel)));
+    };
+    const int bottom = rowOf(0);
+    for (const CourseStep& step : courseOf(*history, m_fromUs, m_columnUs, nowUs)) {
+        const int top = rowOf(step.levels.highest);
+        const int low = rowOf(step.levels.lowest);
+        painter->fillRect(step.column, low, step.columns, bottom - low, faded(m_color, c_areaOpacity));
+        fill(painter, {step.column, top}, {top == low ? step.columns : lineWidth, low - top + lineWidth},
+             m_color);
+    }
 }

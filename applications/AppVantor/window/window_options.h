@@ -4,6 +4,9 @@
 #include <QSize>
 #include <QString>
 
+#include <cmath>
+#include <optional>
+
 /// How the bench window, or a panel alone, is shown.
 struct WindowOptions
 {
@@ -21,8 +24,16 @@ struct WindowOptions
     Theme theme = Theme::System;
     /// Scale of all sizes, 2 for 200 %; 0 for that of the screen.
     qreal scale = 0;
-    /// How long the board runs before the picture is taken, in milliseconds.
-    int runMs = 0;
+    /// How long the bench runs before the window closes or the picture is taken, in milliseconds; without it
+    /// the window stays until it is closed, and a picture is taken at once.
+    std::optional<int> runMs;
     /// Language of the texts.
     QLocale locale;
+
+    /// The size in units that Qt counts in, where one is ratio pixels.
+    QSize logicalSize(qreal ratio) const
+    {
+        return {static_cast<int>(std::ceil(size.width() / ratio)),
+                static_cast<int>(std::ceil(size.height() / ratio))};
+    }
 };

@@ -9,22 +9,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <ctime>
 #include <poll.h>
 #include <sys/stat.h>
 
 namespace {
 
 constexpr qint64 c_nsPerUs = 1000;
-constexpr qint64 c_nsPerSecond = 1000000000;
-
-qint64 monotonicNs()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return time.tv_sec * c_nsPerSecond + time.tv_nsec;
-}
-
 /// What tells a file from a later one of the same name.
 using FileMark = std::pair<quint64, quint64>;
 
@@ -72,23 +62,36 @@ struct GpioChipDevice::HeldLine
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
-GpioChipDevice::GpioChipDevice(const GpioChipSetup& setup, Scheduler* scheduler, QObject* parent)
-    : LineDevice(QStringLiteral("GPIO lines"), scheduler, parent)
-    , m_setup(setup)
-    , m_clockOffsetUs(scheduler->now() - monotonicNs() / c_nsPerUs)
-    , m_watcher({QStringLiteral("/dev")})
+QVector<DLine> GpioChipDevice::linesOf(const GpioChipSetup& setup)
 {
     QVector<DLine> lines;
     for (const GpioChipSetup::Line& line : setup.lines) {
         const auto direction = line.settings.output ? DLine::Direction::Out : DLine::Direction::In;
-        lines.append({line.name, DLine::Kind::Digital, direction});
+        lines.append({line.name, DLine::Kind::Digital, direction, false});
     }
-    setLines(lines);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &GpioChipDevice::lookForChips);
+    return lines;
+}
+
+GpioChipDevice::GpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler, LineListener* listener)
+    : LineEngine(linesOf(setup), scheduler, listener)
+    , m_setup(setup)
+{}
+
+GpioChipDevice::~GpioChipDevice() = default;
+
+void GpioChipDevice::open()
+{
+    m_watcher = std::make_unique<QFileSystemWatcher>(QStringList{QStringLiteral("/dev")});
+    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, &GpioChipDevice::lookForChips);
     connectLines();
 }
 
-GpioChipDevice::~GpioChipDevice() = default;
+void GpioChipDevice::close()
+{
+    m_watcher.reset();
+    releaseAll();
+    LineEngine::close();
+}
 
 /// Finds the chip that a line asks for among those that are open, or opens it.
 GpioChipDevice::HeldChip* GpioChipDevice::chipFor(const GpioChipSetup::Line& line, QString* problem)
@@ -169,7 +172,7 @@ QString GpioChipDevice::hold(int line)
         connect(held.notifier.get(), &QSocketNotifier::activated, this, &GpioChipDevice::readInputs);
     }
     m_held.push_back(std::move(held));
-    lineChanged(line, level, now());
+    setLevel(line, level, scheduler()->now());
     return QString();
 }
 
@@ -184,8 +187,9 @@ void GpioChipDevice::connectLines()
         return;
     }
     releaseAll();
-    if (isConnected() || !m_chipMissing) { // a chip that is still away has been told already
-        setDisconnected(problem);
+    const bool stillAway = m_chipMissing && state() == DDevice::State::Unreachable;
+    if (!stillAway) { // else its loss has been told already
+        setUnreachable(problem);
     }
 }
 
@@ -214,43 +218,41 @@ void GpioChipDevice::lose(const QString& chip)
     if (!isConnected()) {
         return;
     }
-    for (int line = 0; line < m_setup.lines.size(); ++line) {
-        stopBlinking(line);
-    }
     releaseAll();
-    setDisconnected(GpioMessages::chipGone(chip));
+    setUnreachable(GpioMessages::chipGone(chip));
     connectLines(); // it may be back before its loss was seen
 }
 
 /// The text of a failure. A lost chip is dealt with afterwards: whoever calls still works with its lines.
-QString GpioChipDevice::failed(int line, int error)
+DFailure GpioChipDevice::failed(int line, int error)
 {
     const HeldLine& held = m_held.at(static_cast<std::size_t>(line));
     if (error != ENODEV) {
-        return GpioMessages::lineFailed(held.text, error);
+        return {DFailure::Kind::RefusedByDevice, GpioMessages::lineFailed(held.text, error)};
     }
     const QString chip = held.chip;
     QMetaObject::invokeMethod(
         this, [this, chip] { lose(chip); }, Qt::QueuedConnection);
-    return GpioMessages::chipGone(chip);
+    return {DFailure::Kind::DeviceUnreachable, GpioMessages::chipGone(chip)};
 }
 
-QString GpioChipDevice::drive(int line, int level)
+DFailure GpioChipDevice::drive(int line, int level)
 {
-    if (!isConnected()) {
-        return connectionProblem();
-    }
-    const qint64 timeUs = now();
+    const qint64 timeUs = scheduler()->now();
     const int error = m_held.at(static_cast<std::size_t>(line)).output->setLevel(level);
     if (error != 0) {
         return failed(line, error);
     }
-    lineChanged(line, level, timeUs);
-    return QString();
+    setLevel(line, level, timeUs);
+    return DFailure();
 }
 
-void GpioChipDevice::handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments)
+void GpioChipDevice::request(quint64 id, const QString& instruction, const QVariantMap& arguments)
 {
+    if (!isConnected()) {
+        LineEngine::request(id, instruction, arguments);
+        return;
+    }
     const int line = lineNamed(arguments.value(QStringLiteral("channel")).toString());
     const bool isInput = line >= 0 && !m_setup.lines.at(line).settings.output;
     readInputs(); // what has happened before the request is told before its answer
@@ -258,9 +260,9 @@ void GpioChipDevice::handleRequest(quint64 id, const QString& instruction, const
         readInput(id, line);
     } else if (isInput &&
                (instruction == QLatin1String("setValues") || instruction == QLatin1String("setBlink"))) {
-        fail(id, GpioMessages::lineIsInput(m_held.at(static_cast<std::size_t>(line)).text));
+        refuse(id, GpioMessages::lineIsInput(m_held.at(static_cast<std::size_t>(line)).text));
     } else {
-        LineDevice::handleRequest(id, instruction, arguments);
+        LineEngine::request(id, instruction, arguments);
     }
 }
 
@@ -269,9 +271,9 @@ void GpioChipDevice::readInput(quint64 id, int line)
 {
     const int level = m_held.at(static_cast<std::size_t>(line)).input->level();
     if (level < 0) {
-        fail(id, failed(line, errno));
+        listener().requestRefused(id, failed(line, errno));
     } else {
-        reply(id, {{QStringLiteral("value"), level}});
+        listener().requestAnswered(id, {{QStringLiteral("value"), level}}, scheduler()->now());
     }
 }
 
@@ -291,11 +293,11 @@ void GpioChipDevice::readInputs()
         quint32 lost = 0;
         const int error = held.input->readEdges(&edges, &lost);
         if (lost > 0) {
-            qWarning("%s", qUtf8Printable(GpioMessages::edgesLost(held.text, lost)));
+            listener().failureTold(GpioMessages::edgesLost(held.text, lost));
         }
         if (error != 0) {
             held.notifier->setEnabled(false); // or it would call again and again
-            qWarning("%s", qUtf8Printable(failed(line, error)));
+            setUnreadable(line, failed(line, error));
         }
         for (const GpioEdge& edge : qAsConst(edges)) {
             changes.push_back({line, edge});
@@ -305,7 +307,8 @@ void GpioChipDevice::readInputs()
         return first.edge.timeNs < second.edge.timeNs;
     });
     for (const Change& change : changes) {
-        lineChanged(change.line, change.edge.level, change.edge.timeNs / c_nsPerUs + m_clockOffsetUs);
+        setLevel(change.line, change.edge.level,
+                 change.edge.timeNs / c_nsPerUs); // the kernel's clock is ours
     }
 }
 
@@ -325,4 +328,13 @@ std::vector<int> GpioChipDevice::readyInputs() const
         }
     }
     return ready;
+}
+
+std::unique_ptr<LineDevice> makeGpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler,
+                                               DevicePlace place)
+{
+    return std::make_unique<LineDevice>(QStringLiteral("GPIO lines"), GpioChipDevice::linesOf(setup),
+                                        scheduler, place, [setup](DScheduler* clock, LineListener* listener) {
+                                            return std::make_unique<GpioChipDevice>(setup, clock, listener);
+                                        });
 }

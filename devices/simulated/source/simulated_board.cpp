@@ -5,78 +5,86 @@
 using Wire = SimulatedBoardSetup::Wire;
 using Fault = SimulatedBoardSetup::Fault;
 
-namespace {
-
-const QString& unplugged()
-{
-    static const QString reason = QStringLiteral("the simulated board is unplugged");
-    return reason;
-}
-
-} // namespace
-
-SimulatedBoard::SimulatedBoard(const SimulatedBoardSetup& setup, Scheduler* scheduler, QObject* parent)
-    : LineDevice(QStringLiteral("Simulated board"), scheduler, parent)
-    , m_setup(setup)
-    , m_wiresFrom(static_cast<std::size_t>(setup.lines.size()))
+QVector<DLine> SimulatedBoard::linesOf(const SimulatedBoardSetup& setup)
 {
     QVector<DLine> lines;
     for (const SimulatedBoardSetup::Line& line : setup.lines) {
         lines.append(line.line);
+        lines.last().settable = line.line.direction == DLine::Direction::In && !line.waveform;
     }
-    setLines(lines);
-    for (int line = 0; line < lines.size(); ++line) {
-        setLevel(line, setup.lines.at(line).level);
+    for (const Wire& wire : setup.wires) {
+        lines[wire.to].settable = false;
+    }
+    return lines;
+}
+
+SimulatedBoard::SimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler,
+                               LineListener* listener)
+    : LineEngine(linesOf(setup), scheduler, listener)
+    , m_setup(setup)
+    , m_startUs(scheduler->now())
+    , m_pluggedIn(setup.connected)
+    , m_wiresFrom(static_cast<std::size_t>(setup.lines.size()))
+{
+    for (int line = 0; line < lines().size(); ++line) {
+        const int level = setup.lines.at(line).level;
+        setLevel(line, std::clamp(level, 0, lines().at(line).highestLevel()), m_startUs);
     }
     for (const Wire& wire : setup.wires) {
         m_wiresFrom.at(static_cast<std::size_t>(wire.from)).push_back(wire);
     }
     settleWires();
-    for (int line = 0; line < lines.size(); ++line) {
+    for (int line = 0; line < lines().size(); ++line) {
         if (setup.lines.at(line).waveform) {
             sample(line);
         }
     }
-    setPluggedIn(setup.connected);
 }
 
 SimulatedBoard::~SimulatedBoard()
 {
-    for (const Scheduler::Appointment& appointment : m_appointments) {
+    for (const DScheduler::Appointment& appointment : m_appointments) {
         scheduler()->cancel(appointment);
     }
 }
 
-bool SimulatedBoard::hasSettableInputs() const
+void SimulatedBoard::open()
 {
-    return true;
-}
-
-void SimulatedBoard::setInput(int line, int level)
-{
-    const QVector<DLine> all = lines();
-    if (line >= 0 && line < all.size() && all.at(line).direction == DLine::Direction::In) {
-        setLevel(line, level);
+    if (m_pluggedIn) {
+        setConnected();
+    } else {
+        setUnreachable(QStringLiteral("the simulated board is unplugged"));
     }
 }
 
 void SimulatedBoard::setPluggedIn(bool pluggedIn)
 {
-    if (pluggedIn) {
-        setConnected();
-    } else {
-        setDisconnected(unplugged());
+    if (pluggedIn == m_pluggedIn) {
+        return;
+    }
+    m_pluggedIn = pluggedIn;
+    if (state() != DDevice::State::Closed) {
+        open();
     }
 }
 
-QString SimulatedBoard::drive(int line, int level)
+void SimulatedBoard::setInput(int line, int level)
 {
-    setLevel(line, level);
-    return QString();
+    carryOut(line, level);
 }
 
-void SimulatedBoard::handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments)
+DFailure SimulatedBoard::drive(int line, int level)
 {
+    carryOut(line, level);
+    return DFailure();
+}
+
+void SimulatedBoard::request(quint64 id, const QString& instruction, const QVariantMap& arguments)
+{
+    if (m_setup.faults.isEmpty() || !isConnected()) {
+        LineEngine::request(id, instruction, arguments);
+        return;
+    }
     const QString channel = arguments.value(QStringLiteral("channel")).toString();
     const auto fault =
         std::find_if(m_setup.faults.cbegin(), m_setup.faults.cend(), [&](const Fault& candidate) {
@@ -84,31 +92,32 @@ void SimulatedBoard::handleRequest(quint64 id, const QString& instruction, const
                    (candidate.instruction.isEmpty() || candidate.instruction == instruction);
         });
     if (fault == m_setup.faults.cend()) {
-        LineDevice::handleRequest(id, instruction, arguments);
+        LineEngine::request(id, instruction, arguments);
         return;
     }
     switch (fault->kind) {
     case Fault::Kind::Silent:
+    case Fault::Kind::Count:
         break;
     case Fault::Kind::Late:
         m_lateRequests.insert(id, later(fault->delayUs, [this, id, instruction, arguments] {
                                   m_lateRequests.remove(id);
-                                  LineDevice::handleRequest(id, instruction, arguments);
+                                  LineEngine::request(id, instruction, arguments);
                               }));
         break;
     case Fault::Kind::Wrong:
-        reply(id, {{QStringLiteral("garbled"), true}});
+        listener().requestAnswered(id, {{QStringLiteral("garbled"), true}}, scheduler()->now());
         break;
     case Fault::Kind::Refused:
-        fail(id,
-             channel.isEmpty()
-                 ? QStringLiteral("the board refuses \"%1\"").arg(instruction)
-                 : QStringLiteral("the board refuses \"%1\" of channel \"%2\"").arg(instruction, channel));
+        refuse(id,
+               channel.isEmpty()
+                   ? QStringLiteral("the board refuses \"%1\"").arg(instruction)
+                   : QStringLiteral("the board refuses \"%1\" of channel \"%2\"").arg(instruction, channel));
         break;
     }
 }
 
-void SimulatedBoard::handleCancel(quint64 id)
+void SimulatedBoard::cancel(quint64 id)
 {
     const auto late = m_lateRequests.constFind(id);
     if (late != m_lateRequests.constEnd()) {
@@ -116,19 +125,37 @@ void SimulatedBoard::handleCancel(quint64 id)
         m_appointments.erase(*late);
         m_lateRequests.erase(late);
     }
-    LineDevice::handleCancel(id);
+    LineEngine::cancel(id);
 }
 
-/// Cut to what the line can have.
-void SimulatedBoard::setLevel(int line, int wanted)
+/// Gives a line a level, cut to what it can have, and follows the wires from there, each to its end before
+/// the next: a chain may be as long as the board has lines.
+void SimulatedBoard::carryOut(int line, int wanted)
 {
-    const int level = std::clamp(wanted, 0, highestLevel(m_setup.lines.at(line).line));
-    if (level == this->level(line)) {
-        return;
-    }
-    lineChanged(line, level, scheduler()->now());
-    for (const Wire& wire : m_wiresFrom.at(static_cast<std::size_t>(line))) {
-        carry(wire);
+    struct Step
+    {
+        int line;
+        int wanted;
+    };
+    std::vector<Step> steps = {{line, wanted}};
+    const qint64 timeUs = scheduler()->now();
+    while (!steps.empty()) {
+        const Step step = steps.back();
+        steps.pop_back();
+        const int level = std::clamp(step.wanted, 0, lines().at(step.line).highestLevel());
+        if (level == this->level(step.line)) {
+            continue;
+        }
+        setLevel(step.line, level, timeUs);
+        const std::vector<Wire>& wires = m_wiresFrom.at(static_cast<std::size_t>(step.line));
+        for (auto wire = wires.crbegin(); wire != wires.crend(); ++wire) {
+            const Step next = {wire->to, carriedLevel(*wire)};
+            if (wire->delayUs == 0) {
+                steps.push_back(next);
+            } else {
+                later(wire->delayUs, [this, next] { carryOut(next.line, next.wanted); });
+            }
+        }
     }
 }
 
@@ -138,7 +165,7 @@ void SimulatedBoard::settleWires()
 {
     const int count = lines().size();
     std::vector<bool> fed(static_cast<std::size_t>(count), false);
-    for (const Wire& wire : qAsConst(m_setup.wires)) {
+    for (const Wire& wire : m_setup.wires) {
         fed.at(static_cast<std::size_t>(wire.to)) = true;
     }
     std::vector<int> settled;
@@ -151,7 +178,7 @@ void SimulatedBoard::settleWires()
         const int line = settled.back();
         settled.pop_back();
         for (const Wire& wire : m_wiresFrom.at(static_cast<std::size_t>(line))) {
-            lineChanged(wire.to, carriedLevel(wire), scheduler()->now());
+            setLevel(wire.to, carriedLevel(wire), m_startUs);
             settled.push_back(wire.to);
         }
     }
@@ -160,8 +187,8 @@ void SimulatedBoard::settleWires()
 /// A wire between lines of two kinds carries the lower half of the analogue levels as 0.
 int SimulatedBoard::carriedLevel(const Wire& wire) const
 {
-    const int highestFrom = highestLevel(m_setup.lines.at(wire.from).line);
-    const int highestTo = highestLevel(m_setup.lines.at(wire.to).line);
+    const int highestFrom = lines().at(wire.from).highestLevel();
+    const int highestTo = lines().at(wire.to).highestLevel();
     const int level = wire.inverted ? highestFrom - this->level(wire.from) : this->level(wire.from);
     if (highestFrom == highestTo) {
         return level;
@@ -169,33 +196,22 @@ int SimulatedBoard::carriedLevel(const Wire& wire) const
     return level > highestFrom / 2 ? highestTo : 0;
 }
 
-void SimulatedBoard::carry(const Wire& wire)
-{
-    const int level = carriedLevel(wire);
-    const int line = wire.to;
-    if (wire.delayUs == 0) {
-        setLevel(line, level);
-    } else {
-        later(wire.delayUs, [this, line, level] { setLevel(line, level); });
-    }
-}
-
-/// Samples fall on multiples of the interval, so that late calls do not add up.
+/// Samples fall on multiples of the interval since the start, so that late calls do not add up.
 void SimulatedBoard::sample(int line)
 {
     const Waveform& waveform = *m_setup.lines.at(line).waveform;
-    const qint64 now = scheduler()->now();
-    const qint64 sampleUs = now - now % waveform.intervalUs;
-    setLevel(line, waveform.level(sampleUs));
+    const qint64 elapsedUs = scheduler()->now() - m_startUs;
+    const qint64 sampleUs = elapsedUs - elapsedUs % waveform.intervalUs;
+    carryOut(line, waveform.level(sampleUs));
     if (waveform.shape != Waveform::Shape::Constant) {
-        later(sampleUs + waveform.intervalUs - now, [this, line] { sample(line); });
+        later(sampleUs + waveform.intervalUs - elapsedUs, [this, line] { sample(line); });
     }
 }
 
-Scheduler::Appointment SimulatedBoard::later(qint64 delayUs, Scheduler::Action action)
+DScheduler::Appointment SimulatedBoard::later(qint64 delayUs, DScheduler::Action action)
 {
     // The board cancels what is still open when it goes.
-    auto appointment = std::make_shared<Scheduler::Appointment>();
+    auto appointment = std::make_shared<DScheduler::Appointment>();
     *appointment =
         scheduler()->at(scheduler()->now() + delayUs, [this, appointment, run = std::move(action)] {
             m_appointments.erase(*appointment);
@@ -203,4 +219,13 @@ Scheduler::Appointment SimulatedBoard::later(qint64 delayUs, Scheduler::Action a
         });
     m_appointments.insert(*appointment);
     return *appointment;
+}
+
+std::unique_ptr<LineDevice> makeSimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler,
+                                               DevicePlace place)
+{
+    return std::make_unique<LineDevice>(QStringLiteral("Simulated board"), SimulatedBoard::linesOf(setup),
+                                        scheduler, place, [setup](DScheduler* clock, LineListener* listener) {
+                                            return std::make_unique<SimulatedBoard>(setup, clock, listener);
+                                        });
 }

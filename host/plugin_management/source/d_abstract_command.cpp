@@ -3,15 +3,33 @@
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
 
+#include <QVarLengthArray>
+
+#include <algorithm>
+
 struct DAbstractCommand::Private
 {
     DCommandDescription declaration;
     QVariantMap arguments;
     DOrder* order = nullptr;
     bool finished = false;
+    struct Instruction
+    {
+        quint64 id;
+        ReplyDelegate onReply;
+    };
+    using Instructions = QVarLengthArray<Instruction, 1>;
+    Instructions instructions; ///< those that are not over
 
+    Instructions::iterator instruction(quint64 id);
     const DTool* tool() const;
 };
+
+DAbstractCommand::Private::Instructions::iterator DAbstractCommand::Private::instruction(quint64 id)
+{
+    return std::find_if(instructions.begin(), instructions.end(),
+                        [id](const Instruction& pending) { return pending.id == id; });
+}
 
 DAbstractCommand::DAbstractCommand(const QString& name, const QVariantMap& parameters, QObject* parent)
     : DAbstractCommand(name, QString(), parameters, parent)
@@ -32,6 +50,9 @@ DAbstractCommand::~DAbstractCommand() = default;
 void DAbstractCommand::linkWithItsOrder(QObject* order)
 {
     d->order = qobject_cast<DOrder*>(order);
+    if (d->order == nullptr) {
+        d->instructions.clear();
+    }
 }
 
 QString DAbstractCommand::commandName() const
@@ -72,7 +93,7 @@ QString DAbstractCommand::description() const
 QString DAbstractCommand::fullDescription() const
 {
     QString text = d->declaration.description;
-    const auto list = [&text](const QString& title, const std::vector<DDeclaration>& declarations) {
+    const auto list = [&text](const QString& title, const DDeclarations& declarations) {
         for (const DDeclaration& declared : declarations) {
             text += QStringLiteral("\n%1 %2 (%3): %4")
                         .arg(title, declared.name, declared.typeTag, declared.description);
@@ -95,7 +116,12 @@ bool DAbstractCommand::commandExecute()
 
 bool DAbstractCommand::setReply(quint64 instructionId, const QVariantMap& reply)
 {
-    return d->order != nullptr && d->order->callDelegate(instructionId, reply);
+    const auto pending = d->instruction(instructionId);
+    if (pending == d->instructions.end()) {
+        return false;
+    }
+    const ReplyDelegate onReply = pending->onReply; // a reply may end its instruction
+    return onReply.empty() || onReply(instructionId, reply);
 }
 
 void DAbstractCommand::finishTheCommand(bool& ok)
@@ -106,8 +132,20 @@ void DAbstractCommand::finishTheCommand(bool& ok)
 quint64 DAbstractCommand::addInstruction(const QString& target, const QString& instruction,
                                          const QVariantMap& arguments, int timeoutMs, ReplyDelegate onReply)
 {
-    return d->order != nullptr ? d->order->addInstruction(target, instruction, arguments, timeoutMs, onReply)
-                               : 0;
+    const quint64 id =
+        d->order != nullptr ? d->order->addInstruction(target, instruction, arguments, timeoutMs) : 0;
+    if (id != 0) {
+        d->instructions.append({id, onReply});
+    }
+    return id;
+}
+
+void DAbstractCommand::forgetInstruction(quint64 instructionId)
+{
+    const auto pending = d->instruction(instructionId);
+    if (pending != d->instructions.end()) {
+        d->instructions.erase(pending);
+    }
 }
 
 const DCommandDescription& DAbstractCommand::declaration() const
@@ -141,7 +179,7 @@ QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant
     if (fallback.isValid()) {
         return fallback;
     }
-    const std::vector<DDeclaration>& parameters = d->declaration.parameters;
+    const DDeclarations& parameters = d->declaration.parameters;
     for (const DDeclaration& parameter : parameters) {
         if (parameter.name == name) {
             return parameter.defaultValue;

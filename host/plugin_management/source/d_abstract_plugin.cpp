@@ -185,7 +185,7 @@ QStringList DAbstractPlugin::commandNames() const
 DAbstractCommand* DAbstractPlugin::command(const QString& name) const
 {
     for (const QPointer<DAbstractCommand>& prototype : qAsConst(d->commands)) {
-        if (!prototype.isNull() && prototype->commandName() == name) {
+        if (!prototype.isNull() && prototype->declaration().name == name) {
             return prototype;
         }
     }

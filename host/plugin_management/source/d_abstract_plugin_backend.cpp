@@ -1,22 +1,24 @@
 #include <plugin_management/d_abstract_plugin_backend.h>
 
+#include "d_refusal_gate.h"
 #include "d_treatment_queue.h"
 
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_tool_registry.h>
 
-#include <QPointer>
-
 #include <algorithm>
+#include <optional>
 
 struct DAbstractPluginBackend::Private
 {
     QString name;
     QString objectId;
-    bool initialized = false;
+    /// That of the first bound tool: what the page shows was made from it.
+    std::optional<QVariantMap> configuration;
     bool connected = false;
     int queueLimit = c_leastQueueLimit;
     DTreatmentQueue* treatments = nullptr;
+    DRefusalGate* gate = nullptr;
 
     static constexpr int c_leastQueueLimit = 256;
 };
@@ -26,6 +28,7 @@ DAbstractPluginBackend::DAbstractPluginBackend(const QString& pluginLib, QObject
     , d(std::make_unique<Private>())
 {
     d->treatments = new DTreatmentQueue(this);
+    d->gate = new DRefusalGate(this, d->treatments);
     // The calls are virtual: a treatment always reaches the subclass.
     connect(d->treatments, &DTreatmentQueue::replied, this,
             [this](int id, const QString& name, const QVariantMap& reply) {
@@ -55,11 +58,15 @@ void DAbstractPluginBackend::treatmentReleased(int id, const QString& name, bool
 
 bool DAbstractPluginBackend::queueTreatment(int id, const QString& name, const QVariantMap& parameters)
 {
-    if (d->treatments->size() >= d->queueLimit) {
-        return false;
+    if (d->treatments->append(id, name, parameters, d->queueLimit)) {
+        return true;
     }
-    d->treatments->append(id, name, parameters);
-    return true;
+    if (!d->gate->refuse()) { // no more can be held back
+        QMetaObject::invokeMethod(
+            this, [this, id, name] { treatmentReleased(id, name, false); }, Qt::QueuedConnection);
+        return true;
+    }
+    return false;
 }
 
 bool DAbstractPluginBackend::hasPendingTreatments() const
@@ -103,36 +110,35 @@ void DAbstractPluginBackend::initialize()
     DToolRegistry& registry = DToolRegistry::instance();
     connect(&registry, &DToolRegistry::toolAdded, this, [this] {
         if (boundToolObject == nullptr) {
-            bind(DToolRegistry::instance().find(d->name, d->objectId));
+            bind();
         }
     });
     connect(&registry, &DToolRegistry::toolRemoved, this, &DAbstractPluginBackend::release);
-    DTool* tool = registry.find(d->name, d->objectId);
-    if (tool != nullptr) {
-        bind(tool);
-    } else {
+    if (!bind()) {
         Q_EMIT abstractBackendInitialized();
     }
 }
 
-void DAbstractPluginBackend::bind(DTool* tool)
+/// Answers whether there is a tool.
+bool DAbstractPluginBackend::bind()
 {
+    DTool* tool = DToolRegistry::instance().find(d->name, d->objectId, d->configuration);
     if (tool == nullptr) {
-        return;
+        return false;
     }
     boundToolObject = tool;
-    const int channels = tool->toolConfiguration.value(QStringLiteral("channels")).toList().size();
-    d->queueLimit = std::max(Private::c_leastQueueLimit, channels);
+    d->queueLimit = std::max(Private::c_leastQueueLimit, tool->channels().size());
     d->treatments->setTool(tool);
     if (const DDevice* device = tool->device()) {
-        connect(device, &DDevice::connectedChanged, this, &DAbstractPluginBackend::refreshConnected);
+        connect(device, &DDevice::stateChanged, this, &DAbstractPluginBackend::refreshConnected);
         connect(device, &QObject::destroyed, this, &DAbstractPluginBackend::refreshConnected);
     }
     refreshConnected();
-    if (!d->initialized) {
-        d->initialized = true;
+    if (!d->configuration) {
+        d->configuration = tool->toolConfiguration;
         Q_EMIT abstractBackendInitialized();
     }
+    return true;
 }
 
 void DAbstractPluginBackend::release(DTool* tool)
@@ -145,7 +151,7 @@ void DAbstractPluginBackend::release(DTool* tool)
     }
     boundToolObject = nullptr;
     d->treatments->setTool(nullptr);
-    bind(DToolRegistry::instance().find(d->name, d->objectId));
+    bind();
     refreshConnected();
 }
 

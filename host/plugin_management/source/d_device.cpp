@@ -1,26 +1,28 @@
 #include <plugin_management/d_device.h>
 
-#include <QBasicTimer>
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QEvent>
-#include <QHash>
-#include <QPointer>
-#include <QTimerEvent>
+#include <plugin_management/d_scheduler.h>
 
-#include <algorithm>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPointer>
+
 #include <deque>
+#include <functional>
 #include <map>
+#include <queue>
 #include <utility>
+#include <vector>
 
 namespace {
+
+constexpr qint64 c_usPerMs = 1000;
 
 struct Answer
 {
     quint64 id;
-    bool failed;
     QVariantMap reply;
-    QString reason;
+    qint64 timeUs;
+    DFailure failure;
 };
 
 QEvent::Type deliveryEvent()
@@ -33,74 +35,74 @@ QEvent::Type deliveryEvent()
 
 struct DDevice::Private
 {
-    using Deadlines = std::multimap<qint64, quint64>;
-
     struct Request
     {
         DDeviceClient* client;
         QString instruction;
-        QString channel;
+        QVariantMap arguments;
         int timeoutMs;
-        bool handling;
-        Deadlines::iterator deadline;
+        bool recurring;
+        bool handling;     ///< the device works on it, and must hear when it is over
+        qint64 deadlineUs; ///< 0 when it has none
     };
+    using Deadline = std::pair<qint64, quint64>;
+    using Deadlines = std::priority_queue<Deadline, std::vector<Deadline>, std::greater<>>;
+    using Requests = std::map<quint64, Request>;
 
-    QHash<quint64, Request> requests;
+    explicit Private(DScheduler* clock)
+        : scheduler(clock)
+    {}
+
+    DScheduler* const scheduler;
+    Requests requests; ///< by their identifiers: in the order of their sending
     std::deque<Answer> answers;
     /// Number of answers that were taken from the queue so far.
     quint64 delivered = 0;
+    /// Time limits with their requests, the earliest on top. Those of requests that are over go when their
+    /// time comes, or when they are most of all.
     Deadlines deadlines;
-    QBasicTimer deadlineTimer;
-    /// When the timer fires, while it is active.
-    qint64 timerDue = 0;
-    QElapsedTimer clock;
+    /// When the time limits are looked at; none when no limit is set.
+    DScheduler::Appointment expiry;
     bool deliveryPosted = false;
-    bool connected = true;
-    QString connectionProblem;
+    State state = State::Closed;
+    QString problem;
 
-    QList<quint64> pending() const;
-    void clearDeadline(Request& request);
-    Request take(quint64 id);
-    void armDeadlineTimer(DDevice* device);
+    DFailure unreachable() const { return {DFailure::Kind::DeviceUnreachable, problem}; }
+    void setDeadline(DDevice* device, quint64 id, qint64 timeUs);
+    void arm(DDevice* device);
     void queue(DDevice* device, Answer answer);
     void postDelivery(DDevice* device);
+    void failAll(DDevice* device, const DFailure& failure);
 };
 
-/// The requests that are not over, in the order of their identifiers, which is that of their sending.
-QList<quint64> DDevice::Private::pending() const
+void DDevice::Private::setDeadline(DDevice* device, quint64 id, qint64 timeUs)
 {
-    QList<quint64> ids = requests.keys();
-    std::sort(ids.begin(), ids.end());
-    return ids;
-}
-
-void DDevice::Private::clearDeadline(Request& request)
-{
-    if (request.deadline != deadlines.end()) {
-        deadlines.erase(request.deadline);
-        request.deadline = deadlines.end();
+    constexpr std::size_t fewest = 64;
+    if (deadlines.size() > fewest + 2 * requests.size()) {
+        std::vector<Deadline> pending;
+        for (const auto& [requestId, request] : requests) {
+            if (request.deadlineUs != 0) {
+                pending.emplace_back(request.deadlineUs, requestId);
+            }
+        }
+        deadlines = Deadlines(std::greater<>(), std::move(pending));
     }
+    deadlines.emplace(timeUs, id);
+    arm(device);
 }
 
-DDevice::Private::Request DDevice::Private::take(quint64 id)
-{
-    Request request = requests.take(id);
-    clearDeadline(request);
-    return request;
-}
-
-/// The timer fires at the earliest deadline or before; when it finds nothing due it only arms the next.
-void DDevice::Private::armDeadlineTimer(DDevice* device)
+/// The appointment is at the earliest limit or before; when it finds nothing due it only makes the next.
+void DDevice::Private::arm(DDevice* device)
 {
     if (deadlines.empty()) {
         return;
     }
-    const qint64 due = deadlines.begin()->first;
-    if (!deadlineTimer.isActive() || due < timerDue) {
-        timerDue = due;
-        const qint64 wait = due - clock.elapsed();
-        deadlineTimer.start(static_cast<int>(std::max<qint64>(wait, 0)), Qt::PreciseTimer, device);
+    const qint64 due = deadlines.top().first;
+    if (expiry != DScheduler::Appointment() && expiry.first <= due) {
+        return;
     }
+    scheduler->cancel(expiry);
+    expiry = scheduler->at(due, [device] { device->expire(); });
 }
 
 void DDevice::Private::queue(DDevice* device, Answer answer)
@@ -117,113 +119,151 @@ void DDevice::Private::postDelivery(DDevice* device)
     }
 }
 
-DDevice::DDevice(const QString& name, QObject* parent)
-    : DObject(name, parent)
-    , d(std::make_unique<Private>())
+/// Each request is cancelled at most once; one that is ended where another is cancelled is passed over.
+void DDevice::Private::failAll(DDevice* device, const DFailure& failure)
 {
-    d->clock.start();
+    for (auto next = requests.begin(); next != requests.end();) {
+        const quint64 id = next->first;
+        if (std::exchange(next->second.handling, false)) {
+            device->handleCancel(id);
+        }
+        if (requests.count(id) > 0) {
+            device->fail(id, failure);
+        }
+        next = requests.upper_bound(id);
+    }
 }
+
+DDevice::DDevice(const QString& name, DScheduler* scheduler, QObject* parent)
+    : DObject(name, parent)
+    , d(std::make_unique<Private>(scheduler))
+{}
 
 DDevice::~DDevice()
 {
-    d->connected = false;
-    d->connectionProblem = QStringLiteral("the device is gone");
+    d->state = State::Closed;
     d->answers.clear(); // a client that hears of the end may run an event loop
-    for (Private::Request& request : d->requests) {
-        request.handling = false; // who would have handled a cancellation is gone already
+    for (auto& [id, request] : d->requests) {
+        Q_UNUSED(id)
+        request.handling = false; // nobody is left to hear of the end
     }
-    while (!d->requests.isEmpty()) {
-        const auto pending = d->pending();
-        for (const quint64 id : pending) {
-            if (d->requests.contains(id)) {
-                d->take(id).client->requestFailed(id, d->connectionProblem);
-            }
-        }
+    const DFailure gone = {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is gone")};
+    while (!d->requests.empty()) {
+        const auto request = d->requests.begin();
+        const quint64 id = request->first;
+        DDeviceClient* client = request->second.client;
+        d->requests.erase(request);
+        client->requestFailed(id, gone);
     }
+    d->scheduler->cancel(d->expiry);
 }
 
-bool DDevice::isRecurring(const QString& instruction)
+DScheduler* DDevice::scheduler() const
 {
-    return instruction == QLatin1String("listenEvents") || instruction == QLatin1String("listenToAll");
+    return d->scheduler;
 }
 
-bool DDevice::isConnected() const
+bool DDevice::isRecurring(const QString& instruction) const
 {
-    return d->connected;
+    Q_UNUSED(instruction)
+    return false;
+}
+
+QString DDevice::describe(const QString& instruction, const QVariantMap& arguments) const
+{
+    Q_UNUSED(arguments)
+    return QLatin1Char('"') + instruction + QLatin1Char('"');
+}
+
+DDevice::State DDevice::state() const
+{
+    return d->state;
 }
 
 QString DDevice::connectionProblem() const
 {
-    return d->connectionProblem;
+    return d->problem;
+}
+
+void DDevice::open()
+{
+    if (d->state == State::Closed) {
+        setState(State::Connecting);
+        handleOpen();
+    }
+}
+
+void DDevice::close()
+{
+    if (d->state != State::Closed) {
+        d->failAll(this, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device was closed")});
+        const QPointer<DDevice> self(this); // what is told of the end may destroy the device
+        handleClose();
+        if (!self.isNull()) {
+            setState(State::Closed);
+        }
+    }
 }
 
 void DDevice::send(quint64 id, const QString& instruction, const QVariantMap& arguments, int timeoutMs,
                    DDeviceClient* client)
 {
-    auto deadline = d->deadlines.end();
-    if (timeoutMs > 0) {
-        deadline = d->deadlines.emplace(d->clock.elapsed() + timeoutMs, id);
-        d->armDeadlineTimer(this);
+    const qint64 deadlineUs = timeoutMs > 0 ? d->scheduler->now() + timeoutMs * c_usPerMs : 0;
+    if (deadlineUs != 0) {
+        d->setDeadline(this, id, deadlineUs);
     }
-    d->requests.insert(id, {client, instruction, arguments.value(QStringLiteral("channel")).toString(),
-                            timeoutMs, d->connected, deadline});
-    if (d->connected) {
+    const bool reachable = d->state == State::Connected || d->state == State::Connecting;
+    d->requests.emplace_hint(d->requests.end(), id,
+                             Private::Request{client, instruction, arguments, timeoutMs,
+                                              isRecurring(instruction), reachable, deadlineUs});
+    if (reachable) {
         handleRequest(id, instruction, arguments);
+    } else if (d->state == State::Unreachable) {
+        fail(id, d->unreachable());
     } else {
-        fail(id, d->connectionProblem);
+        fail(id, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is closed")});
     }
 }
 
 void DDevice::cancel(quint64 id)
 {
-    if (d->requests.contains(id) && d->take(id).handling) {
-        handleCancel(id);
+    const auto request = d->requests.find(id);
+    if (request != d->requests.end()) {
+        const bool handling = request->second.handling;
+        d->requests.erase(request);
+        if (handling) {
+            handleCancel(id);
+        }
     }
 }
 
 int DDevice::pendingRequests() const
 {
-    return d->requests.size();
+    return static_cast<int>(d->requests.size());
 }
 
-void DDevice::reply(quint64 id, const QVariantMap& reply)
+void DDevice::reply(quint64 id, const QVariantMap& reply, qint64 timeUs)
 {
-    d->queue(this, {id, false, reply, QString()});
+    d->queue(this, {id, reply, timeUs, DFailure()});
 }
 
-void DDevice::fail(quint64 id, const QString& reason)
+void DDevice::fail(quint64 id, const DFailure& failure)
 {
-    d->queue(this, {id, true, QVariantMap(), reason});
+    d->queue(this, {id, QVariantMap(), 0, failure});
 }
 
-void DDevice::setConnected()
+void DDevice::setState(State state, const QString& problem)
 {
-    if (!d->connected) {
-        d->connected = true;
-        d->connectionProblem.clear();
-        Q_EMIT connectedChanged(true);
-    }
-}
-
-void DDevice::setDisconnected(const QString& reason)
-{
-    d->connectionProblem = reason;
-    if (!d->connected) {
+    if (state == d->state && problem == d->problem) {
         return;
     }
-    d->connected = false;
-    const auto pending = d->pending();
-    for (const quint64 id : pending) {
-        const auto request = d->requests.find(id);
-        if (request == d->requests.end()) {
-            continue; // it was ended where another was cancelled
-        }
-        if (std::exchange(request->handling, false)) {
-            handleCancel(id);
-        }
-        fail(id, reason);
+    const bool lost = state == State::Unreachable && d->state != State::Unreachable;
+    d->state = state;
+    d->problem = problem;
+    if (lost) {
+        d->failAll(this, d->unreachable());
     }
-    Q_EMIT connectedChanged(false);
+    Q_EMIT stateChanged();
 }
 
 bool DDevice::event(QEvent* event)
@@ -247,50 +287,53 @@ bool DDevice::event(QEvent* event)
         if (request == d->requests.end()) {
             continue;
         }
-        DDeviceClient* client = request->client;
-        if (answer.failed || !isRecurring(request->instruction)) {
-            d->take(answer.id);
+        DDeviceClient* client = request->second.client;
+        if (answer.failure || !request->second.recurring) {
+            d->requests.erase(request);
         } else {
-            d->clearDeadline(*request);
+            request->second.deadlineUs = 0;
         }
-        if (answer.failed) {
-            client->requestFailed(answer.id, answer.reason);
+        if (answer.failure) {
+            client->requestFailed(answer.id, answer.failure);
         } else {
-            client->requestReplied(answer.id, answer.reply);
+            client->requestReplied(answer.id, answer.reply, answer.timeUs);
         }
     }
     return true;
 }
 
-void DDevice::timerEvent(QTimerEvent* event)
+/// Ends the requests whose time has passed.
+void DDevice::expire()
 {
-    if (event->timerId() != d->deadlineTimer.timerId()) {
-        DObject::timerEvent(event);
-        return;
-    }
-    d->deadlineTimer.stop();
+    d->expiry = {};
     const QPointer<DDevice> self(this);
-    while (!d->deadlines.empty() && d->deadlines.begin()->first <= d->clock.elapsed()) {
-        const quint64 id = d->deadlines.begin()->second;
-        const auto late = d->requests.find(id);
-        d->clearDeadline(*late);
-        if (std::exchange(late->handling, false)) {
-            handleCancel(id);
+    while (!d->deadlines.empty() && d->deadlines.top().first <= d->scheduler->now()) {
+        const auto [deadlineUs, id] = d->deadlines.top();
+        d->deadlines.pop();
+        auto late = d->requests.find(id);
+        if (late == d->requests.end() || late->second.deadlineUs != deadlineUs) {
+            continue; // it is over, or has been answered
         }
-        if (!d->requests.contains(id)) {
+        late->second.deadlineUs = 0;
+        if (std::exchange(late->second.handling, false)) {
+            handleCancel(id);
+            late = d->requests.find(id);
+        }
+        if (late == d->requests.end()) {
             continue; // its client has ended it meanwhile
         }
-        const Private::Request request = d->take(id);
-        d->armDeadlineTimer(this); // the client may run an event loop, where other times pass
-        const QString channel =
-            request.channel.isEmpty() ? QString() : QStringLiteral(" of channel \"%1\"").arg(request.channel);
-        // In one call: a name may hold a percent sign.
-        request.client->requestFailed(
-            id, QStringLiteral("no reply to \"%1\"%2 within %3 ms")
-                    .arg(request.instruction, channel, QString::number(request.timeoutMs)));
+        DDeviceClient* client = late->second.client;
+        const QString described = describe(late->second.instruction, late->second.arguments);
+        const int timeoutMs = late->second.timeoutMs;
+        d->requests.erase(late);
+        d->arm(this); // the client may run an event loop, where other times pass
+        client->requestFailed(id,
+                              {DFailure::Kind::TimedOut,
+                               QStringLiteral("no reply to %1 within %2 ms") // a name may hold a percent sign
+                                   .arg(described, QString::number(timeoutMs))});
         if (self.isNull()) {
             return;
         }
     }
-    d->armDeadlineTimer(this);
+    d->arm(this);
 }

@@ -1,17 +1,19 @@
 #include <plugin_management/d_order.h>
 
 #include <plugin_management/d_abstract_command.h>
+#include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <QTimer>
+#include <QVarLengthArray>
 
 #include <algorithm>
-#include <map>
+#include <list>
 #include <memory>
+#include <optional>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -33,8 +35,16 @@ struct DOrder::Private
 {
     struct Instruction
     {
-        ICommand::ReplyDelegate onReply;
+        quint64 id;
         bool recurring;
+    };
+    using Instructions = QVarLengthArray<Instruction, 1>;
+
+    struct Result
+    {
+        QString name;
+        QVariant value;
+        bool updated;
     };
 
     const quint64 id = nextOrderId();
@@ -44,58 +54,95 @@ struct DOrder::Private
     State state = State::Waiting;
     bool destroyed = false;
     bool ending = false;
-    bool successful = false;
     bool hasSent = false;
     bool hasUpdated = false;
     bool checkPosted = false;
+    int keepers = 0;
     int commandDepth = 0;
     int rejectedReplies = 0;
-    QString reason;
+    DFailure failure;
     QSharedPointer<ICommand> command;
-    std::map<quint64, Instruction> instructions;
+    QSharedPointer<ICommand> letGo;   ///< the command, after that, while code of it is on the stack
+    DAbstractCommand* base = nullptr; ///< the command; null for one that derives from ICommand alone
+    /// Its place among the running orders of the tool.
+    std::optional<std::list<DOrder*>::iterator> place;
+    Instructions instructions;
     int recurringInstructions = 0;
-    QVariantMap results;
-    std::vector<QString> missingResults;
+    /// Since when the reply is true that is being handed to the command.
+    std::optional<qint64> replyTimeUs;
+    QVarLengthArray<Result, 2> results; ///< the declared ones, in the order of their declaration
 
     /// A destroyed order runs no more.
     bool isRunning() const { return state == State::Running && !ending; }
-    bool removeInstruction(quint64 instruction);
+    Instructions::iterator instruction(quint64 wanted);
+    /// Its number; -1 when no such result is declared.
+    int result(const QString& name) const;
+    qint64 eventTimeUs() const;
 };
 
-/// Answers whether it was pending.
-bool DOrder::Private::removeInstruction(quint64 instruction)
+DOrder::Private::Instructions::iterator DOrder::Private::instruction(quint64 wanted)
 {
-    const auto found = instructions.find(instruction);
-    if (found == instructions.end()) {
-        return false;
-    }
-    recurringInstructions -= found->second.recurring ? 1 : 0;
-    instructions.erase(found);
-    return true;
+    return std::find_if(instructions.begin(), instructions.end(),
+                        [wanted](const Instruction& pending) { return pending.id == wanted; });
+}
+
+int DOrder::Private::result(const QString& name) const
+{
+    const auto found = std::find_if(results.cbegin(), results.cend(),
+                                    [&name](const Result& result) { return result.name == name; });
+    return found != results.cend() ? static_cast<int>(found - results.cbegin()) : -1;
+}
+
+/// What a command tells on its own, from a timer say, is true now.
+qint64 DOrder::Private::eventTimeUs() const
+{
+    const DDevice* device = tool.isNull() ? nullptr : tool->device();
+    return replyTimeUs.value_or(device != nullptr ? device->scheduler()->now() : 0);
 }
 
 namespace {
 
-/// Marks that code of the command is on the stack. The command is then not destroyed, only let go, and the
-/// order's state outlives the order itself, which a listener may destroy meanwhile.
+/// Keeps the state of an order, which a listener may destroy meanwhile.
+template <typename Private>
+class Kept
+{
+public:
+    explicit Kept(Private* order)
+        : m_order(order)
+    {
+        ++m_order->keepers;
+    }
+    ~Kept()
+    {
+        if (--m_order->keepers == 0 && m_order->destroyed) {
+            delete m_order;
+        }
+    }
+    Q_DISABLE_COPY(Kept)
+
+    Private* operator->() const { return m_order; }
+
+private:
+    Private* const m_order;
+};
+
+/// Marks that code of the command is on the stack. The command is then not destroyed, only let go: it may
+/// itself have called the order, from a timer say, and lives until control is back in the event loop.
 template <typename Private>
 class CommandCode
 {
 public:
-    explicit CommandCode(const std::shared_ptr<Private>& order)
+    explicit CommandCode(Private* order)
         : m_order(order)
-        , m_command(order->command)
     {
         ++m_order->commandDepth;
     }
-    /// A command that was let go meanwhile may itself have called the order, from a timer say: it lives until
-    /// control is back in the event loop.
     ~CommandCode()
     {
-        --m_order->commandDepth;
-        if (m_order->commandDepth == 0 && m_order->command.isNull()) {
+        if (--m_order->commandDepth == 0 && !m_order->letGo.isNull()) {
             QMetaObject::invokeMethod(
-                QCoreApplication::instance(), [keptAlive = m_command] {}, Qt::QueuedConnection);
+                QCoreApplication::instance(), [keptAlive = std::exchange(m_order->letGo, {})] {},
+                Qt::QueuedConnection);
         }
     }
     Q_DISABLE_COPY(CommandCode)
@@ -103,15 +150,14 @@ public:
     bool isOutermost() const { return m_order->commandDepth == 1; }
 
 private:
-    const std::shared_ptr<Private> m_order;
-    const QSharedPointer<ICommand> m_command;
+    const Kept<Private> m_order;
 };
 
 } // namespace
 
 DOrder::DOrder(DTool* tool, const QString& command, const QVariantMap& arguments, QObject* parent)
-    : DObject(command, parent)
-    , d(std::make_shared<Private>())
+    : QObject(parent)
+    , d(new Private)
 {
     d->tool = tool;
     d->commandName = command;
@@ -122,10 +168,13 @@ DOrder::~DOrder()
 {
     blockSignals(true);
     if (d->state == State::Running) {
-        end(false, QString());
+        end({DFailure::Kind::Stopped, QString()});
         detach();
     }
     d->destroyed = true;
+    if (d->keepers == 0) {
+        delete d;
+    }
 }
 
 quint64 DOrder::id() const
@@ -155,17 +204,21 @@ bool DOrder::isListening() const
 
 bool DOrder::isSuccessful() const
 {
-    return d->successful;
+    return d->state == State::Finished && !d->failure;
 }
 
-QString DOrder::reason() const
+const DFailure& DOrder::failure() const
 {
-    return d->reason;
+    return d->failure;
 }
 
 QVariantMap DOrder::results() const
 {
-    return d->results;
+    QVariantMap results;
+    for (const Private::Result& result : d->results) {
+        results.insert(result.name, result.value);
+    }
+    return results;
 }
 
 int DOrder::rejectedReplies() const
@@ -179,22 +232,24 @@ void DOrder::start()
         return;
     }
     d->state = State::Running;
-    const QString refusal = d->tool.isNull() ? QStringLiteral("the tool was closed")
-                                             : d->tool->checkInvocation(d->commandName, &d->arguments);
-    if (!refusal.isEmpty()) {
-        end(false, refusal);
-    } else if (!d->tool->hasCommand(d->commandName)) {
-        stopAnother();
-    } else if (!makeCommand()) {
-        end(false, QStringLiteral("the plugin made no command \"%1\"").arg(d->commandName));
+    if (d->tool.isNull()) {
+        end({DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")});
+        return;
+    }
+    DAbstractCommand* prototype = d->tool->prototype(d->commandName);
+    const DFailure refusal = d->tool->checkArguments(d->commandName, prototype, &d->arguments);
+    if (refusal) {
+        end(refusal);
+    } else if (prototype != nullptr) {
+        makeCommand(prototype);
     } else {
-        execute();
+        stopAnother();
     }
 }
 
 void DOrder::execute()
 {
-    const std::shared_ptr<Private> order = d;
+    const Kept<Private> order(d);
     bool accepted = false;
     {
         const CommandCode frame(d);
@@ -204,9 +259,9 @@ void DOrder::execute()
         return;
     }
     if (!accepted) {
-        end(false, QStringLiteral("the command refused to run"));
+        end({DFailure::Kind::RefusedByCommand, QStringLiteral("the command refused to run")});
     } else if (!d->hasSent && !d->hasUpdated) {
-        end(false, QStringLiteral("the command sent no device request"));
+        end({DFailure::Kind::NothingSent, QStringLiteral("the command sent no device request")});
     } else {
         endWhenComplete();
     }
@@ -217,11 +272,8 @@ void DOrder::stop()
     if (d->state == State::Waiting) {
         d->state = State::Running;
     }
-    if (isListening()) {
-        end(true, QString());
-    } else {
-        end(false, QStringLiteral("stopped before it was complete"));
-    }
+    end(isListening() ? DFailure()
+                      : DFailure{DFailure::Kind::Stopped, QStringLiteral("stopped before it was complete")});
 }
 
 bool DOrder::isStoppedBy(const QString& stopName, const QVariantMap& arguments) const
@@ -242,69 +294,89 @@ void DOrder::stopAnother()
 {
     DOrder* running = d->tool->orderToStop(d->commandName, d->arguments);
     if (running == nullptr) {
-        end(false, d->arguments.isEmpty() ? QStringLiteral("no running order to stop")
-                                          : QStringLiteral("no running order with these arguments to stop"));
+        end({DFailure::Kind::RefusedByCommand,
+             d->arguments.isEmpty() ? QStringLiteral("no running order to stop")
+                                    : QStringLiteral("no running order with these arguments to stop")});
         return;
     }
-    const std::shared_ptr<Private> order = d;
+    const Kept<Private> order(d);
     running->stop();
     if (order->isRunning()) {
-        end(true, QString());
+        end(DFailure());
     }
 }
 
-/// Makes and links the working instance. Answers whether the plugin made one.
-bool DOrder::makeCommand()
+/// Makes the working instance and runs it.
+void DOrder::makeCommand(DAbstractCommand* prototype)
 {
-    d->command = d->tool->makeCommand(d->commandName, d->arguments);
+    d->command = prototype->createCommand(d->arguments);
     if (d->command.isNull()) {
-        return false;
+        end({DFailure::Kind::RefusedByCommand,
+             QStringLiteral("the plugin made no command \"%1\"").arg(d->commandName)});
+        return;
     }
-    d->tool->orderStarted(this);
-    if (auto* object = dynamic_cast<DAbstractCommand*>(d->command.data())) {
-        object->setParent(nullptr); // the shared pointer is its only owner
-        for (const DDeclaration& result : object->declaration().results) {
-            d->results.insert(result.name, result.defaultValue);
-            d->missingResults.push_back(result.name);
+    d->place = d->tool->orderStarted(this);
+    d->base = dynamic_cast<DAbstractCommand*>(d->command.data());
+    if (d->base != nullptr) {
+        d->base->setParent(nullptr); // the shared pointer is its only owner
+        for (const DDeclaration& result : d->base->declaration().results) {
+            if (d->result(result.name) < 0) {
+                d->results.append({result.name, result.defaultValue, false});
+            }
         }
     }
     d->command->linkWithItsOrder(this);
-    return true;
+    execute();
 }
 
 quint64 DOrder::addInstruction(const QString& target, const QString& instruction,
-                               const QVariantMap& arguments, int timeoutMs,
-                               const ICommand::ReplyDelegate& onReply)
+                               const QVariantMap& arguments, int timeoutMs)
 {
     if (!d->isRunning()) {
         return 0;
     }
     const CommandCode frame(d);
     const quint64 id = nextInstructionId();
-    const bool recurring = DDevice::isRecurring(instruction);
-    d->instructions.emplace(id, Private::Instruction{onReply, recurring});
+    DDevice* device = d->tool->device();
+    const bool recurring = device != nullptr && device->isRecurring(instruction);
+    d->instructions.append({id, recurring});
     d->recurringInstructions += recurring ? 1 : 0;
     d->hasSent = true;
-    DDevice* device = d->tool->device();
     if (target != QLatin1String("device")) {
-        failLater(id, QStringLiteral("unknown target \"%1\" of \"%2\"").arg(target, instruction));
+        failLater(id, {DFailure::Kind::RefusedByDevice,
+                       QStringLiteral("unknown target \"%1\" of \"%2\"").arg(target, instruction)});
     } else if (device == nullptr) {
-        failLater(id, QStringLiteral("the tool has no device"));
+        failLater(id, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the tool has no device")});
     } else {
         device->send(id, instruction, arguments, timeoutMs, this);
     }
     return id;
 }
 
-void DOrder::failLater(quint64 id, const QString& reason)
+/// Answers whether it was pending.
+bool DOrder::removeInstruction(quint64 id)
+{
+    const auto found = d->instruction(id);
+    if (found == d->instructions.end()) {
+        return false;
+    }
+    d->recurringInstructions -= found->recurring ? 1 : 0;
+    d->instructions.erase(found);
+    if (d->base != nullptr) {
+        d->base->forgetInstruction(id);
+    }
+    return true;
+}
+
+void DOrder::failLater(quint64 id, const DFailure& failure)
 {
     QMetaObject::invokeMethod(
-        this, [this, id, reason] { requestFailed(id, reason); }, Qt::QueuedConnection);
+        this, [this, id, failure] { requestFailed(id, failure); }, Qt::QueuedConnection);
 }
 
 void DOrder::stopInstruction(quint64 id)
 {
-    if (d->removeInstruction(id)) {
+    if (removeInstruction(id)) {
         checkLater();
         if (!d->tool.isNull() && d->tool->device() != nullptr) {
             d->tool->device()->cancel(id);
@@ -312,30 +384,21 @@ void DOrder::stopInstruction(quint64 id)
     }
 }
 
-bool DOrder::callDelegate(quint64 id, const QVariantMap& reply)
-{
-    const auto instruction = d->instructions.find(id);
-    if (instruction == d->instructions.end()) {
-        return false;
-    }
-    const ICommand::ReplyDelegate onReply = instruction->second.onReply;
-    return onReply.empty() || onReply(id, reply);
-}
-
 bool DOrder::updateResult(const QString& name, const QVariant& value)
 {
-    if (!d->isRunning() || !d->results.contains(name)) {
+    const int result = d->isRunning() ? d->result(name) : -1;
+    if (result < 0) {
         return false;
     }
     const CommandCode frame(d);
     if (frame.isOutermost()) {
         checkLater();
     }
-    const std::shared_ptr<Private> order = d;
+    const Kept<Private> order(d);
     const bool listening = isListening();
-    storeResult(name, value);
+    storeResult(result, value);
     if (listening && order->isRunning()) {
-        Q_EMIT eventReceived({{name, value}});
+        Q_EMIT eventReceived({{name, value}}, order->eventTimeUs());
     }
     return true;
 }
@@ -349,24 +412,26 @@ void DOrder::passOnReply(const QVariantMap& reply)
     if (frame.isOutermost()) {
         checkLater();
     }
-    const std::shared_ptr<Private> order = d;
+    const Kept<Private> order(d);
     for (auto item = reply.cbegin(); item != reply.cend(); ++item) {
-        if (d->results.contains(item.key())) {
-            storeResult(item.key(), item.value());
+        const int result = d->result(item.key());
+        if (result >= 0) {
+            storeResult(result, item.value());
         }
         if (!order->isRunning()) {
             return;
         }
     }
-    Q_EMIT eventReceived(reply);
+    Q_EMIT eventReceived(reply, order->eventTimeUs());
 }
 
-void DOrder::storeResult(const QString& name, const QVariant& value)
+void DOrder::storeResult(int number, const QVariant& value)
 {
     d->hasUpdated = true;
-    d->results.insert(name, value);
-    auto& missing = d->missingResults;
-    missing.erase(std::remove(missing.begin(), missing.end(), name), missing.end());
+    Private::Result& result = d->results[number];
+    result.value = value;
+    result.updated = true;
+    const QString name = result.name; // a listener may destroy the order
     Q_EMIT resultUpdated(name, value);
 }
 
@@ -374,44 +439,48 @@ void DOrder::commandHasFinished(DAbstractCommand& command, bool ok)
 {
     const CommandCode frame(d);
     if (d->isRunning()) {
-        const QString reason = ok ? QString() : QStringLiteral("the command failed");
+        const DFailure failure =
+            ok ? DFailure()
+               : DFailure{DFailure::Kind::RefusedByCommand, QStringLiteral("the command failed")};
         QMetaObject::invokeMethod(
-            this, [this, ok, reason] { end(ok, reason); }, Qt::QueuedConnection);
+            this, [this, failure] { end(failure); }, Qt::QueuedConnection);
     }
     Q_EMIT command.sigCommandFinished(ok);
 }
 
-void DOrder::requestReplied(quint64 id, const QVariantMap& reply)
+void DOrder::requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs)
 {
     if (!d->isRunning()) {
         return; // its command finishes, and runs an event loop
     }
-    const std::shared_ptr<Private> order = d;
-    const bool recurring = d->instructions.at(id).recurring;
+    const Kept<Private> order(d);
+    const bool recurring = d->instruction(id)->recurring;
     bool accepted = false;
     {
         const CommandCode frame(d);
+        const std::optional<qint64> outerTimeUs = std::exchange(d->replyTimeUs, timeUs);
         accepted = d->command->setReply(id, reply);
+        order->replyTimeUs = outerTimeUs;
     }
     if (!order->isRunning()) {
         return;
     }
     if (!recurring) {
-        d->removeInstruction(id);
+        removeInstruction(id);
     }
     if (accepted) {
         endWhenComplete();
     } else if (recurring || isListening()) {
         ++d->rejectedReplies;
     } else {
-        end(false, QStringLiteral("reply rejected"));
+        end({DFailure::Kind::ReplyRejected, QStringLiteral("reply rejected")});
     }
 }
 
-void DOrder::requestFailed(quint64 id, const QString& reason)
+void DOrder::requestFailed(quint64 id, const DFailure& failure)
 {
-    if (d->removeInstruction(id)) {
-        end(false, reason);
+    if (removeInstruction(id)) {
+        end(failure);
     }
 }
 
@@ -432,16 +501,22 @@ void DOrder::checkLater()
 
 void DOrder::endWhenComplete()
 {
-    if (!d->isRunning() || !d->instructions.empty()) {
+    if (!d->isRunning() || !d->instructions.isEmpty()) {
         return;
     }
-    if (d->missingResults.empty()) {
-        end(true, QString());
+    QStringList missing;
+    for (const Private::Result& result : qAsConst(d->results)) {
+        if (!result.updated) {
+            missing.append(result.name);
+        }
+    }
+    if (missing.isEmpty()) {
+        end(DFailure());
     } else if (!commandTimes()) {
-        QStringList missing(d->missingResults.cbegin(), d->missingResults.cend());
         missing.sort();
-        end(false, QStringLiteral("the command waits for nothing more, without having reported %1")
-                       .arg(missing.join(QStringLiteral(", "))));
+        end({DFailure::Kind::NothingSent,
+             QStringLiteral("the command waits for nothing more, without having reported %1")
+                 .arg(missing.join(QStringLiteral(", ")))});
     }
 }
 
@@ -462,16 +537,17 @@ bool DOrder::commandTimes()
     return times;
 }
 
-void DOrder::end(bool success, const QString& reason)
+void DOrder::end(const DFailure& failure)
 {
     if (d->ending || d->state != State::Running) {
         return;
     }
     d->ending = true;
-    const std::shared_ptr<Private> order = d;
+    const Kept<Private> order(d);
+    const DFailure outcome = failure; // may be one that ends with what it came from
     if (!d->command.isNull()) {
         const CommandCode frame(d);
-        bool ok = success;
+        bool ok = !outcome;
         d->command->finishTheCommand(ok);
     }
     if (order->destroyed) {
@@ -482,9 +558,8 @@ void DOrder::end(bool success, const QString& reason)
         return;
     }
     d->state = State::Finished;
-    d->successful = success;
-    d->reason = reason;
-    Q_EMIT finished(success, reason);
+    d->failure = outcome;
+    Q_EMIT finished(!outcome);
 }
 
 /// An order in the middle of its end keeps its outcome; only its ties are cut.
@@ -493,7 +568,7 @@ void DOrder::toolIsClosing()
     if (d->ending) {
         detach();
     } else {
-        end(false, QStringLiteral("the tool was closed"));
+        end({DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")});
     }
 }
 
@@ -501,20 +576,27 @@ void DOrder::toolIsClosing()
 /// close the tool and destroy the order.
 void DOrder::detach()
 {
-    const std::shared_ptr<Private> order = d;
-    const QPointer<DDevice> device(order->tool.isNull() ? nullptr : order->tool->device());
-    if (!order->tool.isNull()) {
-        order->tool->orderEnded(this);
+    const Kept<Private> order(d);
+    const bool waits = !order->instructions.isEmpty() && !order->tool.isNull();
+    const QPointer<DDevice> device(waits ? order->tool->device() : nullptr);
+    const auto place = std::exchange(order->place, std::nullopt);
+    if (place && !order->tool.isNull()) {
+        order->tool->orderEnded(*place);
     }
-    while (!order->instructions.empty()) {
-        const quint64 id = order->instructions.begin()->first;
-        order->removeInstruction(id);
+    order->recurringInstructions = 0;
+    while (!order->instructions.isEmpty()) {
+        const quint64 id = order->instructions.first().id;
+        order->instructions.erase(order->instructions.begin());
         if (!device.isNull()) {
             device->cancel(id);
         }
     }
+    order->base = nullptr;
     const QSharedPointer<ICommand> command = std::exchange(order->command, {});
     if (!command.isNull()) {
         command->linkWithItsOrder(nullptr);
+    }
+    if (order->commandDepth > 0 && !command.isNull()) {
+        order->letGo = command;
     }
 }

@@ -13,30 +13,26 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <map>
 
 namespace {
 
-using ChannelItems = QHash<QString, QVariant>;
-
-QHash<QString, ChannelItems> channelsOf(const QVariantMap& configuration)
+DToolChannel channelOf(const QVariantMap& entry)
 {
-    QHash<QString, ChannelItems> channels;
-    const QVariantList entries = configuration.value(QStringLiteral("channels")).toList();
-    for (const QVariant& entry : entries) {
-        const QVariantMap channel = entry.toMap();
-        ChannelItems items;
-        const QVariantList pairs = channel.value(QStringLiteral("value")).toList();
-        for (const QVariant& item : pairs) {
-            const QVariantMap pair = item.toMap();
-            items.insert(pair.value(QStringLiteral("id")).toString(), pair.value(QStringLiteral("value")));
-        }
-        channels.insert(channel.value(QStringLiteral("id")).toString(), items);
+    DToolChannel channel;
+    channel.id = entry.value(QStringLiteral("id")).toString();
+    channel.name = entry.value(QStringLiteral("name")).toString();
+    channel.visibility = entry.value(QStringLiteral("visibility")).toString();
+    const QVariantList items = entry.value(QStringLiteral("value")).toList();
+    for (const QVariant& element : items) {
+        const QVariantMap item = element.toMap();
+        channel.items.insert(item.value(QStringLiteral("id")).toString(),
+                             item.value(QStringLiteral("value")));
     }
-    return channels;
+    channel.link = channel.items.value(QStringLiteral("link")).toString();
+    return channel;
 }
 
-const DDeclaration* find(const std::vector<DDeclaration>& declarations, const QString& name)
+const DDeclaration* find(const DDeclarations& declarations, const QString& name)
 {
     const auto found = std::find_if(declarations.cbegin(), declarations.cend(),
                                     [&name](const DDeclaration& declared) { return declared.name == name; });
@@ -58,7 +54,7 @@ QString shown(const QVariant& value)
                : value.toString();
 }
 
-QString namesOf(const std::vector<DDeclaration>& declarations)
+QString namesOf(const DDeclarations& declarations)
 {
     QStringList names;
     for (const DDeclaration& declared : declarations) {
@@ -69,10 +65,10 @@ QString namesOf(const std::vector<DDeclaration>& declarations)
 
 /// Checks arguments against what is declared and converts each to its declared type. Returns what was wrong,
 /// or an empty text.
-QString checkArguments(const DCommandDescription& declared, QVariantMap* arguments)
+QString problemOf(const DCommandDescription& declared, QVariantMap* arguments)
 {
-    const std::vector<DDeclaration>& parameters = declared.parameters;
-    QVariantMap converted = *arguments;
+    const DDeclarations& parameters = declared.parameters;
+    QVariantMap converted; // empty while they stay as they are
     for (auto argument = arguments->cbegin(); argument != arguments->cend(); ++argument) {
         const DDeclaration* parameter = find(parameters, argument.key());
         if (parameter == nullptr && (parameters.empty() || isSection(*argument))) {
@@ -82,17 +78,31 @@ QString checkArguments(const DCommandDescription& declared, QVariantMap* argumen
             return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
                 .arg(argument.key(), declared.name, namesOf(parameters));
         }
+        if (isOfTypeTag(parameter->typeTag, *argument)) {
+            continue;
+        }
         QVariant value = *argument;
         if (!convertToTypeTag(parameter->typeTag, &value)) {
             return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
                 .arg(argument.key(), declared.name, shown(*argument), typeTagExpectation(parameter->typeTag));
         }
         if (value.userType() != argument->userType()) {
+            if (converted.isEmpty()) {
+                converted = *arguments;
+            }
             converted.insert(argument.key(), value);
         }
     }
-    *arguments = converted;
+    if (!converted.isEmpty()) {
+        *arguments = converted;
+    }
     return QString();
+}
+
+/// No failure for an empty text.
+DFailure wrongInvocation(const QString& problem)
+{
+    return problem.isEmpty() ? DFailure() : DFailure{DFailure::Kind::WrongInvocation, problem};
 }
 
 std::unique_ptr<DAbstractPlugin> makeInstance(const IPlugin& prototype, const QString& toolId)
@@ -112,10 +122,20 @@ struct DTool::Private
     QString id;
     std::unique_ptr<DAbstractPlugin> plugin;
     QPointer<DDevice> device;
-    QHash<QString, ChannelItems> channels;
-    std::map<quint64, DOrder*> orders; ///< by their numbers: they are closed as they were made
+    QVector<DToolChannel> channels;
+    QHash<QString, int> channelRows;
+    std::list<DOrder*> orders; ///< those that run, as they were started
     bool closing = false;
+
+    /// Null when there is no such channel.
+    const DToolChannel* channel(const QString& channelId) const;
 };
+
+const DToolChannel* DTool::Private::channel(const QString& channelId) const
+{
+    const int row = channelRows.value(channelId, -1);
+    return row >= 0 ? &channels.at(row) : nullptr;
+}
 
 DTool::DTool(const QVariantMap& configuration, const IPlugin& prototype, DDevice* device, QObject* parent)
     : DObject(configuration.value(QStringLiteral("name")).toString(), parent)
@@ -125,7 +145,11 @@ DTool::DTool(const QVariantMap& configuration, const IPlugin& prototype, DDevice
     d->id = configuration.value(QStringLiteral("id")).toString();
     d->plugin = makeInstance(prototype, d->id);
     d->device = device;
-    d->channels = channelsOf(configuration);
+    const QVariantList entries = configuration.value(QStringLiteral("channels")).toList();
+    for (const QVariant& entry : entries) {
+        d->channels.append(channelOf(entry.toMap()));
+        d->channelRows.insert(d->channels.last().id, d->channels.size() - 1);
+    }
     if (d->plugin != nullptr) {
         d->plugin->setMainConfig(configuration);
         d->plugin->initPluginCommands();
@@ -138,7 +162,7 @@ DTool::~DTool()
     d->closing = true;
     DToolRegistry::instance().remove(this);
     while (!d->orders.empty()) {
-        d->orders.begin()->second->toolIsClosing();
+        d->orders.front()->toolIsClosing();
     }
 }
 
@@ -157,15 +181,22 @@ DDevice* DTool::device() const
     return d->device;
 }
 
+const QVector<DToolChannel>& DTool::channels() const
+{
+    return d->channels;
+}
+
 QString DTool::getLinkedChannel(const QString& channel) const
 {
-    return d->channels.value(channel).value(QStringLiteral("link")).toString();
+    const DToolChannel* known = d->channel(channel);
+    return known != nullptr ? known->link : QString();
 }
 
 QVariant DTool::getInfoFromChannel(const QString& channel, const QString& infoKey, QMetaType::Type type,
                                    const QVariant& fallback) const
 {
-    QVariant item = d->channels.value(channel).value(infoKey);
+    const DToolChannel* known = d->channel(channel);
+    QVariant item = known != nullptr ? known->items.value(infoKey) : QVariant();
     return item.isValid() && item.convert(type) ? item : fallback;
 }
 
@@ -179,12 +210,18 @@ QVector<DCommandDescription> DTool::commands() const
     return commands;
 }
 
+bool DTool::asks(const QString& name) const
+{
+    const DAbstractCommand* command = prototype(name);
+    return command != nullptr && command->declaration().asks();
+}
+
 QVector<DCommandDescription> DTool::stops() const
 {
     QVector<DCommandDescription> stops;
     const QVector<DCommandDescription> stoppable = commands();
     for (const DCommandDescription& command : stoppable) {
-        if (command.stopName.isEmpty() || hasCommand(command.stopName)) {
+        if (command.stopName.isEmpty() || prototype(command.stopName) != nullptr) {
             continue;
         }
         auto stop = std::find_if(stops.begin(), stops.end(), [&command](const DCommandDescription& other) {
@@ -206,53 +243,55 @@ QVector<DCommandDescription> DTool::stops() const
     return stops;
 }
 
-QString DTool::checkInvocation(const QString& command, QVariantMap* arguments) const
+DFailure DTool::checkInvocation(const QString& command, QVariantMap* arguments) const
+{
+    return checkArguments(command, prototype(command), arguments);
+}
+
+DFailure DTool::checkArguments(const QString& command, const DAbstractCommand* known,
+                               QVariantMap* arguments) const
 {
     if (d->closing) {
-        return QStringLiteral("the tool was closed");
+        return {DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")};
     }
     if (d->plugin == nullptr) {
-        return QStringLiteral("the plugin made no instance that this host can use");
+        return {DFailure::Kind::WrongInvocation,
+                QStringLiteral("the plugin made no instance that this host can use")};
     }
-    if (const DAbstractCommand* prototype = d->plugin->command(command)) {
-        return checkArguments(prototype->declaration(), arguments);
+    if (known != nullptr) {
+        return wrongInvocation(problemOf(known->declaration(), arguments));
     }
-    QStringList known = d->plugin->commandNames();
+    QStringList names = d->plugin->commandNames();
     const QVector<DCommandDescription> stopNames = stops();
     for (const DCommandDescription& stop : stopNames) {
         if (stop.name == command) {
-            return checkArguments(stop, arguments);
+            return wrongInvocation(problemOf(stop, arguments));
         }
-        known.append(stop.name);
+        names.append(stop.name);
     }
-    return QStringLiteral("unknown command \"%1\"; the tool has: %2")
-        .arg(command, known.join(QStringLiteral(", ")));
+    return wrongInvocation(QStringLiteral("unknown command \"%1\"; the tool has: %2")
+                               .arg(command, names.join(QStringLiteral(", "))));
 }
 
-bool DTool::hasCommand(const QString& name) const
+DAbstractCommand* DTool::prototype(const QString& name) const
 {
-    return d->plugin->command(name) != nullptr;
-}
-
-QSharedPointer<ICommand> DTool::makeCommand(const QString& command, const QVariantMap& arguments) const
-{
-    return d->plugin->command(command)->createCommand(arguments);
+    return d->plugin != nullptr ? d->plugin->command(name) : nullptr;
 }
 
 DOrder* DTool::orderToStop(const QString& stopName, const QVariantMap& arguments) const
 {
-    const auto found = std::find_if(d->orders.crbegin(), d->orders.crend(), [&](const auto& numbered) {
-        return numbered.second->isStoppedBy(stopName, arguments);
+    const auto found = std::find_if(d->orders.crbegin(), d->orders.crend(), [&](const DOrder* order) {
+        return order->isStoppedBy(stopName, arguments);
     });
-    return found != d->orders.crend() ? found->second : nullptr;
+    return found != d->orders.crend() ? *found : nullptr;
 }
 
-void DTool::orderStarted(DOrder* order)
+std::list<DOrder*>::iterator DTool::orderStarted(DOrder* order)
 {
-    d->orders.emplace(order->id(), order);
+    return d->orders.insert(d->orders.end(), order);
 }
 
-void DTool::orderEnded(DOrder* order)
+void DTool::orderEnded(std::list<DOrder*>::iterator order)
 {
-    d->orders.erase(order->id());
+    d->orders.erase(order);
 }

@@ -17,13 +17,15 @@ QVector<DTool*> DToolRegistry::tools() const
     return m_tools;
 }
 
-DTool* DToolRegistry::find(const QString& name, const QString& id) const
+DTool* DToolRegistry::find(const QString& name, const QString& id,
+                           const std::optional<QVariantMap>& configuration) const
 {
     if (name.isEmpty() && id.isEmpty()) {
         return nullptr;
     }
     for (DTool* tool : m_tools) {
-        if ((name.isEmpty() || tool->objectName() == name) && (id.isEmpty() || tool->id() == id)) {
+        if ((name.isEmpty() || tool->objectName() == name) && (id.isEmpty() || tool->id() == id) &&
+            (!configuration || tool->toolConfiguration == *configuration)) {
             return tool;
         }
     }

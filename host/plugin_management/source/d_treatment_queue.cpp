@@ -4,19 +4,28 @@
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
 
+#include <utility>
+
 DTreatmentQueue::DTreatmentQueue(QObject* parent)
     : QObject(parent)
 {}
 
-void DTreatmentQueue::append(int id, const QString& name, const QVariantMap& parameters)
+bool DTreatmentQueue::append(int id, const QString& name, const QVariantMap& parameters, int limit)
 {
-    m_treatments.push_back({id, name, parameters});
+    const bool question = asks(name);
+    auto& waiting = question ? m_questions : m_actions;
+    const int running = m_running && m_running->asks == question ? 1 : 0;
+    if (static_cast<int>(waiting.size()) + running >= limit) {
+        return false;
+    }
+    waiting.push_back({id, name, parameters, question});
     runNextLater();
+    return true;
 }
 
 int DTreatmentQueue::size() const
 {
-    return static_cast<int>(m_treatments.size());
+    return static_cast<int>(m_actions.size() + m_questions.size()) + (m_running ? 1 : 0);
 }
 
 void DTreatmentQueue::setTool(DTool* tool)
@@ -24,9 +33,14 @@ void DTreatmentQueue::setTool(DTool* tool)
     m_tool = tool;
 }
 
+bool DTreatmentQueue::asks(const QString& name) const
+{
+    return !m_tool.isNull() && m_tool->asks(name);
+}
+
 void DTreatmentQueue::runNextLater()
 {
-    if (!m_busy && !m_treatments.empty()) {
+    if (!m_busy && size() > 0) {
         m_busy = true;
         QMetaObject::invokeMethod(this, &DTreatmentQueue::runNext, Qt::QueuedConnection);
     }
@@ -34,13 +48,15 @@ void DTreatmentQueue::runNextLater()
 
 void DTreatmentQueue::runNext()
 {
+    auto& waiting = m_actions.empty() ? m_questions : m_actions;
+    m_running = std::move(waiting.front());
+    waiting.pop_front();
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
     if (device == nullptr || !device->isConnected()) {
         release(false, {});
         return;
     }
-    const Treatment& treatment = m_treatments.front();
-    auto* order = new DOrder(m_tool, treatment.name, treatment.parameters, this);
+    auto* order = new DOrder(m_tool, m_running->name, m_running->parameters, this);
     connect(order, &DOrder::finished, this, [this, order](bool success) {
         order->deleteLater();
         release(success, order->results());
@@ -52,7 +68,7 @@ void DTreatmentQueue::runNext()
 /// runs in between.
 void DTreatmentQueue::release(bool success, const QVariantMap& results)
 {
-    const Treatment treatment = m_treatments.front();
+    const Treatment treatment = *m_running;
     if (success) {
         const QPointer<DTreatmentQueue> self(this);
         Q_EMIT replied(treatment.id, treatment.name, results);
@@ -60,7 +76,7 @@ void DTreatmentQueue::release(bool success, const QVariantMap& results)
             return;
         }
     }
-    m_treatments.pop_front();
+    m_running.reset();
     m_busy = false;
     runNextLater();
     Q_EMIT released(treatment.id, treatment.name, success);

@@ -5,10 +5,12 @@
 #include <QVariant>
 
 #include <deque>
+#include <optional>
 
 class DTool;
 
-/// Runs treatments, orders of a tool's commands, one at a time in their order, from the event loop.
+/// Runs treatments, orders of a tool's commands, one at a time, from the event loop: those of commands that
+/// do something before those of commands that only ask, each kind in its order.
 class DTreatmentQueue : public QObject
 {
     Q_OBJECT
@@ -17,8 +19,9 @@ class DTreatmentQueue : public QObject
 public:
     explicit DTreatmentQueue(QObject* parent);
 
-    /// Adds a treatment.
-    void append(int id, const QString& name, const QVariantMap& parameters);
+    /// Adds a treatment. False, and nothing is added, when limit treatments of its kind have not been
+    /// released.
+    bool append(int id, const QString& name, const QVariantMap& parameters, int limit);
     /// Number of treatments that have not been released.
     int size() const;
 
@@ -37,13 +40,17 @@ private:
         int id;
         QString name;
         QVariantMap parameters;
+        bool asks;
     };
 
+    bool asks(const QString& name) const;
     void runNextLater();
     void runNext();
     void release(bool success, const QVariantMap& results);
 
-    std::deque<Treatment> m_treatments;
+    std::deque<Treatment> m_actions;
+    std::deque<Treatment> m_questions;
+    std::optional<Treatment> m_running;
     QPointer<DTool> m_tool;
     bool m_busy = false; ///< a treatment runs, or is about to
 };

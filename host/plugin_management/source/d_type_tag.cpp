@@ -98,6 +98,12 @@ const TypeTag* find(const QString& tag)
 
 } // namespace
 
+/// Only a text is whole without a look at its value.
+bool isOfTypeTag(const QString& tag, const QVariant& value)
+{
+    return value.userType() == QMetaType::QString && tag == QLatin1String("strg");
+}
+
 bool convertToTypeTag(const QString& tag, QVariant* value)
 {
     const TypeTag* known = find(tag);

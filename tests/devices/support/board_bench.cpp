@@ -12,10 +12,11 @@ char* toString(const BoardBench::Change& change)
 }
 
 BoardBench::BoardBench(const SimulatedBoardSetup& setup)
-    : board(std::make_unique<SimulatedBoard>(setup, &scheduler))
+    : board(makeSimulatedBoard(setup, &scheduler, DevicePlace::SameThread))
 {
-    connect(board.get(), &DDevice::levelChanged, this, [this](int line, int level, qint64 timeUs) {
-        changes.append({line, level, timeUs});
+    board->open();
+    connect(board.get(), &LineDevice::lineChanged, this, [this](int line, const LineLevel& level) {
+        changes.append({line, level.known ? level.level : -1, level.sinceUs});
     });
 }
 
@@ -33,10 +34,16 @@ QVariantMap BoardBench::ask(const QString& instruction, const QVariantMap& argum
     deliver();
     for (const RecordingClient::Heard& what : qAsConst(client.heard)) {
         if (what.id == id) {
-            return what.failure.isEmpty() ? what.reply : QVariantMap{{"failure"_s, what.failure}};
+            return what.failure ? QVariantMap{{"failure"_s, what.failure.text}} : what.reply;
         }
     }
     return {};
+}
+
+int BoardBench::level(int line) const
+{
+    const LineLevel told = board->level(line);
+    return told.known ? told.level : -1;
 }
 
 void BoardBench::write(const QString& channel, const QVariant& values)

@@ -16,12 +16,13 @@ public:
     struct Change
     {
         int line;
-        int level;
+        int level; ///< -1 for an unknown one
         qint64 timeUs;
 
         bool operator==(const Change& other) const;
     };
 
+    /// Makes the board and opens it.
     explicit BoardBench(const SimulatedBoardSetup& setup);
     ~BoardBench() override;
 
@@ -33,13 +34,15 @@ public:
     void write(const QString& channel, const QVariant& values);
     /// Starts blinking with the level values.
     void blink(const QString& channel, int onMs, int offMs, int values = 1);
+    /// The level of a line as the board tells it; -1 for an unknown one.
+    int level(int line) const;
     /// Moves the time forward, and delivers what that brings.
     void advanceMs(qint64 ms);
 
     ManualScheduler scheduler;
     RecordingClient client;
-    std::unique_ptr<SimulatedBoard> board;
-    /// Every level change since the making of the board.
+    std::unique_ptr<LineDevice> board;
+    /// Every level change since the board was opened.
     QVector<Change> changes;
 
 private:

@@ -5,7 +5,9 @@ namespace {
 SimulatedBoardSetup::Line line(const QString& name, DLine::Kind kind, DLine::Direction direction, int level)
 {
     SimulatedBoardSetup::Line made;
-    made.line = {name, kind, direction};
+    made.line.name = name;
+    made.line.kind = kind;
+    made.line.direction = direction;
     made.level = level;
     return made;
 }
@@ -39,9 +41,20 @@ SimulatedBoardSetup::Line wave(const QString& name, const Waveform& waveform)
     return made;
 }
 
-SimulatedBoardSetup boardOf(const QVector<SimulatedBoardSetup::Line>& lines)
+SimulatedBoardSetup boardOf(const QVector<SimulatedBoardSetup::Line>& lines,
+                            const QVector<SimulatedBoardSetup::Wire>& wires)
 {
     SimulatedBoardSetup setup;
     setup.lines = lines;
+    setup.wires = wires;
     return setup;
+}
+
+SimulatedBoardSetup digitalOutputs(int count)
+{
+    QVector<SimulatedBoardSetup::Line> lines;
+    for (int line = 0; line < count; ++line) {
+        lines.append(output("line%1"_s.arg(line)));
+    }
+    return boardOf(lines);
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 LateScheduler::LateScheduler(qint64 lateUs)
-    : Scheduler(nullptr)
+    : DScheduler(0, nullptr)
     , m_lateUs(lateUs)
 {}
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <devices/scheduler.h>
+#include <plugin_management/d_scheduler.h>
 
 /// A scheduler that keeps every appointment too late by the same time, as a busy process does.
-class LateScheduler : public Scheduler
+class LateScheduler : public DScheduler
 {
     Q_OBJECT
     Q_DISABLE_COPY(LateScheduler)

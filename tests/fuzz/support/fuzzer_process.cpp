@@ -1,8 +1,11 @@
 #include "fuzzer_process.h"
 
+#include "command_rules.h"
 #include "require.h"
 
-#include <QAbstractEventDispatcher>
+#include <manual_event_dispatcher.h>
+#include <watched_plugin.h>
+
 #include <QCoreApplication>
 
 namespace {
@@ -12,12 +15,30 @@ int messages = 0;
 void countMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     Q_UNUSED(context)
-    Q_UNUSED(text)
-    require(type != QtFatalMsg, "nothing fatal is logged");
+    require(type != QtFatalMsg, qPrintable(text));
     ++messages;
 }
 
 } // namespace
+
+ManualScheduler& fuzzerTime()
+{
+    static ManualScheduler scheduler;
+    return scheduler;
+}
+
+void beginInput()
+{
+    settle();
+    fuzzerTime().restart();
+}
+
+const IPlugin& watchedPlugin()
+{
+    static CommandRules rules;
+    static const WatchedPlugin prototype(&rules);
+    return prototype;
+}
 
 int loggedMessages()
 {
@@ -29,19 +50,27 @@ void settle()
     constexpr int longestChain = 10000; // each pass leaves to the next what it posts itself
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
     for (int pass = 0; pass < longestChain && dispatcher->hasPendingEvents(); ++pass) {
-        QCoreApplication::sendPostedEvents();
+        dispatcher->processEvents(QEventLoop::AllEvents);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     require(!dispatcher->hasPendingEvents(), "the event loop comes to rest");
+}
+
+void passTime(qint64 milliseconds)
+{
+    constexpr qint64 usPerMs = 1000;
+    fuzzerTime().advance(milliseconds * usPerMs);
+    QCoreApplication::processEvents();
 }
 
 /// Called once by the fuzzer, before the first input.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     Q_UNUSED(argc)
-    qputenv("QT_NO_GLIB", "1"); // the event loop whose waiting virtual time replaces
+    keepReports();
     qputenv("QT_LOGGING_RULES", "*=true");
     qInstallMessageHandler(countMessage);
+    QCoreApplication::setEventDispatcher(new ManualEventDispatcher(&fuzzerTime()));
     static int ownArguments = 1; // the fuzzer's arguments are none of Qt's business
     static QCoreApplication application(ownArguments, *argv);
     return 0;

@@ -2,21 +2,37 @@
 
 #include "literals.h"
 
-RecordingDevice::RecordingDevice()
-    : DDevice("Recording device"_s)
+#include <plugin_management/d_scheduler.h>
+
+RecordingDevice::RecordingDevice(DScheduler* scheduler)
+    : DDevice("Recording device"_s, scheduler)
 {}
 
 RecordingDevice::~RecordingDevice() = default;
 
-QVector<DLine> RecordingDevice::lines() const
+bool RecordingDevice::isRecurring(const QString& instruction) const
 {
-    return {};
+    return instruction.startsWith("listen"_s);
 }
 
-int RecordingDevice::level(int line) const
+void RecordingDevice::reply(quint64 id, const QVariantMap& reply)
 {
-    Q_UNUSED(line)
-    return 0;
+    DDevice::reply(id, reply, scheduler()->now());
+}
+
+void RecordingDevice::refuse(quint64 id, const QString& reason)
+{
+    fail(id, {DFailure::Kind::RefusedByDevice, reason});
+}
+
+void RecordingDevice::lose(const QString& problem)
+{
+    setState(State::Unreachable, problem);
+}
+
+void RecordingDevice::restore()
+{
+    setState(State::Connected);
 }
 
 quint64 RecordingDevice::lastId() const
@@ -31,6 +47,17 @@ QStringList RecordingDevice::instructions() const
         names.append(request.instruction);
     }
     return names;
+}
+
+void RecordingDevice::handleOpen()
+{
+    reached.append("open"_s);
+    restore();
+}
+
+void RecordingDevice::handleClose()
+{
+    reached.append("close"_s);
 }
 
 void RecordingDevice::handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments)

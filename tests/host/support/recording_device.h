@@ -4,7 +4,8 @@
 
 #include <functional>
 
-/// A device that remembers what it is asked, and answers when the test says so.
+/// A device that remembers what it is asked, and answers when the test says so. It is there when it is
+/// opened.
 class RecordingDevice : public DDevice
 {
     Q_OBJECT
@@ -18,16 +19,21 @@ public:
         QVariantMap arguments;
     };
 
-    RecordingDevice();
+    explicit RecordingDevice(DScheduler* scheduler);
     ~RecordingDevice() override;
 
-    QVector<DLine> lines() const override;
-    int level(int line) const override;
+    /// Instructions to listen recur.
+    bool isRecurring(const QString& instruction) const override;
 
-    using DDevice::fail;
     using DDevice::reply;
-    using DDevice::setConnected;
-    using DDevice::setDisconnected;
+    using DDevice::setState;
+
+    /// Answers with what is true since now.
+    void reply(quint64 id, const QVariantMap& reply);
+    /// Refuses a request.
+    void refuse(quint64 id, const QString& reason);
+    void lose(const QString& problem);
+    void restore();
 
     /// Identifier of the latest request; 0 when there was none.
     quint64 lastId() const;
@@ -35,12 +41,16 @@ public:
 
     QVector<Request> requests;
     QVector<quint64> cancelled;
+    /// "open" and "close", in their order.
+    QStringList reached;
     /// Carried out inside the sending of each request.
     std::function<void(const Request&)> onRequest;
     /// Carried out inside the handling of each cancellation.
     std::function<void(quint64 id)> onCancel;
 
 protected:
+    void handleOpen() override;
+    void handleClose() override;
     void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
     void handleCancel(quint64 id) override;
 };

@@ -15,8 +15,8 @@ struct CommandScript
     QString name = QStringLiteral("work");
     QString stopName;
     QString description = QStringLiteral("Works");
-    std::vector<DDeclaration> parameters;
-    std::vector<DDeclaration> results;
+    DDeclarations parameters;
+    DDeclarations results;
 
     /// Called by commandExecute after the base accepted; without one the command accepts and does nothing.
     std::function<bool(ScriptedCommand&)> execute;

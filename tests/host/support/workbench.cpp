@@ -4,11 +4,12 @@
 
 Workbench::Workbench(const std::function<void(CommandScript&)>& fill)
     : script(std::make_shared<CommandScript>())
-    , device(std::make_unique<RecordingDevice>())
+    , device(std::make_unique<RecordingDevice>(&scheduler))
 {
     if (fill) {
         fill(*script);
     }
+    device->open();
     tool = std::make_unique<DTool>(configuration(), ScriptedPlugin({script}), device.get());
 }
 
@@ -16,20 +17,10 @@ Workbench::~Workbench() = default;
 
 QVariantMap Workbench::configuration()
 {
-    const QVariantMap lamp =
-        channel("LAMP"_s, {{"type"_s, "digitalInput"_s}, {"direction"_s, "out"_s}, {"link"_s, "line0"_s}});
+    const QVariantMap lamp = channelEntry("LAMP"_s, "digitalInput"_s, "out"_s, "line0"_s);
     return {{"name"_s, "Bench"_s},
             {"id"_s, "{11111111-2222-3333-4444-555555555555}"_s},
             {"channels"_s, QVariantList{lamp}}};
-}
-
-QVariantMap Workbench::channel(const QString& id, const QVariantMap& items)
-{
-    QVariantList pairs;
-    for (auto item = items.cbegin(); item != items.cend(); ++item) {
-        pairs.append(QVariantMap{{"id"_s, item.key()}, {"value"_s, item.value()}});
-    }
-    return {{"id"_s, id}, {"value"_s, pairs}};
 }
 
 std::unique_ptr<DOrder> Workbench::order(const QVariantMap& arguments)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "channel_entry.h"
 #include "literals.h"
+#include "manual_scheduler.h"
 #include "recording_device.h"
 #include "scripted_plugin.h"
 
@@ -9,7 +11,7 @@
 
 #include <memory>
 
-/// One tool of a scripted plugin with one command, "work", and a recording device.
+/// One tool of a scripted plugin with one command, "work", and an open recording device.
 struct Workbench
 {
     /// Makes the tool; fill gives the command's script its declarations and deeds.
@@ -19,14 +21,13 @@ struct Workbench
 
     /// A configuration with the name "Bench" and one channel, "LAMP", linked to "line0" with direction "out".
     static QVariantMap configuration();
-    /// One channel of a configuration.
-    static QVariantMap channel(const QString& id, const QVariantMap& items);
 
     /// Prepares an order of "work".
     std::unique_ptr<DOrder> order(const QVariantMap& arguments = {});
     /// Working instances of the command that exist now.
     int workingCommands() const;
 
+    ManualScheduler scheduler;
     std::shared_ptr<CommandScript> script;
     std::unique_ptr<RecordingDevice> device;
     std::unique_ptr<DTool> tool;

@@ -18,14 +18,10 @@ Item {
     property bool live: true
     property int liveIntervalMs: 500
     // What the host knows of the tool that the page is for.
-    property bool toolExists: true
     property bool hasChannels: true
     property string connectionProblem: ""
 
     readonly property string notice: {
-        if (!toolExists) {
-            return qsTrId("panel_no_such_tool").arg(name)
-        }
         if (!connected) {
             return connectionProblem.length > 0 ? qsTrId("panel_not_connected_because").arg(connectionProblem)
                                                 : qsTrId("panel_not_connected")

@@ -15,34 +15,38 @@ Item {
     property bool focused: false
 
     readonly property int line: model.line
-    readonly property int shownLevel: pointedAgeUs >= 0 ? lines.levelAt(line, clock.now - pointedAgeUs) : model.level
+    readonly property bool settable: model.settable && model.known
+    // Undefined while nobody knows it.
+    readonly property var shownLevel: pointedAgeUs >= 0 ? lines.levelAt(line, clock.now - pointedAgeUs)
+                                                        : (model.known ? model.level : undefined)
+    readonly property color background: current && focused ? Style.accentSoft : Style.surface
 
     signal pointed(real ageUs)
     signal chosen()
 
     function adjust(share) {
-        if (model.settable) {
+        if (settable) {
             lines.setLevel(line, model.analog ? Math.round(model.level + share * model.highest)
                                               : (share > 0 ? 1 : 0))
         }
     }
 
     function toggle() {
-        if (model.settable) {
+        if (settable) {
             lines.setLevel(line, model.level > model.highest / 2 ? 0 : model.highest)
         }
     }
 
     implicitHeight: 48
 
-    Accessible.role: model.settable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
+    Accessible.role: settable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
     Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
-    Accessible.description: String(model.level)
-    Accessible.checked: !model.analog && model.level === 1
+    Accessible.description: model.known ? String(model.level) : qsTrId("board_unknown")
+    Accessible.checked: model.known && !model.analog && model.level === 1
 
     Rectangle {
         anchors.fill: parent
-        color: root.current && root.focused ? Style.accentSoft : "transparent"
+        color: root.background
     }
 
     UiFocusRing {
@@ -86,7 +90,28 @@ Item {
         Loader {
             anchors.verticalCenter: parent.verticalCenter
             x: item && item.width < parent.width ? (parent.width - item.width) / 2 : 0
-            sourceComponent: model.settable ? (model.analog ? slider : lever) : (model.analog ? gauge : lamp)
+            sourceComponent: !model.known ? unknown
+                             : (model.settable ? (model.analog ? slider : lever) : (model.analog ? gauge : lamp))
+        }
+    }
+
+    // Neither lit nor dark, neither on nor off.
+    Component {
+        id: unknown
+
+        Rectangle {
+            objectName: "lineUnknown"
+            width: 20
+            height: 20
+            radius: Style.radius
+            color: "transparent"
+            border.color: Style.separator
+
+            UiLabel {
+                anchors.centerIn: parent
+                text: "?"
+                color: Style.textSecondary
+            }
         }
     }
 
@@ -163,26 +188,15 @@ Item {
         anchors.rightMargin: Style.defSpacing
         height: parent.height
 
-        Repeater {
-            model: 4
-
-            Rectangle {
-                x: wave.width * (index + 1) / 5
-                width: 1
-                height: wave.height
-                color: Style.separator
-            }
-        }
-
         WaveformItem {
+            objectName: "lineCourse"
             anchors.fill: parent
-            anchors.topMargin: 8
-            anchors.bottomMargin: 8
             lines: root.lines
             line: root.line
-            now: root.clock.now
             span: root.spanUs
             color: Style.accent
+            gridColor: Style.separator
+            fillColor: root.background
         }
 
         Rectangle {
@@ -215,7 +229,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: 44
         horizontalAlignment: Qt.AlignRight
-        text: root.shownLevel
+        objectName: "lineLevel"
+        text: root.shownLevel === undefined ? "\u2013" : root.shownLevel
         font.bold: root.pointedAgeUs >= 0
     }
 

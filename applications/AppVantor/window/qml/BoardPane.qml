@@ -40,7 +40,7 @@ Pane {
         id: notice
         width: parent.width
         height: visible ? noticeText.implicitHeight + 2 * Style.defSpacing : 0
-        visible: !root.lines.connected
+        visible: root.lines.state !== "Connected"
         color: Style.surfaceRaised
 
         UiLabel {
@@ -48,12 +48,12 @@ Pane {
             x: root.inset
             width: parent.width - 2 * root.inset
             anchors.verticalCenter: parent.verticalCenter
-            text: root.lines.connectionProblem.length > 0
-                  ? qsTrId("board_not_connected_because").arg(root.lines.connectionProblem)
-                  : qsTrId("board_not_connected")
+            text: root.lines.state === "Connecting" ? qsTrId("board_connecting")
+                  : (root.lines.state === "Unreachable" ? qsTrId("board_not_connected_because").arg(root.lines.problem)
+                                                        : qsTrId("board_not_connected"))
             wrapMode: TextEdit.Wrap
             elide: Qt.ElideNone
-            color: Style.error
+            color: root.lines.state === "Unreachable" ? Style.error : Style.text
         }
     }
 
@@ -117,6 +117,8 @@ Pane {
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: 0
+        // Rows that cannot be seen are not kept up to date either.
+        cacheBuffer: 0
 
         Accessible.role: Accessible.List
         Accessible.name: root.title

@@ -46,7 +46,8 @@ Pane {
             id: row
 
             readonly property bool active: model.state === "running" || model.state === "listening"
-            readonly property bool failed: model.state === "failed"
+            // What the user ended is no mishap.
+            readonly property bool failed: model.state === "problem" || (model.state === "failed" && model.kind !== "stopped")
 
             width: list.width
             height: 48
@@ -72,7 +73,7 @@ Pane {
             UiLabel {
                 id: timeLabel
                 x: root.inset
-                width: 88
+                width: 112
                 height: parent.height / 2
                 anchors.top: parent.top
                 anchors.topMargin: 3
@@ -88,7 +89,7 @@ Pane {
                 anchors.topMargin: -4
                 width: timeLabel.width
                 height: timeLabel.height
-                text: qsTrId("orders_state_" + model.state)
+                text: qsTrId("orders_state_" + (model.kind === "stopped" ? model.kind : model.state))
                 color: row.failed ? Style.error : (row.active ? Style.accent : Style.textSecondary)
                 font.bold: row.failed || row.active
                 font.pixelSize: Style.smallTextSize
@@ -106,11 +107,12 @@ Pane {
             }
 
             UiLabel {
+                objectName: "orderDetail"
                 anchors.left: commandLabel.left
                 anchors.right: commandLabel.right
                 anchors.top: stateLabel.top
                 height: timeLabel.height
-                text: model.events > 0 ? qsTrId("orders_events").arg(model.events).arg(model.detail) : model.detail
+                text: model.detail
                 color: row.failed ? Style.error : Style.textSecondary
                 font.pixelSize: Style.smallTextSize
             }

@@ -75,7 +75,7 @@ Pane {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 20
                 height: 20
-                statusColor: model.connected ? Style.toolStatusIn : Style.toolStatusInactive
+                statusColor: model.state === "Connected" ? Style.toolStatusIn : Style.toolStatusInactive
             }
 
             MouseArea {

@@ -2,6 +2,7 @@
 
 #include <devices/gpio_chip.h>
 #include <devices/line_device.h>
+#include <devices/line_engine.h>
 
 #include <QFileSystemWatcher>
 
@@ -20,21 +21,27 @@ struct GpioChipSetup
 };
 
 /// GPIO lines of this machine, through the kernel's character devices. The lines are held as long as the
-/// device lives and its chips are there; a chip that disappears disconnects the device until it returns.
-class GpioChipDevice : public LineDevice
+/// device is open and its chips are there; a chip that disappears makes the device unreachable until it
+/// returns.
+class GpioChipDevice : public QObject, public LineEngine
 {
     Q_OBJECT
     Q_DISABLE_COPY(GpioChipDevice)
 
 public:
-    /// scheduler must outlive the device. A device whose lines cannot be had is not connected, and tries
-    /// again when the chips of the machine change.
-    GpioChipDevice(const GpioChipSetup& setup, Scheduler* scheduler, QObject* parent = nullptr);
+    /// scheduler and listener must outlive the device. A device whose lines cannot be had tries again when
+    /// the chips of the machine change.
+    GpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler, LineListener* listener);
     ~GpioChipDevice() override;
 
+    void open() override;
+    void close() override;
+    void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
+
+    static QVector<DLine> linesOf(const GpioChipSetup& setup);
+
 protected:
-    QString drive(int line, int level) override;
-    void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
+    DFailure drive(int line, int level) override;
 
 private:
     struct HeldLine;
@@ -47,15 +54,18 @@ private:
     void releaseAll();
     void lookForChips();
     void lose(const QString& chip);
-    QString failed(int line, int error);
+    DFailure failed(int line, int error);
     void readInputs();
     std::vector<int> readyInputs() const;
     void readInput(quint64 id, int line);
 
     GpioChipSetup m_setup;
-    qint64 m_clockOffsetUs = 0; ///< from the kernel's monotonic clock to the device's
     std::vector<std::unique_ptr<HeldChip>> m_chips;
     std::vector<HeldLine> m_held; ///< all lines, or none
     bool m_chipMissing = false;
-    QFileSystemWatcher m_watcher;
+    std::unique_ptr<QFileSystemWatcher> m_watcher; ///< while the device is open
 };
+
+/// Makes the device of these lines behind its front, closed; see LineDevice.
+std::unique_ptr<LineDevice> makeGpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler,
+                                               DevicePlace place);

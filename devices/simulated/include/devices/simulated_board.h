@@ -1,6 +1,7 @@
 #pragma once
 
 #include <devices/line_device.h>
+#include <devices/line_engine.h>
 #include <devices/waveform.h>
 
 #include <optional>
@@ -32,7 +33,8 @@ struct SimulatedBoardSetup
             Silent,
             Late,
             Wrong,
-            Refused
+            Refused,
+            Count
         };
 
         Kind kind = Kind::Silent;
@@ -50,37 +52,41 @@ struct SimulatedBoardSetup
 
 /// The built-in board: lines in memory, wires between them, waveforms on analogue inputs, and defects on
 /// demand.
-class SimulatedBoard : public LineDevice
+class SimulatedBoard : public LineEngine
 {
-    Q_OBJECT
+public:
+    /// scheduler and listener must outlive the board.
+    SimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler, LineListener* listener);
+    ~SimulatedBoard() override;
     Q_DISABLE_COPY(SimulatedBoard)
 
-public:
-    /// scheduler must outlive the board.
-    SimulatedBoard(const SimulatedBoardSetup& setup, Scheduler* scheduler, QObject* parent = nullptr);
-    ~SimulatedBoard() override;
-
-    bool hasSettableInputs() const override;
+    void open() override;
+    void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
+    void cancel(quint64 id) override;
     void setInput(int line, int level) override;
+    void setPluggedIn(bool pluggedIn) override;
 
-    /// Plugs the board in or unplugs it.
-    void setPluggedIn(bool pluggedIn);
+    /// The lines of such a board; those that neither a wire nor a waveform feeds can be set.
+    static QVector<DLine> linesOf(const SimulatedBoardSetup& setup);
 
 protected:
-    QString drive(int line, int level) override;
-    void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
-    void handleCancel(quint64 id) override;
+    DFailure drive(int line, int level) override;
 
 private:
-    void setLevel(int line, int wanted);
+    void carryOut(int line, int wanted);
     void settleWires();
     int carriedLevel(const SimulatedBoardSetup::Wire& wire) const;
-    void carry(const SimulatedBoardSetup::Wire& wire);
     void sample(int line);
-    Scheduler::Appointment later(qint64 delayUs, Scheduler::Action action);
+    DScheduler::Appointment later(qint64 delayUs, DScheduler::Action action);
 
-    SimulatedBoardSetup m_setup;
+    const SimulatedBoardSetup m_setup;
+    const qint64 m_startUs;
+    bool m_pluggedIn;
     std::vector<std::vector<SimulatedBoardSetup::Wire>> m_wiresFrom;
-    std::set<Scheduler::Appointment> m_appointments;
-    QHash<quint64, Scheduler::Appointment> m_lateRequests;
+    std::set<DScheduler::Appointment> m_appointments;
+    QHash<quint64, DScheduler::Appointment> m_lateRequests;
 };
+
+/// Makes a simulated board behind its front, closed; see LineDevice.
+std::unique_ptr<LineDevice> makeSimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler,
+                                               DevicePlace place);

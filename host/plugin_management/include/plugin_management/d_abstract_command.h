@@ -88,6 +88,11 @@ public:
     void commandFinish(bool& ok);
 
 private:
+    friend class DOrder;
     struct Private;
+
+    /// The instruction is over: its delegate goes.
+    void forgetInstruction(quint64 instructionId);
+
     std::unique_ptr<Private> d;
 };

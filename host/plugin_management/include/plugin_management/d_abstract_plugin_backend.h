@@ -30,8 +30,10 @@ public:
     /// The treatment id is over, with its outcome. The base does nothing.
     virtual void treatmentReleased(int id, const QString& name, bool success);
 
-    /// Queues an order of the tool's command name with these arguments. Returns false while the queue is
-    /// full, which holds 256 treatments, or one for each channel of the tool when it has more. A treatment
+    /// Queues an order of the tool's command name with these arguments: behind those that wait, but before
+    /// those that only ask when it does more than that. Returns false while the queue is full, which holds
+    /// 256 treatments that ask and as many that do something, or one for each channel of the tool when it has
+    /// more. A caller that tries again from the event loop is held back there, for 50 ms at most. A treatment
     /// without a tool or with its device not connected is accepted and released with success false.
     bool queueTreatment(int id, const QString& name, const QVariantMap& parameters);
     /// True while a queued treatment has not been released.
@@ -48,7 +50,8 @@ public:
 
 Q_SIGNALS:
     /// The backend has finished its initialisation; the bound tool object is still null when there is no such
-    /// tool. Emitted once more when the tool appears later.
+    /// tool. Emitted once more when the tool appears later. A tool that takes the place of the bound one must
+    /// have the same configuration, or the backend stays without.
     void abstractBackendInitialized();
     void nameChanged();
     void objectIdChanged();
@@ -60,7 +63,7 @@ protected:
 
 private:
     void initialize();
-    void bind(DTool* tool);
+    bool bind();
     void release(DTool* tool);
     void refreshConnected();
 

@@ -3,8 +3,6 @@
 #include <plugin_management/d_device.h>
 #include <plugin_management/i_command.h>
 
-#include <memory>
-
 class DAbstractCommand;
 class DTool;
 
@@ -16,7 +14,7 @@ class DTool;
 ///
 /// The order of a stop name stops the latest running order of a command that has this stop name, among those
 /// that were given each of its own arguments with the same value. It ends with success when there was one.
-class PLUGIN_MANAGEMENT_EXPORT DOrder : public DObject, private DDeviceClient
+class PLUGIN_MANAGEMENT_EXPORT DOrder : public QObject, private DDeviceClient
 {
     Q_OBJECT
     Q_DISABLE_COPY(DOrder)
@@ -26,7 +24,8 @@ public:
     {
         Waiting,
         Running,
-        Finished
+        Finished,
+        Count
     };
     Q_ENUM(State)
 
@@ -46,8 +45,8 @@ public:
     bool isListening() const;
     /// True when the order has ended with success.
     bool isSuccessful() const;
-    /// Why the order failed; empty while it runs and after success.
-    QString reason() const;
+    /// Why the order failed; no failure while it runs and after success.
+    const DFailure& failure() const;
     /// The declared results with their present values.
     QVariantMap results() const;
     /// Number of replies that a listening command has rejected.
@@ -61,10 +60,10 @@ public:
 Q_SIGNALS:
     /// The declared result name has the new value.
     void resultUpdated(const QString& name, const QVariant& value);
-    /// A listening order reports an event.
-    void eventReceived(const QVariantMap& event);
+    /// A listening order reports an event, true since timeUs on the steady clock.
+    void eventReceived(const QVariantMap& event, qint64 timeUs);
     /// The order has ended; its last signal.
-    void finished(bool success, const QString& reason);
+    void finished(bool success);
 
 private:
     friend class DAbstractCommand;
@@ -73,28 +72,28 @@ private:
 
     // What the order's command asks of it.
     quint64 addInstruction(const QString& target, const QString& instruction, const QVariantMap& arguments,
-                           int timeoutMs, const ICommand::ReplyDelegate& onReply);
+                           int timeoutMs);
     void stopInstruction(quint64 id);
-    bool callDelegate(quint64 id, const QVariantMap& reply);
     bool updateResult(const QString& name, const QVariant& value);
     void passOnReply(const QVariantMap& reply);
     void commandHasFinished(DAbstractCommand& command, bool ok);
 
-    void requestReplied(quint64 id, const QVariantMap& reply) override;
-    void requestFailed(quint64 id, const QString& reason) override;
+    void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
+    void requestFailed(quint64 id, const DFailure& failure) override;
 
     bool isStoppedBy(const QString& stopName, const QVariantMap& arguments) const;
     void stopAnother();
-    bool makeCommand();
+    void makeCommand(DAbstractCommand* prototype);
     void execute();
-    void failLater(quint64 id, const QString& reason);
-    void storeResult(const QString& name, const QVariant& value);
+    void failLater(quint64 id, const DFailure& failure);
+    bool removeInstruction(quint64 id);
+    void storeResult(int number, const QVariant& value);
     void checkLater();
     void endWhenComplete();
     bool commandTimes();
-    void end(bool success, const QString& reason);
+    void end(const DFailure& failure);
     void toolIsClosing();
     void detach();
 
-    std::shared_ptr<Private> d;
+    Private* const d; ///< outlives the order while a call of it is on the stack
 };

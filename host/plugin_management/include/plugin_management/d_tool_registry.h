@@ -4,7 +4,10 @@
 
 #include <utilities/d_object.h>
 
+#include <QVariant>
 #include <QVector>
+
+#include <optional>
 
 class DTool;
 
@@ -19,9 +22,10 @@ public:
 
     /// The tools, in the order of their making.
     QVector<DTool*> tools() const;
-    /// The first tool with this name and identifier; an empty text matches every tool, two empty ones none.
-    /// Null when there is none.
-    DTool* find(const QString& name, const QString& id) const;
+    /// The first tool with this name and identifier, and with this configuration where one is given; an empty
+    /// text matches every tool, two empty ones none. Null when there is none.
+    DTool* find(const QString& name, const QString& id,
+                const std::optional<QVariantMap>& configuration = std::nullopt) const;
 
 Q_SIGNALS:
     void toolAdded(DTool* tool);

@@ -1,0 +1,80 @@
+#include "output.h"
+
+#include "diagnostics.h"
+#include "status_line.h"
+
+#include <unistd.h>
+
+namespace {
+/// What events leave to results of what may wait for the reader: these are never left out.
+constexpr std::size_t c_keptForResults = 1 << 20;
+} // namespace
+
+Output::Output(bool json)
+    : m_json(json)
+    , m_outlet(STDOUT_FILENO)
+{
+    connect(&m_outlet, &Outlet::roomAgain, this, &Output::roomAgain);
+    connect(&m_outlet, &Outlet::failed, this, [this](int error) {
+        diagnostic(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(error)));
+        Q_EMIT failed();
+    });
+}
+
+Output::~Output()
+{
+    drain();
+}
+
+void Output::write(const JsonMaker& json, const TextMaker& text)
+{
+    // Text from outside may hold half a surrogate pair; it is replaced, never thrown at.
+    line(m_json ? json().dump(-1, ' ', false, Json::error_handler_t::replace) : text().toStdString());
+}
+
+void Output::writeEvent(int order, const JsonMaker& json, const TextMaker& text)
+{
+    if (m_outlet.waiting() >= Outlet::c_bound - c_keptForResults) {
+        ++m_lost[order];
+        return;
+    }
+    endOfEvents(order);
+    write(json, text);
+}
+
+void Output::endOfEvents(int order)
+{
+    if (m_lost.isEmpty()) {
+        return;
+    }
+    const quint64 lost = m_lost.take(order);
+    if (lost > 0) {
+        write(
+            [&] {
+                return Json{{"order", order}, {"lost", lost}};
+            },
+            [&] {
+                return QStringLiteral("[%1] %2 events lost: the reader was too slow").arg(order).arg(lost);
+            });
+    }
+}
+
+void Output::text(const QString& text)
+{
+    if (!m_json) {
+        line(text.toStdString());
+    }
+}
+
+bool Output::drain()
+{
+    return m_outlet.drain();
+}
+
+void Output::line(const std::string& line)
+{
+    if (!hasFailed()) {
+        const StatusLineHider hider;
+        m_outlet.write(line + '\n');
+    }
+}

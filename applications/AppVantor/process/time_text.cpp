@@ -1,0 +1,49 @@
+#include "time_text.h"
+
+#include <QDateTime>
+
+namespace {
+
+constexpr qint64 c_usPerSecond = 1000000;
+
+struct LocalSecond
+{
+    qint64 sinceEpoch = -1;
+    QString date;
+    QString timeOfDay;
+    QString offset; ///< from UTC
+};
+
+/// The latest one is kept: the system looks for the rules of the time zone each time it is asked.
+const LocalSecond& localSecond(qint64 sinceEpoch)
+{
+    static LocalSecond latest;
+    if (latest.sinceEpoch != sinceEpoch) {
+        const QDateTime local = QDateTime::fromSecsSinceEpoch(sinceEpoch);
+        const int offset = local.offsetFromUtc();
+        latest = {sinceEpoch, local.toString(QStringLiteral("yyyy-MM-dd")),
+                  local.toString(QStringLiteral("HH:mm:ss")),
+                  QLatin1Char(offset < 0 ? '-' : '+') +
+                      QTime(0, 0).addSecs(qAbs(offset)).toString(QStringLiteral("HH:mm"))};
+    }
+    return latest;
+}
+
+QString decimals(qint64 wallClockUs)
+{
+    constexpr int digits = 6;
+    return QStringLiteral(".%1").arg(wallClockUs % c_usPerSecond, digits, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+QString fullTime(qint64 wallClockUs)
+{
+    const LocalSecond& second = localSecond(wallClockUs / c_usPerSecond);
+    return second.date + QLatin1Char('T') + second.timeOfDay + decimals(wallClockUs) + second.offset;
+}
+
+QString timeOfDay(qint64 wallClockUs)
+{
+    return localSecond(wallClockUs / c_usPerSecond).timeOfDay + decimals(wallClockUs);
+}

@@ -1,0 +1,263 @@
+#include <devices/device_thread.h>
+
+#include "handover.h"
+
+#include <plugin_management/d_scheduler.h>
+
+#include <QMap>
+#include <QPointer>
+
+#include <csignal>
+#include <pthread.h>
+#include <sched.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t c_mostWaiting = 1 << 18;
+constexpr int c_realtimePriority = 10;
+
+using Message = std::function<void(LineListener&)>;
+using Batch = std::vector<Message>;
+
+/// Keeps signals from a thread that is started while it lives: they are the main thread's. Those of a fault
+/// of its own reach it.
+class SignalsKeptAway
+{
+public:
+    SignalsKeptAway()
+    {
+        sigset_t kept;
+        sigfillset(&kept);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL}) {
+            sigdelset(&kept, fault);
+        }
+        pthread_sigmask(SIG_SETMASK, &kept, &m_before);
+    }
+    ~SignalsKeptAway() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    Q_DISABLE_COPY(SignalsKeptAway)
+
+private:
+    sigset_t m_before;
+};
+
+} // namespace
+
+/// What batches are sent to: those on their way end with it.
+class DeviceThread::Front : public QObject
+{
+public:
+    explicit Front(LineListener* listener)
+        : m_listener(listener)
+    {}
+
+    /// How often the device was closed: what it told before is of no interest afterwards.
+    int closings = 0;
+
+    /// Tells what is in batch, and answers whether this still lives.
+    bool take(const Batch& batch, int batchClosings)
+    {
+        const QPointer<Front> self(this); // who hears of it may close or destroy the device
+        for (const Message& message : batch) {
+            if (self.isNull() || batchClosings != closings) {
+                break;
+            }
+            message(*m_listener);
+        }
+        return !self.isNull();
+    }
+
+private:
+    LineListener* const m_listener;
+};
+
+/// The device's side of the link.
+class DeviceThread::Worker : public QObject, private LineListener
+{
+public:
+    Worker(const LineDriverMaker& maker, Front* front)
+        : m_maker(maker)
+        , m_front(front)
+    {}
+
+    void start(bool realtime)
+    {
+        m_scheduler = std::make_unique<DSteadyScheduler>();
+        m_driver = m_maker(m_scheduler.get(), this);
+        const sched_param priority = {c_realtimePriority};
+        const int error = realtime ? pthread_setschedparam(pthread_self(), SCHED_FIFO, &priority) : 0;
+        if (error != 0) {
+            failureTold(
+                QStringLiteral("the system grants no real-time priority: %1").arg(qt_error_string(error)));
+        }
+    }
+
+    LineDriver& driver() { return *m_driver; }
+
+    void close()
+    {
+        m_driver->close();
+        m_waiting.clear();
+        m_leftOut.clear();
+        m_lost = 0;
+        ++m_closings;
+    }
+
+private:
+    void requestAnswered(quint64 id, const QVariantMap& reply, qint64 timeUs) override
+    {
+        queue([id, reply, timeUs](LineListener& listener) { listener.requestAnswered(id, reply, timeUs); });
+    }
+
+    void eventTold(quint64 id, const QVariantMap& reply, qint64 timeUs) override
+    {
+        if (hasRoom()) {
+            requestAnswered(id, reply, timeUs);
+        }
+    }
+
+    void requestRefused(quint64 id, const DFailure& failure) override
+    {
+        queue([id, failure](LineListener& listener) { listener.requestRefused(id, failure); });
+    }
+
+    void lineTold(int line, const LineLevel& level) override
+    {
+        if (hasRoom()) {
+            queue([line, level](LineListener& listener) { listener.lineTold(line, level); });
+        } else {
+            m_leftOut.insert(line, level);
+        }
+    }
+
+    void stateTold(DDevice::State state, const QString& problem) override
+    {
+        makeUp(); // a state is true of the levels that were told before it
+        queue([state, problem](LineListener& listener) { listener.stateTold(state, problem); });
+    }
+
+    void failureTold(const QString& text) override
+    {
+        queue([text](LineListener& listener) { listener.failureTold(text); });
+    }
+
+    /// Counts what is left out.
+    bool hasRoom()
+    {
+        const bool room = m_waiting.size() < c_mostWaiting;
+        m_lost += room ? 0 : 1;
+        return room;
+    }
+
+    void queue(Message message)
+    {
+        m_waiting.push_back(std::move(message));
+        if (!m_sending) {
+            m_sending = true;
+            // What belongs to one event of the device goes together.
+            handover::post(this, [this] { send(); });
+        }
+    }
+
+    void send()
+    {
+        makeUp();
+        handover::post(m_front, [batch = std::make_shared<const Batch>(std::exchange(m_waiting, {})),
+                                 closings = m_closings, front = m_front, this] {
+            if (front->take(*batch, closings)) {
+                handover::post(this, [this] { taken(); });
+            }
+        });
+    }
+
+    void taken()
+    {
+        m_sending = !m_waiting.empty();
+        if (m_sending) {
+            send();
+        }
+    }
+
+    /// Tells the latest levels of the lines that had a change left out, and how much was left out.
+    void makeUp()
+    {
+        if (m_lost == 0) {
+            return;
+        }
+        for (auto line = m_leftOut.cbegin(); line != m_leftOut.cend(); ++line) {
+            m_waiting.push_back([number = line.key(), level = line.value()](LineListener& listener) {
+                listener.lineTold(number, level);
+            });
+        }
+        m_leftOut.clear();
+        const quint64 lost = std::exchange(m_lost, 0);
+        failureTold(QStringLiteral("%1 events came too fast and were left out").arg(lost));
+    }
+
+    const LineDriverMaker m_maker;
+    Front* const m_front;
+    std::unique_ptr<DScheduler> m_scheduler;
+    std::unique_ptr<LineDriver> m_driver;
+    Batch m_waiting;
+    bool m_sending = false;
+    int m_closings = 0;
+    QMap<int, LineLevel> m_leftOut; ///< the latest level of each line that had a change left out
+    quint64 m_lost = 0;             ///< changes and events that were left out
+};
+
+DeviceThread::DeviceThread(const LineDriverMaker& maker, LineListener* listener, bool realtime)
+    : m_front(std::make_unique<Front>(listener))
+    , m_worker(new Worker(maker, m_front.get()))
+{
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.setObjectName(QStringLiteral("device"));
+    {
+        const SignalsKeptAway kept;
+        m_thread.start();
+    }
+    handover::post(m_worker, [worker = m_worker, realtime] { worker->start(realtime); });
+}
+
+DeviceThread::~DeviceThread()
+{
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void DeviceThread::ask(std::function<void(LineDriver&)> question)
+{
+    handover::post(m_worker, [worker = m_worker, ask = std::move(question)] { ask(worker->driver()); });
+}
+
+void DeviceThread::open()
+{
+    ask([](LineDriver& driver) { driver.open(); });
+}
+
+void DeviceThread::close()
+{
+    ++m_front->closings;
+    handover::post(m_worker, [worker = m_worker] { worker->close(); });
+}
+
+void DeviceThread::request(quint64 id, const QString& instruction, const QVariantMap& arguments)
+{
+    ask([=](LineDriver& driver) { driver.request(id, instruction, arguments); });
+}
+
+void DeviceThread::cancel(quint64 id)
+{
+    ask([id](LineDriver& driver) { driver.cancel(id); });
+}
+
+void DeviceThread::setInput(int line, int level)
+{
+    ask([line, level](LineDriver& driver) { driver.setInput(line, level); });
+}
+
+void DeviceThread::setPluggedIn(bool pluggedIn)
+{
+    ask([pluggedIn](LineDriver& driver) { driver.setPluggedIn(pluggedIn); });
+}

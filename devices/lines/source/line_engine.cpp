@@ -1,0 +1,312 @@
+#include <devices/line_engine.h>
+
+#include "line_request.h"
+
+namespace {
+constexpr int c_binaryNumberBits = 64;
+constexpr qint64 c_usPerMs = 1000;
+} // namespace
+
+LineEngine::LineEngine(const QVector<DLine>& lines, DScheduler* scheduler, LineListener* listener)
+    : m_lines(lines)
+    , m_scheduler(scheduler)
+    , m_listener(listener)
+    , m_levels(lines.size())
+    , m_bits(lines.size(), -1)
+    , m_lineListeners(static_cast<std::size_t>(lines.size()))
+{
+    for (int line = 0; line < lines.size(); ++line) {
+        m_lineNumbers.insert(lines.at(line).name, line);
+        if (lines.at(line).kind == DLine::Kind::Digital && m_binaryLines++ < c_binaryNumberBits) {
+            m_bits[line] = m_binaryLines - 1;
+        }
+    }
+}
+
+LineEngine::~LineEngine()
+{
+    stopAllBlinking();
+}
+
+void LineEngine::close()
+{
+    stopAllBlinking();
+    m_state = DDevice::State::Closed;
+    m_problem.clear();
+}
+
+void LineEngine::setInput(int line, int level)
+{
+    Q_UNUSED(line)
+    Q_UNUSED(level)
+}
+
+void LineEngine::setPluggedIn(bool pluggedIn)
+{
+    Q_UNUSED(pluggedIn)
+}
+
+/// Whatever the lines did meanwhile, nobody saw it.
+void LineEngine::setConnected()
+{
+    m_state = DDevice::State::Connected;
+    m_problem.clear();
+    for (int line = 0; line < m_lines.size(); ++line) {
+        m_levels[line].sinceUs = m_scheduler->now();
+        m_listener->lineTold(line, m_levels.at(line));
+    }
+    m_listener->stateTold(m_state, m_problem);
+}
+
+void LineEngine::setUnreachable(const QString& problem)
+{
+    stopAllBlinking();
+    m_state = DDevice::State::Unreachable;
+    m_problem = problem;
+    m_listener->stateTold(m_state, m_problem);
+}
+
+void LineEngine::setLevel(int line, int level, qint64 timeUs)
+{
+    const LineLevel before = m_levels.at(line);
+    if (before.known && before.level == level) {
+        return;
+    }
+    m_levels[line] = {level, timeUs, true};
+    m_unreadable.remove(line);
+    const int bit = m_bits.at(line);
+    if (bit >= 0) {
+        const quint64 mask = quint64{1} << static_cast<unsigned>(bit);
+        m_binaryLevels = level != 0 ? m_binaryLevels | mask : m_binaryLevels & ~mask;
+    }
+    if (isConnected()) {
+        tell(line);
+    }
+}
+
+void LineEngine::setUnreadable(int line, const DFailure& failure)
+{
+    if (m_unreadable.contains(line)) {
+        return;
+    }
+    m_unreadable.insert(line, failure);
+    m_levels[line] = {0, m_scheduler->now(), false};
+    m_listener->lineTold(line, m_levels.at(line));
+    m_listener->failureTold(failure.text);
+    std::set<quint64> listeners = m_lineListeners.at(static_cast<std::size_t>(line));
+    if (m_bits.at(line) >= 0) {
+        listeners.insert(m_allListeners.cbegin(), m_allListeners.cend());
+    }
+    for (const quint64 id : listeners) {
+        cancel(id);
+        m_listener->requestRefused(id, failure);
+    }
+}
+
+/// Answers whether it did.
+bool LineEngine::refuseUnreadable(quint64 id, int line)
+{
+    const auto failure = m_unreadable.constFind(line);
+    if (failure == m_unreadable.constEnd()) {
+        return false;
+    }
+    m_listener->requestRefused(id, *failure);
+    return true;
+}
+
+/// The display hears of a change before those who asked for it.
+void LineEngine::tell(int line)
+{
+    const LineLevel& level = m_levels.at(line);
+    m_listener->lineTold(line, level);
+    for (const quint64 id : m_lineListeners.at(static_cast<std::size_t>(line))) {
+        m_listener->eventTold(id, lineReply(line), level.sinceUs);
+    }
+    if (m_bits.at(line) >= 0) {
+        for (const quint64 id : m_allListeners) {
+            m_listener->eventTold(id, allLinesReply(), level.sinceUs);
+        }
+    }
+}
+
+int LineEngine::lineNamed(const QString& name) const
+{
+    return m_lineNumbers.value(name, -1);
+}
+
+void LineEngine::refuse(quint64 id, const QString& reason)
+{
+    m_listener->requestRefused(id, {DFailure::Kind::RefusedByDevice, reason});
+}
+
+void LineEngine::request(quint64 id, const QString& instruction, const QVariantMap& arguments)
+{
+    if (!isConnected()) {
+        m_listener->requestRefused(id, unreachable());
+        return;
+    }
+    const bool reads = instruction == QLatin1String("getValue");
+    const bool writes =
+        !reads && (instruction == QLatin1String("setValues") || instruction == QLatin1String("setBlink"));
+    const bool listens = !reads && !writes && instruction == QLatin1String("listenEvents");
+    if (!reads && !writes && !listens) {
+        if (instruction == QLatin1String("listenToAll")) {
+            listenToAll(id);
+            return;
+        }
+        refuse(id, QStringLiteral("unknown instruction \"%1\"").arg(instruction));
+        return;
+    }
+    const QString channel = arguments.value(QStringLiteral("channel")).toString();
+    const int line = lineNamed(channel);
+    if (channel.isEmpty()) {
+        refuse(id, QStringLiteral("\"%1\" names no channel").arg(instruction));
+    } else if (line < 0) {
+        refuse(id, QStringLiteral("unknown channel \"%1\"").arg(channel));
+    } else if (reads) {
+        read(id, line);
+    } else if (listens) {
+        listenToLine(id, line);
+    } else {
+        write(id, instruction, line, arguments);
+    }
+}
+
+void LineEngine::cancel(quint64 id)
+{
+    m_allListeners.erase(id);
+    const auto listened = m_listenedLines.constFind(id);
+    if (listened != m_listenedLines.constEnd()) {
+        m_lineListeners.at(static_cast<std::size_t>(*listened)).erase(id);
+        m_listenedLines.erase(listened);
+    }
+}
+
+void LineEngine::read(quint64 id, int line)
+{
+    if (refuseUnreadable(id, line)) {
+        return;
+    }
+    m_listener->requestAnswered(id, {{QStringLiteral("value"), level(line)}}, m_scheduler->now());
+}
+
+void LineEngine::write(quint64 id, const QString& instruction, int line, const QVariantMap& arguments)
+{
+    const DLine& target = m_lines.at(line);
+    if (target.direction == DLine::Direction::In) {
+        refuse(id, QStringLiteral("channel \"%1\" is an input and cannot be written").arg(target.name));
+        return;
+    }
+    const bool blinks = instruction == QLatin1String("setBlink");
+    QString problem;
+    const std::optional<int> values = wholeArgument(arguments, QStringLiteral("values"), &problem);
+    std::optional<int> onWidth = 0;
+    std::optional<int> offWidth = 0;
+    if (values && blinks) {
+        onWidth = wholeArgument(arguments, QStringLiteral("pulseOnWidth"), &problem);
+        offWidth =
+            onWidth ? wholeArgument(arguments, QStringLiteral("pulseOffWidth"), &problem) : std::nullopt;
+    }
+    if (!values || !onWidth || !offWidth) {
+        refuse(id, QStringLiteral("\"%1\" of channel \"%2\": %3").arg(instruction, target.name, problem));
+        return;
+    }
+    const int level = target.kind == DLine::Kind::Analog ? *values : (*values != 0 ? 1 : 0);
+    const bool steadilyOff = *onWidth == 0 && *offWidth > 0;
+    stopBlinking(line);
+    const DFailure failure = drive(line, steadilyOff ? 0 : level);
+    if (failure) {
+        m_listener->requestRefused(id, failure);
+        return;
+    }
+    if (*onWidth > 0 && *offWidth > 0 && level > 0) {
+        startBlinking(line, level, *onWidth * c_usPerMs, *offWidth * c_usPerMs);
+    }
+    m_listener->requestAnswered(id,
+                                {{QStringLiteral("channel"), target.name}, {QStringLiteral("values"), level}},
+                                m_scheduler->now());
+}
+
+void LineEngine::startBlinking(int line, int level, qint64 onUs, qint64 offUs)
+{
+    Blink blink;
+    blink.level = level;
+    blink.onUs = onUs;
+    blink.periodUs = onUs + offUs;
+    blink.startUs = m_scheduler->now();
+    blink.next = m_scheduler->at(blink.startUs + onUs, [this, line] { blinkPhase(line); });
+    m_blinks.insert(line, blink);
+}
+
+void LineEngine::stopBlinking(int line)
+{
+    const auto blink = m_blinks.constFind(line);
+    if (blink != m_blinks.constEnd()) {
+        m_scheduler->cancel(blink->next);
+        m_blinks.erase(blink);
+    }
+}
+
+void LineEngine::stopAllBlinking()
+{
+    for (const Blink& blink : qAsConst(m_blinks)) {
+        m_scheduler->cancel(blink.next);
+    }
+    m_blinks.clear();
+}
+
+/// Every phase is reckoned from the start of the blinking, so that late calls do not add up; phases that were
+/// missed altogether are left out.
+void LineEngine::blinkPhase(int line)
+{
+    Blink& blink = m_blinks[line];
+    const qint64 elapsed = m_scheduler->now() - blink.startUs;
+    const qint64 cycleStart = blink.startUs + elapsed / blink.periodUs * blink.periodUs;
+    const bool on = elapsed % blink.periodUs < blink.onUs;
+    const qint64 nextUs = cycleStart + (on ? blink.onUs : blink.periodUs);
+    const int level = on ? blink.level : 0;
+    blink.next = m_scheduler->at(nextUs, [this, line] { blinkPhase(line); });
+    const DFailure failure = drive(line, level);
+    if (failure) {
+        stopBlinking(line);
+        m_listener->failureTold(
+            QStringLiteral("line \"%1\" blinks no more: %2").arg(m_lines.at(line).name, failure.text));
+    }
+}
+
+void LineEngine::listenToLine(quint64 id, int line)
+{
+    if (refuseUnreadable(id, line)) {
+        return;
+    }
+    m_lineListeners.at(static_cast<std::size_t>(line)).insert(id);
+    m_listenedLines.insert(id, line);
+    m_listener->requestAnswered(id, lineReply(line), m_scheduler->now());
+}
+
+void LineEngine::listenToAll(quint64 id)
+{
+    if (m_binaryLines > c_binaryNumberBits) {
+        refuse(id, QStringLiteral("\"listenToAll\" tells %1 binary lines at most, the device has %2")
+                       .arg(c_binaryNumberBits)
+                       .arg(m_binaryLines));
+        return;
+    }
+    for (auto line = m_unreadable.cbegin(); line != m_unreadable.cend(); ++line) {
+        if (m_bits.at(line.key()) >= 0 && refuseUnreadable(id, line.key())) {
+            return;
+        }
+    }
+    m_allListeners.insert(id);
+    m_listener->requestAnswered(id, allLinesReply(), m_scheduler->now());
+}
+
+QVariantMap LineEngine::lineReply(int line) const
+{
+    return {{QStringLiteral("values"), QVariantList{level(line)}}};
+}
+
+QVariantMap LineEngine::allLinesReply() const
+{
+    return {{QStringLiteral("value"), m_binaryLevels}};
+}

@@ -1,0 +1,221 @@
+#include "board_bench.h"
+#include "late_scheduler.h"
+
+#include <QTest>
+
+class TestBlinking : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<BoardBench>(
+            boardOf({output("out"_s), analogOutput("dac"_s), output("other"_s)}));
+    }
+
+    void theReplyTellsTheLevelTaken()
+    {
+        const QVariantMap widths{{"pulseOnWidth"_s, 300}, {"pulseOffWidth"_s, 700}};
+        QVariantMap arguments = widths;
+        arguments.insert("channel"_s, "out"_s);
+        arguments.insert("values"_s, 5);
+        QCOMPARE(m_bench->ask("setBlink"_s, arguments),
+                 (QVariantMap{{"channel"_s, "out"_s}, {"values"_s, 1}}));
+    }
+
+    void theLineIsOnAndOffForItsWidths()
+    {
+        m_bench->advanceMs(50);
+        m_bench->blink("out"_s, 300, 700);
+        m_bench->advanceMs(2299);
+        QCOMPARE(m_bench->changes,
+                 (QVector<BoardBench::Change>{
+                     {0, 1, 50000}, {0, 0, 350000}, {0, 1, 1050000}, {0, 0, 1350000}, {0, 1, 2050000}}));
+        QCOMPARE(m_bench->ask("getValue"_s, {{"channel"_s, "out"_s}}), (QVariantMap{{"value"_s, 1}}));
+    }
+
+    void anAnalogueLineBlinksWithItsLevel()
+    {
+        m_bench->blink("dac"_s, 10, 20, 1234);
+        m_bench->advanceMs(30);
+        QCOMPARE(m_bench->changes,
+                 (QVector<BoardBench::Change>{{1, 1234, 0}, {1, 0, 10000}, {1, 1234, 30000}}));
+    }
+
+    void tenThousandCyclesDoNotDrift()
+    {
+        constexpr int cycles = 10000;
+        m_bench->advanceMs(17);
+        m_bench->blink("out"_s, 3, 4);
+        m_bench->advanceMs(cycles * 7 - 1);
+        QCOMPARE(m_bench->changes.size(), 2 * cycles);
+        for (int cycle = 0; cycle < cycles; ++cycle) {
+            const qint64 start = 17000 + cycle * qint64{7000};
+            QCOMPARE(m_bench->changes.at(2 * cycle), (BoardBench::Change{0, 1, start}));
+            QCOMPARE(m_bench->changes.at(2 * cycle + 1), (BoardBench::Change{0, 0, start + 3000}));
+        }
+    }
+
+    void lateCallsDoNotAddUp()
+    {
+        constexpr int cycles = 10000;
+        constexpr qint64 lateUs = 900;
+        LateScheduler scheduler(lateUs);
+        const auto board = openBoard(&scheduler);
+        QVector<qint64> times;
+        connect(board.get(), &LineDevice::lineChanged, this,
+                [&](int, const LineLevel& level) { times.append(level.sinceUs); });
+        blinkOn(*board, 3, 4);
+        for (int phase = 1; phase < 2 * cycles; ++phase) {
+            scheduler.keepNext();
+        }
+        QCOMPARE(times.size(), 2 * cycles);
+        for (int phase = 1; phase < 2 * cycles; ++phase) {
+            QCOMPARE(times.at(phase), phase / 2 * qint64{7000} + phase % 2 * 3000 + lateUs);
+        }
+    }
+
+    void phasesThatWereMissedAreLeftOut()
+    {
+        LateScheduler scheduler(14500);
+        const auto board = openBoard(&scheduler);
+        blinkOn(*board, 3, 4);
+        scheduler.keepNext(); // at 17.5 ms: in the third cycle, which is on from 14 to 17 ms
+        QCOMPARE(board->level(0).level, 0);
+        scheduler.keepNext(); // due at 21 ms, at 35.5 ms: in the sixth cycle, which is on from 35 to 38 ms
+        QCOMPARE(board->level(0).level, 1);
+    }
+
+    void aWidthOfZeroIsSteady_data()
+    {
+        QTest::addColumn<int>("on");
+        QTest::addColumn<int>("off");
+        QTest::addColumn<int>("values");
+        QTest::addColumn<int>("level");
+        QTest::newRow("never off") << 1000 << 0 << 1 << 1;
+        QTest::newRow("never on") << 0 << 1000 << 1 << 0;
+        QTest::newRow("neither") << 0 << 0 << 1 << 1;
+        QTest::newRow("level 0") << 500 << 500 << 0 << 0;
+    }
+
+    void aWidthOfZeroIsSteady()
+    {
+        QFETCH(int, on);
+        QFETCH(int, off);
+        QFETCH(int, values);
+        QFETCH(int, level);
+        m_bench->write("out"_s, level == 0 ? 1 : 0);
+        m_bench->changes.clear();
+        m_bench->blink("out"_s, on, off, values);
+        m_bench->advanceMs(5000);
+        QCOMPARE(m_bench->changes, (QVector<BoardBench::Change>{{0, level, 0}}));
+    }
+
+    void writingTheLineEndsItsBlinking_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::newRow("high") << 1;
+        QTest::newRow("low") << 0;
+    }
+
+    void writingTheLineEndsItsBlinking()
+    {
+        QFETCH(int, level);
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->advanceMs(25);
+        m_bench->write("out"_s, level);
+        m_bench->changes.clear();
+        m_bench->advanceMs(1000);
+        QVERIFY(m_bench->changes.isEmpty());
+        QCOMPARE(m_bench->level(0), level);
+    }
+
+    void aNewBlinkingReplacesTheOldOne()
+    {
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->advanceMs(15);
+        m_bench->blink("out"_s, 20, 30);
+        m_bench->changes.clear();
+        m_bench->advanceMs(70);
+        QCOMPARE(m_bench->changes,
+                 (QVector<BoardBench::Change>{{0, 0, 35000}, {0, 1, 65000}, {0, 0, 85000}}));
+    }
+
+    void aSteadyBlinkingReplacesTheOldOne()
+    {
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->advanceMs(5);
+        m_bench->blink("out"_s, 1000, 0);
+        m_bench->changes.clear();
+        m_bench->advanceMs(1000);
+        QVERIFY(m_bench->changes.isEmpty());
+    }
+
+    void linesBlinkApart()
+    {
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->blink("other"_s, 15, 15);
+        m_bench->write("out"_s, 0);
+        m_bench->changes.clear();
+        m_bench->advanceMs(30);
+        QCOMPARE(m_bench->changes, (QVector<BoardBench::Change>{{2, 0, 15000}, {2, 1, 30000}}));
+    }
+
+    void cancellingTheAnsweredRequestLeavesTheBlinking()
+    {
+        m_bench->blink("out"_s, 10, 10);
+        deliver();
+        m_bench->board->cancel(1);
+        m_bench->advanceMs(10);
+        QCOMPARE(m_bench->level(0), 0);
+        m_bench->advanceMs(10);
+        QCOMPARE(m_bench->level(0), 1);
+    }
+
+    void aBoardThatGoesLeavesNoAppointment()
+    {
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->board.reset();
+        m_bench->changes.clear();
+        m_bench->advanceMs(100);
+        QVERIFY(m_bench->changes.isEmpty());
+    }
+
+    void aLineMayBeWrittenWhereItsChangeIsHeard()
+    {
+        connect(m_bench->board.get(), &LineDevice::lineChanged, this,
+                [this](int line, const LineLevel& level) {
+                    if (line == 0 && level.level == 0) {
+                        m_bench->write("out"_s, 1);
+                    }
+                });
+        m_bench->blink("out"_s, 10, 10);
+        m_bench->advanceMs(100);
+        QCOMPARE(m_bench->changes, (QVector<BoardBench::Change>{{0, 1, 0}, {0, 0, 10000}, {0, 1, 10000}}));
+    }
+
+private:
+    static std::unique_ptr<LineDevice> openBoard(DScheduler* scheduler)
+    {
+        auto board = makeSimulatedBoard(boardOf({output("out"_s)}), scheduler, DevicePlace::SameThread);
+        board->open();
+        return board;
+    }
+
+    static void blinkOn(LineDevice& board, int onMs, int offMs)
+    {
+        RecordingClient client;
+        board.send(
+            1, "setBlink"_s,
+            {{"channel"_s, "out"_s}, {"values"_s, 1}, {"pulseOnWidth"_s, onMs}, {"pulseOffWidth"_s, offMs}},
+            0, &client);
+        board.cancel(1); // the client goes
+    }
+
+    std::unique_ptr<BoardBench> m_bench;
+};
+
+QTEST_GUILESS_MAIN(TestBlinking)
+
+#include "test_blinking.moc"

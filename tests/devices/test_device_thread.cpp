@@ -1,0 +1,267 @@
+#include "boards.h"
+#include "recording_client.h"
+#include "workbench.h"
+
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+#include <linux/capability.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int c_bound = 1 << 18;
+constexpr int c_lines = 3;
+
+using State = DDevice::State;
+
+/// A device in the thread of its own, which does there what the test says.
+class ScriptedDriver : public LineDriver
+{
+public:
+    using Deed = std::function<void(LineListener&)>;
+
+    ScriptedDriver(LineListener* listener, const Deed& onRequest)
+        : m_listener(*listener)
+        , m_onRequest(onRequest)
+    {}
+
+    void open() override
+    {
+        for (int line = 0; line < c_lines; ++line) {
+            m_listener.lineTold(line, {0, 0, true});
+        }
+        m_listener.stateTold(State::Connected, {});
+    }
+    void close() override {}
+    void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override
+    {
+        Q_UNUSED(arguments)
+        if (instruction == QLatin1String("work")) {
+            m_onRequest(m_listener);
+            m_listener.requestAnswered(id, {}, 0);
+        }
+    }
+    void cancel(quint64 id) override { Q_UNUSED(id) }
+    void setInput(int line, int level) override
+    {
+        Q_UNUSED(line)
+        Q_UNUSED(level)
+    }
+    void setPluggedIn(bool pluggedIn) override { Q_UNUSED(pluggedIn) }
+
+private:
+    LineListener& m_listener;
+    const Deed m_onRequest;
+};
+
+/// From now on the system grants this process no real-time priority.
+bool giveUpRealtime()
+{
+    const rlimit none = {};
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct rights[_LINUX_CAPABILITY_U32S_3] = {};
+    if (setrlimit(RLIMIT_RTPRIO, &none) != 0 || syscall(SYS_capget, &header, rights) != 0) {
+        return false;
+    }
+    rights[0].effective &= ~(1U << CAP_SYS_NICE);
+    return syscall(SYS_capset, &header, rights) == 0;
+}
+
+/// Sends a line its levels, 1 and 0 in turn.
+void flicker(LineListener& listener, int line, int count)
+{
+    for (int change = 1; change <= count; ++change) {
+        listener.lineTold(line, {change % 2, change, true});
+    }
+}
+
+} // namespace
+
+/// The link between a device in a thread of its own and its front.
+class TestDeviceThread : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { m_device.reset(); }
+
+    void theDeviceLivesInItsOwnThread()
+    {
+        QThread* thread = QThread::currentThread();
+        make([&thread](LineListener&) { thread = QThread::currentThread(); });
+        work();
+        QVERIFY(thread != QThread::currentThread());
+    }
+
+    void changesPastTheBoundAreCountedAndMadeUpFor()
+    {
+        make([](LineListener& listener) {
+            flicker(listener, 0, c_bound + 5);
+            flicker(listener, 1, 7);
+            for (int event = 0; event < 10; ++event) {
+                listener.eventTold(77, {}, 0);
+            }
+        });
+        int changes = 0;
+        connect(m_device.get(), &LineDevice::lineChanged, this, [&changes] { ++changes; });
+        work();
+        QCOMPARE(m_problems, QStringList{"22 events came too fast and were left out"_s});
+        QCOMPARE(changes, c_bound + 2);
+        QCOMPARE(m_device->level(0).sinceUs, qint64{c_bound + 5});
+        QCOMPARE(m_device->level(1).sinceUs, qint64{7});
+        work(); // what fell out once is told once
+        QCOMPARE(m_problems.size(), 2);
+    }
+
+    void answersFailuresAndStatesAreNeverLeftOut()
+    {
+        make([](LineListener& listener) {
+            flicker(listener, 0, c_bound);
+            listener.requestAnswered(1, {{"value"_s, 5}}, 0);
+            listener.requestRefused(2, {DFailure::Kind::RefusedByDevice, "burnt"_s});
+            listener.failureTold("smoke"_s);
+        });
+        RecordingClient client;
+        m_device->send(1, "wait"_s, {}, 0, &client);
+        m_device->send(2, "wait"_s, {}, 0, &client);
+        work();
+        QCOMPARE(client.ids(), (QVector<quint64>{1, 2}));
+        QCOMPARE(client.failures(), QStringList{"burnt"_s});
+        QCOMPARE(m_problems, QStringList{"smoke"_s});
+    }
+
+    void aStateIsToldAfterTheLevelsThatWereLeftOut()
+    {
+        make([](LineListener& listener) {
+            flicker(listener, 0, c_bound);
+            listener.lineTold(1, {1, 5, true});
+            listener.stateTold(State::Unreachable, "cable pulled"_s);
+        });
+        bool knownWhenLost = true;
+        connect(m_device.get(), &DDevice::stateChanged, this,
+                [&] { knownWhenLost = m_device->level(0).known || m_device->level(1).known; });
+        work();
+        QCOMPARE(m_device->state(), State::Unreachable);
+        QVERIFY(!knownWhenLost);
+        QVERIFY(!m_device->level(1).known);
+    }
+
+    /// The device goes on while its front is busy, and one batch at a time is on its way.
+    void aBusyFrontIsSentOneBatchAtATime()
+    {
+        QSemaphore done;
+        make([&done](LineListener& listener) {
+            flicker(listener, 0, 10);
+            done.release();
+        });
+        RecordingClient client;
+        int batches = 0;
+        for (quint64 id = 1; id <= 100; ++id) {
+            m_device->send(id, "work"_s, {}, 0, &client);
+        }
+        done.acquire(100); // this thread's event loop stands meanwhile
+        connect(m_device.get(), &LineDevice::lineChanged, this,
+                [&](int, const LineLevel& level) { batches += level.sinceUs == 10 ? 1 : 0; });
+        QTRY_COMPARE(client.heard.size(), 100);
+        QCOMPARE(batches, 100);
+        QVERIFY(m_problems.isEmpty());
+    }
+
+    void theFrontMayGoWhereAChangeIsTold_data()
+    {
+        QTest::addColumn<QByteArray>("signal");
+        QTest::newRow("level") << QByteArray(SIGNAL(lineChanged(int, LineLevel)));
+        QTest::newRow("state") << QByteArray(SIGNAL(stateChanged()));
+        QTest::newRow("problem") << QByteArray(SIGNAL(problemTold(QString)));
+    }
+
+    void theFrontMayGoWhereAChangeIsTold()
+    {
+        QFETCH(QByteArray, signal);
+        make([](LineListener& listener) {
+            flicker(listener, 0, 10);
+            listener.failureTold("smoke"_s);
+            listener.stateTold(State::Unreachable, "cable pulled"_s);
+            flicker(listener, 0, 10);
+        });
+        RecordingClient client;
+        m_device->send(1, "work"_s, {}, 0, &client);
+        QVERIFY(connect(m_device.get(), signal.constData(), this, SLOT(endDevice())));
+        QTRY_VERIFY(m_device == nullptr);
+        QCOMPARE(client.failures().size(), 1);
+    }
+
+    void theFrontMayGoWhereALevelIsForgotten_data()
+    {
+        QTest::addColumn<bool>("lost");
+        QTest::newRow("lost") << true;
+        QTest::newRow("closed") << false;
+    }
+
+    void theFrontMayGoWhereALevelIsForgotten()
+    {
+        QFETCH(bool, lost);
+        make([](LineListener& listener) { listener.stateTold(State::Unreachable, "cable pulled"_s); });
+        connect(m_device.get(), &LineDevice::lineChanged, this, &TestDeviceThread::endDevice);
+        if (lost) {
+            RecordingClient client;
+            m_device->send(1, "work"_s, {}, 0, &client);
+            QTRY_VERIFY(m_device == nullptr);
+        } else {
+            m_device->close();
+        }
+        QVERIFY(m_device == nullptr);
+    }
+
+    /// The last: it takes a right from this process.
+    void aPriorityThatIsNotGrantedIsTold()
+    {
+        QVERIFY(giveUpRealtime());
+        make({}, DevicePlace::RealtimeThread);
+        QTRY_COMPARE(m_problems.size(), 1);
+        QVERIFY2(m_problems.constFirst().startsWith("the system grants no real-time priority: "_s),
+                 qPrintable(m_problems.constFirst()));
+        QVERIFY(m_device->isConnected());
+    }
+
+public Q_SLOTS:
+    void endDevice() { m_device.reset(); }
+
+private:
+    /// Makes the device, and waits until it is there.
+    void make(const ScriptedDriver::Deed& onRequest, DevicePlace place = DevicePlace::OwnThread)
+    {
+        m_problems.clear();
+        m_device = std::make_unique<LineDevice>(
+            "Scripted"_s, SimulatedBoard::linesOf(digitalOutputs(c_lines)), &m_scheduler, place,
+            [onRequest](DScheduler*, LineListener* listener) {
+                return std::make_unique<ScriptedDriver>(listener, onRequest);
+            });
+        connect(m_device.get(), &DDevice::problemTold, this,
+                [this](const QString& text) { m_problems.append(text); });
+        m_device->open();
+        QTRY_VERIFY(m_device->isConnected());
+    }
+
+    /// Lets the device do its deed, and waits until all of it has been told.
+    void work()
+    {
+        RecordingClient client;
+        m_device->send(1000, "work"_s, {}, 0, &client);
+        QTRY_COMPARE(client.heard.size(), 1);
+        deliver();
+    }
+
+    ManualScheduler m_scheduler;
+    std::unique_ptr<LineDevice> m_device;
+    QStringList m_problems;
+};
+
+QTEST_GUILESS_MAIN(TestDeviceThread)
+
+#include "test_device_thread.moc"

@@ -1,0 +1,294 @@
+#include "common_scripts.h"
+#include "workbench.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using Kind = DFailure::Kind;
+using State = DDevice::State;
+using Fill = std::function<void(CommandScript&)>;
+using Deed = std::function<void(Workbench&)>;
+Q_DECLARE_METATYPE(Fill)
+Q_DECLARE_METATYPE(Deed)
+
+namespace {
+
+void fillDeclared(CommandScript& script)
+{
+    fillReader(script);
+    script.stopName = "rest"_s;
+    script.parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
+                         {"value"_s, "ui16"_s, "Value"_s, 1}};
+}
+
+void fillTwoReaders(CommandScript& script)
+{
+    fillReader(script);
+    script.execute = [](ScriptedCommand& command) {
+        command.send("getValue"_s, {}, 20);
+        command.send("getValue"_s, {}, 30);
+        return true;
+    };
+}
+
+/// The given script, with execute in the place of its deed.
+Fill doing(const std::function<bool(ScriptedCommand&)>& execute)
+{
+    return [execute](CommandScript& script) {
+        fillReader(script);
+        script.execute = execute;
+    };
+}
+
+Deed replies(const QVariantMap& reply)
+{
+    return [reply](Workbench& bench) { bench.device->reply(bench.device->lastId(), reply); };
+}
+
+Deed loses(const QString& problem)
+{
+    return [problem](Workbench& bench) { bench.device->lose(problem); };
+}
+
+void refuses(Workbench& bench)
+{
+    bench.device->refuse(bench.device->lastId(), "line is burnt"_s);
+}
+
+void closesDevice(Workbench& bench)
+{
+    bench.device->close();
+}
+
+void destroysDevice(Workbench& bench)
+{
+    bench.device.reset();
+}
+
+} // namespace
+
+class TestOrderFailures : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theKindHasANameForPrograms_data()
+    {
+        QTest::addColumn<int>("kind");
+        const QVector<const char*> names = {"",
+                                            "wrongInvocation",
+                                            "refusedByCommand",
+                                            "nothingSent",
+                                            "replyRejected",
+                                            "refusedByDevice",
+                                            "deviceUnreachable",
+                                            "timedOut",
+                                            "stopped",
+                                            "toolClosed"};
+        QCOMPARE(names.size(), static_cast<int>(Kind::Count));
+        for (int kind = 0; kind < names.size(); ++kind) {
+            QTest::newRow(names.at(kind)) << kind;
+        }
+    }
+
+    void theKindHasANameForPrograms()
+    {
+        QFETCH(int, kind);
+        const DFailure failure = {static_cast<Kind>(kind), "why"_s};
+        QCOMPARE(failure.kindName(), QString::fromLatin1(QTest::currentDataTag()));
+        QCOMPARE(static_cast<bool>(failure), kind != 0);
+    }
+
+    void anOrderFailsWithKindAndText_data()
+    {
+        QTest::addColumn<Fill>("fill");
+        QTest::addColumn<Deed>("before");
+        QTest::addColumn<QVariantMap>("arguments");
+        QTest::addColumn<Deed>("after");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char* name, Kind kind, const QString& text, const Fill& fill,
+                            const Deed& before, const Deed& after, const QVariantMap& arguments = {}) {
+            QTest::newRow(name) << fill << before << arguments << after << static_cast<int>(kind) << text;
+        };
+        const QString missing = "the command waits for nothing more, without having reported value"_s;
+
+        row("unknown parameter", Kind::WrongInvocation,
+            "unknown parameter \"zone\" of command \"work\"; it takes: \"channel\", \"value\""_s,
+            fillDeclared, {}, {}, {{"zone"_s, 1}});
+        row("value of the wrong type", Kind::WrongInvocation,
+            "parameter \"value\" of command \"work\" cannot hold \"65536\"; expected a whole number from 0 "
+            "to "
+            "65535"_s,
+            fillDeclared, {}, {}, {{"value"_s, 65536}});
+        row("the command refuses", Kind::RefusedByCommand, "the command refused to run"_s,
+            doing([](ScriptedCommand&) { return false; }), {}, {});
+        row("the command refuses after sending", Kind::RefusedByCommand, "the command refused to run"_s,
+            doing([](ScriptedCommand& command) { return command.send("getValue"_s) == 0; }), {}, {});
+        row("the command ends itself", Kind::RefusedByCommand, "the command failed"_s,
+            doing([](ScriptedCommand& command) {
+                bool ok = false;
+                command.commandFinish(ok);
+                return command.send("getValue"_s) != 0;
+            }),
+            {}, {});
+        row("the command does nothing", Kind::NothingSent, "the command sent no device request"_s, doing({}),
+            {}, {});
+        row("a result can no longer come", Kind::NothingSent, missing, doing([](ScriptedCommand& command) {
+                return command.addInstruction("device"_s, "setValues"_s, {}, 0, {}) != 0;
+            }),
+            {}, replies({}));
+        row("reply rejected", Kind::ReplyRejected, "reply rejected"_s, fillReader, {}, replies({}));
+        row("reply rejected while another is awaited", Kind::ReplyRejected, "reply rejected"_s,
+            fillTwoReaders, {}, replies({}));
+        row("refused by the device", Kind::RefusedByDevice, "line is burnt"_s, fillReader, {}, refuses);
+        row("refused by the device while listening", Kind::RefusedByDevice, "line is burnt"_s, fillListener,
+            {}, refuses);
+        row("unknown target", Kind::RefusedByDevice, "unknown target \"printer\" of \"getValue\""_s,
+            doing([](ScriptedCommand& command) { return command.sendTo("printer"_s, "getValue"_s) != 0; }),
+            {}, {});
+        row("no device", Kind::DeviceUnreachable, "the tool has no device"_s, fillReader, destroysDevice, {});
+        row("closed device", Kind::DeviceUnreachable, "the device is closed"_s, fillReader, closesDevice, {});
+        row("lost device", Kind::DeviceUnreachable, "cable pulled"_s, fillReader, loses("cable pulled"_s),
+            {});
+        row("device closed while the order runs", Kind::DeviceUnreachable, "the device was closed"_s,
+            fillListener, {}, closesDevice);
+        row("device destroyed while the order runs", Kind::DeviceUnreachable, "the device is gone"_s,
+            fillListener, {}, destroysDevice);
+        row("device lost while the order runs", Kind::DeviceUnreachable, "cable pulled"_s, fillReader, {},
+            loses("cable pulled"_s));
+        row("device lost while the order listens", Kind::DeviceUnreachable, "cable pulled"_s, fillListener,
+            {}, loses("cable pulled"_s));
+        row("device lost, and the reason changes meanwhile", Kind::DeviceUnreachable, "cable pulled"_s,
+            fillReader, {}, [](Workbench& bench) {
+                bench.device->lose("cable pulled"_s);
+                bench.device->lose("board burnt"_s);
+            });
+        row("device lost, and back meanwhile", Kind::DeviceUnreachable, "cable pulled"_s, fillReader, {},
+            [](Workbench& bench) {
+                bench.device->lose("cable pulled"_s);
+                bench.device->restore();
+            });
+        row("timed out", Kind::TimedOut, "no reply to \"getValue\" within 20 ms"_s, fillTwoReaders, {},
+            [](Workbench& bench) { bench.scheduler.advance(20000); });
+        row("tool closed while the order runs", Kind::ToolClosed, "the tool was closed"_s, fillListener, {},
+            [](Workbench& bench) { bench.tool.reset(); });
+    }
+
+    /// Each ends its order once, through finishTheCommand when there is a command, and lets the command go.
+    void anOrderFailsWithKindAndText()
+    {
+        QFETCH(Fill, fill);
+        QFETCH(Deed, before);
+        QFETCH(QVariantMap, arguments);
+        QFETCH(Deed, after);
+        QFETCH(int, kind);
+        QFETCH(QString, text);
+        Workbench bench(fill);
+        if (before) {
+            before(bench);
+        }
+        const auto order = bench.order(arguments);
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        if (after) {
+            QCOMPARE(order->state(), DOrder::State::Running);
+            QCOMPARE(order->failure().kind, Kind::None);
+            after(bench);
+        }
+        deliver();
+        QCOMPARE(order->state(), DOrder::State::Finished);
+        QVERIFY(!order->isSuccessful());
+        QCOMPARE(static_cast<int>(order->failure().kind), kind);
+        QCOMPARE(order->failure().text, text);
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(finished.at(0), QVariantList{false});
+        const bool hadCommand = kind != static_cast<int>(Kind::WrongInvocation);
+        QCOMPARE(bench.script->outcomes, hadCommand ? QVector<bool>{false} : QVector<bool>());
+        QCOMPARE(bench.workingCommands(), 0);
+        QVERIFY(bench.device == nullptr || bench.device->pendingRequests() == 0);
+    }
+
+    void aStoppedOneShotOrderFails_data()
+    {
+        QTest::addColumn<bool>("started");
+        QTest::newRow("while it runs") << true;
+        QTest::newRow("before it runs, for good") << false;
+    }
+
+    void aStoppedOneShotOrderFails()
+    {
+        QFETCH(bool, started);
+        Workbench bench(fillReader);
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        if (started) {
+            order->start();
+        }
+        order->stop();
+        order->start();
+        QCOMPARE(order->failure().kind, Kind::Stopped);
+        QCOMPARE(order->failure().text, "stopped before it was complete"_s);
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(bench.script->finishes, started ? 1 : 0);
+        QCOMPARE(bench.device->requests.size(), started ? 1 : 0);
+        QCOMPARE(bench.device->cancelled.size(), started ? 1 : 0);
+    }
+
+    void anOrderOfNoToolFails()
+    {
+        DOrder order(nullptr, "work"_s, {});
+        order.start();
+        QCOMPARE(order.failure().kind, Kind::ToolClosed);
+        QCOMPARE(order.failure().text, "the tool was closed"_s);
+        QVERIFY(order.tool() == nullptr);
+    }
+
+    void anUnknownCommandFailsTheOrder()
+    {
+        Workbench bench(fillDeclared);
+        DOrder order(bench.tool.get(), "play"_s, {});
+        order.start();
+        QCOMPARE(order.failure().kind, Kind::WrongInvocation);
+        QCOMPARE(order.failure().text, "unknown command \"play\"; the tool has: work, rest"_s);
+    }
+
+    void thePluginThatMakesNoCommandFailsTheOrder()
+    {
+        class Barren : public ScriptedCommand
+        {
+        public:
+            using ScriptedCommand::ScriptedCommand;
+            QSharedPointer<ICommand> createCommand(const QVariantMap&) override { return {}; }
+        };
+        Workbench bench;
+        auto& plugin = dynamic_cast<ScriptedPlugin&>(*bench.tool->plugin());
+        plugin.declareInstructionCommand(new Barren(bench.script, {}, &plugin));
+        const auto order = bench.order();
+        order->start();
+        QCOMPARE(order->failure().kind, Kind::RefusedByCommand);
+        QCOMPARE(order->failure().text, "the plugin made no command \"work\""_s);
+    }
+
+    void aToolWhosePluginMadeNoInstanceRefusesEveryOrder()
+    {
+        class Hollow : public ScriptedPlugin
+        {
+        public:
+            using ScriptedPlugin::ScriptedPlugin;
+            IPlugin* createInstance(const QUuid&) const override { return nullptr; }
+        };
+        DTool tool(Workbench::configuration(), Hollow({std::make_shared<CommandScript>()}), nullptr);
+        QVERIFY(tool.plugin() == nullptr);
+        QVERIFY(tool.commands().isEmpty());
+        QVERIFY(tool.stops().isEmpty());
+        DOrder order(&tool, "work"_s, {});
+        order.start();
+        QCOMPARE(order.failure().kind, Kind::WrongInvocation);
+        QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOrderFailures)
+
+#include "test_order_failures.moc"

@@ -1,0 +1,442 @@
+#include "common_scripts.h"
+#include "workbench.h"
+
+#include <utilities/d_timer.h>
+
+#include <QEventLoop>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <utility>
+
+namespace {
+
+const QVariantMap c_reply{{"value"_s, 1}};
+
+void fillTwoListeners(CommandScript& script)
+{
+    fillListener(script);
+    script.execute = [](ScriptedCommand& command) {
+        command.send("listenEvents"_s);
+        command.send("listenToAll"_s);
+        return true;
+    };
+}
+
+} // namespace
+
+/// Whoever hears of an order may stop it, destroy it, its tool or its device there and then.
+class TestOrderLifetime : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anOrderMayBeStoppedWhereItsResultIsHeard()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QStringList heard;
+        connect(order.get(), &DOrder::resultUpdated, this, [&] {
+            heard.append("result"_s);
+            order->stop();
+        });
+        connect(order.get(), &DOrder::eventReceived, this, [&] { heard.append("event"_s); });
+        connect(order.get(), &DOrder::finished, this, [&] { heard.append("finished"_s); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(heard, (QStringList{"result"_s, "finished"_s}));
+        QVERIFY(order->isSuccessful());
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void whoeverHearsOfAnOrderMayEndItThere_data()
+    {
+        QTest::addColumn<bool>("listens");
+        QTest::addColumn<bool>("whole");
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("deed");
+        const auto addRows = [](bool listens, bool whole, bool fails, const QStringList& places) {
+            for (const QString& place : places) {
+                for (const char* deed : {"stop", "destroy order", "close tool", "destroy device"}) {
+                    const bool insideDevice = place == "sending"_s || place == "cancelling"_s;
+                    if (insideDevice && QLatin1String(deed) == QLatin1String("destroy device")) {
+                        continue; // no device survives its own end
+                    }
+                    QTest::addRow("%s, %s, %s: %s, %s", listens ? "listening" : "one-shot",
+                                  whole ? "whole reply" : "single result", fails ? "refused" : "replied",
+                                  qPrintable(place), deed)
+                        << listens << whole << fails << place << QString::fromLatin1(deed);
+                }
+            }
+        };
+        const QStringList ends = {"sending"_s, "finishing"_s, "command's end"_s, "finished"_s};
+        const QStringList heard = {"result"_s, "event"_s};
+        addRows(true, false, false, ends + heard + QStringList{"cancelling"_s});
+        addRows(true, true, false, heard);
+        addRows(true, false, true, ends + QStringList{"cancelling"_s});
+        addRows(false, false, false, ends + QStringList{"result"_s});
+        addRows(false, true, false, heard);
+        addRows(false, false, true, ends);
+    }
+
+    void whoeverHearsOfAnOrderMayEndItThere()
+    {
+        QFETCH(bool, listens);
+        QFETCH(bool, whole);
+        QFETCH(bool, fails);
+        QFETCH(QString, place);
+        QFETCH(QString, deed);
+        Workbench bench(listens ? fillTwoListeners : fillReader);
+        if (whole) {
+            bench.script->onReply = [](ScriptedCommand& command, quint64, const QVariantMap& reply) {
+                command.commandSetReply(reply);
+                return !command.commandName().isEmpty(); // it lives on
+            };
+        }
+        auto order = bench.order();
+        bool done = false;
+        m_onSignal = [&] {
+            if (std::exchange(done, true)) {
+                return;
+            }
+            if (deed == "stop"_s) {
+                order->stop();
+            } else if (deed == "destroy order"_s) {
+                order.reset();
+            } else if (deed == "close tool"_s) {
+                bench.tool.reset();
+            } else {
+                bench.device.reset();
+            }
+        };
+        const QMap<QString, const char*> signalsOfOrder = {
+            {"result"_s, SIGNAL(resultUpdated(QString, QVariant))},
+            {"event"_s, SIGNAL(eventReceived(QVariantMap, qint64))},
+            {"finished"_s, SIGNAL(finished(bool))}};
+        if (signalsOfOrder.contains(place)) {
+            QVERIFY(connect(order.get(), signalsOfOrder.value(place), this, SLOT(onSignal())));
+        } else if (place == "sending"_s) {
+            bench.device->onRequest = [this](const auto&) { onSignal(); };
+        } else if (place == "cancelling"_s) {
+            bench.device->onCancel = [this](quint64) { onSignal(); };
+        } else if (place == "finishing"_s) {
+            bench.script->onFinish = [this](ScriptedCommand&) { onSignal(); };
+        }
+        order->start();
+        if (place == "command's end"_s) {
+            QVERIFY(connect(bench.script->latest, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal())));
+        }
+        if (fails) {
+            bench.device->refuse(bench.device->lastId(), "burnt"_s);
+        } else {
+            bench.device->reply(bench.device->lastId(), c_reply);
+        }
+        deliver();
+        if (order != nullptr) {
+            order->stop();
+        }
+        deliver();
+        QVERIFY(done);
+        QVERIFY(order == nullptr || order->state() == DOrder::State::Finished);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+        QVERIFY(bench.device == nullptr || bench.device->pendingRequests() == 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItIsRefused()
+    {
+        Workbench bench;
+        auto order = bench.order();
+        connect(order.get(), &DOrder::finished, this, [&order] { order.reset(); });
+        order->start();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedWhereItsCommandStopsARequest()
+    {
+        Workbench bench(fillTwoListeners);
+        auto order = bench.order();
+        bench.script->onFinish = [&](ScriptedCommand& command) {
+            command.stopTheInstruction(bench.device->requests.constFirst().id);
+        };
+        bench.device->onCancel = [&](quint64) { order.reset(); };
+        order->start();
+        order->stop();
+        QVERIFY(order == nullptr);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void anOrderMayBeDestroyedFromTheTimerOfItsCommand()
+    {
+        Workbench bench([](CommandScript& script) {
+            fillReader(script);
+            script.execute = [](ScriptedCommand& command) {
+                command.send("setValues"_s);
+                auto* timer = new DTimer(&command);
+                connect(timer, &QTimer::timeout, &command, [&command] {
+                    command.commandUpdateResult("value"_s, 1);
+                    command.commandUpdateResult("value"_s, 2);
+                });
+                timer->start(1);
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
+        order->start();
+        QTRY_VERIFY(order == nullptr);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+    }
+
+    void theCommandOutlivesANestedEventLoopInItsOwnCode()
+    {
+        bool aliveAfterwards = false;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.onReply = [&](ScriptedCommand& command, quint64, const QVariantMap&) {
+                const QPointer<ScriptedCommand> self(&command);
+                command.commandUpdateResult("value"_s, 1);
+                aliveAfterwards = !self.isNull();
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
+            order.reset();
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+            deliver();
+        });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QVERIFY(aliveAfterwards);
+        deliver();
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void theCommandOutlivesANestedEventLoopBelowItsOwnTimer()
+    {
+        bool aliveAfterwards = false;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.execute = [&](ScriptedCommand& command) {
+                command.send("listenEvents"_s);
+                QTimer::singleShot(0, &command, [&] {
+                    const QPointer<ScriptedCommand> self(&command);
+                    command.commandUpdateResult("value"_s, 1);
+                    aliveAfterwards = !self.isNull();
+                });
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
+            order.reset();
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+        });
+        order->start();
+        QTRY_VERIFY(order == nullptr);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+        QVERIFY(aliveAfterwards);
+    }
+
+    void aCommandWhoseOrderIsGoneCanDoNothingMore()
+    {
+        QVector<bool> stored;
+        quint64 sent = 1;
+        QString link = "line0"_s;
+        bool valid = true;
+        Workbench bench([&](CommandScript& script) {
+            fillListener(script);
+            script.onReply = [&](ScriptedCommand& command, quint64 id, const QVariantMap&) {
+                stored.append(command.commandUpdateResult("value"_s, 1));
+                stored.append(command.commandUpdateResult("value"_s, 2));
+                sent = command.send("getValue"_s);
+                link = command.getLinkedChannel("LAMP"_s);
+                valid = command.isValid() || command.getOrderId() != 0;
+                command.stopTheInstruction(id);
+                command.commandSetReply({{"value"_s, 3}});
+                return true;
+            };
+        });
+        auto order = bench.order();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        deliver();
+        QCOMPARE(stored, (QVector<bool>{true, false}));
+        QCOMPARE(sent, quint64{0});
+        QCOMPARE(link, QString());
+        QVERIFY(!valid);
+        QCOMPARE(bench.device->requests.size(), 1);
+    }
+
+    void repliesGoOnInANestedEventLoop()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.order();
+        QVariantList seen;
+        connect(order.get(), &DOrder::eventReceived, this, [&](const QVariantMap& event) {
+            seen.append(event.value("value"_s));
+            if (seen.size() == 1) {
+                deliver();
+            }
+        });
+        order->start();
+        for (const int level : {1, 2, 3}) {
+            bench.device->reply(bench.device->lastId(), {{"value"_s, level}});
+        }
+        deliver();
+        QCOMPARE(seen, (QVariantList{1, 2, 3}));
+        order->stop();
+        QVERIFY(order->isSuccessful());
+    }
+
+    void noReplyReachesACommandThatFinishesInANestedEventLoop()
+    {
+        Workbench bench(fillListener);
+        int replies = 0;
+        bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
+        bench.script->onFinish = [](ScriptedCommand&) { deliver(); };
+        const auto order = bench.order();
+        order->start();
+        bench.device->reply(bench.device->lastId(), c_reply);
+        order->stop();
+        QCOMPARE(replies, 0);
+        QVERIFY(order->isSuccessful());
+    }
+
+    void destroyingAWaitingOrderLeavesNothing()
+    {
+        Workbench bench(fillReader);
+        bench.order().reset();
+        QCOMPARE(bench.script->finishes, 0);
+        QCOMPARE(bench.workingCommands(), 0);
+    }
+
+    void destroyingARunningOrderFinishesItsCommandSilently()
+    {
+        Workbench bench(fillListener);
+        auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        const quint64 id = bench.device->lastId();
+        order.reset();
+        QCOMPARE(finished.count(), 0);
+        QCOMPARE(bench.script->finishes, 1);
+        QCOMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.device->cancelled, QVector<quint64>{id});
+        bench.device->reply(id, c_reply);
+        deliver();
+    }
+
+    void closingTheToolFailsItsRunningOrders()
+    {
+        Workbench bench(fillListener);
+        const auto first = bench.order();
+        const auto second = bench.order();
+        const auto waiting = bench.order();
+        first->start();
+        second->start();
+        bench.tool.reset();
+        QCOMPARE(first->failure().text, "the tool was closed"_s);
+        QCOMPARE(second->failure().text, "the tool was closed"_s);
+        QVERIFY(first->tool() == nullptr);
+        QCOMPARE(bench.script->alive, 0);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        waiting->start();
+        QCOMPARE(waiting->failure().text, "the tool was closed"_s);
+    }
+
+    void closingTheToolEndsItsOrdersAsTheyWereMade()
+    {
+        Workbench bench(fillListener);
+        QVector<quint64> made;
+        QVector<quint64> ended;
+        std::vector<std::unique_ptr<DOrder>> orders;
+        for (int i = 0; i < 20; ++i) {
+            orders.push_back(bench.order());
+            DOrder* order = orders.back().get();
+            made.append(order->id());
+            connect(order, &DOrder::finished, this, [&ended, order] { ended.append(order->id()); });
+            order->start();
+        }
+        bench.tool.reset();
+        QCOMPARE(ended, made);
+    }
+
+    void ordersMayBeDestroyedWhereTheClosingOfTheirToolIsHeard()
+    {
+        Workbench bench(fillListener);
+        auto first = bench.order();
+        auto second = bench.order();
+        const auto destroyBoth = [&] {
+            first.reset();
+            second.reset();
+        };
+        connect(first.get(), &DOrder::finished, this, destroyBoth);
+        connect(second.get(), &DOrder::finished, this, destroyBoth);
+        first->start();
+        second->start();
+        bench.tool.reset();
+        QVERIFY(first == nullptr);
+        QVERIFY(second == nullptr);
+        QCOMPARE(bench.script->alive, 0);
+    }
+
+    void anOrderStartedWhereTheClosingOfItsToolIsHeardFails()
+    {
+        Workbench bench(fillListener);
+        const auto first = bench.order();
+        const auto second = bench.order();
+        connect(first.get(), &DOrder::finished, second.get(), &DOrder::start);
+        first->start();
+        bench.tool.reset();
+        QCOMPARE(second->failure().text, "the tool was closed"_s);
+        QCOMPARE(bench.device->requests.size(), 1);
+    }
+
+    void anOrderMayBeStoppedWhereItsCommandFinishesItselfFromATimer()
+    {
+        Workbench bench([](CommandScript& script) {
+            fillListener(script);
+            script.execute = [](ScriptedCommand& command) {
+                command.send("listenEvents"_s);
+                QTimer::singleShot(0, &command, [&command] {
+                    bool ok = true;
+                    command.commandFinish(ok);
+                });
+                return true;
+            };
+        });
+        const auto order = bench.order();
+        QSignalSpy finished(order.get(), &DOrder::finished);
+        order->start();
+        m_onSignal = [&order] { order->stop(); };
+        connect(bench.script->latest, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal()));
+        QTRY_COMPARE(finished.count(), 1);
+        QTRY_COMPARE(bench.workingCommands(), 0);
+        QCOMPARE(bench.script->finishes, 1);
+    }
+
+public Q_SLOTS:
+    void onSignal() { m_onSignal(); }
+
+private:
+    std::function<void()> m_onSignal;
+};
+
+QTEST_GUILESS_MAIN(TestOrderLifetime)
+
+#include "test_order_lifetime.moc"

@@ -1,0 +1,136 @@
+#include "literals.h"
+
+#include <plugin_management/d_plugin_loader.h>
+#include <plugin_management/d_tool.h>
+#include <plugin_management/i_plugin.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+QString plugin(const QString& name)
+{
+    return "%1/lib%2_plugin.so"_s.arg(QStringLiteral(PLUGIN_DIR), name);
+}
+
+} // namespace
+
+class TestPluginLoader : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_directory.isValid()); }
+
+    void aSoundPluginIsLoadedOnce()
+    {
+        const DPluginLoader loader(plugin("sound"_s));
+        QCOMPARE(loader.error(), QString());
+        QVERIFY(loader.prototype() != nullptr);
+        QCOMPARE(loader.prototype()->pluginName(), "Scripted"_s);
+        QVERIFY(loader.prototype()->objectUuid().isNull());
+        QCOMPARE(DPluginLoader(plugin("sound"_s)).prototype(), loader.prototype());
+    }
+
+    void aToolIsMadeFromALoadedPlugin()
+    {
+        const DPluginLoader loader(plugin("sound"_s));
+        const DTool tool({{"name"_s, "Bench"_s}}, *loader.prototype(), nullptr);
+        QCOMPARE(tool.plugin()->getFunctions(), QStringList{"work"_s});
+        QVERIFY(loader.prototype()->getFunctions().isEmpty());
+    }
+
+    void whatIsNoPluginIsRefusedWithTheReason_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("missing file") << plugin("missing"_s) << "no such plugin library"_s;
+        QTest::newRow("no name") << QString() << "no such plugin library"_s;
+        QTest::newRow("foreign interface") << plugin("foreign"_s)
+                                           << "interface identifier \"org.example.ForeignPlugin\", expected "
+                                              "\"fr.velt.rd.tav.ForeignPlugin\""_s;
+        QTest::newRow("instance that throws")
+            << plugin("throwing"_s) << "its instance could not be made: out of magic"_s;
+        QTest::newRow("instance that throws a number")
+            << plugin("hurling"_s) << "its instance could not be made: it threw something unknown"_s;
+        QTest::newRow("instance of another host")
+            << plugin("plain_object"_s) << "its instance is no plugin of this host"_s;
+        QTest::newRow("no instance") << plugin("null"_s) << "it gave no instance"_s;
+    }
+
+    void whatIsNoPluginIsRefusedWithTheReason()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, reason);
+        const DPluginLoader loader(file);
+        QVERIFY(loader.prototype() == nullptr);
+        QCOMPARE(loader.error(), "%1: %2"_s.arg(file, reason));
+    }
+
+    void aPluginThatMissesAFunctionIsRefusedBeforeItIsCalled()
+    {
+        const DPluginLoader loader(plugin("incomplete"_s));
+        QVERIFY(loader.prototype() == nullptr);
+        QVERIFY2(loader.error().contains("undefined symbol: _Z16nowhereToBeFoundv"_s),
+                 qPrintable(loader.error()));
+    }
+
+    void aFileThatIsNoLibraryIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        const QByteArray whole = soundLibrary();
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("plain text") << QByteArray("just a text, no library at all\n");
+        QTest::newRow("ELF magic alone") << whole.left(4);
+        QTest::newRow("ELF header alone") << whole.left(64);
+        QTest::newRow("first half") << whole.left(whole.size() / 2);
+        QTest::newRow("last byte missing") << whole.left(whole.size() - 1);
+    }
+
+    void aFileThatIsNoLibraryIsRefused()
+    {
+        QFETCH(QByteArray, content);
+        const QString name = m_directory.filePath("libbroken.so"_s);
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(file.write(content), qint64{content.size()});
+        file.close();
+        const DPluginLoader loader(name);
+        QVERIFY(loader.prototype() == nullptr);
+        QVERIFY2(loader.error().startsWith(name + ": not a plugin for this version of Qt ("_s),
+                 qPrintable(loader.error()));
+        QVERIFY(QFile::remove(name));
+    }
+
+    void aLibraryThatIsNoQtPluginIsRefused()
+    {
+        const QString name = QStringLiteral(PLUGIN_DIR "/../../../lib/libutilities.so");
+        QVERIFY(QFile::exists(name));
+        const DPluginLoader loader(name);
+        QVERIFY(loader.prototype() == nullptr);
+        QVERIFY2(loader.error().startsWith(name + ": not a plugin for this version of Qt ("_s),
+                 qPrintable(loader.error()));
+    }
+
+    void aDirectoryIsRefused()
+    {
+        const DPluginLoader loader(m_directory.path());
+        QVERIFY(loader.prototype() == nullptr);
+        QVERIFY(loader.error().startsWith(m_directory.path() + ": "_s));
+    }
+
+private:
+    static QByteArray soundLibrary()
+    {
+        QFile file(plugin("sound"_s));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir m_directory;
+};
+
+QTEST_GUILESS_MAIN(TestPluginLoader)
+
+#include "test_plugin_loader.moc"

@@ -1,0 +1,103 @@
+#include "workbench.h"
+
+#include <plugin_management/d_tool_registry.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+std::unique_ptr<DTool> makeTool(const QString& name, const QString& id)
+{
+    return std::make_unique<DTool>(QVariantMap{{"name"_s, name}, {"id"_s, id}}, ScriptedPlugin({}), nullptr);
+}
+
+DToolRegistry& registry()
+{
+    return DToolRegistry::instance();
+}
+
+} // namespace
+
+class TestToolRegistry : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void toolsAreListedWhileTheyLive()
+    {
+        QVERIFY(registry().tools().isEmpty());
+        const auto first = makeTool("A"_s, "1"_s);
+        auto second = makeTool("B"_s, "2"_s);
+        const auto third = makeTool("C"_s, "3"_s);
+        QCOMPARE(registry().tools(), (QVector<DTool*>{first.get(), second.get(), third.get()}));
+        second.reset();
+        QCOMPARE(registry().tools(), (QVector<DTool*>{first.get(), third.get()}));
+    }
+
+    void comingAndGoingAreAnnounced()
+    {
+        QVector<DTool*> added;
+        QVector<DTool*> removed;
+        bool stillListed = true;
+        QObject context;
+        connect(&registry(), &DToolRegistry::toolAdded, &context, [&](DTool* tool) {
+            added.append(tool);
+            QCOMPARE(tool->objectName(), "A"_s);
+            QVERIFY(registry().tools().contains(tool));
+        });
+        connect(&registry(), &DToolRegistry::toolRemoved, &context, [&](DTool* tool) {
+            removed.append(tool);
+            stillListed = registry().tools().contains(tool);
+            QCOMPARE(tool->id(), "1"_s);
+        });
+        auto tool = makeTool("A"_s, "1"_s);
+        DTool* const address = tool.get();
+        QCOMPARE(added, QVector<DTool*>{address});
+        QVERIFY(removed.isEmpty());
+        tool.reset();
+        QCOMPARE(removed, QVector<DTool*>{address});
+        QVERIFY(!stillListed);
+    }
+
+    void aToolIsFoundByNameAndIdentifier_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<int>("found");
+        QTest::newRow("both") << "A"_s
+                              << "2"_s << 1;
+        QTest::newRow("the name alone finds the first") << "A"_s << QString() << 0;
+        QTest::newRow("the identifier alone") << QString() << "3"_s << 2;
+        QTest::newRow("neither") << QString() << QString() << -1;
+        QTest::newRow("another name") << "C"_s
+                                      << "1"_s << -1;
+        QTest::newRow("another identifier") << "A"_s
+                                            << "3"_s << -1;
+        QTest::newRow("another case") << "a"_s << QString() << -1;
+    }
+
+    void aToolIsFoundByNameAndIdentifier()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, id);
+        QFETCH(int, found);
+        const auto first = makeTool("A"_s, "1"_s);
+        const auto second = makeTool("A"_s, "2"_s);
+        const auto third = makeTool("B"_s, "3"_s);
+        const QVector<DTool*> tools{first.get(), second.get(), third.get()};
+        QCOMPARE(registry().find(name, id), found < 0 ? nullptr : tools.at(found));
+    }
+
+    void aToolIsFoundByItsConfigurationToo()
+    {
+        const auto first = makeTool("A"_s, "1"_s);
+        const auto second = makeTool("A"_s, "2"_s);
+        QCOMPARE(registry().find("A"_s, QString(), second->toolConfiguration), second.get());
+        QCOMPARE(registry().find("A"_s, QString(), QVariantMap()), nullptr);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestToolRegistry)
+
+#include "test_tool_registry.moc"
