@@ -25,7 +25,7 @@ QVariant CommandForm::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
         return QVariant();
     }
-    const DDeclaration& parameter = m_declared.parameters.at(static_cast<std::size_t>(index.row()));
+    const DDeclaration& parameter = m_declared.parameters.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
     case NameRole:
@@ -108,7 +108,7 @@ void CommandForm::setCommand(const QString& command)
     // What was entered for a parameter stays for the parameter of that name of the next command.
     QMap<QString, QString> entered;
     for (int row = 0; row < count(); ++row) {
-        entered.insert(m_declared.parameters.at(static_cast<std::size_t>(row)).name, m_texts.at(row));
+        entered.insert(m_declared.parameters.at(row).name, m_texts.at(row));
     }
     beginResetModel();
     m_declared = found != all.cend() ? *found : DCommandDescription();
@@ -163,7 +163,7 @@ QVariantMap CommandForm::arguments(QString* problem) const
     for (int row = 0; row < count(); ++row) {
         const QString& text = m_texts.at(row);
         if (!text.isEmpty()) {
-            values.insert(m_declared.parameters.at(static_cast<std::size_t>(row)).name, text);
+            values.insert(m_declared.parameters.at(row).name, text);
         }
     }
     return values;

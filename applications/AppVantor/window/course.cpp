@@ -5,7 +5,7 @@
 std::vector<CourseStep> courseOf(const LineHistory& history, qint64 fromUs, qint64 columnUs, qint64 untilUs)
 {
     const std::deque<LineLevel>& changes = history.changes();
-    const auto firstAfter = [&](std::deque<LineLevel>::const_iterator from, qint64 timeUs) {
+    const auto firstAfter = [&](const std::deque<LineLevel>::const_iterator& from, qint64 timeUs) {
         return std::upper_bound(from, changes.cend(), timeUs,
                                 [](qint64 time, const LineLevel& change) { return time < change.sinceUs; });
     };
