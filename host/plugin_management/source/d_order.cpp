@@ -114,12 +114,14 @@ public:
     }
     ~Kept()
     {
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the checker does not count the keepers
         if (--m_order->keepers == 0 && m_order->destroyed) {
             delete m_order;
         }
     }
     Q_DISABLE_COPY(Kept)
 
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the same
     Private* operator->() const { return m_order; }
 
 private:
@@ -537,17 +539,17 @@ bool DOrder::commandTimes()
     return times;
 }
 
-void DOrder::end(const DFailure& failure)
+/// The failure by value: what it came from may end with the order.
+void DOrder::end(DFailure failure)
 {
     if (d->ending || d->state != State::Running) {
         return;
     }
     d->ending = true;
     const Kept<Private> order(d);
-    const DFailure outcome = failure; // may be one that ends with what it came from
     if (!d->command.isNull()) {
         const CommandCode frame(d);
-        bool ok = !outcome;
+        bool ok = !failure;
         d->command->finishTheCommand(ok);
     }
     if (order->destroyed) {
@@ -558,8 +560,9 @@ void DOrder::end(const DFailure& failure)
         return;
     }
     d->state = State::Finished;
-    d->failure = outcome;
-    Q_EMIT finished(!outcome);
+    const bool success = !failure;
+    d->failure = std::move(failure);
+    Q_EMIT finished(success);
 }
 
 /// An order in the middle of its end keeps its outcome; only its ties are cut.

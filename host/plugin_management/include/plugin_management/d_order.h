@@ -91,7 +91,7 @@ private:
     void checkLater();
     void endWhenComplete();
     bool commandTimes();
-    void end(const DFailure& failure);
+    void end(DFailure failure);
     void toolIsClosing();
     void detach();
 
