@@ -19,6 +19,8 @@ enum EnEdgeMode
     _CeEmNbr = 5, // NOLINT(bugprone-reserved-identifier): the count of the modes, named as all counts are
 };
 
+// Built when the library is loaded, and read-only then: clazy:excludeall=non-pod-global-static
+
 /// The edge modes by their names; every instance shares the one map.
 const QMap<QString, int> c_edgeModes = {
     {QStringLiteral("HL"), CeEmHighLevel},

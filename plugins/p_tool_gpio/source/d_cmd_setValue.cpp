@@ -23,6 +23,8 @@ enum EnState
 
 constexpr int c_steadyOnDuration = 65535;
 
+// Built when the library is loaded, and read-only then: clazy:excludeall=non-pod-global-static
+
 /// The states by their names; every instance shares the one map.
 const QMap<QString, int> c_states = {
     {QString(), CeStNone},
