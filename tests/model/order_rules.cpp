@@ -252,7 +252,8 @@ void OrderRules::sendBegins(Order& order, const QString& instruction, int timeou
     request->instruction = instruction;
     request->timeoutMs = timeoutMs;
     request->deadlineUs = timeoutMs > 0 ? m_clock.now() + timeoutMs * c_usPerMs : c_never;
-    request->recurring = order.plan.deed == Deed::Listens;
+    request->recurring = order.plan.deed == Deed::Listens && request->device != nullptr &&
+                         !request->device->going; // the device says what recurs
     order.requests.push_back(request);
     m_sending.push_back(request);
     if (request->device == nullptr) {
