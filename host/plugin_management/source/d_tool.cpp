@@ -13,6 +13,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -125,6 +126,7 @@ struct DTool::Private
     QVector<DToolChannel> channels;
     QHash<QString, int> channelRows;
     std::list<DOrder*> orders; ///< those that run, as they were started
+    std::list<DOrder*> places; ///< where orders stood that have ended: taken again by the next ones
     bool closing = false;
 
     /// Null when there is no such channel.
@@ -288,10 +290,15 @@ DOrder* DTool::orderToStop(const QString& stopName, const QVariantMap& arguments
 
 std::list<DOrder*>::iterator DTool::orderStarted(DOrder* order)
 {
-    return d->orders.insert(d->orders.end(), order);
+    if (d->places.empty()) {
+        d->places.push_back(nullptr);
+    }
+    d->places.front() = order;
+    d->orders.splice(d->orders.end(), d->places, d->places.begin());
+    return std::prev(d->orders.end());
 }
 
 void DTool::orderEnded(std::list<DOrder*>::iterator order)
 {
-    d->orders.erase(order);
+    d->places.splice(d->places.begin(), d->orders, order);
 }
