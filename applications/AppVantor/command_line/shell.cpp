@@ -103,7 +103,7 @@ bool Shell::isBusy() const
 QStringList Shell::completions(const QStringList& before, const QString& word) const
 {
     QStringList candidates;
-    const QVector<DCommandDescription> commands = m_tool->commands() + m_tool->stops();
+    const QVector<DCommandDescription> commands = m_tool->orderables();
     if (before.isEmpty()) {
         candidates = builtins();
         for (const DCommandDescription& command : commands) {

@@ -97,7 +97,7 @@ QStringList CommandForm::commands() const
 
 QVector<DCommandDescription> CommandForm::declared() const
 {
-    return m_tool.isNull() ? QVector<DCommandDescription>() : m_tool->commands() + m_tool->stops();
+    return m_tool.isNull() ? QVector<DCommandDescription>() : m_tool->orderables();
 }
 
 void CommandForm::setCommand(const QString& command)

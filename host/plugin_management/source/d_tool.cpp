@@ -245,6 +245,11 @@ QVector<DCommandDescription> DTool::stops() const
     return stops;
 }
 
+QVector<DCommandDescription> DTool::orderables() const
+{
+    return commands() + stops();
+}
+
 DFailure DTool::checkInvocation(const QString& command, QVariantMap* arguments) const
 {
     return checkArguments(command, prototype(command), arguments);

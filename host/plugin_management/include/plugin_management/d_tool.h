@@ -72,6 +72,8 @@ public:
     /// The stop names of these commands, in the order of their declaration, as what can be ordered too: each
     /// takes the parameters of all commands that it stops. A command of the same name goes first.
     QVector<DCommandDescription> stops() const;
+    /// All that can be ordered: the commands, then their stop names.
+    QVector<DCommandDescription> orderables() const;
     /// Checks arguments against the declaration of command, which may be a stop name, and converts each to
     /// its declared type. Arguments that are not declared pass as sections when they are lists or maps, and
     /// all of them where nothing is declared. Returns no failure, or one that names what was wrong (the
