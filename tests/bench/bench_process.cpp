@@ -28,11 +28,7 @@ BenchRun endOf(QProcess* process)
 /// What the kernel says of a process after key; empty when it has ended.
 QByteArray statusOf(const QProcess& process, const QByteArray& key)
 {
-    QFile file("/proc/%1/status"_s.arg(process.processId()));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return QByteArray();
-    }
-    const QByteArray text = file.readAll();
+    const QByteArray text = contentOf("/proc/%1/status"_s.arg(process.processId()));
     const int start = text.indexOf('\n' + key) + 1 + key.size();
     return text.mid(start, text.indexOf('\n', start) - start).trimmed();
 }
@@ -62,6 +58,22 @@ QVector<QJsonObject> BenchRun::json() const
 QStringList BenchRun::lines() const
 {
     return QString::fromUtf8(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+bool BenchRun::operator==(const BenchRun& other) const
+{
+    return status == other.status && output == other.output && errors == other.errors;
+}
+
+char* toString(const BenchRun& run)
+{
+    return qstrdup("status " + QByteArray::number(run.status) + "\noutput " + run.output + "\nerrors " +
+                   run.errors);
+}
+
+QStringList operator""_words(const char* text, std::size_t length)
+{
+    return QString::fromUtf8(text, static_cast<int>(length)).split(QLatin1Char(' '));
 }
 
 BenchRun runBench(const QStringList& arguments, const QByteArray& input)
@@ -157,11 +169,16 @@ BenchRun BenchProcess::end()
     return m_run;
 }
 
+QByteArray contentOf(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// Its last line is a time without a change.
 bool isTraceComplete(const QString& file)
 {
-    QFile trace(file);
-    const QByteArray text = trace.open(QIODevice::ReadOnly) ? trace.readAll() : QByteArray();
+    const QByteArray text = contentOf(file);
     return text.endsWith('\n') && text.at(text.lastIndexOf('\n', -2) + 1) == '#';
 }
 

@@ -12,13 +12,20 @@
 struct BenchRun
 {
     int status = -1;
-    QByteArray output;
-    QByteArray errors;
+    QByteArray output = {};
+    QByteArray errors = {};
 
     /// The output as JSON, a line each; an invalid line gives an empty object.
     QVector<QJsonObject> json() const;
     QStringList lines() const;
+    bool operator==(const BenchRun& other) const;
 };
+
+/// Shows a run where a comparison fails.
+char* toString(const BenchRun& run);
+
+/// "--json commands"_words are the arguments between the blanks.
+QStringList operator""_words(const char* text, std::size_t length);
 
 /// Runs the bench from outside until it ends, with input on its standard input.
 BenchRun runBench(const QStringList& arguments, const QByteArray& input = QByteArray());
@@ -62,6 +69,8 @@ private:
     BenchRun m_run;
 };
 
+/// What stands in file; empty when it cannot be read.
+QByteArray contentOf(const QString& file);
 /// True when the bench has completed its trace in file: what ran has ended.
 bool isTraceComplete(const QString& file);
 

@@ -1,5 +1,6 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <QtTest>
 
@@ -9,121 +10,104 @@ class TestConfigurationFiles : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsNoConfigurationIsToldWithFileAndPlace_data();
-    void whatIsNoConfigurationIsToldWithFileAndPlace();
-    void aConfigurationIsTakenFromAPipe();
-    void aByteOrderMarkIsTaken();
-    void aFileThatIsReplacedMeanwhileIsTheOneOrTheOther();
-    void aWaitForAConfigurationIsEndedByASignal_data();
-    void aWaitForAConfigurationIsEndedByASignal();
+    void whatIsNoConfigurationIsToldWithFileAndPlace_data()
+    {
+        const Rows<QString, QString, QByteArray> row("preparation", "file", "message");
+        row("not there", "", "c", "cannot be read: No such file or directory");
+        row("a folder", "mkdir c", "c", "cannot be read: file to open is a directory");
+        row("unreadable", "echo {} >c; chmod 000 c", "c", "cannot be read: Permission denied");
+        row("in a folder that is locked", "mkdir d; echo {} >d/c; chmod 000 d", "d/c",
+            "cannot be read: Permission denied");
+        row("a loop of links", "ln -s c c", "c", "cannot be read: Too many levels of symbolic links");
+        row("a name that is too long", "", "$(printf '%5000s' | tr ' ' c)",
+            "cannot be read: File name too long");
+        row("a read that fails", "", "/proc/self/mem", "cannot be read: Input/output error");
+        row("empty", ": >c", "c", "line 1, column 1 (offset 0): expected JSON: illegal value");
+        row("empty device", "", "/dev/null", "line 1, column 1 (offset 0): expected JSON: illegal value");
+        row("endless device", "", "/dev/zero", "expected at most 67108864 bytes");
+        row("huge", "truncate --size 1G c", "c", "expected at most 67108864 bytes");
+        row("as large as it may be", "truncate --size 64M c", "c",
+            "line 1, column 2 (offset 1): expected JSON: illegal value");
+        row("writer that stops half way", "mkfifo c; { head -c 100 \"$EXAMPLES/traffic_light.json\" >c; } &",
+            "c", "expected JSON: unterminated string");
+        row("writer that writes nothing", "mkfifo c; { : >c; } &", "c",
+            "line 1, column 1 (offset 0): expected JSON: illegal value");
+        row("lists in lists", "printf '%100000s' | tr ' ' '[' >c", "c",
+            "line 1, column 1026 (offset 1025): expected JSON: too deeply nested document");
+        row("objects in objects", "printf '{\"device\":%.0s' {1..2000} >c", "c",
+            "line 1, column 10242 (offset 10241): expected JSON: too deeply nested document");
+        row("no UTF-8", "printf '{\"device\": \"\\xff\"}' >c", "c",
+            "line 1, column 13 (offset 12): expected JSON: invalid UTF8 string");
+        row("NUL bytes", "printf '{\"device\": \\0}' >c", "c",
+            "line 1, column 12 (offset 11): expected JSON: illegal number");
+        row("NUL after it", "{ cat \"$EXAMPLES/traffic_light.json\"; printf '\\0'; } >c", "c",
+            "garbage at the end of the document");
+        row("UTF-16", "iconv -t UTF-16LE \"$EXAMPLES/traffic_light.json\" >c", "c",
+            "line 1, column 3 (offset 2): expected JSON: unterminated object");
+        row("a program", "cp \"$BENCH\" c", "c", "line 1, column 2 (offset 1): expected JSON: illegal value");
+    }
+
+    void whatIsNoConfigurationIsToldWithFileAndPlace()
+    {
+        QFETCH(QString, preparation);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, message);
+        const BenchRun run = runScript(
+            preparation + "\nunprivileged \"$BENCH\" --config \"%1\" run getValue channel=A"_s.arg(file));
+        QCOMPARE(run, (BenchRun{2, "", run.errors}));
+        QCOMPARE(run.errors.count('\n'), 1);
+        if (!file.startsWith(QLatin1Char('$'))) {
+            QVERIFY2(run.errors.startsWith("appvantor: " + file.toUtf8() + ": "), run.errors.constData());
+        }
+        QVERIFY2(run.errors.contains(message), run.errors.constData());
+    }
+
+    void aConfigurationIsTakenFromAPipe()
+    {
+        const BenchRun run = runScript("{ head -c 100; sleep 0.1; cat; } <\"$EXAMPLES/traffic_light.json\" | "
+                                       "\"$BENCH\" --config /dev/stdin run getValue channel=RED"_s);
+        QCOMPARE(run, (BenchRun{0, "[1] getValue: value=0\n"}));
+    }
+
+    void aByteOrderMarkIsTaken()
+    {
+        const BenchRun run =
+            runScript("{ printf '\\xef\\xbb\\xbf'; cat \"$EXAMPLES/traffic_light.json\"; } >c\n"
+                      "\"$BENCH\" --config c run getValue channel=RED"_s);
+        QCOMPARE(run, (BenchRun{0, "[1] getValue: value=0\n"}));
+    }
+
+    void aFileThatIsReplacedMeanwhileIsTheOneOrTheOther()
+    {
+        const BenchRun run = runScript("cp \"$EXAMPLES/traffic_light.json\" c\n"
+                                       "while :; do for name in traffic_light button_and_lamp; do\n"
+                                       "    cp \"$EXAMPLES/$name.json\" new; mv new c\n"
+                                       "done; done & replacing=$!\n"
+                                       "for run in {1..30}; do \"$BENCH\" --config c channels "
+                                       ">/dev/null || echo \"status $?\"; done\n"
+                                       "kill $replacing"_s);
+        QCOMPARE(run, BenchRun{0});
+    }
+
+    void aWaitForAConfigurationIsEndedByASignal_data()
+    {
+        const Rows<QString> row("signal");
+        for (const char* signal : {"INT", "TERM", "HUP"}) {
+            row(signal, signal);
+        }
+    }
+
+    /// The first byte of the pipe tells that the bench reads it.
+    void aWaitForAConfigurationIsEndedByASignal()
+    {
+        QFETCH(QString, signal);
+        const BenchRun run = runScript("set -m; mkfifo c\n"
+                                       "\"$BENCH\" --config c channels & bench=$!\n"
+                                       "exec 3>c; printf '{' >&3; kill -%1 $bench; wait $bench\n"
+                                       "status=$?; [ $status -gt 128 ] && kill -l $status"_s.arg(signal));
+        QCOMPARE(run.output, signal.toUtf8() + '\n');
+    }
 };
-
-void TestConfigurationFiles::whatIsNoConfigurationIsToldWithFileAndPlace_data()
-{
-    QTest::addColumn<QString>("preparation");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("message");
-    const auto row = [](const char* name, const char* preparation, const char* file, const char* message) {
-        QTest::newRow(name) << QString::fromLatin1(preparation) << QString::fromLatin1(file)
-                            << QByteArray(message);
-    };
-    row("a folder", "mkdir c", "c", "cannot be read: file to open is a directory");
-    row("unreadable", "echo {} >c; chmod 000 c", "c", "cannot be read: Permission denied");
-    row("in a folder that is locked", "mkdir d; echo {} >d/c; chmod 000 d", "d/c",
-        "cannot be read: Permission denied");
-    row("a loop of links", "ln -s c c", "c", "cannot be read: Too many levels of symbolic links");
-    row("a name that is too long", "", "$(printf '%5000s' | tr ' ' c)", "cannot be read: File name too long");
-    row("a read that fails", "", "/proc/self/mem", "cannot be read: Input/output error");
-    row("empty", ": >c", "c", "line 1, column 1 (offset 0): expected JSON: illegal value");
-    row("empty device", "", "/dev/null", "line 1, column 1 (offset 0): expected JSON: illegal value");
-    row("endless device", "", "/dev/zero", "expected at most 67108864 bytes");
-    row("huge", "truncate --size 1G c", "c", "expected at most 67108864 bytes");
-    row("as large as it may be", "truncate --size 64M c", "c",
-        "line 1, column 2 (offset 1): expected JSON: illegal value");
-    row("writer that stops half way", "mkfifo c; { head -c 100 \"$EXAMPLES/traffic_light.json\" >c; } &", "c",
-        "expected JSON: unterminated string");
-    row("writer that writes nothing", "mkfifo c; { : >c; } &", "c",
-        "line 1, column 1 (offset 0): expected JSON: illegal value");
-    row("lists in lists", "printf '%100000s' | tr ' ' '[' >c", "c",
-        "line 1, column 1026 (offset 1025): expected JSON: too deeply nested document");
-    row("objects in objects", "printf '{\"device\":%.0s' {1..2000} >c", "c",
-        "line 1, column 10242 (offset 10241): expected JSON: too deeply nested document");
-    row("no UTF-8", "printf '{\"device\": \"\\xff\"}' >c", "c",
-        "line 1, column 13 (offset 12): expected JSON: invalid UTF8 string");
-    row("NUL bytes", "printf '{\"device\": \\0}' >c", "c",
-        "line 1, column 12 (offset 11): expected JSON: illegal number");
-    row("NUL after it", "{ cat \"$EXAMPLES/traffic_light.json\"; printf '\\0'; } >c", "c",
-        "garbage at the end of the document");
-    row("UTF-16", "iconv -t UTF-16LE \"$EXAMPLES/traffic_light.json\" >c", "c",
-        "line 1, column 3 (offset 2): expected JSON: unterminated object");
-    row("a list", "echo [] >c", "c", "line 1, column 1 (offset 0): expected an object");
-    row("a program", "cp \"$BENCH\" c", "c", "line 1, column 2 (offset 1): expected JSON: illegal value");
-}
-
-void TestConfigurationFiles::whatIsNoConfigurationIsToldWithFileAndPlace()
-{
-    QFETCH(QString, preparation);
-    QFETCH(QString, file);
-    QFETCH(QByteArray, message);
-    const BenchRun run = runScript(
-        preparation + "\nunprivileged \"$BENCH\" --config \"%1\" run getValue channel=A"_s.arg(file));
-    QCOMPARE(run.status, 2);
-    QCOMPARE(run.output, QByteArray());
-    QCOMPARE(run.errors.count('\n'), 1);
-    if (!file.startsWith(QLatin1Char('$'))) {
-        QVERIFY2(run.errors.startsWith("appvantor: " + file.toUtf8() + ": "), run.errors.constData());
-    }
-    QVERIFY2(run.errors.contains(message), run.errors.constData());
-}
-
-void TestConfigurationFiles::aConfigurationIsTakenFromAPipe()
-{
-    const BenchRun run = runScript("{ head -c 100; sleep 0.1; cat; } <\"$EXAMPLES/traffic_light.json\" | "
-                                   "\"$BENCH\" --config /dev/stdin channels"_s);
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.status, 0);
-    QVERIFY(run.output.startsWith("CHANNEL "));
-}
-
-void TestConfigurationFiles::aByteOrderMarkIsTaken()
-{
-    const BenchRun run = runScript("{ printf '\\xef\\xbb\\xbf'; cat \"$EXAMPLES/traffic_light.json\"; } >c\n"
-                                   "\"$BENCH\" --config c channels"_s);
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.status, 0);
-}
-
-void TestConfigurationFiles::aFileThatIsReplacedMeanwhileIsTheOneOrTheOther()
-{
-    const BenchRun run = runScript(
-        "cp \"$EXAMPLES/traffic_light.json\" c\n"
-        "while :; do for name in traffic_light button_and_lamp; do\n"
-        "    cp \"$EXAMPLES/$name.json\" new; mv new c\n"
-        "done; done & replacing=$!\n"
-        "for run in {1..30}; do \"$BENCH\" --config c channels >/dev/null || echo \"status $?\"; done\n"
-        "kill $replacing"_s);
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.output, QByteArray());
-}
-
-void TestConfigurationFiles::aWaitForAConfigurationIsEndedByASignal_data()
-{
-    QTest::addColumn<QString>("signal");
-    for (const char* signal : {"INT", "TERM", "HUP"}) {
-        QTest::newRow(signal) << QString::fromLatin1(signal);
-    }
-}
-
-/// The first byte of the pipe tells that the bench reads it.
-void TestConfigurationFiles::aWaitForAConfigurationIsEndedByASignal()
-{
-    QFETCH(QString, signal);
-    const BenchRun run = runScript("set -m; mkfifo c\n"
-                                   "\"$BENCH\" --config c channels & bench=$!\n"
-                                   "exec 3>c; printf '{' >&3; kill -%1 $bench; wait $bench\n"
-                                   "status=$?; [ $status -gt 128 ] && kill -l $status"_s.arg(signal));
-    QCOMPARE(run.output, signal.toUtf8() + '\n');
-}
 
 QTEST_GUILESS_MAIN(TestConfigurationFiles)
 #include "test_configuration_files.moc"

@@ -8,11 +8,8 @@ namespace {
 
 BenchRun runExample(const QString& name)
 {
-    QFile orders(example(name + ".orders"_s));
-    if (!orders.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    return runBench({"--config"_s, example(name + ".json"_s), "--json"_s, "shell"_s}, orders.readAll());
+    return runBench({"--config"_s, example(name + ".json"_s), "--json"_s, "shell"_s},
+                    contentOf(example(name + ".orders"_s)));
 }
 
 QVector<int> lastValues(const BenchRun& run, int number)
@@ -35,57 +32,50 @@ class TestExamples : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theTourEndsWell();
-    void theSensorsOfTheTrafficLightSeeItsRound();
-    void theLampFollowsTheButton();
-    void eachDefectOfTheFaultyBoardHasItsReason();
+    void theTourEndsWell()
+    {
+        const BenchRun run = runBench("shell --echo"_words, contentOf(example("tour.orders"_s)));
+        QCOMPARE(run, (BenchRun{0, run.output}));
+        for (const char* line :
+             {"[2] setValue: doneOk=true", "[3] getValue: value=1", "lastValue=1 value=true",
+              "[12] switchValue: doneOk=true", "[13] getValue: value="}) {
+            QVERIFY2(run.output.contains(line), line);
+        }
+    }
+
+    void theSensorsOfTheTrafficLightSeeItsRound()
+    {
+        const BenchRun run = runExample("traffic_light"_s);
+        QCOMPARE(run.status, 0);
+        QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0}));
+        QCOMPARE(lastValues(run, 2), QVector<int>({0, 1, 0}));
+    }
+
+    void theLampFollowsTheButton()
+    {
+        const BenchRun run = runExample("button_and_lamp"_s);
+        QCOMPARE(run.status, 0);
+        QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0, 1, 0}));
+        QCOMPARE(run.output.count("\"value\":true"), 3);
+        QCOMPARE(run.output.count(R"("command":"getValue","success":true,"results":{"value":1})"), 2);
+        QCOMPARE(run.output.count(R"("command":"getValue","success":true,"results":{"value":0})"), 2);
+    }
+
+    void eachDefectOfTheFaultyBoardHasItsReason()
+    {
+        const BenchRun run = runExample("fault_injection"_s);
+        QCOMPARE(run.status, 1);
+        QStringList ends;
+        for (const QJsonObject& line : run.json()) {
+            ends.append(line.value(QLatin1String("success")).toBool()
+                            ? "done"_s
+                            : line.value(QLatin1String("reason")).toString());
+        }
+        QCOMPARE(ends, QStringList({"done"_s, "done"_s, "reply rejected"_s, "reply rejected"_s,
+                                    "the board refuses \"setValues\" of channel \"stubborn\""_s,
+                                    "no reply to \"getValue\" of channel \"dead\" within 4000 ms"_s}));
+    }
 };
-
-void TestExamples::theTourEndsWell()
-{
-    QFile orders(example("tour.orders"_s));
-    QVERIFY(orders.open(QIODevice::ReadOnly));
-    const BenchRun run = runBench({"shell"_s, "--echo"_s}, orders.readAll());
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.errors, QByteArray());
-    for (const char* line : {"[2] setValue: doneOk=true", "[3] getValue: value=1", "lastValue=1 value=true",
-                             "[12] switchValue: doneOk=true", "[13] getValue: value="}) {
-        QVERIFY2(run.output.contains(line), line);
-    }
-}
-
-void TestExamples::theSensorsOfTheTrafficLightSeeItsRound()
-{
-    const BenchRun run = runExample("traffic_light"_s);
-    QCOMPARE(run.status, 0);
-    QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0}));
-    QCOMPARE(lastValues(run, 2), QVector<int>({0, 1, 0}));
-}
-
-void TestExamples::theLampFollowsTheButton()
-{
-    const BenchRun run = runExample("button_and_lamp"_s);
-    QCOMPARE(run.status, 0);
-    QCOMPARE(lastValues(run, 1), QVector<int>({0, 1, 0, 1, 0, 1, 0}));
-    QCOMPARE(run.output.count("\"value\":true"), 3);
-    QCOMPARE(run.output.count(R"("command":"getValue","success":true,"results":{"value":1})"), 2);
-    QCOMPARE(run.output.count(R"("command":"getValue","success":true,"results":{"value":0})"), 2);
-}
-
-void TestExamples::eachDefectOfTheFaultyBoardHasItsReason()
-{
-    const BenchRun run = runExample("fault_injection"_s);
-    QCOMPARE(run.status, 1);
-    QStringList ends;
-    for (const QJsonObject& line : run.json()) {
-        ends.append(line.value(QLatin1String("success")).toBool()
-                        ? "done"_s
-                        : line.value(QLatin1String("reason")).toString());
-    }
-    QCOMPARE(ends, QStringList({"done"_s, "done"_s, "reply rejected"_s, "reply rejected"_s,
-                                "the board refuses \"setValues\" of channel \"stubborn\""_s,
-                                "no reply to \"getValue\" of channel \"dead\" within 4000 ms"_s}));
-}
 
 QTEST_GUILESS_MAIN(TestExamples)
 #include "test_examples.moc"

@@ -1,4 +1,5 @@
 #include "literals.h"
+#include "rows.h"
 
 #include <process/json_line.h>
 
@@ -16,34 +17,29 @@ class TestJsonLine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aValueIsWrittenExactly_data();
-    void aValueIsWrittenExactly();
+    void aValueIsWrittenExactly_data()
+    {
+        const Rows<QVariant, QByteArray> row("value", "json");
+        row("invalid", QVariant(), "null");
+        row("true", QVariant(true), "true");
+        row("int", QVariant(std::numeric_limits<int>::min()), "-2147483648");
+        row("largest 64-bit number", QVariant(std::numeric_limits<quint64>::max()), "18446744073709551615");
+        row("real", QVariant(0.5), "0.5");
+        row("real that is no number", QVariant(qQNaN()), "null");
+        row("text", QVariant("d\u00E9 \"a\"\n"_s), "\"d\xC3\xA9 \\\"a\\\"\\n\"");
+        row("list", QVariant(QVariantList{1, "a"_s}), "[1,\"a\"]");
+        row("map", QVariant(QVariantMap{{"b"_s, 1}, {"a"_s, 2}}), "{\"a\":2,\"b\":1}");
+        row("date", QVariant(QDate(2026, 1, 2)), "\"2026-01-02\"");
+        row("what has no text", QVariant::fromValue<QObject*>(nullptr), "null");
+    }
+
+    void aValueIsWrittenExactly()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(QByteArray, json);
+        QCOMPARE(QByteArray::fromStdString(toJson(value).dump()), json);
+    }
 };
-
-void TestJsonLine::aValueIsWrittenExactly_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QByteArray>("json");
-    QTest::newRow("invalid") << QVariant() << QByteArray("null");
-    QTest::newRow("true") << QVariant(true) << QByteArray("true");
-    QTest::newRow("int") << QVariant(std::numeric_limits<int>::min()) << QByteArray("-2147483648");
-    QTest::newRow("largest 64-bit number")
-        << QVariant(std::numeric_limits<quint64>::max()) << QByteArray("18446744073709551615");
-    QTest::newRow("real") << QVariant(0.5) << QByteArray("0.5");
-    QTest::newRow("real that is no number") << QVariant(qQNaN()) << QByteArray("null");
-    QTest::newRow("text") << QVariant("d\u00E9 \"a\"\n"_s) << QByteArray("\"d\xC3\xA9 \\\"a\\\"\\n\"");
-    QTest::newRow("list") << QVariant(QVariantList{1, "a"_s}) << QByteArray("[1,\"a\"]");
-    QTest::newRow("map") << QVariant(QVariantMap{{"b"_s, 1}, {"a"_s, 2}}) << QByteArray("{\"a\":2,\"b\":1}");
-    QTest::newRow("date") << QVariant(QDate(2026, 1, 2)) << QByteArray("\"2026-01-02\"");
-    QTest::newRow("what has no text") << QVariant::fromValue<QObject*>(nullptr) << QByteArray("null");
-}
-
-void TestJsonLine::aValueIsWrittenExactly()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QByteArray, json);
-    QCOMPARE(QByteArray::fromStdString(toJson(value).dump()), json);
-}
 
 QTEST_GUILESS_MAIN(TestJsonLine)
 #include "test_json_line.moc"

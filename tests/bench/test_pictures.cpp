@@ -1,5 +1,6 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <QtTest>
 
@@ -22,62 +23,43 @@ class TestPictures : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data();
-    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver();
-    void aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture();
-    void aPictureReplacesAnother();
+    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data()
+    {
+        const Rows<QString, QString, QByteArray, QByteArray> row("preparation", "file", "message", "left");
+        row("no folder", "", "nowhere/p.png", "nowhere/p.png: No such file or directory", "\n");
+        row("a folder", "mkdir p.png", "p.png", "p.png: not a regular file", "p.png\n");
+        row("a pipe", "mkfifo p.png", "p.png", "p.png: not a regular file", "p.png\n");
+        row("a link to a pipe", "mkfifo pipe; ln -s pipe p.png", "p.png", "p.png: not a regular file",
+            "p.png pipe\n");
+        row("a folder that is read-only", "mkdir d; chmod 500 d; privilege=unprivileged", "d/p.png",
+            "d/p.png: Permission denied", "d\n");
+        row("a picture that is read-only", "echo old >kept.png; chmod 400 kept.png; privilege=unprivileged",
+            "kept.png", "kept.png: Existing file kept.png is not writable", "kept.png\nold\n");
+        row("a full disk", "echo old >kept.png; ulimit -f 4", "kept.png", "kept.png: File too large",
+            "kept.png\nold\n");
+        // A picture of little more than the one block that a file may have.
+        row("a disk that is full at the last bytes", "echo old >kept.png; ulimit -f 1",
+            "kept.png --size 60x40", "kept.png: File too large", "kept.png\nold\n");
+    }
+
+    void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
+    {
+        QFETCH(QString, preparation);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, message);
+        QFETCH(QByteArray, left);
+        const BenchRun run = takePictures(preparation, file);
+        QVERIFY2(run.errors.count("appvantor: cannot write the picture " + message + "\n") == 2,
+                 run.errors.constData());
+        QCOMPARE(run.output, "2\n2\n" + left);
+    }
+
+    void aPictureReplacesAnother()
+    {
+        const BenchRun run = takePictures("echo old >kept.png"_s, "kept.png"_s);
+        QVERIFY2(run.output.startsWith("0\n0\nkept.png\n\x89PNG"), run.output.left(80).constData());
+    }
 };
-
-void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver_data()
-{
-    QTest::addColumn<QString>("preparation");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("message");
-    QTest::addColumn<QByteArray>("left");
-    const auto row = [](const char* name, const char* preparation, const char* file, const char* message,
-                        const char* left) {
-        QTest::newRow(name) << QString::fromLatin1(preparation) << QString::fromLatin1(file)
-                            << QByteArray(message) << QByteArray(left);
-    };
-    row("no folder", "", "nowhere/p.png", "nowhere/p.png: No such file or directory", "\n");
-    row("a folder", "mkdir p.png", "p.png", "p.png: not a regular file", "p.png\n");
-    row("a pipe", "mkfifo p.png", "p.png", "p.png: not a regular file", "p.png\n");
-    row("a link to a pipe", "mkfifo pipe; ln -s pipe p.png", "p.png", "p.png: not a regular file",
-        "p.png pipe\n");
-    row("a folder that is read-only", "mkdir d; chmod 500 d; privilege=unprivileged", "d/p.png",
-        "d/p.png: Permission denied", "d\n");
-    row("a picture that is read-only", "echo old >kept.png; chmod 400 kept.png; privilege=unprivileged",
-        "kept.png", "kept.png: Existing file kept.png is not writable", "kept.png\nold\n");
-    row("a full disk", "echo old >kept.png; ulimit -f 4", "kept.png", "kept.png: File too large",
-        "kept.png\nold\n");
-}
-
-void TestPictures::aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
-{
-    QFETCH(QString, preparation);
-    QFETCH(QString, file);
-    QFETCH(QByteArray, message);
-    QFETCH(QByteArray, left);
-    const BenchRun run = takePictures(preparation, file);
-    QVERIFY2(run.errors.count("appvantor: cannot write the picture " + message + "\n") == 2,
-             run.errors.constData());
-    QCOMPARE(run.output, "2\n2\n" + left);
-}
-
-/// A picture of little more than the one block that a file may have.
-void TestPictures::aDiskThatIsFullAtTheLastBytesKeepsTheOldPicture()
-{
-    const BenchRun run = takePictures("echo old >kept.png; ulimit -f 1"_s, "kept.png --size 60x40"_s);
-    QVERIFY2(run.errors.count("appvantor: cannot write the picture kept.png: File too large\n") == 2,
-             run.errors.constData());
-    QCOMPARE(run.output, QByteArray("2\n2\nkept.png\nold\n"));
-}
-
-void TestPictures::aPictureReplacesAnother()
-{
-    const BenchRun run = takePictures("echo old >kept.png"_s, "kept.png"_s);
-    QVERIFY2(run.output.startsWith("0\n0\nkept.png\n\x89PNG"), run.output.left(80).constData());
-}
 
 QTEST_GUILESS_MAIN(TestPictures)
 #include "test_pictures.moc"

@@ -1,53 +1,14 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
-#include <QtTest>
+#include <QRegularExpression>
 
 namespace {
 
-BenchRun runShell(const QByteArray& lines, const QStringList& options = {"--json"_s})
+BenchRun runShell(const QByteArray& lines, const QStringList& options = {})
 {
-    return runBench(options + QStringList{"shell"_s}, lines);
-}
-
-/// The readings of all "getValue" orders of a run, in order.
-QVector<int> readings(const BenchRun& run)
-{
-    QVector<int> values;
-    for (const QJsonObject& line : run.json()) {
-        if (line.value(QLatin1String("command")) == QLatin1String("getValue")) {
-            values.append(
-                line.value(QLatin1String("results")).toObject().value(QLatin1String("value")).toInt(-1));
-        }
-    }
-    return values;
-}
-
-/// The events of order number, as "value/lastValue".
-QStringList events(const BenchRun& run, int number)
-{
-    QStringList texts;
-    for (const QJsonObject& line : run.json()) {
-        if (line.contains(QLatin1String("event")) && line.value(QLatin1String("order")).toInt() == number) {
-            const QJsonObject event = line.value(QLatin1String("event")).toObject();
-            texts.append(event.value(QLatin1String("value")).toVariant().toString() + QLatin1Char('/') +
-                         event.value(QLatin1String("lastValue")).toVariant().toString());
-        }
-    }
-    return texts;
-}
-
-/// Numbers and commands of the orders that ended, in order.
-QStringList ended(const BenchRun& run)
-{
-    QStringList texts;
-    for (const QJsonObject& line : run.json()) {
-        if (line.contains(QLatin1String("success"))) {
-            texts.append("%1 %2"_s.arg(line.value(QLatin1String("order")).toInt())
-                             .arg(line.value(QLatin1String("command")).toString()));
-        }
-    }
-    return texts;
+    return runBench(QStringList{"shell"_s} + options, lines);
 }
 
 } // namespace
@@ -58,310 +19,286 @@ class TestShell : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void switchingTwiceBringsTheFirstLevelBack();
-    void drivingAWiredLineMakesTheEventsOfTheWiring();
-    void aPulseHoldsTheNextLineBack();
-    void anOrderBesideDoesNotHoldTheNextLineBack();
-    void aStoppedPulseLeavesTheLineOn();
-    void blinkIsReplacedByOn();
-    void twoListenersOnOneChannelHearTheSame();
-    void aListenerThatWasStoppedHearsNoMore();
-    void stoppingAnOrderThatHasEndedDoesNothing();
-    void theStopNameEndsTheLatestListener();
-    void theStopNameWithAChannelEndsTheListenerOfThatChannel();
-    void theStopNameEndsARunningPulse();
-    void aStopNameThatFindsNothingFails();
-    void waitHoldsTheNextLineBackUntilTheOrderEnds();
-    void remarksAndEmptyLinesAreLeftOut();
-    void whatRunsAtTheEndIsStoppedProperly();
-    void quitLeavesTheRestOut();
-    void echoShowsEachLine();
-    void helpListsTheShellsOwnWords();
-    void channelsAndCommandsAreListedInAShell();
-    void aWrongLineIsToldAndTheRestGoesOn_data();
-    void aWrongLineIsToldAndTheRestGoesOn();
-    void aLineWithAZeroCharacterIsTakenAndToldWhole();
-    void aFailedOrderMakesStatus1();
-    void theLastLineNeedsNoLineEnd();
-    void aListHoldsTheNextLineBack();
-    void aPulseOfNoDurationEndsAtOnce();
-    void malformedRepliesInBetweenDoNotEndAListener();
-    void aLineWithoutEndIsRefused();
-    void inputIsReadNoFurtherAheadThanNeeded();
-};
-
-void TestShell::switchingTwiceBringsTheFirstLevelBack()
-{
-    const BenchRun run =
-        runShell("getValue channel=START\nswitchValue channel=START\ngetValue channel=START\n"
-                 "switchValue channel=START\ngetValue channel=START\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(readings(run), QVector<int>({0, 1, 0}));
-}
-
-void TestShell::drivingAWiredLineMakesTheEventsOfTheWiring()
-{
-    const BenchRun run = runShell("startListening channel=RUNNING edge=RE\n"
-                                  "setValue channel=START state=ON\nsleep 250\n"
-                                  "setValue channel=START state=OFF\nsleep 250\n"
-                                  "setValue channel=START state=PULSE duration=300\nsleep 250\n"
-                                  "setValue channel=START state=BLINK duration=400 dutyCycle=50\nsleep 900\n"
-                                  "setValue channel=START state=OFF\nsleep 250\nstop 1\n");
-    QCOMPARE(run.status, 0);
-    const QStringList up = {"true/1"_s, "false/0"_s};
-    QCOMPARE(events(run, 1), QStringList{"false/0"_s} + up + up + up + up + up);
-}
-
-void TestShell::aPulseHoldsTheNextLineBack()
-{
-    const BenchRun run =
-        runShell("setValue channel=START state=PULSE duration=100\ngetValue channel=START\n");
-    QCOMPARE(readings(run), QVector<int>({0}));
-}
-
-void TestShell::anOrderBesideDoesNotHoldTheNextLineBack()
-{
-    const BenchRun run =
-        runShell("setValue channel=START state=PULSE duration=200 &\ngetValue channel=START\n"
-                 "wait 1\ngetValue channel=START\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(readings(run), QVector<int>({1, 0}));
-}
-
-void TestShell::aStoppedPulseLeavesTheLineOn()
-{
-    const BenchRun run = runShell("setValue channel=START state=PULSE duration=10000 &\nsleep 50\nstop 1\n"
-                                  "getValue channel=START\n");
-    QCOMPARE(run.status, 1);
-    QCOMPARE(readings(run), QVector<int>({1}));
-    QVERIFY(run.errors.contains("[1] setValue failed: stopped before it was complete"));
-}
-
-void TestShell::blinkIsReplacedByOn()
-{
-    const BenchRun run =
-        runShell("setValue channel=DOOR state=BLINK duration=40 dutyCycle=50\n"
-                 "setValue channel=DOOR state=ON\nstartListening channel=DOOR\nsleep 150\nstop 3\n");
-    QCOMPARE(events(run, 3), QStringList({"1/1"_s}));
-}
-
-void TestShell::twoListenersOnOneChannelHearTheSame()
-{
-    const BenchRun run =
-        runShell("startListening channel=DOOR\nstartListening channel=DOOR edge=HL\n"
-                 "setValue channel=DOOR state=ON\nsetValue channel=DOOR state=OFF\nsleep 20\n");
-    QCOMPARE(events(run, 1), QStringList({"0/0"_s, "1/1"_s, "0/0"_s}));
-    QCOMPARE(events(run, 2), QStringList({"false/0"_s, "true/1"_s, "false/0"_s}));
-}
-
-void TestShell::aListenerThatWasStoppedHearsNoMore()
-{
-    const BenchRun run =
-        runShell("startListening channel=DOOR\nsleep 20\nstop 1\nsetValue channel=DOOR state=ON\n");
-    QCOMPARE(events(run, 1), QStringList({"0/0"_s}));
-}
-
-void TestShell::stoppingAnOrderThatHasEndedDoesNothing()
-{
-    const BenchRun run = runShell("startListening channel=DOOR\nsleep 20\nstop 1\nstop 1\nwait 1\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.output.count("\"success\":true"), 1);
-}
-
-void TestShell::theStopNameEndsTheLatestListener()
-{
-    const BenchRun run = runShell("startListening channel=DOOR\nlistenToAll\nstopListening\nstopListening\n"
-                                  "setValue channel=DOOR state=ON\nsleep 20\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(ended(run), QStringList({"2 listenToAll"_s, "3 stopListening"_s, "1 startListening"_s,
-                                      "4 stopListening"_s, "5 setValue"_s}));
-    QVERIFY(runShell("startListening channel=DOOR\nstopListening\n", {})
-                .output.endsWith("\n[2] stopListening: done\n"));
-}
-
-void TestShell::theStopNameWithAChannelEndsTheListenerOfThatChannel()
-{
-    const BenchRun run = runShell("startListening channel=DOOR\nstartListening channel=RUNNING\n"
-                                  "stopListening channel=DOOR\nsetValue channel=DOOR state=ON\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(ended(run).mid(0, 2), QStringList({"1 startListening"_s, "3 stopListening"_s}));
-}
-
-void TestShell::theStopNameEndsARunningPulse()
-{
-    const BenchRun run = runShell("setValue channel=START state=PULSE duration=60000 &\nsleep 50\n"
-                                  "stopTheCommand channel=START\n");
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.errors, QByteArray("appvantor: [1] setValue failed: stopped before it was complete\n"));
-    QCOMPARE(ended(run), QStringList({"1 setValue"_s, "2 stopTheCommand"_s}));
-}
-
-void TestShell::aStopNameThatFindsNothingFails()
-{
-    const BenchRun run = runShell("startListening channel=DOOR\nstopTheCommand\n"
-                                  "stopListening channel=ALARM\n");
-    QCOMPARE(run.status, 1);
-    QCOMPARE(run.errors,
-             QByteArray("appvantor: [2] stopTheCommand failed: no running order to stop\n"
-                        "appvantor: [3] stopListening failed: no running order with these arguments to "
-                        "stop\n"));
-}
-
-void TestShell::waitHoldsTheNextLineBackUntilTheOrderEnds()
-{
-    const BenchRun run =
-        runShell("setValue channel=START state=PULSE duration=100 &\nwait 1\ngetValue channel=START\n");
-    QCOMPARE(readings(run), QVector<int>({0}));
-}
-
-void TestShell::remarksAndEmptyLinesAreLeftOut()
-{
-    const BenchRun run = runShell("# getValue channel=START\n\n   \n  # more\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.output + run.errors, QByteArray());
-}
-
-void TestShell::whatRunsAtTheEndIsStoppedProperly()
-{
-    const BenchRun run =
-        runShell("listenToAll\nsetValue channel=START state=PULSE duration=60000 &\nsleep 20\n");
-    QCOMPARE(run.status, 1); // the pulse did not come to its end
-    QCOMPARE(run.json().at(run.json().size() - 2).value(QLatin1String("success")).toBool(), true);
-    QCOMPARE(run.json().last().value(QLatin1String("success")).toBool(true), false);
-}
-
-void TestShell::quitLeavesTheRestOut()
-{
-    const BenchRun run = runShell("quit\ngetValue channel=START\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.output, QByteArray());
-}
-
-void TestShell::echoShowsEachLine()
-{
-    const BenchRun run = runBench({"shell"_s, "--echo"_s}, "# remark\ngetValue channel=START\n");
-    QCOMPARE(run.output, QByteArray("> # remark\n> getValue channel=START\n[1] getValue: value=0\n"));
-}
-
-void TestShell::helpListsTheShellsOwnWords()
-{
-    const BenchRun run = runShell("help\n", {});
-    for (const char* word : {"stop N", "stopTheCommand         Stops the latest running setValue",
-                             "stopListening          Stops the latest running startListening or listenToAll",
-                             "wait N", "sleep MS", "quit", "COMMAND NAME=VALUE", "commands, channels"}) {
-        QVERIFY2(run.output.contains(word), word);
+    void aSessionGoesItsWay_data()
+    {
+        const Rows<int, QByteArray, QString> row("status", "errors", "session");
+        const char* const stopped = "setValue failed: stopped before it was complete\n";
+        row("switching twice brings the first level back", 0, "", R"(
+> switchValue channel=START
+[1] switchValue: doneOk=true
+> getValue channel=START
+[2] getValue: value=1
+> switchValue channel=START
+[3] switchValue: doneOk=true
+> getValue channel=START
+[4] getValue: value=0
+)");
+        row("a pulse holds the next line back", 0, "", R"(
+> setValue channel=START state=PULSE duration=100
+[1] setValue: doneOk=true
+> getValue channel=START
+[2] getValue: value=0
+)");
+        row("an order beside does not, until it is waited for", 0, "", R"(
+> setValue channel=START state=PULSE duration=200 &
+[1] setValue runs; "stop 1" ends it
+> getValue channel=START
+[2] getValue: value=1
+> wait 1
+[1] setValue: doneOk=true
+> getValue channel=START
+[3] getValue: value=0
+)");
+        row("a stopped pulse leaves the line on", 1, QByteArray("[1] ") + stopped, R"(
+> setValue channel=START state=PULSE duration=60000 &
+[1] setValue runs; "stop 1" ends it
+> sleep 50
+> stop 1
+> getValue channel=START
+[2] getValue: value=1
+)");
+        row("a pulse of no duration ends at once", 0, "", R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> setValue channel=DOOR state=PULSE duration=0
+[1] TIME  lastValue=1 value=1
+[1] TIME  lastValue=0 value=0
+[2] setValue: doneOk=true
+[1] startListening: lastValue=0 value=0
+)");
+        row("blinking is replaced by on", 0, "", R"(
+> setValue channel=DOOR state=BLINK duration=40 dutyCycle=50
+[1] setValue: doneOk=true
+> setValue channel=DOOR state=ON
+[2] setValue: doneOk=true
+> startListening channel=DOOR
+[3] startListening runs; "stop 3" ends it
+[3] TIME  lastValue=1 value=1
+> sleep 150
+> stop 3
+[3] startListening: lastValue=1 value=1
+)");
+        row("two listeners on one channel hear the same", 0, "", R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> startListening channel=DOOR edge=HL
+[2] startListening runs; "stop 2" ends it
+[2] TIME  lastValue=0 value=false
+> setValue channel=DOOR state=ON
+[1] TIME  lastValue=1 value=1
+[2] TIME  lastValue=1 value=true
+[3] setValue: doneOk=true
+[1] startListening: lastValue=1 value=1
+[2] startListening: lastValue=1 value=true
+)");
+        row("a listener that was stopped hears no more, nor ends again", 0, "", R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> sleep 20
+> stop 1
+[1] startListening: lastValue=0 value=0
+> setValue channel=DOOR state=ON
+[2] setValue: doneOk=true
+> stop 1
+> wait 1
+)");
+        row("the stop name ends the latest listener", 0, "", R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> listenToAll
+[2] listenToAll runs; "stop 2" ends it
+[2] TIME  value=96
+> stopListening
+[2] listenToAll: value=96
+[3] stopListening: done
+> stopListening
+[1] startListening: lastValue=0 value=0
+[4] stopListening: done
+> setValue channel=DOOR state=ON
+[5] setValue: doneOk=true
+> sleep 20
+)");
+        row("the stop name with a channel ends the listener of that channel", 0, "", R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> startListening channel=RUNNING
+[2] startListening runs; "stop 2" ends it
+[2] TIME  lastValue=0 value=0
+> stopListening channel=DOOR
+[1] startListening: lastValue=0 value=0
+[3] stopListening: done
+[2] startListening: lastValue=0 value=0
+)");
+        row("the stop name ends a running pulse", 1, QByteArray("[1] ") + stopped, R"(
+> setValue channel=START state=PULSE duration=60000 &
+[1] setValue runs; "stop 1" ends it
+> sleep 50
+> stopTheCommand channel=START
+[2] stopTheCommand: done
+)");
+        row("a stop name that finds nothing fails", 1,
+            "[2] stopTheCommand failed: no running order to stop\n"
+            "appvantor: [3] stopListening failed: no running order with these arguments to stop\n",
+            R"(
+> startListening channel=DOOR
+[1] startListening runs; "stop 1" ends it
+[1] TIME  lastValue=0 value=0
+> stopTheCommand
+> stopListening channel=ALARM
+[1] startListening: lastValue=0 value=0
+)");
+        row("what runs at the end is stopped", 1, QByteArray("[2] ") + stopped, R"(
+> listenToAll
+[1] listenToAll runs; "stop 1" ends it
+[1] TIME  value=96
+> setValue channel=START state=PULSE duration=60000 &
+[2] setValue runs; "stop 2" ends it
+[1] TIME  value=97
+> sleep 20
+[1] listenToAll: value=97
+)");
+        row("a failed order makes status 1, and the rest goes on", 1,
+            "[1] setValue failed: the command refused to run\n", R"(
+> setValue channel=ALARM state=ON
+> getValue channel=ALARM
+[2] getValue: value=1
+)");
+        row("remarks and empty lines are left out", 0, "",
+            "\n> # getValue channel=START\n> \n>    \n>   # more\n");
     }
-}
 
-void TestShell::channelsAndCommandsAreListedInAShell()
-{
-    const BenchRun run = runShell("setValue channel=START state=ON\nchannels\ncommands\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.json().size(), 1 + 10 + 6);
-    QCOMPARE(run.json().at(1).value(QLatin1String("value")).toInt(), 1);
-}
+    /// What the bench is given are the lines after "> ", the last one without an end.
+    void aSessionGoesItsWay()
+    {
+        QFETCH(int, status);
+        QFETCH(QByteArray, errors);
+        QFETCH(QString, session);
+        QStringList lines = session.split(QLatin1Char('\n')).filter(QRegularExpression("^> "_s));
+        lines.replaceInStrings(QRegularExpression("^> "_s), QString());
+        BenchRun run = runShell(lines.join(QLatin1Char('\n')).toUtf8(), "--echo --log-level off"_words);
+        const QRegularExpression time("\\d\\d:\\d\\d:\\d\\d\\.\\d{6}"_s);
+        run.output = '\n' + QString::fromUtf8(run.output).replace(time, "TIME"_s).toUtf8();
+        QCOMPARE(run,
+                 (BenchRun{status, session.toUtf8(), errors.isEmpty() ? errors : "appvantor: " + errors}));
+    }
 
-void TestShell::aWrongLineIsToldAndTheRestGoesOn_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QByteArray>("message");
-    const auto row = [](const char* line, const char* message) {
-        QTest::newRow(line) << QByteArray(line) << QByteArray(message);
-    };
-    row("juggle", "unknown command \"juggle\"; the tool has: ");
-    row("getValue START", "expected NAME=VALUE, found \"START\"");
-    row("stop", "expected \"stop\" and one number");
-    row("stop one", "expected the number of an order, 1 to 0, found \"one\"");
-    row("wait 7", "expected the number of an order, 1 to 0, found \"7\"");
-    row("sleep -1", "expected milliseconds from 0 to 86400000, found \"-1\"");
-    row("sleep 99999999999", "expected milliseconds from 0 to 86400000, found \"99999999999\"");
-    row("help me", "expected nothing after \"help\"");
-    row("getValue channel=\"START", "expected a closing \"");
-    row("init channels=[1", "expected a closing bracket");
-}
+    void drivingAWiredLineMakesTheEventsOfTheWiring()
+    {
+        const BenchRun run =
+            runShell("startListening channel=RUNNING edge=RE\n"
+                     "setValue channel=START state=ON\nsleep 250\n"
+                     "setValue channel=START state=OFF\nsleep 250\n"
+                     "setValue channel=START state=PULSE duration=300\nsleep 250\n"
+                     "setValue channel=START state=BLINK duration=400 dutyCycle=50\nsleep 900\n"
+                     "setValue channel=START state=OFF\nsleep 250\nstop 1\n");
+        QCOMPARE(run.status, 0);
+        QStringList events = run.lines().filter(QRegularExpression("^\\[1\\] \\d"_s));
+        events.replaceInStrings(QRegularExpression("^\\S+ \\S+  "_s), QString());
+        QStringList expected = {"lastValue=0 value=false"_s};
+        for (int round = 0; round < 5; ++round) {
+            expected += {"lastValue=1 value=true"_s, "lastValue=0 value=false"_s};
+        }
+        QCOMPARE(events, expected);
+    }
 
-void TestShell::aWrongLineIsToldAndTheRestGoesOn()
-{
-    QFETCH(QByteArray, line);
-    QFETCH(QByteArray, message);
-    const BenchRun run = runShell(line + "\ngetValue channel=ALARM\n");
-    QCOMPARE(run.status, 2);
-    QVERIFY2(run.errors.startsWith("appvantor: " + message), run.errors.constData());
-    QCOMPARE(readings(run), QVector<int>({1}));
-}
+    void quitLeavesTheRestOut() { QCOMPARE(runShell("quit\ngetValue channel=START\n"), BenchRun{0}); }
 
-void TestShell::aLineWithAZeroCharacterIsTakenAndToldWhole()
-{
-    const QByteArray line = QByteArrayLiteral("stop 1\0zero");
-    const QByteArray refusal =
-        QByteArrayLiteral("appvantor: expected the number of an order, 1 to 0, found \"1\0zero\"\n");
-    const BenchRun run = runBench({"shell"_s}, line + '\n' + line);
-    QCOMPARE(run.status, 2);
-    QCOMPARE(run.errors, refusal + refusal);
-}
+    void helpListsTheShellsOwnWords()
+    {
+        const BenchRun run = runShell("help\n");
+        for (const char* word :
+             {"stop N", "stopTheCommand         Stops the latest running setValue",
+              "stopListening          Stops the latest running startListening or listenToAll", "wait N",
+              "sleep MS", "quit", "COMMAND NAME=VALUE", "commands, channels"}) {
+            QVERIFY2(run.output.contains(word), word);
+        }
+    }
 
-void TestShell::aFailedOrderMakesStatus1()
-{
-    const BenchRun run = runShell("setValue channel=ALARM state=ON\ngetValue channel=ALARM\n");
-    QCOMPARE(run.status, 1);
-    QCOMPARE(readings(run), QVector<int>({1}));
-}
+    void channelsAndCommandsAreListedInAShell()
+    {
+        const BenchRun run = runShell("setValue channel=START state=ON\nchannels\ncommands\n", {"--json"_s});
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.json().size(), 1 + 10 + 6);
+        QCOMPARE(run.json().at(1).value(QLatin1String("value")).toInt(), 1);
+    }
 
-void TestShell::theLastLineNeedsNoLineEnd()
-{
-    QCOMPARE(readings(runShell("getValue channel=ALARM")), QVector<int>({1}));
-}
+    void aWrongLineIsToldAndTheRestGoesOn_data()
+    {
+        const Rows<QByteArray> row("message");
+        row("juggle", "unknown command \"juggle\"; the tool has: ");
+        row("getValue START", "expected NAME=VALUE, found \"START\"");
+        row("stop", "expected \"stop\" and one number");
+        row("stop one", "expected the number of an order, 1 to 0, found \"one\"");
+        row("wait 7", "expected the number of an order, 1 to 0, found \"7\"");
+        row("sleep -1", "expected milliseconds from 0 to 86400000, found \"-1\"");
+        row("sleep 99999999999", "expected milliseconds from 0 to 86400000, found \"99999999999\"");
+        row("help me", "expected nothing after \"help\"");
+        row("getValue channel=\"START", "expected a closing \"");
+        row("init channels=[1", "expected a closing bracket");
+    }
 
-void TestShell::aListHoldsTheNextLineBack()
-{
-    const BenchRun run =
-        runShell("channels\ngetValue channel=SLOW\n", {"--config"_s, example("fault_injection.json"_s)});
-    QCOMPARE(run.lines().last(), "[1] getValue: value=0"_s);
-    QCOMPARE(run.lines().size(), 1 + 5 + 1);
-}
+    /// The rows are called by the lines.
+    void aWrongLineIsToldAndTheRestGoesOn()
+    {
+        QFETCH(QByteArray, message);
+        const BenchRun run = runShell(QByteArray(QTest::currentDataTag()) + "\ngetValue channel=ALARM\n");
+        QVERIFY2(run.errors.startsWith("appvantor: " + message), run.errors.constData());
+        QCOMPARE(run, (BenchRun{2, "[1] getValue: value=1\n", run.errors}));
+    }
 
-void TestShell::aPulseOfNoDurationEndsAtOnce()
-{
-    const BenchRun run =
-        runShell("startListening channel=DOOR\nsetValue channel=DOOR state=PULSE duration=0\n");
-    QCOMPARE(run.status, 0);
-    QCOMPARE(events(run, 1), QStringList({"0/0"_s, "1/1"_s, "0/0"_s}));
-}
+    void aLineWithAZeroCharacterIsTakenAndToldWhole()
+    {
+        const QByteArray line = QByteArrayLiteral("stop 1\0zero");
+        const QByteArray refusal =
+            QByteArrayLiteral("appvantor: expected the number of an order, 1 to 0, found \"1\0zero\"\n");
+        QCOMPARE(runShell(line + '\n' + line), (BenchRun{2, "", refusal + refusal}));
+    }
 
-void TestShell::malformedRepliesInBetweenDoNotEndAListener()
-{
-    const QString file = boardFile(
-        R"("lines": [ {"name": "a"} ], "faults": [ {"kind": "wrong", "instruction": "listenEvents"} ])",
-        R"({"id": "A", "value": [ {"id": "link", "value": "a"} ]})");
-    const BenchRun run =
-        runShell("startListening channel=A\nsleep 20\nstop 1\n", {"--config"_s, file, "--json"_s});
-    QCOMPARE(run.status, 0);
-    QCOMPARE(run.errors.count("ERROR: reply does not contain values"), 1);
-    QVERIFY(run.errors.endsWith("\nappvantor: [1] startListening rejected replies of the device: 1\n"));
-    QVERIFY(run.output.endsWith(R"("success":true,"results":{"lastValue":null,"value":null},"rejected":1})"
-                                "\n"));
-}
+    void aListHoldsTheNextLineBack()
+    {
+        const BenchRun run =
+            runShell("channels\ngetValue channel=SLOW\n", {"--config"_s, example("fault_injection.json"_s)});
+        QCOMPARE(run.lines().last(), "[1] getValue: value=0"_s);
+        QCOMPARE(run.lines().size(), 1 + 5 + 1);
+    }
 
-void TestShell::aLineWithoutEndIsRefused()
-{
-    const BenchRun run = runShell(QByteArray(2 << 20, 'x'));
-    QCOMPARE(run.status, 2);
-    QVERIFY2(run.errors.contains("standard input: expected lines of at most 1048576 bytes"),
-             run.errors.left(200));
-}
+    void malformedRepliesInBetweenDoNotEndAListener()
+    {
+        const QString file = boardFile(
+            R"("lines": [ {"name": "a"} ], "faults": [ {"kind": "wrong", "instruction": "listenEvents"} ])",
+            R"({"id": "A", "value": [ {"id": "link", "value": "a"} ]})");
+        const BenchRun run =
+            runShell("startListening channel=A\nsleep 20\nstop 1\n", {"--config"_s, file, "--json"_s});
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.errors.count("ERROR: reply does not contain values"), 1);
+        QVERIFY(run.errors.endsWith("\nappvantor: [1] startListening rejected replies of the device: 1\n"));
+        QVERIFY(run.output.endsWith(
+            "\"success\":true,\"results\":{\"lastValue\":null,\"value\":null},\"rejected\":1}\n"));
+    }
 
-void TestShell::inputIsReadNoFurtherAheadThanNeeded()
-{
-    BenchProcess bench({"shell"_s, "--echo"_s});
-    bench.process().write("sleep 80000000\n");
-    QVERIFY(bench.waitForOutput("sleep"));
-    const QByteArray lines = QByteArray("sleep 80000000\n").repeated(100000);
-    bench.process().write(lines);
-    while (bench.process().waitForBytesWritten(1000)) {
-    } // until nobody takes more
-    QVERIFY(bench.process().bytesToWrite() > lines.size() / 2);
-}
+    void aLineWithoutEndIsRefused()
+    {
+        QCOMPARE(runShell(QByteArray(2 << 20, 'x')),
+                 (BenchRun{2, "", "appvantor: standard input: expected lines of at most 1048576 bytes\n"}));
+    }
+
+    void inputIsReadNoFurtherAheadThanNeeded()
+    {
+        BenchProcess bench({"shell"_s, "--echo"_s});
+        bench.process().write("sleep 80000000\n");
+        QVERIFY(bench.waitForOutput("sleep"));
+        const QByteArray lines = QByteArray("sleep 80000000\n").repeated(100000);
+        bench.process().write(lines);
+        while (bench.process().waitForBytesWritten(1000)) {
+        } // until nobody takes more
+        QVERIFY(bench.process().bytesToWrite() > lines.size() / 2);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestShell)
 #include "test_shell.moc"

@@ -1,5 +1,6 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <QFile>
 #include <QHash>
@@ -10,17 +11,13 @@
 
 namespace {
 
-struct Change
-{
-    qint64 timeUs;
-    QString level;
-};
+/// The changes of each line of a dump, each with its time in microseconds and the level, by the line's name.
+using Changes = QMap<QString, QVector<QPair<qint64, double>>>;
 
-/// The changes of each line of a dump, by the line's name.
-QHash<QString, QVector<Change>> changesOf(const QByteArray& dump)
+Changes changesOf(const QByteArray& dump)
 {
     QHash<QString, QString> names;
-    QHash<QString, QVector<Change>> changes;
+    Changes changes;
     qint64 timeUs = 0;
     for (const QString& line : QString::fromUtf8(dump).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
         const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
@@ -29,9 +26,9 @@ QHash<QString, QVector<Change>> changesOf(const QByteArray& dump)
         } else if (line.startsWith(QLatin1Char('#'))) {
             timeUs = line.mid(1).toLongLong();
         } else if (line.startsWith(QLatin1Char('r'))) {
-            changes[names.value(words.at(1))].append({timeUs, words.first().mid(1)});
+            changes[names.value(words.at(1))].append({timeUs, words.first().mid(1).toDouble()});
         } else if (line.startsWith(QLatin1Char('0')) || line.startsWith(QLatin1Char('1'))) {
-            changes[names.value(line.mid(1))].append({timeUs, line.left(1)});
+            changes[names.value(line.mid(1))].append({timeUs, line.leftRef(1).toDouble()});
         }
     }
     return changes;
@@ -53,11 +50,6 @@ QByteArray throughOtherTools(const QString& file)
     return writer.readAllStandardOutput();
 }
 
-QStringList tracedTo(const QString& file)
-{
-    return {"--trace"_s, file};
-}
-
 } // namespace
 
 /// The option --trace.
@@ -66,122 +58,98 @@ class TestTrace : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theHeadNamesEveryLineWithItsKind();
-    void otherToolsReadTheSameLevelsAndTimes();
-    void eventsHaveTheTimesOfTheTrace_data();
-    void eventsHaveTheTimesOfTheTrace();
-    void aKilledRunLeavesAReadableTrace();
-    void namesAreToldApart();
-};
-
-void TestTrace::theHeadNamesEveryLineWithItsKind()
-{
-    const QString file = temporaryFile(QByteArray(), "vcd"_s);
-    QCOMPARE(runBench(tracedTo(file) + QStringList{"commands"_s}).status, 0);
-    QFile dump(file);
-    QVERIFY(dump.open(QIODevice::ReadOnly));
-    const QByteArray text = dump.readAll();
-    QVERIFY(text.startsWith("$date "));
-    QVERIFY(text.contains(" $end\n$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n"
+    void theHeadNamesEveryLineWithItsKind()
+    {
+        const QString file = temporaryFile(QByteArray(), "vcd"_s);
+        QCOMPARE(runBench({"--trace"_s, file, "commands"_s}).status, 0);
+        const QByteArray text = contentOf(file);
+        QVERIFY(text.startsWith("$date "));
+        QVERIFY(
+            text.contains(" $end\n$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n"
                           "$var wire 1 ! line0 $end\n"));
-    QVERIFY(text.contains("$var real 64 ( adc0 $end\n"));
-    QVERIFY(text.contains("$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n0!\n"));
-    QVERIFY(text.contains("r0 *\n$end\n#"));
-}
+        QVERIFY(text.contains("$var real 64 ( adc0 $end\n"));
+        QVERIFY(text.contains("$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n0!\n"));
+        QVERIFY(text.contains("r0 *\n$end\n#"));
+    }
 
-void TestTrace::otherToolsReadTheSameLevelsAndTimes()
-{
-    const QString file = temporaryFile(QByteArray(), "vcd"_s);
-    const BenchRun run = runBench(tracedTo(file) + QStringList{"shell"_s},
-                                  "setValue channel=START state=PULSE duration=100\nsleep 250\n"
-                                  "setValue channel=DOOR state=ON\nswitchValue channel=DOOR\nsleep 200\n");
-    QCOMPARE(run.status, 0);
-    QFile dump(file);
-    QVERIFY(dump.open(QIODevice::ReadOnly));
-    const auto ours = changesOf(dump.readAll());
-    const auto theirs = changesOf(throughOtherTools(file));
-    QCOMPARE(ours.size(), 10);
-    QCOMPARE(theirs.size(), ours.size());
-    for (const QString& line : ours.keys()) {
-        const QVector<Change> expected = ours.value(line);
-        const QVector<Change> found = theirs.value(line);
-        QCOMPARE(found.size(), expected.size());
-        for (int i = 0; i < expected.size(); ++i) {
-            QCOMPARE(found.at(i).timeUs, expected.at(i).timeUs);
-            QCOMPARE(found.at(i).level.toDouble(), expected.at(i).level.toDouble());
+    void otherToolsReadTheSameLevelsAndTimes()
+    {
+        const QString file = temporaryFile(QByteArray(), "vcd"_s);
+        const BenchRun run =
+            runBench({"--trace"_s, file, "shell"_s},
+                     "setValue channel=START state=PULSE duration=100\nsleep 250\n"
+                     "setValue channel=DOOR state=ON\nswitchValue channel=DOOR\nsleep 200\n");
+        QCOMPARE(run.status, 0);
+        const Changes ours = changesOf(contentOf(file));
+        QVERIFY(changesOf(throughOtherTools(file)) == ours);
+        QCOMPARE(ours.size(), 10);
+        QCOMPARE(ours.value("line0"_s).size(), 3);
+        QCOMPARE(ours.value("line4"_s).size(), 3);
+        QCOMPARE(ours.value("line2"_s).size(), 3);
+        QVERIFY(ours.value("adc0"_s).size() > 3);
+        const qint64 delayUs = ours.value("line4"_s).at(1).first - ours.value("line0"_s).at(1).first;
+        QVERIFY2(delayUs >= 200000 && delayUs < 300000, QByteArray::number(delayUs).constData());
+    }
+
+    void eventsHaveTheTimesOfTheTrace_data()
+    {
+        const Rows<QString> row("options");
+        row("text", QString());
+        row("JSON", "--json");
+    }
+
+    void eventsHaveTheTimesOfTheTrace()
+    {
+        QFETCH(QString, options);
+        const BenchRun run = runScript(
+            "TZ=Asia/Kathmandu \"$BENCH\" %1 --trace t shell <<< $'startListening channel=DOOR\\n"
+            "setValue channel=DOOR state=BLINK duration=20 dutyCycle=50\\nsleep 200'; cat t"_s.arg(options));
+        const QByteArray trace = run.output.mid(run.output.indexOf("$date "));
+        const QString date = QString::fromUtf8(trace).section(QLatin1Char(' '), 1, 1);
+        const QRegularExpression parts("^(\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d)\\.(\\d{6})\\+05:45$"_s);
+        QVERIFY2(parts.match(date).hasMatch(), qPrintable(date));
+        const auto start = QDateTime::fromString(parts.match(date).captured(1), Qt::ISODate);
+        QStringList expected;
+        for (const auto& change : changesOf(trace).value("line2"_s)) {
+            const qint64 timeUs = parts.match(date).captured(2).toInt() + change.first;
+            expected.append(start.addSecs(timeUs / 1000000).toString("yyyy-MM-ddTHH:mm:ss"_s) +
+                            ".%1+05:45"_s.arg(timeUs % 1000000, 6, 10, QLatin1Char('0')));
         }
-    }
-    QCOMPARE(ours.value("line0"_s).size(), 3);
-    QCOMPARE(ours.value("line4"_s).size(), 3);
-    QCOMPARE(ours.value("line2"_s).size(), 3);
-    QVERIFY(ours.value("adc0"_s).size() > 3);
-    const qint64 delayUs = ours.value("line4"_s).at(1).timeUs - ours.value("line0"_s).at(1).timeUs;
-    QVERIFY2(delayUs >= 200000 && delayUs < 300000, QByteArray::number(delayUs).constData());
-}
-
-void TestTrace::eventsHaveTheTimesOfTheTrace_data()
-{
-    QTest::addColumn<QString>("options");
-    QTest::newRow("text") << QString();
-    QTest::newRow("JSON") << "--json"_s;
-}
-
-void TestTrace::eventsHaveTheTimesOfTheTrace()
-{
-    QFETCH(QString, options);
-    const BenchRun run = runScript(
-        "TZ=Asia/Kathmandu \"$BENCH\" %1 --trace t shell <<< $'startListening channel=DOOR\\n"
-        "setValue channel=DOOR state=BLINK duration=20 dutyCycle=50\\nsleep 200'; cat t"_s.arg(options));
-    const QByteArray trace = run.output.mid(run.output.indexOf("$date "));
-    const QString date = QString::fromUtf8(trace).section(QLatin1Char(' '), 1, 1);
-    const QRegularExpression parts("^(\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d)\\.(\\d{6})\\+05:45$"_s);
-    QVERIFY2(parts.match(date).hasMatch(), qPrintable(date));
-    const auto start = QDateTime::fromString(parts.match(date).captured(1), Qt::ISODate);
-    QStringList expected;
-    for (const Change& change : changesOf(trace).value("line2"_s)) {
-        const qint64 timeUs = parts.match(date).captured(2).toInt() + change.timeUs;
-        expected.append(start.addSecs(timeUs / 1000000).toString("yyyy-MM-ddTHH:mm:ss"_s) +
-                        ".%1+05:45"_s.arg(timeUs % 1000000, 6, 10, QLatin1Char('0')));
-    }
-    const QRegularExpression time(options.isEmpty() ? "^\\[1\\] ([\\d:.]+)  "_s
-                                                    : "\"time\":\"([^\"]+)\",\"event\""_s);
-    QStringList told;
-    for (const QString& line : run.lines()) {
-        const QString text = time.match(line).captured(1);
-        if (!text.isEmpty()) {
-            told.append(options.isEmpty() ? date.left(11) + text + "+05:45"_s : text);
+        const QRegularExpression time(options.isEmpty() ? "^\\[1\\] ([\\d:.]+)  "_s
+                                                        : "\"time\":\"([^\"]+)\",\"event\""_s);
+        QStringList told;
+        for (const QString& line : run.lines()) {
+            const QString text = time.match(line).captured(1);
+            if (!text.isEmpty()) {
+                told.append(options.isEmpty() ? date.left(11) + text + "+05:45"_s : text);
+            }
         }
+        QVERIFY(told.size() > 5);
+        QCOMPARE(told.mid(1), expected.mid(1)); // the first tells the level as it was found
     }
-    QVERIFY(told.size() > 5);
-    QCOMPARE(told.mid(1), expected.mid(1)); // the first tells the level as it was found
-}
 
-void TestTrace::aKilledRunLeavesAReadableTrace()
-{
-    const QString file = temporaryFile(QByteArray(), "vcd"_s);
-    BenchProcess bench(tracedTo(file) + QStringList{"run"_s, "listenToAll"_s});
-    QFile dump(file);
-    QVERIFY(bench.waitForOutput("value="));
-    const auto holdsSamples = [&] {
-        dump.close();
-        return dump.open(QIODevice::ReadOnly) && changesOf(dump.readAll()).value("adc0"_s).size() > 3;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(holdsSamples(), 10000);
-    bench.send(SIGKILL);
-    bench.end();
-    QVERIFY(changesOf(throughOtherTools(file)).value("adc0"_s).size() > 3);
-}
+    void aKilledRunLeavesAReadableTrace()
+    {
+        const QString file = temporaryFile(QByteArray(), "vcd"_s);
+        BenchProcess bench({"--trace"_s, file, "run"_s, "listenToAll"_s});
+        QVERIFY(bench.waitForOutput("value="));
+        QTRY_VERIFY_WITH_TIMEOUT(changesOf(contentOf(file)).value("adc0"_s).size() > 3, 10000);
+        bench.send(SIGKILL);
+        bench.end();
+        QVERIFY(changesOf(throughOtherTools(file)).value("adc0"_s).size() > 3);
+    }
 
-void TestTrace::namesAreToldApart()
-{
-    const QString file = temporaryFile(QByteArray(), "vcd"_s);
-    const QString configuration =
-        boardFile(R"("lines": [ {"name": "a b"}, {"name": "a_b"}, {"name": "$end"} ])");
-    QCOMPARE(runBench(tracedTo(file) + QStringList{"--config"_s, configuration, "commands"_s}).status, 0);
-    const auto theirs = changesOf(throughOtherTools(file));
-    QCOMPARE(theirs.size(), 3);
-    QVERIFY(theirs.contains("_end"_s));
-}
+    void namesAreToldApart()
+    {
+        const QString file = temporaryFile(QByteArray(), "vcd"_s);
+        const QString configuration =
+            boardFile(R"("lines": [ {"name": "a b"}, {"name": "a_b"}, {"name": "$end"} ])");
+        QCOMPARE(runBench({"--trace"_s, file, "--config"_s, configuration, "commands"_s}).status, 0);
+        const auto theirs = changesOf(throughOtherTools(file));
+        QCOMPARE(theirs.size(), 3);
+        QVERIFY(theirs.contains("_end"_s));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestTrace)
 #include "test_trace.moc"

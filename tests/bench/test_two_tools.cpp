@@ -38,69 +38,64 @@ class TestTwoTools : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init()
+    {
+        QString problem;
+        const auto read = readConfiguration(temporaryFile(configuration()), &problem);
+        QVERIFY2(read, qPrintable(problem));
+        m_bench = Bench::make(*read, DevicePlace::SameThread, &problem);
+        QVERIFY2(m_bench != nullptr, qPrintable(problem));
+        m_bench->device().open();
+    }
+
     void cleanup() { m_bench.reset(); }
 
-    void ordersOfBothToolsRunAtOnceEachOnItsOwnChannel();
-    void aListenerOfOneToolHearsWhatTheOtherDoes();
-    void anOrderOfOneToolGoesOnWhenTheOthersAreStopped();
+    void ordersOfBothToolsRunAtOnceEachOnItsOwnChannel()
+    {
+        DOrder first(tool(0), "setValue"_s, on("OWN", "ON"));
+        DOrder second(tool(1), "switchValue"_s, {{"channel"_s, "OWN"_s}});
+        QSignalSpy firstEnd(&first, &DOrder::finished);
+        QSignalSpy secondEnd(&second, &DOrder::finished);
+        first.start();
+        second.start();
+        QTRY_COMPARE(firstEnd.size() + secondEnd.size(), 2);
+        QVERIFY(first.isSuccessful());
+        QVERIFY(second.isSuccessful());
+        QCOMPARE(m_bench->device().level(0).level, 1);
+        QCOMPARE(m_bench->device().level(1).level, 1);
+    }
+
+    void aListenerOfOneToolHearsWhatTheOtherDoes()
+    {
+        DOrder listener(tool(0), "startListening"_s, {{"channel"_s, "OTHER"_s}});
+        QSignalSpy events(&listener, &DOrder::eventReceived);
+        listener.start();
+        QTRY_COMPARE(events.size(), 1);
+        DOrder writer(tool(1), "setValue"_s, on("OWN", "ON"));
+        writer.start();
+        QTRY_COMPARE(events.size(), 2);
+        QCOMPARE(events.last().first().toMap().value("lastValue"_s).toInt(), 1);
+    }
+
+    void anOrderOfOneToolGoesOnWhenTheOthersAreStopped()
+    {
+        DOrder first(tool(0), "startListening"_s, {{"channel"_s, "OWN"_s}});
+        DOrder second(tool(1), "startListening"_s, {{"channel"_s, "OTHER"_s}});
+        QSignalSpy events(&second, &DOrder::eventReceived);
+        first.start();
+        second.start();
+        first.stop();
+        DOrder writer(tool(0), "setValue"_s, on("OWN", "ON"));
+        writer.start();
+        QTRY_COMPARE(events.size(), 2);
+        QCOMPARE(second.state(), DOrder::State::Running);
+    }
 
 private:
     DTool* tool(int index) const { return m_bench->tools().at(static_cast<std::size_t>(index)).get(); }
 
     std::unique_ptr<Bench> m_bench;
 };
-
-void TestTwoTools::init()
-{
-    QString problem;
-    const auto read = readConfiguration(temporaryFile(configuration()), &problem);
-    QVERIFY2(read, qPrintable(problem));
-    m_bench = Bench::make(*read, DevicePlace::SameThread, &problem);
-    QVERIFY2(m_bench != nullptr, qPrintable(problem));
-    m_bench->device().open();
-}
-
-void TestTwoTools::ordersOfBothToolsRunAtOnceEachOnItsOwnChannel()
-{
-    DOrder first(tool(0), "setValue"_s, on("OWN", "ON"));
-    DOrder second(tool(1), "switchValue"_s, {{"channel"_s, "OWN"_s}});
-    QSignalSpy firstEnd(&first, &DOrder::finished);
-    QSignalSpy secondEnd(&second, &DOrder::finished);
-    first.start();
-    second.start();
-    QTRY_COMPARE(firstEnd.size() + secondEnd.size(), 2);
-    QVERIFY(first.isSuccessful());
-    QVERIFY(second.isSuccessful());
-    QCOMPARE(m_bench->device().level(0).level, 1);
-    QCOMPARE(m_bench->device().level(1).level, 1);
-}
-
-void TestTwoTools::aListenerOfOneToolHearsWhatTheOtherDoes()
-{
-    DOrder listener(tool(0), "startListening"_s, {{"channel"_s, "OTHER"_s}});
-    QSignalSpy events(&listener, &DOrder::eventReceived);
-    listener.start();
-    QTRY_COMPARE(events.size(), 1);
-    DOrder writer(tool(1), "setValue"_s, on("OWN", "ON"));
-    writer.start();
-    QTRY_COMPARE(events.size(), 2);
-    QCOMPARE(events.last().first().toMap().value("lastValue"_s).toInt(), 1);
-}
-
-void TestTwoTools::anOrderOfOneToolGoesOnWhenTheOthersAreStopped()
-{
-    DOrder first(tool(0), "startListening"_s, {{"channel"_s, "OWN"_s}});
-    DOrder second(tool(1), "startListening"_s, {{"channel"_s, "OTHER"_s}});
-    QSignalSpy events(&second, &DOrder::eventReceived);
-    first.start();
-    second.start();
-    first.stop();
-    DOrder writer(tool(0), "setValue"_s, on("OWN", "ON"));
-    writer.start();
-    QTRY_COMPARE(events.size(), 2);
-    QCOMPARE(second.state(), DOrder::State::Running);
-}
 
 QTEST_GUILESS_MAIN(TestTwoTools)
 #include "test_two_tools.moc"

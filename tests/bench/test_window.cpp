@@ -1,5 +1,6 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <QFile>
 #include <QImage>
@@ -7,37 +8,6 @@
 #include <QtTest>
 
 #include <csignal>
-
-/// The bench's windows from outside: pictures, and orders beside a window.
-class TestWindow : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase();
-    void aPictureHasTheSizeThatWasAskedFor_data();
-    void aPictureHasTheSizeThatWasAskedFor();
-    void aPictureIsTakenWithoutADisplay();
-    void themesDifferInBrightness();
-    void aScaleShowsLess();
-    void aWindowWithoutADisplayIsRefused_data();
-    void aWindowWithoutADisplayIsRefused();
-    void aPictureThatCannotBeWrittenIsTold();
-    void ordersAreCarriedOutBesideTheWindow_data();
-    void ordersAreCarriedOutBesideTheWindow();
-    void theWindowStaysWhenItsOrdersEnd();
-    void ordersThatCannotBeReadAreAnError_data();
-    void ordersThatCannotBeReadAreAnError();
-
-private:
-    BenchRun take(const QString& subcommand, const QStringList& options) const
-    {
-        return runBench(QStringList{subcommand, "--screenshot"_s, pictureFile()} + options);
-    }
-    QString pictureFile() const { return m_folder.filePath("picture.png"_s); }
-
-    QTemporaryDir m_folder;
-};
 
 namespace {
 
@@ -80,146 +50,139 @@ int inkOf(const QImage& picture)
 
 } // namespace
 
-/// Without a folder for it, Qt speaks of one on standard error.
-void TestWindow::initTestCase()
+/// The bench's windows from outside: pictures, and orders beside a window.
+class TestWindow : public QObject
 {
-    QVERIFY(m_folder.isValid());
-    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path()));
-}
+    Q_OBJECT
 
-void TestWindow::aPictureHasTheSizeThatWasAskedFor_data()
-{
-    QTest::addColumn<QString>("subcommand");
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QSize>("size");
-    const QStringList small = {"--size"_s, "641x403"_s};
-    QTest::newRow("the window") << "window"_s << small << QSize(641, 403);
-    QTest::newRow("the panel") << "panel"_s << small << QSize(641, 403);
-    QTest::newRow("the panel, unasked") << "panel"_s << QStringList() << QSize(1280, 800);
-}
+private Q_SLOTS:
+    /// Without a folder for it, Qt speaks of one on standard error.
+    void initTestCase()
+    {
+        QVERIFY(m_folder.isValid());
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path()));
+    }
 
-void TestWindow::aPictureHasTheSizeThatWasAskedFor()
-{
-    QFETCH(QString, subcommand);
-    QFETCH(QStringList, options);
-    const BenchRun run = take(subcommand, options);
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.status, 0);
-    const QImage picture(pictureFile());
-    QTEST(picture.size(), "size");
-    QVERIFY(inkOf(picture) > 0);
-}
+    void aPictureHasTheSizeAndTheThemeThatWereAskedFor_data()
+    {
+        const Rows<QString, QStringList, QSize, double, double> row("subcommand", "options", "size",
+                                                                    "darkest", "lightest");
+        row("a light window", "window", "--size 641x403 --theme light"_words, {641, 403}, 0.9, 1);
+        row("a dark window", "window", "--size 1001x601 --theme dark"_words, {1001, 601}, 0, 0.2);
+        row("a large one", "window", "--size 2560x1440 --theme dark"_words, {2560, 1440}, 0, 0.2);
+        row("a light panel", "panel", "--size 641x403 --theme light"_words, {641, 403}, 0.9, 1);
+        row("a panel of which nothing is said", "panel", {}, {1280, 800}, 0, 1);
+    }
 
-void TestWindow::aPictureIsTakenWithoutADisplay()
-{
-    const NoDisplay noDisplay;
-    const BenchRun run = take("panel"_s, {"--size"_s, "300x200"_s});
-    QCOMPARE(run.errors, QByteArray());
-    QCOMPARE(run.status, 0);
-    QCOMPARE(QImage(pictureFile()).size(), QSize(300, 200));
-}
+    void aPictureHasTheSizeAndTheThemeThatWereAskedFor()
+    {
+        QFETCH(QString, subcommand);
+        QFETCH(QStringList, options);
+        QFETCH(double, darkest);
+        QFETCH(double, lightest);
+        QCOMPARE(take(subcommand, options), BenchRun{0});
+        const QImage picture(pictureFile());
+        QTEST(picture.size(), "size");
+        QVERIFY(inkOf(picture) > 0);
+        const double lightness = picture.pixelColor(2, 2).lightnessF();
+        QVERIFY2(lightness >= darkest && lightness <= lightest, qPrintable(QString::number(lightness)));
+    }
 
-void TestWindow::themesDifferInBrightness()
-{
-    QCOMPARE(take("window"_s, {"--theme"_s, "dark"_s}).status, 0);
-    QVERIFY(QImage(pictureFile()).pixelColor(2, 2).lightnessF() < 0.2);
-    QCOMPARE(take("window"_s, {"--theme"_s, "light"_s}).status, 0);
-    QVERIFY(QImage(pictureFile()).pixelColor(2, 2).lightnessF() > 0.9);
-}
+    void aPictureIsTakenWithoutADisplay()
+    {
+        const NoDisplay noDisplay;
+        QCOMPARE(take("panel"_s, "--size 300x200"_words), BenchRun{0});
+        QCOMPARE(QImage(pictureFile()).size(), QSize(300, 200));
+    }
 
-void TestWindow::aScaleShowsLess()
-{
-    const QStringList options = {"--size"_s,     "400x800"_s, "--theme"_s, "light"_s,
-                                 "--language"_s, "en"_s,      "--scale"_s};
-    QCOMPARE(take("panel"_s, options + QStringList{"0.5"_s}).status, 0);
-    const QImage half(pictureFile());
-    QCOMPARE(take("panel"_s, options + QStringList{"2"_s}).status, 0);
-    const QImage twice(pictureFile());
-    QCOMPARE(twice.size(), half.size());
-    QVERIFY(inkOf(twice) > inkOf(half));
-}
+    void aScaleShowsLess()
+    {
+        const QStringList options = "--size 400x800 --theme light --language en --scale"_words;
+        QCOMPARE(take("panel"_s, options + QStringList{"0.5"_s}).status, 0);
+        const QImage half(pictureFile());
+        QCOMPARE(take("panel"_s, options + QStringList{"2"_s}).status, 0);
+        const QImage twice(pictureFile());
+        QCOMPARE(twice.size(), half.size());
+        QVERIFY(inkOf(twice) > inkOf(half));
+    }
 
-void TestWindow::aWindowWithoutADisplayIsRefused_data()
-{
-    QTest::addColumn<QString>("subcommand");
-    QTest::newRow("the window") << "window"_s;
-    QTest::newRow("the panel") << "panel"_s;
-}
+    void aWindowWithoutADisplayIsRefused_data()
+    {
+        const Rows<QString> row("subcommand");
+        row("the window", "window");
+        row("the panel", "panel");
+    }
 
-void TestWindow::aWindowWithoutADisplayIsRefused()
-{
-    QFETCH(QString, subcommand);
-    const NoDisplay noDisplay;
-    const BenchRun run = runBench({subcommand});
-    QCOMPARE(run.errors,
-             QByteArray("appvantor: there is no display to open a window on (a screenshot needs none); "
-                        "\"appvantor --help\" tells what else there is\n"));
-    QCOMPARE(run.status, 2);
-}
+    void aWindowWithoutADisplayIsRefused()
+    {
+        QFETCH(QString, subcommand);
+        const NoDisplay noDisplay;
+        QCOMPARE(runBench({subcommand}),
+                 (BenchRun{2, "",
+                           "appvantor: there is no display to open a window on (a screenshot needs none); "
+                           "\"appvantor --help\" tells what else there is\n"}));
+    }
 
-void TestWindow::aPictureThatCannotBeWrittenIsTold()
-{
-    const BenchRun run = runBench({"panel"_s, "--screenshot"_s, "/no/such/folder/x.png"_s});
-    QVERIFY2(run.errors.startsWith("appvantor: ") && run.errors.contains("/no/such/folder/x.png"),
-             run.errors.constData());
-    QCOMPARE(run.status, 2);
-}
+    void ordersAreCarriedOutBesideTheWindow_data()
+    {
+        const Rows<QByteArray, int> row("orders", "status");
+        row("none", QByteArray(), 0);
+        row("orders", "getValue channel=START\nsleep 1\ngetValue channel=DOOR", 0);
+        row("one that fails", "getValue channel=NOWHERE\ngetValue channel=START\n", 1);
+        row("one that there is not", "getValue chanel=START\n", 2);
+        row("the end", "quit\ngetValue channel=START\n", 0);
+    }
 
-void TestWindow::ordersAreCarriedOutBesideTheWindow_data()
-{
-    QTest::addColumn<QByteArray>("orders");
-    QTest::addColumn<int>("status");
-    QTest::newRow("none") << QByteArray() << 0;
-    QTest::newRow("orders") << QByteArray("getValue channel=START\nsleep 1\ngetValue channel=DOOR") << 0;
-    QTest::newRow("one that fails") << QByteArray("getValue channel=NOWHERE\ngetValue channel=START\n") << 1;
-    QTest::newRow("one that there is not") << QByteArray("getValue chanel=START\n") << 2;
-    QTest::newRow("the end") << QByteArray("quit\ngetValue channel=START\n") << 0;
-}
+    void ordersAreCarriedOutBesideTheWindow()
+    {
+        QFETCH(QByteArray, orders);
+        const QString file = temporaryFile(orders, "orders"_s);
+        const BenchRun run = runBench("window --for 0.5 --json --orders"_words << file);
+        QTEST(run.status, "status");
+        QCOMPARE(run.output, runBench("shell --json"_words, orders).output);
+    }
 
-void TestWindow::ordersAreCarriedOutBesideTheWindow()
-{
-    QFETCH(QByteArray, orders);
-    const QString file = temporaryFile(orders, QStringLiteral("orders"));
-    const BenchRun run = runBench({QStringLiteral("window"), QStringLiteral("--for"), QStringLiteral("0.5"),
-                                   QStringLiteral("--json"), QStringLiteral("--orders"), file});
-    QTEST(run.status, "status");
-    const BenchRun shell = runBench({QStringLiteral("shell"), QStringLiteral("--json")}, orders);
-    QCOMPARE(run.output, shell.output);
-}
+    void theWindowStaysWhenItsOrdersEnd()
+    {
+        const QString file = temporaryFile(
+            "startListening channel=START edge=HL\nsetValue channel=START state=ON\n", "orders"_s);
+        BenchProcess bench({"window"_s, "--json"_s, "--orders"_s, file});
+        QVERIFY(bench.waitForOutput("\"order\":2"));
+        QVERIFY(bench.waitForOutput("\"event\":"));
+        bench.send(SIGTERM);
+        const BenchRun run = bench.end();
+        QCOMPARE(run.status, 0);
+        // What still listens is stopped, and told.
+        const QJsonObject last = run.json().constLast();
+        QCOMPARE(last.value("order"_s).toInt(), 1);
+        QCOMPARE(last.value("success"_s).toBool(), true);
+    }
 
-void TestWindow::theWindowStaysWhenItsOrdersEnd()
-{
-    const QString file = temporaryFile(
-        "startListening channel=START edge=HL\nsetValue channel=START state=ON\n", QStringLiteral("orders"));
-    BenchProcess bench(
-        {QStringLiteral("window"), QStringLiteral("--json"), QStringLiteral("--orders"), file});
-    QVERIFY(bench.waitForOutput("\"order\":2"));
-    QVERIFY(bench.waitForOutput("\"event\":"));
-    bench.send(SIGTERM);
-    const BenchRun run = bench.end();
-    QCOMPARE(run.status, 0);
-    // What still listens is stopped, and told.
-    const QJsonObject last = run.json().constLast();
-    QCOMPARE(last.value(QStringLiteral("order")).toInt(), 1);
-    QCOMPARE(last.value(QStringLiteral("success")).toBool(), true);
-}
+    void ordersThatCannotBeReadAreAnError_data()
+    {
+        const Rows<QString, QByteArray> row("file", "problem");
+        row("no file", "/no/such/file", "No such file or directory");
+        row("a folder", "/tmp", "expected a file, found a folder");
+    }
 
-void TestWindow::ordersThatCannotBeReadAreAnError_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("problem");
-    QTest::newRow("no file") << QStringLiteral("/no/such/file") << QByteArray("No such file or directory");
-    QTest::newRow("a folder") << QStringLiteral("/tmp") << QByteArray("expected a file, found a folder");
-}
+    void ordersThatCannotBeReadAreAnError()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, problem);
+        const QByteArray message =
+            "appvantor: " + file.toUtf8() + ": the orders cannot be read: " + problem + "\n";
+        QCOMPARE(runBench({"window"_s, "--orders"_s, file}), (BenchRun{2, "", message}));
+    }
 
-void TestWindow::ordersThatCannotBeReadAreAnError()
-{
-    QFETCH(QString, file);
-    QFETCH(QByteArray, problem);
-    const BenchRun run = runBench({QStringLiteral("window"), QStringLiteral("--orders"), file});
-    QCOMPARE(run.errors, "appvantor: " + file.toUtf8() + ": the orders cannot be read: " + problem + "\n");
-    QCOMPARE(run.status, 2);
-}
+private:
+    BenchRun take(const QString& subcommand, const QStringList& options) const
+    {
+        return runBench(QStringList{subcommand, "--screenshot"_s, pictureFile()} + options);
+    }
+    QString pictureFile() const { return m_folder.filePath("picture.png"_s); }
+
+    QTemporaryDir m_folder;
+};
 
 QTEST_GUILESS_MAIN(TestWindow)
 #include "test_window.moc"
