@@ -1,11 +1,14 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -70,8 +73,26 @@ public:
         return false;
     }
 
+    /// Stops its output, or lets it go on, as tcflow does.
+    void flow(int action)
+    {
+        const int slave = open(ptsname(m_terminal), O_RDWR | O_NOCTTY);
+        QCOMPARE(tcflow(slave, action), 0);
+        close(slave);
+    }
+
+    void send(int signal) { kill(m_process, signal); }
+
     /// What the screen has shown since it was last asked.
     const QByteArray& seen() const { return m_seen; }
+
+    /// Waits for the end.
+    int exitStatus() const
+    {
+        int status = 0;
+        waitpid(m_process, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
 
     /// The terminal goes away, as when its window is closed. Returns the exit status.
     int hangUp()
@@ -89,13 +110,6 @@ public:
     }
 
 private:
-    int exitStatus() const
-    {
-        int status = 0;
-        waitpid(m_process, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
     bool readMore()
     {
         struct pollfd waiting = {m_terminal, POLLIN, 0};
@@ -124,196 +138,196 @@ class TestTerminal : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theShellPromptsAndEndsWithTheInput();
-    void commandsParametersChannelsAndStatesAreCompleted();
-    void theHistoryLastsFromOneRunToTheNext();
-    void eventsDoNotTearThePrompt();
-    void aTerminalThatStandsStillHoldsNothingUp();
-    void ctrlCAtThePromptStopsWhatRunsAndEnds();
-    void ctrlCStopsWhatHoldsThePromptBack();
-    void aFailureBesideThePromptBringsItBack();
-    void aPulseShowsItsProgress();
-    void noProgressIsShownWithJson();
-    void aTerminalThatGoesAwayEndsTheShell_data();
-    void aTerminalThatGoesAwayEndsTheShell();
-    void aTerminalThatGoesAwayUnheardEndsTheShell();
-};
-
-void TestTerminal::theShellPromptsAndEndsWithTheInput()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getValue channel=ALARM\n");
-    QVERIFY(terminal.shows("[1] getValue: value=1"));
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("\x04");
-    QCOMPARE(terminal.end(), 0);
-}
-
-void TestTerminal::commandsParametersChannelsAndStatesAreCompleted()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("setV\tch\tDO\tsta\tON\n");
-    QVERIFY(terminal.shows("[1] setValue: doneOk=true"));
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getV\tchannel=DOO\t\n");
-    QVERIFY(terminal.shows("[2] getValue: value=1"));
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("startL\tch\tDO\ted\tH\t\n");
-    QVERIFY(terminal.shows("lastValue=1 value=true"));
-    terminal.type("stopL\tch\tDO\t\n");
-    QVERIFY(terminal.shows("[4] stopListening: done"));
-    terminal.type("quit\n");
-    QCOMPARE(terminal.end(), 0);
-}
-
-void TestTerminal::theHistoryLastsFromOneRunToTheNext()
-{
-    QTemporaryDir home;
+    void theShellPromptsAndEndsWithTheInput()
     {
-        Terminal terminal({"shell"_s}, home.path());
+        Terminal terminal({"shell"_s}, m_home.path());
         QVERIFY(terminal.shows("gpio> "));
         terminal.type("getValue channel=ALARM\n");
-        QVERIFY(terminal.shows("value=1"));
+        QVERIFY(terminal.shows("[1] getValue: value=1"));
         QVERIFY(terminal.shows("gpio> "));
         terminal.type("\x04");
         QCOMPARE(terminal.end(), 0);
     }
-    Terminal terminal({"shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("\x1b[A");
-    QVERIFY(terminal.shows("getValue channel=ALARM"));
-    terminal.type("\n");
-    QVERIFY(terminal.shows("[1] getValue: value=1"));
-}
 
-void TestTerminal::eventsDoNotTearThePrompt()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("startListening channel=TEMPERATURE\n");
-    QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getVal");
-    QVERIFY(terminal.shows("lastValue="));
-    QVERIFY(terminal.shows("gpio> getVal"));
-    terminal.type("ue channel=ALARM\n");
-    QVERIFY(terminal.shows("[2] getValue: value=1"));
-}
-
-/// As after Ctrl-S: its buffers are full soon.
-void TestTerminal::aTerminalThatStandsStillHoldsNothingUp()
-{
-    QTemporaryDir home;
-    const QString trace = home.filePath("t.vcd"_s);
-    Terminal terminal({"--trace"_s, trace, "shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type(QByteArray("startListening channel=DOOR\n").repeated(20));
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 30000, 30000);
-}
-
-void TestTerminal::ctrlCAtThePromptStopsWhatRunsAndEnds()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("startListening channel=START\n");
-    QVERIFY(terminal.shows("value=0"));
-    terminal.type("\x03");
-    QVERIFY(terminal.shows("[1] startListening: "));
-    QCOMPARE(terminal.end(), 0);
-}
-
-void TestTerminal::ctrlCStopsWhatHoldsThePromptBack()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s, "--echo"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("sleep 80000000\n");
-    QVERIFY(terminal.shows("> sleep 80000000\r\n"));
-    terminal.type("\x03");
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getValue channel=ALARM\n");
-    QVERIFY(terminal.shows("[1] getValue: value=1"));
-}
-
-void TestTerminal::aFailureBesideThePromptBringsItBack()
-{
-    QTemporaryDir home;
-    Terminal terminal({"--config"_s, example("fault_injection.json"_s), "shell"_s}, home.path());
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getValue channel=DEAD &\n");
-    QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
-    QVERIFY(terminal.shows("gpio> "));
-    terminal.type("getVal");
-    QVERIFY(terminal.shows("\r\x1b[Kappvantor: [1] getValue failed"));
-    QVERIFY(terminal.shows("gpio> getVal"));
-}
-
-void TestTerminal::noProgressIsShownWithJson()
-{
-    QTemporaryDir home;
-    Terminal terminal(
-        {"--json"_s, "run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
-        home.path());
-    QCOMPARE(terminal.end(), 0);
-    QVERIFY(!terminal.seen().contains("PULSE ["));
-    QVERIFY(terminal.seen().contains("\"success\":true"));
-}
-
-void TestTerminal::aPulseShowsItsProgress()
-{
-    QTemporaryDir home;
-    Terminal terminal({"run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
-                      home.path());
-    QVERIFY(terminal.shows("PULSE [####"));
-    QVERIFY(terminal.shows("of 0.9 s"));
-    QVERIFY(terminal.shows("\r\x1b[K[1] setValue: doneOk=true"));
-    QCOMPARE(terminal.end(), 0);
-}
-
-void TestTerminal::aTerminalThatGoesAwayEndsTheShell_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QByteArray>("sign");
-    QTest::addColumn<int>("status");
-    QTest::newRow("at the prompt") << QByteArray() << QByteArray("gpio> ") << 0;
-    QTest::newRow("beside an order") << QByteArray("listenToAll\n") << QByteArray("value=") << 1;
-    QTest::newRow("in a sleep") << QByteArray("sleep 80000000\n") << QByteArray("> sleep 80000000\r\n") << 0;
-    QTest::newRow("in a pulse") << QByteArray("setValue channel=START state=PULSE duration=60000\n")
-                                << QByteArray("duration=60000\r\n") << 1;
-}
-
-/// What then runs ends as by any signal; what is left to say has nowhere to go.
-void TestTerminal::aTerminalThatGoesAwayEndsTheShell()
-{
-    QFETCH(QByteArray, line);
-    QFETCH(QByteArray, sign);
-    QFETCH(int, status);
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s, "--echo"_s}, home.path());
-    if (!line.isEmpty()) {
+    void commandsParametersChannelsAndStatesAreCompleted()
+    {
+        Terminal terminal({"shell"_s}, m_home.path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type(line);
+        terminal.type("setV\tch\tDO\tsta\tON\n");
+        QVERIFY(terminal.shows("[1] setValue: doneOk=true"));
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getV\tchannel=DOO\t\n");
+        QVERIFY(terminal.shows("[2] getValue: value=1"));
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("startL\tch\tDO\ted\tH\t\n");
+        QVERIFY(terminal.shows("lastValue=1 value=true"));
+        terminal.type("stopL\tch\tDO\t\n");
+        QVERIFY(terminal.shows("[4] stopListening: done"));
+        terminal.type("quit\n");
+        QCOMPARE(terminal.end(), 0);
     }
-    QVERIFY(terminal.shows(sign));
-    QCOMPARE(terminal.hangUp(), status);
-}
 
-/// As with nohup.
-void TestTerminal::aTerminalThatGoesAwayUnheardEndsTheShell()
-{
-    QTemporaryDir home;
-    Terminal terminal({"shell"_s}, home.path(), false);
-    QVERIFY(terminal.shows("gpio> "));
-    QCOMPARE(terminal.hangUp(), 0);
-}
+    void theHistoryLastsFromOneRunToTheNext()
+    {
+        {
+            Terminal terminal({"shell"_s}, m_home.path());
+            QVERIFY(terminal.shows("gpio> "));
+            terminal.type("getValue channel=ALARM\n");
+            QVERIFY(terminal.shows("value=1"));
+            QVERIFY(terminal.shows("gpio> "));
+            terminal.type("\x04");
+            QCOMPARE(terminal.end(), 0);
+        }
+        Terminal terminal({"shell"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("\x1b[A");
+        QVERIFY(terminal.shows("getValue channel=ALARM"));
+        terminal.type("\n");
+        QVERIFY(terminal.shows("[1] getValue: value=1"));
+    }
+
+    void eventsDoNotTearThePrompt()
+    {
+        Terminal terminal({"shell"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("startListening channel=TEMPERATURE\n");
+        QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getVal");
+        QVERIFY(terminal.shows("lastValue="));
+        QVERIFY(terminal.shows("gpio> getVal"));
+        terminal.type("ue channel=ALARM\n");
+        QVERIFY(terminal.shows("[2] getValue: value=1"));
+    }
+
+    /// As after Ctrl-S: its buffers are full soon, long before the prompt is due again.
+    void aTerminalThatStandsStillHoldsNothingUp()
+    {
+        const QString trace = m_home.filePath("t.vcd"_s);
+        Terminal terminal({"--trace"_s, trace, "shell"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type(QByteArray("startListening channel=DOOR\n").repeated(20) +
+                      "sleep 1\ngetValue channel=DOOR\n");
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 30000, 30000);
+        terminal.send(SIGTERM);
+        QTRY_VERIFY_WITH_TIMEOUT(isTraceComplete(trace), 20000);
+        terminal.send(SIGTERM); // ends the wait for whoever reads the terminal
+        QCOMPARE(terminal.exitStatus(), 1);
+    }
+
+    /// Stopped as by Ctrl-S, while nothing waits in its buffers.
+    void thePromptComesWhenTheTerminalGoesOn()
+    {
+        const QString trace = m_home.filePath("t.vcd"_s);
+        Terminal terminal({"--trace"_s, trace, "shell"_s, "--echo"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("sleep 300\n");
+        QVERIFY(terminal.shows("> sleep 300\r\n"));
+        terminal.flow(TCOOFF);
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 20000, 30000);
+        QVERIFY(!terminal.seen().contains("gpio> "));
+        terminal.flow(TCOON);
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.flow(TCOOFF);
+        terminal.type("getValue channel=ALARM\n");
+        terminal.send(SIGTERM);
+        QCOMPARE(terminal.exitStatus(), 0);
+    }
+
+    void ctrlCAtThePromptStopsWhatRunsAndEnds()
+    {
+        Terminal terminal({"shell"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("startListening channel=START\n");
+        QVERIFY(terminal.shows("value=0"));
+        terminal.type("\x03");
+        QVERIFY(terminal.shows("[1] startListening: "));
+        QCOMPARE(terminal.end(), 0);
+    }
+
+    void ctrlCStopsWhatHoldsThePromptBack()
+    {
+        Terminal terminal({"shell"_s, "--echo"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("sleep 80000000\n");
+        QVERIFY(terminal.shows("> sleep 80000000\r\n"));
+        terminal.type("\x03");
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getValue channel=ALARM\n");
+        QVERIFY(terminal.shows("[1] getValue: value=1"));
+    }
+
+    void aFailureBesideThePromptBringsItBack()
+    {
+        Terminal terminal({"--config"_s, example("fault_injection.json"_s), "shell"_s}, m_home.path());
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getValue channel=DEAD &\n");
+        QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
+        QVERIFY(terminal.shows("gpio> "));
+        terminal.type("getVal");
+        QVERIFY(terminal.shows("\r\x1b[Kappvantor: [1] getValue failed"));
+        QVERIFY(terminal.shows("gpio> getVal"));
+    }
+
+    void aPulseShowsItsProgress()
+    {
+        Terminal terminal({"run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
+                          m_home.path());
+        QVERIFY(terminal.shows("PULSE [####"));
+        QVERIFY(terminal.shows("of 0.9 s"));
+        QVERIFY(terminal.shows("\r\x1b[K[1] setValue: doneOk=true"));
+        QCOMPARE(terminal.end(), 0);
+    }
+
+    void noProgressIsShownWithJson()
+    {
+        Terminal terminal(
+            {"--json"_s, "run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
+            m_home.path());
+        QCOMPARE(terminal.end(), 0);
+        QVERIFY(!terminal.seen().contains("PULSE ["));
+        QVERIFY(terminal.seen().contains("\"success\":true"));
+    }
+
+    void aTerminalThatGoesAwayEndsTheShell_data()
+    {
+        const Rows<QByteArray, QByteArray, int> row("line", "sign", "status");
+        row("at the prompt", QByteArray(), "gpio> ", 0);
+        row("beside an order", "listenToAll\n", "value=", 1);
+        row("in a sleep", "sleep 80000000\n", "> sleep 80000000\r\n", 0);
+        row("in a pulse", "setValue channel=START state=PULSE duration=60000\n", "duration=60000\r\n", 1);
+    }
+
+    /// What then runs ends as by any signal; what is left to say has nowhere to go.
+    void aTerminalThatGoesAwayEndsTheShell()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, sign);
+        QFETCH(int, status);
+        Terminal terminal({"shell"_s, "--echo"_s}, m_home.path());
+        if (!line.isEmpty()) {
+            QVERIFY(terminal.shows("gpio> "));
+            terminal.type(line);
+        }
+        QVERIFY(terminal.shows(sign));
+        QCOMPARE(terminal.hangUp(), status);
+    }
+
+    /// As with nohup.
+    void aTerminalThatGoesAwayUnheardEndsTheShell()
+    {
+        Terminal terminal({"shell"_s}, m_home.path(), false);
+        QVERIFY(terminal.shows("gpio> "));
+        QCOMPARE(terminal.hangUp(), 0);
+    }
+
+private:
+    QTemporaryDir m_home;
+};
 
 QTEST_GUILESS_MAIN(TestTerminal)
 #include "test_terminal.moc"

@@ -57,12 +57,20 @@ bool takesOutput()
     return poll(&output, 1, 0) == 1;
 }
 
+void endLine()
+{
+    if (takesOutput()) {
+        std::fputc('\n', stdout);
+    }
+}
+
 } // namespace
 
 LineEditor::LineEditor(const Shell& shell, QObject* parent)
     : QObject(parent)
     , m_shell(shell)
-    , m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+    , m_input(STDIN_FILENO, QSocketNotifier::Read)
+    , m_room(STDOUT_FILENO, QSocketNotifier::Write)
     , m_historyFile(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
                     QStringLiteral("/history"))
 {
@@ -75,14 +83,16 @@ LineEditor::LineEditor(const Shell& shell, QObject* parent)
     using_history();
     read_history(m_historyFile.toLocal8Bit().constData());
     stifle_history(c_longestHistory);
-    connect(&m_notifier, &QSocketNotifier::activated, this, &LineEditor::readMore);
-    m_notifier.setEnabled(false);
+    m_input.setEnabled(false);
+    m_room.setEnabled(false);
+    connect(&m_input, &QSocketNotifier::activated, this, &LineEditor::readMore);
+    connect(&m_room, &QSocketNotifier::activated, this, &LineEditor::show);
 }
 
 LineEditor::~LineEditor()
 {
     if (m_prompting) {
-        std::fputc('\n', stdout);
+        endLine();
     }
     stopPrompting();
     QDir().mkpath(QFileInfo(m_historyFile).path());
@@ -94,8 +104,7 @@ void LineEditor::prompt()
 {
     if (!m_prompting) {
         m_prompting = true;
-        rl_callback_handler_install("gpio> ", takeLine);
-        m_notifier.setEnabled(true);
+        show();
     }
 }
 
@@ -109,8 +118,14 @@ void LineEditor::hide()
 
 void LineEditor::show()
 {
-    if (m_prompting && takesOutput()) {
+    const bool shows = m_prompting && takesOutput();
+    m_input.setEnabled(shows);
+    m_room.setEnabled(m_prompting && !shows);
+    if (shows && m_installed) {
         rl_forced_update_display();
+    } else if (shows) {
+        m_installed = true;
+        rl_callback_handler_install("gpio> ", takeLine);
     }
 }
 
@@ -119,16 +134,20 @@ void LineEditor::readMore()
     if (isTerminalGone()) {
         stopPrompting();
         Q_EMIT ended();
-    } else {
+    } else if (takesOutput()) {
         rl_callback_read_char();
+    } else {
+        show();
     }
 }
 
 void LineEditor::stopPrompting()
 {
-    if (m_prompting) {
-        m_prompting = false;
-        m_notifier.setEnabled(false);
+    m_prompting = false;
+    m_input.setEnabled(false);
+    m_room.setEnabled(false);
+    if (m_installed) {
+        m_installed = false;
         rl_callback_handler_remove();
     }
 }
@@ -138,7 +157,7 @@ void LineEditor::takeLine(char* line)
     LineEditor* editor = active;
     editor->stopPrompting();
     if (line == nullptr) {
-        std::fputc('\n', stdout);
+        endLine();
         Q_EMIT editor->ended();
         return;
     }

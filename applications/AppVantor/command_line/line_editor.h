@@ -6,7 +6,7 @@
 class Shell;
 
 /// Reads lines from a terminal with a prompt, history and completion, from the event loop. There is one of it
-/// at a time.
+/// at a time. It waits for no terminal that stands still: the prompt comes when that takes output again.
 class LineEditor : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,9 @@ private:
     void stopPrompting();
 
     const Shell& m_shell;
-    QSocketNotifier m_notifier;
+    QSocketNotifier m_input;
+    QSocketNotifier m_room; ///< while the prompt waits for the terminal
     QString m_historyFile;
     bool m_prompting = false;
+    bool m_installed = false; ///< the line editing library reads the line
 };
