@@ -118,6 +118,15 @@ DevicePlace placeOf(const Options& options)
     return isWatched ? DevicePlace::OwnThread : DevicePlace::SameThread;
 }
 
+/// Writes out what waits at the end: whoever reads output and trace may read one after the other. Returns
+/// status, or that of a failure when something was lost.
+int writeOut(int status, Output* output, VcdTrace* trace = nullptr)
+{
+    Outlet::drain({trace != nullptr ? trace->finish() : nullptr, output->outlet()});
+    const bool isWhole = !output->hasFailed() && (trace == nullptr || trace->problem().isEmpty());
+    return isWhole ? status : std::max<int>(status, ExitOrderFailed);
+}
+
 int runBench(const Options& options)
 {
     QString problem;
@@ -148,17 +157,14 @@ int runBench(const Options& options)
     QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
     Output output(options.json);
     const int status = runSubcommand(bench.get(), tool, options, &output);
-    const bool traced = trace.end().isEmpty(); // whole, whether or not somebody reads the output
-    const bool written = output.drain();
-    return !(traced && written) && status == ExitSuccess ? ExitOrderFailed : status;
+    return writeOut(status, &output, &trace);
 }
 
 /// The chips of the machine are there without a bench.
 int runDiscovery(const Options& options)
 {
     Output output(options.json);
-    const int status = discover(options, &output);
-    return !output.drain() && status == ExitSuccess ? ExitOrderFailed : status;
+    return writeOut(discover(options, &output), &output);
 }
 
 /// Carries out what the arguments of the process ask for. Returns the exit status.
@@ -172,7 +178,7 @@ int run(int argc, char* argv[])
         if (parsed.exitStatus == ExitSuccess) {
             Output help(false);
             help.text(parsed.text);
-            return help.drain() ? ExitSuccess : ExitOrderFailed;
+            return writeOut(ExitSuccess, &help);
         }
         diagnostic(parsed.text);
         return parsed.exitStatus;

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,6 +35,13 @@ public:
     {
         int count = 0;
         return ioctl(m_end, FIONREAD, &count) == 0 && count > 0;
+    }
+
+    /// True when somebody has written to it, and nobody can any more.
+    bool isClosed() const
+    {
+        struct pollfd waiting = {m_end, POLLIN, 0};
+        return poll(&waiting, 1, 0) == 1 && (waiting.revents & POLLHUP) != 0;
     }
 
     /// What it is given until the bench ends.

@@ -63,7 +63,11 @@ public:
         m_problem = m_trace.begin(m_folder.filePath("t.vcd"_s));
     }
 
-    VcdTrace& trace() { return m_trace; }
+    void end()
+    {
+        Outlet::drain({m_trace.finish()});
+        QCOMPARE(m_trace.problem(), QString());
+    }
     const QString& problem() const { return m_problem; }
     /// What is in the file, from the time 0 on.
     QByteArray changes() const
@@ -124,129 +128,123 @@ class TestVcdTrace : public QObject
 
 private Q_SLOTS:
     void initTestCase() { std::signal(SIGPIPE, SIG_IGN); }
-    void theHeadHasTheTimeThatTheOthersCountFrom();
-    void theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem();
-    void theFileIsWrittenATenthOfASecondLaterAtMost();
-    void levelsOfABoardThatIsAwayAreUnknown();
-    void aGapIsMarkedWhereChangesAreLost();
-    void aSignalDoesNotEndTheWaitForAReader();
-};
 
-void TestVcdTrace::theHeadHasTheTimeThatTheOthersCountFrom()
-{
-    Board board;
-    board.advance(3723004005);
-    const FileTrace file(&board);
-    QCOMPARE(file.problem(), QString());
-    const QString date = QString::fromUtf8(file.text()).section(QLatin1Char(' '), 1, 1);
-    QCOMPARE(QDateTime::fromString(date.left(19) + date.mid(26), Qt::ISODate).toSecsSinceEpoch(),
-             ManualScheduler::c_wallClockOffsetUs / 1000000 + 3723);
-    QCOMPARE(date.mid(19, 7), ".004005"_s);
-}
-
-void TestVcdTrace::theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem()
-{
-    Board board;
-    FileTrace file(&board);
-    board.advance(1000);
-    board.drive("setBlink", 300, 700);
-    board.advance(2000000);
-    QCOMPARE(file.trace().end(), QString());
-    QCOMPARE(file.changes(), c_start + QByteArray("#1000\n1!\n#301000\n0!\n#1001000\n1!\n#1301000\n0!\n"
-                                                  "#2001000\n1!\n#2001000\n"));
-}
-
-void TestVcdTrace::theFileIsWrittenATenthOfASecondLaterAtMost()
-{
-    Board board;
-    const FileTrace file(&board);
-    board.drive("setValues");
-    board.advance(99999);
-    QCOMPARE(file.changes(), QByteArray(c_start));
-    board.advance(1);
-    QCOMPARE(file.changes(), c_start + QByteArray("1!\n"));
-}
-
-void TestVcdTrace::levelsOfABoardThatIsAwayAreUnknown()
-{
-    Board board;
-    FileTrace file(&board);
-    board.advance(5);
-    board.device().setPluggedIn(false);
-    board.advance(5);
-    board.device().setPluggedIn(true);
-    QCOMPARE(file.trace().end(), QString());
-    QCOMPARE(file.changes(), c_start + QByteArray("#5\nx!\nrnan \"\n#10\n0!\nr0 \"\n#10\n"));
-}
-
-/// Its reader reads nothing until so much waits that no more is taken.
-void TestVcdTrace::aGapIsMarkedWhereChangesAreLost()
-{
-    constexpr int changes = 600000;
-    Board board;
-    VcdTrace trace(board.device());
-    NarrowPipe pipe(1 << 20); // goes first: the trace waits for no reader then
-    QCOMPARE(trace.begin(pipe.file()), QString());
-    for (int change = 1; change <= changes; ++change) {
-        board.advance(1000);
-        board.turnKnob(60000 + change % 2);
-    }
-    QByteArray text;
-    const auto isWrittenOut = [&] {
-        text += pipe.read();
-        board.advance(100000);
-        return text.endsWith("$end\n") && text.contains("$dumpon");
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(isWrittenOut(), 30000);
-    board.turnKnob(7);
-    QCOMPARE(trace.end(), QString());
-    text += pipe.read();
-    const int kept = text.count("\nr6000") - 1; // the level after the gap is no change
-    const QByteArray lost = QByteArray::number(changes - kept);
-    const QByteArray gap = "\n#" + QByteArray::number((kept + 1) * 1000) +
-                           "\n$dumpoff\nx!\nrnan \"\n$end\n#" + QByteArray::number(changes * 1000) +
-                           "\n$comment " + lost + " changes lost $end\n$dumpon\n0!\nr60000 \"\n$end\n#";
-    QVERIFY2(text.contains(gap), text.mid(text.indexOf("$dumpoff") - 40, 200).constData());
-    QVERIFY(text.size() > 8 << 20);
-    QVERIFY2(text.mid(text.lastIndexOf("$end\n")).contains("\nr7 \"\n#"), text.right(80).constData());
-}
-
-/// The reader begins when two alarms have come while the trace waits for it.
-void TestVcdTrace::aSignalDoesNotEndTheWaitForAReader()
-{
-    Board board;
-    VcdTrace trace(board.device());
-    NarrowPipe pipe; // goes first: the trace waits for no reader then
-    QCOMPARE(trace.begin(pipe.file()), QString());
-    board.drive("setBlink", 1, 1);
-    board.advance(10000 * 1000);
-    sigset_t alarm;
-    sigemptyset(&alarm);
-    sigaddset(&alarm, SIGALRM);
-    pthread_sigmask(SIG_BLOCK, &alarm, nullptr);
-    std::atomic<bool> written = {false};
-    QByteArray text;
-    std::thread reader([&] {
-        while (!written) {
-            if (alarms >= 2) {
-                text += pipe.read();
-            }
-            std::this_thread::yield();
-        }
-    });
-    pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
-    QString problem;
+    void theHeadHasTheTimeThatTheOthersCountFrom()
     {
-        const Alarms interrupting;
-        problem = trace.end();
+        Board board;
+        board.advance(3723004005);
+        const FileTrace file(&board);
+        QCOMPARE(file.problem(), QString());
+        const QString date = QString::fromUtf8(file.text()).section(QLatin1Char(' '), 1, 1);
+        QCOMPARE(QDateTime::fromString(date.left(19) + date.mid(26), Qt::ISODate).toSecsSinceEpoch(),
+                 ManualScheduler::c_wallClockOffsetUs / 1000000 + 3723);
+        QCOMPARE(date.mid(19, 7), ".004005"_s);
     }
-    written = true;
-    reader.join();
-    text += pipe.read();
-    QCOMPARE(problem, QString());
-    QVERIFY(alarms >= 2);
-    QVERIFY(text.endsWith("#10000000\n"));
-}
+
+    void theEdgesOfABlinkLieExactlyWhereTheDutyCyclePutsThem()
+    {
+        Board board;
+        FileTrace file(&board);
+        board.advance(1000);
+        board.drive("setBlink", 300, 700);
+        board.advance(2000000);
+        file.end();
+        QCOMPARE(file.changes(), c_start + QByteArray("#1000\n1!\n#301000\n0!\n#1001000\n1!\n#1301000\n0!\n"
+                                                      "#2001000\n1!\n#2001000\n"));
+    }
+
+    void theFileIsWrittenATenthOfASecondLaterAtMost()
+    {
+        Board board;
+        const FileTrace file(&board);
+        board.drive("setValues");
+        board.advance(99999);
+        QCOMPARE(file.changes(), QByteArray(c_start));
+        board.advance(1);
+        QCOMPARE(file.changes(), c_start + QByteArray("1!\n"));
+    }
+
+    void levelsOfABoardThatIsAwayAreUnknown()
+    {
+        Board board;
+        FileTrace file(&board);
+        board.advance(5);
+        board.device().setPluggedIn(false);
+        board.advance(5);
+        board.device().setPluggedIn(true);
+        file.end();
+        QCOMPARE(file.changes(), c_start + QByteArray("#5\nx!\nrnan \"\n#10\n0!\nr0 \"\n#10\n"));
+    }
+
+    /// Its reader reads nothing until so much waits that no more is taken.
+    void aGapIsMarkedWhereChangesAreLost()
+    {
+        constexpr int changes = 600000;
+        Board board;
+        VcdTrace trace(board.device());
+        NarrowPipe pipe(1 << 20); // goes first: the trace waits for no reader then
+        QCOMPARE(trace.begin(pipe.file()), QString());
+        for (int change = 1; change <= changes; ++change) {
+            board.advance(1000);
+            board.turnKnob(60000 + change % 2);
+        }
+        QByteArray text;
+        const auto isWrittenOut = [&] {
+            text += pipe.read();
+            board.advance(100000);
+            return text.endsWith("$end\n") && text.contains("$dumpon");
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isWrittenOut(), 30000);
+        board.turnKnob(7);
+        Outlet::drain({trace.finish()});
+        QCOMPARE(trace.problem(), QString());
+        text += pipe.read();
+        const int kept = text.count("\nr6000") - 1; // the level after the gap is no change
+        const QByteArray lost = QByteArray::number(changes - kept);
+        const QByteArray gap = "\n#" + QByteArray::number((kept + 1) * 1000) +
+                               "\n$dumpoff\nx!\nrnan \"\n$end\n#" + QByteArray::number(changes * 1000) +
+                               "\n$comment " + lost + " changes lost $end\n$dumpon\n0!\nr60000 \"\n$end\n#";
+        QVERIFY2(text.contains(gap), text.mid(text.indexOf("$dumpoff") - 40, 200).constData());
+        QVERIFY(text.size() > 8 << 20);
+        QVERIFY2(text.mid(text.lastIndexOf("$end\n")).contains("\nr7 \"\n#"), text.right(80).constData());
+    }
+
+    /// The reader begins when two alarms have come while the trace waits for it.
+    void aSignalDoesNotEndTheWaitForAReader()
+    {
+        Board board;
+        VcdTrace trace(board.device());
+        NarrowPipe pipe; // goes first: the trace waits for no reader then
+        QCOMPARE(trace.begin(pipe.file()), QString());
+        board.drive("setBlink", 1, 1);
+        board.advance(10000 * 1000);
+        sigset_t alarm;
+        sigemptyset(&alarm);
+        sigaddset(&alarm, SIGALRM);
+        pthread_sigmask(SIG_BLOCK, &alarm, nullptr);
+        std::atomic<bool> written = {false};
+        QByteArray text;
+        std::thread reader([&] {
+            while (!written) {
+                if (alarms >= 2) {
+                    text += pipe.read();
+                }
+                std::this_thread::yield();
+            }
+        });
+        pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
+        {
+            const Alarms interrupting;
+            Outlet::drain({trace.finish()});
+        }
+        written = true;
+        reader.join();
+        text += pipe.read();
+        QCOMPARE(trace.problem(), QString());
+        QVERIFY(alarms >= 2);
+        QVERIFY(text.endsWith("#10000000\n"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestVcdTrace)
 #include "test_vcd_trace.moc"

@@ -59,5 +59,5 @@ void writeStatusLine(const std::string& text)
 void drainStandardError()
 {
     tellLoss();
-    standardError().outlet.drain();
+    Outlet::drain({&standardError().outlet});
 }

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
@@ -44,15 +43,20 @@ bool hasRoomFor(int descriptor)
 
 Outlet::Outlet(int descriptor, QObject* parent)
     : QObject(parent)
+    , m_descriptor(descriptor)
     , m_own(openAnew(descriptor))
-    , m_descriptor(m_own >= 0 ? m_own : descriptor)
-    , m_mayWait(mayWait(m_descriptor))
+    , m_mayWait(mayWait(end()))
 {}
 
 Outlet::~Outlet()
 {
+    closeOwn();
+}
+
+void Outlet::closeOwn()
+{
     if (m_own >= 0) {
-        close(m_own);
+        close(std::exchange(m_own, -1));
     }
 }
 
@@ -70,12 +74,12 @@ void Outlet::flush()
     constexpr std::size_t largestRest = 1 << 20;
     const bool hadRoom = hasRoom();
     while (m_error == 0 && m_written < m_waiting.size()) {
-        if (m_mayWait && !hasRoomFor(m_descriptor)) {
+        if (m_mayWait && !hasRoomFor(end())) {
             break;
         }
         const std::size_t left = m_waiting.size() - m_written;
         const std::size_t piece = m_mayWait ? std::min<std::size_t>(left, PIPE_BUF) : left;
-        const ssize_t written = ::write(m_descriptor, m_waiting.data() + m_written, piece);
+        const ssize_t written = ::write(end(), m_waiting.data() + m_written, piece);
         if (written >= 0) {
             m_written += static_cast<std::size_t>(written);
         } else if (errno == EAGAIN) {
@@ -92,7 +96,7 @@ void Outlet::flush()
         m_waiting.erase(0, std::exchange(m_written, 0));
     }
     if (!m_waiting.empty() && m_notifier == nullptr && QCoreApplication::instance() != nullptr) {
-        m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Write);
+        m_notifier = std::make_unique<QSocketNotifier>(end(), QSocketNotifier::Write);
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &Outlet::flush, Qt::QueuedConnection);
     }
     if (!hadRoom && hasRoom()) {
@@ -108,19 +112,34 @@ void Outlet::fail(int error)
     Q_EMIT failed(error);
 }
 
-bool Outlet::drain()
+void Outlet::drain(std::vector<Outlet*> outlets)
 {
-    flush();
-    while (m_error == 0 && !m_waiting.empty()) {
-        std::array<struct pollfd, 2> events = {
-            {{m_descriptor, POLLOUT, 0}, {UnixSignals::waiting(), POLLIN, 0}}};
+    const auto isDone = [](Outlet* outlet) {
+        if (outlet == nullptr) {
+            return true;
+        }
+        outlet->flush();
+        if (outlet->waiting() > 0) {
+            return false;
+        }
+        outlet->closeOwn();
+        Q_EMIT outlet->drained();
+        return true;
+    };
+    for (;;) {
+        outlets.erase(std::remove_if(outlets.begin(), outlets.end(), isDone), outlets.end());
+        if (outlets.empty()) {
+            return;
+        }
+        std::vector<struct pollfd> events = {{UnixSignals::waiting(), POLLIN, 0}};
+        for (const Outlet* outlet : outlets) {
+            events.push_back({outlet->end(), POLLOUT, 0});
+        }
         poll(events.data(), events.size(), -1); // looks again where another signal ends it
-        if (events[1].revents != 0) {
-            fail(EINTR);
-        } else {
-            flush();
+        if (events.front().revents != 0) {
+            for (Outlet* outlet : outlets) {
+                outlet->fail(EINTR);
+            }
         }
     }
-    m_notifier.reset();
-    return m_error == 0;
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// A queue in front of a descriptor that somebody else reads: what is written goes out when there is room,
 /// and nobody waits for the reader. Without an event loop, it goes out with the next text and at the end.
@@ -29,9 +30,9 @@ public:
     bool hasRoom() const { return waiting() < c_bound; }
     /// What waits for the reader, in bytes.
     std::size_t waiting() const { return m_waiting.size() - m_written; }
-    /// Waits until everything has been written; a signal ends that. False when something could not be
-    /// written.
-    bool drain();
+    /// Waits until all of these have written everything, each at the pace of its own reader; a signal ends
+    /// that. Each is closed as soon as it has, so that its reader sees the end. Null ones are left out.
+    static void drain(std::vector<Outlet*> outlets);
     /// What errno said when the descriptor could not be written to; 0 as long as it can. Nothing is taken any
     /// more then.
     int error() const { return m_error; }
@@ -41,13 +42,17 @@ Q_SIGNALS:
     void roomAgain();
     /// The descriptor cannot be written to.
     void failed(int error);
+    /// drain has written everything, or what can be written; what was opened anew is closed.
+    void drained();
 
 private:
     void flush();
     void fail(int error);
+    int end() const { return m_own >= 0 ? m_own : m_descriptor; }
+    void closeOwn();
 
-    const int m_own; ///< what was opened anew; -1 for nothing
     const int m_descriptor;
+    int m_own;            ///< what was opened anew; -1 for nothing
     const bool m_mayWait; ///< writing waits where there is no room
     std::string m_waiting;
     std::size_t m_written = 0; ///< so much of the beginning has gone

@@ -3,11 +3,21 @@
 #include "diagnostics.h"
 #include "status_line.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 /// What events leave to results of what may wait for the reader: these are never left out.
 constexpr std::size_t c_keptForResults = 1 << 20;
+
+/// Its number stays taken.
+void closeStandardOutput()
+{
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    dup2(nowhere, STDOUT_FILENO);
+    close(nowhere);
+}
+
 } // namespace
 
 Output::Output(bool json)
@@ -19,11 +29,7 @@ Output::Output(bool json)
         diagnostic(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(error)));
         Q_EMIT failed();
     });
-}
-
-Output::~Output()
-{
-    drain();
+    connect(&m_outlet, &Outlet::drained, this, closeStandardOutput);
 }
 
 void Output::write(const JsonMaker& json, const TextMaker& text)
@@ -64,11 +70,6 @@ void Output::text(const QString& text)
     if (!m_json) {
         line(text.toStdString());
     }
-}
-
-bool Output::drain()
-{
-    return m_outlet.drain();
 }
 
 void Output::line(const std::string& line)

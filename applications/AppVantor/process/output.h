@@ -20,7 +20,6 @@ public:
     using TextMaker = std::function<QString()>;
 
     explicit Output(bool json);
-    ~Output() override;
 
     bool isJson() const { return m_json; }
 
@@ -37,8 +36,8 @@ public:
     bool hasRoom() const { return m_outlet.hasRoom(); }
     /// True once standard output could not be written to; said once on standard error.
     bool hasFailed() const { return m_outlet.error() != 0; }
-    /// Writes out what still waits; a signal ends that. False when something could not be written.
-    bool drain();
+    /// What waits for the reader, for Outlet::drain at the end: standard output is closed then.
+    Outlet* outlet() { return &m_outlet; }
 
 Q_SIGNALS:
     /// There is room again, after there was none.

@@ -78,7 +78,10 @@ VcdTrace::VcdTrace(const LineDevice& device, QObject* parent)
 
 VcdTrace::~VcdTrace()
 {
-    end();
+    Outlet::drain({finish()});
+    if (m_file >= 0) {
+        close(m_file); // the record had failed before
+    }
 }
 
 QString VcdTrace::begin(const QString& file)
@@ -95,6 +98,7 @@ QString VcdTrace::begin(const QString& file)
         fail(QStringLiteral("the trace ends here: %1").arg(qt_error_string(error)));
     });
     connect(m_outlet.get(), &Outlet::roomAgain, this, &VcdTrace::endGap);
+    connect(m_outlet.get(), &Outlet::drained, this, &VcdTrace::closeFile);
     m_startUs = m_device.scheduler()->now();
     m_buffer = "$date " + fullTime(m_device.scheduler()->wallClock(m_startUs)).toStdString() + " $end\n";
     m_buffer += "$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n";
@@ -113,23 +117,26 @@ QString VcdTrace::begin(const QString& file)
     return m_problem;
 }
 
-QString VcdTrace::end()
+Outlet* VcdTrace::finish()
 {
-    m_device.scheduler()->cancel(std::exchange(m_writing, {}));
     if (m_outlet != nullptr) {
         endGap();
         moveTo(m_device.scheduler()->now());
         appendTime();
         write();
     }
-    if (m_outlet != nullptr && m_outlet->drain() && isRemoved(m_file)) {
+    m_device.scheduler()->cancel(std::exchange(m_writing, {}));
+    return m_outlet.get();
+}
+
+/// The outlet touches nothing any more once it has said that it is drained.
+void VcdTrace::closeFile()
+{
+    if (m_outlet != nullptr && isRemoved(m_file)) {
         fail(QStringLiteral("the trace is lost: the file was removed meanwhile"));
     }
     m_outlet.reset();
-    if (m_file >= 0) {
-        close(std::exchange(m_file, -1));
-    }
-    return m_problem;
+    close(std::exchange(m_file, -1));
 }
 
 void VcdTrace::record(int line, const LineLevel& level)

@@ -21,14 +21,17 @@ class VcdTrace : public QObject
 
 public:
     explicit VcdTrace(const LineDevice& device, QObject* parent = nullptr);
-    /// Writes what is left.
+    /// Writes what is left; a signal ends that.
     ~VcdTrace() override;
 
     /// Begins the record in file, replacing what it holds. Returns an empty text, or why the file cannot be
     /// written.
     QString begin(const QString& file);
-    /// Writes what is left; a signal ends that. Returns an empty text, or why the record is not complete.
-    QString end();
+    /// Ends the record. Returns what is left of it, for Outlet::drain; null for nothing. The file is closed
+    /// as soon as it is written out.
+    Outlet* finish();
+    /// Empty, or why the record is not complete.
+    const QString& problem() const { return m_problem; }
 
 Q_SIGNALS:
     /// The file could not be written any further; the record ends there.
@@ -52,6 +55,7 @@ private:
     void writeLater();
     void write();
     void fail(const QString& problem);
+    void closeFile();
 
     const LineDevice& m_device;
     QString m_fileName;
