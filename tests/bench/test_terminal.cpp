@@ -7,8 +7,10 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <optional>
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
@@ -71,6 +73,14 @@ public:
         }
         qWarning("%s", m_seen.constData());
         return false;
+    }
+
+    /// Types text and waits until the screen has shown all this, in this order.
+    bool answers(const QByteArray& text, const QByteArrayList& shown)
+    {
+        type(text);
+        return std::all_of(shown.cbegin(), shown.cend(),
+                           [this](const QByteArray& part) { return shows(part); });
     }
 
     /// Stops its output, or lets it go on, as tcflow does.
@@ -138,31 +148,16 @@ class TestTerminal : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theShellPromptsAndEndsWithTheInput()
-    {
-        Terminal terminal({"shell"_s}, m_home.path());
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getValue channel=ALARM\n");
-        QVERIFY(terminal.shows("[1] getValue: value=1"));
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("\x04");
-        QCOMPARE(terminal.end(), 0);
-    }
+    void init() { m_home.emplace(); }
 
     void commandsParametersChannelsAndStatesAreCompleted()
     {
-        Terminal terminal({"shell"_s}, m_home.path());
+        Terminal terminal({"shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("setV\tch\tDO\tsta\tON\n");
-        QVERIFY(terminal.shows("[1] setValue: doneOk=true"));
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getV\tchannel=DOO\t\n");
-        QVERIFY(terminal.shows("[2] getValue: value=1"));
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("startL\tch\tDO\ted\tH\t\n");
-        QVERIFY(terminal.shows("lastValue=1 value=true"));
-        terminal.type("stopL\tch\tDO\t\n");
-        QVERIFY(terminal.shows("[4] stopListening: done"));
+        QVERIFY(terminal.answers("setV\tch\tDO\tsta\tON\n", {"[1] setValue: doneOk=true", "gpio> "}));
+        QVERIFY(terminal.answers("getV\tchannel=DOO\t\n", {"[2] getValue: value=1", "gpio> "}));
+        QVERIFY(terminal.answers("startL\tch\tDO\ted\tH\t\n", {"lastValue=1 value=true"}));
+        QVERIFY(terminal.answers("stopL\tch\tDO\t\n", {"[4] stopListening: done"}));
         terminal.type("quit\n");
         QCOMPARE(terminal.end(), 0);
     }
@@ -170,44 +165,35 @@ private Q_SLOTS:
     void theHistoryLastsFromOneRunToTheNext()
     {
         {
-            Terminal terminal({"shell"_s}, m_home.path());
+            Terminal terminal({"shell"_s}, m_home->path());
             QVERIFY(terminal.shows("gpio> "));
-            terminal.type("getValue channel=ALARM\n");
-            QVERIFY(terminal.shows("value=1"));
-            QVERIFY(terminal.shows("gpio> "));
+            QVERIFY(terminal.answers("getValue channel=ALARM\n", {"value=1", "gpio> "}));
             terminal.type("\x04");
             QCOMPARE(terminal.end(), 0);
         }
-        Terminal terminal({"shell"_s}, m_home.path());
+        Terminal terminal({"shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("\x1b[A");
-        QVERIFY(terminal.shows("getValue channel=ALARM"));
-        terminal.type("\n");
-        QVERIFY(terminal.shows("[1] getValue: value=1"));
+        QVERIFY(terminal.answers("\x1b[A", {"getValue channel=ALARM"}));
+        QVERIFY(terminal.answers("\n", {"[1] getValue: value=1"}));
     }
 
     void eventsDoNotTearThePrompt()
     {
-        Terminal terminal({"shell"_s}, m_home.path());
+        Terminal terminal({"shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("startListening channel=TEMPERATURE\n");
-        QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getVal");
-        QVERIFY(terminal.shows("lastValue="));
-        QVERIFY(terminal.shows("gpio> getVal"));
-        terminal.type("ue channel=ALARM\n");
-        QVERIFY(terminal.shows("[2] getValue: value=1"));
+        QVERIFY(
+            terminal.answers("startListening channel=TEMPERATURE\n", {"runs; \"stop 1\" ends it", "gpio> "}));
+        QVERIFY(terminal.answers("getVal", {"lastValue=", "gpio> getVal"}));
+        QVERIFY(terminal.answers("ue channel=ALARM\n", {"[2] getValue: value=1"}));
     }
 
     /// As after Ctrl-S: its buffers are full soon, long before the prompt is due again.
     void aTerminalThatStandsStillHoldsNothingUp()
     {
-        const QString trace = m_home.filePath("t.vcd"_s);
-        Terminal terminal({"--trace"_s, trace, "shell"_s}, m_home.path());
+        const QString trace = m_home->filePath("t.vcd"_s);
+        Terminal terminal({"--trace"_s, trace, "shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
-        QVERIFY(terminal.shows("gpio> "));
+        QVERIFY(terminal.answers("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n", {"gpio> "}));
         terminal.type(QByteArray("startListening channel=DOOR\n").repeated(20) +
                       "sleep 1\ngetValue channel=DOOR\n");
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 30000, 30000);
@@ -220,13 +206,11 @@ private Q_SLOTS:
     /// Stopped as by Ctrl-S, while nothing waits in its buffers.
     void thePromptComesWhenTheTerminalGoesOn()
     {
-        const QString trace = m_home.filePath("t.vcd"_s);
-        Terminal terminal({"--trace"_s, trace, "shell"_s, "--echo"_s}, m_home.path());
+        const QString trace = m_home->filePath("t.vcd"_s);
+        Terminal terminal({"--trace"_s, trace, "shell"_s, "--echo"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("sleep 300\n");
-        QVERIFY(terminal.shows("> sleep 300\r\n"));
+        QVERIFY(terminal.answers("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n", {"gpio> "}));
+        QVERIFY(terminal.answers("sleep 300\n", {"> sleep 300\r\n"}));
         terminal.flow(TCOOFF);
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 20000, 30000);
         QVERIFY(!terminal.seen().contains("gpio> "));
@@ -240,43 +224,33 @@ private Q_SLOTS:
 
     void ctrlCAtThePromptStopsWhatRunsAndEnds()
     {
-        Terminal terminal({"shell"_s}, m_home.path());
+        Terminal terminal({"shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("startListening channel=START\n");
-        QVERIFY(terminal.shows("value=0"));
-        terminal.type("\x03");
-        QVERIFY(terminal.shows("[1] startListening: "));
+        QVERIFY(terminal.answers("startListening channel=START\n", {"value=0"}));
+        QVERIFY(terminal.answers("\x03", {"[1] startListening: "}));
         QCOMPARE(terminal.end(), 0);
     }
 
     void ctrlCStopsWhatHoldsThePromptBack()
     {
-        Terminal terminal({"shell"_s, "--echo"_s}, m_home.path());
+        Terminal terminal({"shell"_s, "--echo"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("sleep 80000000\n");
-        QVERIFY(terminal.shows("> sleep 80000000\r\n"));
-        terminal.type("\x03");
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getValue channel=ALARM\n");
-        QVERIFY(terminal.shows("[1] getValue: value=1"));
+        QVERIFY(terminal.answers("sleep 80000000\n", {"> sleep 80000000\r\n"}));
+        QVERIFY(terminal.answers("\x03", {"gpio> "}));
+        QVERIFY(terminal.answers("getValue channel=ALARM\n", {"[1] getValue: value=1"}));
     }
 
     void aFailureBesideThePromptBringsItBack()
     {
-        Terminal terminal({"--config"_s, example("fault_injection.json"_s), "shell"_s}, m_home.path());
+        Terminal terminal({"--config"_s, example("fault_injection.json"_s), "shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getValue channel=DEAD &\n");
-        QVERIFY(terminal.shows("runs; \"stop 1\" ends it"));
-        QVERIFY(terminal.shows("gpio> "));
-        terminal.type("getVal");
-        QVERIFY(terminal.shows("\r\x1b[Kappvantor: [1] getValue failed"));
-        QVERIFY(terminal.shows("gpio> getVal"));
+        QVERIFY(terminal.answers("getValue channel=DEAD &\n", {"runs; \"stop 1\" ends it", "gpio> "}));
+        QVERIFY(terminal.answers("getVal", {"\r\x1b[Kappvantor: [1] getValue failed", "gpio> getVal"}));
     }
 
     void aPulseShowsItsProgress()
     {
-        Terminal terminal({"run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
-                          m_home.path());
+        Terminal terminal("run setValue channel=START state=PULSE duration=900"_words, m_home->path());
         QVERIFY(terminal.shows("PULSE [####"));
         QVERIFY(terminal.shows("of 0.9 s"));
         QVERIFY(terminal.shows("\r\x1b[K[1] setValue: doneOk=true"));
@@ -285,9 +259,7 @@ private Q_SLOTS:
 
     void noProgressIsShownWithJson()
     {
-        Terminal terminal(
-            {"--json"_s, "run"_s, "setValue"_s, "channel=START"_s, "state=PULSE"_s, "duration=900"_s},
-            m_home.path());
+        Terminal terminal("--json run setValue channel=START state=PULSE duration=900"_words, m_home->path());
         QCOMPARE(terminal.end(), 0);
         QVERIFY(!terminal.seen().contains("PULSE ["));
         QVERIFY(terminal.seen().contains("\"success\":true"));
@@ -308,7 +280,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, line);
         QFETCH(QByteArray, sign);
         QFETCH(int, status);
-        Terminal terminal({"shell"_s, "--echo"_s}, m_home.path());
+        Terminal terminal({"shell"_s, "--echo"_s}, m_home->path());
         if (!line.isEmpty()) {
             QVERIFY(terminal.shows("gpio> "));
             terminal.type(line);
@@ -320,13 +292,13 @@ private Q_SLOTS:
     /// As with nohup.
     void aTerminalThatGoesAwayUnheardEndsTheShell()
     {
-        Terminal terminal({"shell"_s}, m_home.path(), false);
+        Terminal terminal({"shell"_s}, m_home->path(), false);
         QVERIFY(terminal.shows("gpio> "));
         QCOMPARE(terminal.hangUp(), 0);
     }
 
 private:
-    QTemporaryDir m_home;
+    std::optional<QTemporaryDir> m_home;
 };
 
 QTEST_GUILESS_MAIN(TestTerminal)
