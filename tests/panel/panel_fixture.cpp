@@ -1,5 +1,4 @@
 #include "panel_fixture.h"
-#include "literals.h"
 
 #include <window/qml_types.h>
 #include <window/texts.h>
@@ -10,6 +9,7 @@
 #include <QDeadlineTimer>
 #include <QQmlAbstractUrlInterceptor>
 #include <QQmlComponent>
+#include <QQmlExpression>
 #include <QTimer>
 #include <QtTest>
 
@@ -91,6 +91,12 @@ QQuickItem* itemNamed(QQuickItem* root, const QString& name)
     return itemsNamed(root, name).value(0);
 }
 
+void PanelFixture::click(QQuickItem* item)
+{
+    const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    QTest::mouseClick(item->window(), Qt::LeftButton, Qt::NoModifier, middle.toPoint());
+}
+
 bool waitUntil(const std::function<bool()>& condition)
 {
     const QDeadlineTimer deadline(20000);
@@ -157,6 +163,11 @@ QQuickItem* PanelFixture::part(const QString& channelId, const QString& name)
     return found != nullptr ? itemNamed(found, "idChannelRow"_s + name) : nullptr;
 }
 
+QVariant PanelFixture::style(const char* expression)
+{
+    return QQmlExpression(qmlContext(page()), page(), "Style."_s + QLatin1String(expression)).evaluate();
+}
+
 void PanelFixture::setLive(bool live)
 {
     if (!isBareHost()) {
@@ -169,8 +180,26 @@ bool PanelFixture::settle()
     return waitUntil([this] { return !m_panel->isBusy(); });
 }
 
-void PanelFixture::click(QQuickItem* item)
+void QuietTest::init()
 {
-    const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
-    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle.toPoint());
+    m_log.emplace();
+    setUp();
+}
+
+void QuietTest::cleanup()
+{
+    tearDown();
+    m_fixture.reset();
+    QCOMPARE(m_log->takeProblems(), QString());
+}
+
+void QuietTest::showChannels(const QVariantList& channels)
+{
+    m_fixture.reset(); // one tool of a name at a time
+    m_fixture = std::make_unique<PanelFixture>(toolEntry(channels));
+    QVERIFY2(m_fixture->page() != nullptr, qPrintable(m_fixture->panel().problem()));
+    QVERIFY(m_fixture->settle());
+    m_fixture->setLive(false);
+    QVERIFY(m_fixture->settle());
+    QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window()));
 }

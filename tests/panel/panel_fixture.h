@@ -1,7 +1,9 @@
 #pragma once
-#include "literals.h"
 
 #include "channel_entry.h"
+#include "literals.h"
+#include "message_log.h"
+#include "rows.h"
 
 #include <window/page_panel.h>
 
@@ -15,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class IPlugin;
 
@@ -59,12 +62,15 @@ public:
     /// A part of that row: ".idIndicator.idDigitalOutput", for example.
     QQuickItem* part(const QString& channelId, const QString& name);
 
+    /// A member of the Style that the page finds; or what another expression with "Style." before it gives.
+    QVariant style(const char* expression);
+
     /// Switches the periodical refresh of the bench's frame on or off.
     void setLive(bool live);
     /// Waits until the page has what it has asked for. False when it takes too long.
     bool settle();
     /// Clicks the middle of item with the left mouse button.
-    void click(QQuickItem* item);
+    static void click(QQuickItem* item);
 
 private:
     void show(DTool* tool);
@@ -75,4 +81,25 @@ private:
     QQmlEngine m_engine;
     QQuickWindow m_window;
     std::unique_ptr<PagePanel> m_panel;
+};
+
+/// The base of tests of which nothing may be complained in Qt's log. A test that takes the complaints is not
+/// blamed for them.
+class QuietTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+protected:
+    /// What a test needs, and what it leaves.
+    virtual void setUp() {}
+    virtual void tearDown() {}
+    /// Shows the page of a tool with these channels, at rest, as the fixture of the test.
+    void showChannels(const QVariantList& channels);
+
+    std::optional<MessageLog> m_log;
+    std::unique_ptr<PanelFixture> m_fixture;
 };

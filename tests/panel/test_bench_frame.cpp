@@ -1,11 +1,9 @@
-#include "message_log.h"
 #include "panel_fixture.h"
 
 #include <window/page_texts.h>
 
 #include <QDir>
 #include <QQmlComponent>
-#include <QQmlExpression>
 #include <QQuickItemGrabResult>
 #include <QSignalSpy>
 #include <QtTest>
@@ -33,33 +31,21 @@ QColor colorOfText(const QQuickItem& place, int index)
 } // namespace
 
 /// What the bench's frame and widgets add to a page.
-class BenchFrameTest : public QObject
+class TestBenchFrame : public QuietTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init()
+protected:
+    void setUp() override
     {
-        m_log.emplace();
-        m_fixture = std::make_unique<PanelFixture>(toolEntry({
-            channelEntry("START"_s, "digitalInput"_s, "out"_s, "dout"_s),
-            channelEntry("LAMP"_s, "digitalOutput"_s, "in"_s, "din"_s),
-        }));
-        QVERIFY(m_fixture->settle());
-        m_fixture->setLive(false);
-        QVERIFY(m_fixture->settle());
-        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window()));
+        showChannels({channelEntry("START"_s, "digitalInput"_s, "out"_s, "dout"_s),
+                      channelEntry("LAMP"_s, "digitalOutput"_s, "in"_s, "din"_s)});
         m_box = m_fixture->part("START"_s, c_checkBox);
         m_led = m_fixture->part("LAMP"_s, c_led);
         QVERIFY(m_box != nullptr && m_led != nullptr);
     }
 
-    void cleanup()
-    {
-        m_fixture.reset();
-        QCOMPARE(m_log->takeProblems(), QString());
-    }
-
+private Q_SLOTS:
     void theButtonReadsTheLines()
     {
         m_fixture->board().setInput(c_inputLine, 1);
@@ -116,11 +102,11 @@ private Q_SLOTS:
     void theTextsOfThePageTakeTheLookOfTheTheme()
     {
         const QQuickItem* name = m_fixture->part("START"_s, c_name);
-        QCOMPARE(name->property("font").value<QFont>().family(), style("fontFamily").toString());
-        QCOMPARE(name->property("font").value<QFont>().pixelSize(), style("textSize").toInt());
+        QCOMPARE(name->property("font").value<QFont>().family(), m_fixture->style("fontFamily").toString());
+        QCOMPARE(name->property("font").value<QFont>().pixelSize(), m_fixture->style("textSize").toInt());
         for (const char* theme : {"dark = true", "dark = false"}) {
-            style(theme);
-            QCOMPARE(name->property("color").value<QColor>(), style("text").value<QColor>());
+            m_fixture->style(theme);
+            QCOMPARE(name->property("color").value<QColor>(), m_fixture->style("text").value<QColor>());
         }
     }
 
@@ -223,10 +209,10 @@ private Q_SLOTS:
 
     void aKeyTogglesTheLine_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::newRow("space") << int(Qt::Key_Space);
-        QTest::newRow("return") << int(Qt::Key_Return);
-        QTest::newRow("enter") << int(Qt::Key_Enter);
+        const Rows<int> row("key");
+        row("space", int(Qt::Key_Space));
+        row("return", int(Qt::Key_Return));
+        row("enter", int(Qt::Key_Enter));
     }
 
     void aKeyTogglesTheLine()
@@ -247,15 +233,6 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->board().level(c_outputLine).level, 0);
     }
 
-    void theTabKeyReachesTheBox()
-    {
-        m_fixture->panel().forceActiveFocus();
-        for (int step = 0; step < 20 && !m_box->hasActiveFocus(); ++step) {
-            QTest::keyClick(&m_fixture->window(), Qt::Key_Tab);
-        }
-        QVERIFY(m_box->hasActiveFocus());
-    }
-
     void theBoxTellsAssistiveToolsWhatItIs()
     {
         QAccessibleInterface* box = QAccessible::queryAccessibleInterface(m_box);
@@ -270,7 +247,7 @@ private Q_SLOTS:
 
     void noneOfTheBenchsComponentsShadowsOneOfQtQuick_data()
     {
-        QTest::addColumn<QString>("component");
+        const Rows<QString> row("component");
         for (const char* folder : {"panels", "widgets"}) {
             const QDir components(":/applications/AppVantor/gui/"_s + QLatin1String(folder));
             for (const QFileInfo& file : components.entryInfoList({"*.qml"_s})) {
@@ -297,21 +274,9 @@ private:
         return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem*>(component.create()));
     }
 
-    /// Evaluates an expression about the bench's Style.
-    QVariant style(const char* member)
-    {
-        QQmlExpression expression(qmlContext(m_fixture->page()), m_fixture->page(),
-                                  "Style."_s + QLatin1String(member));
-        return expression.evaluate();
-    }
-
-    std::optional<MessageLog> m_log;
-    std::unique_ptr<PanelFixture> m_fixture;
     QQuickItem* m_box = nullptr;
     QQuickItem* m_led = nullptr;
 };
 
-QTEST_MAIN(BenchFrameTest)
-
-#include "literals.h"
+QTEST_MAIN(TestBenchFrame)
 #include "test_bench_frame.moc"

@@ -1,5 +1,4 @@
 #include "example_bench.h"
-#include "message_log.h"
 #include "panel_fixture.h"
 
 #include <window/page_panel.h>
@@ -7,11 +6,9 @@
 #include <window/scene.h>
 #include <window/texts.h>
 
-#include <QDir>
 #include <QQuickWindow>
 #include <QRegularExpression>
 #include <QSet>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -31,9 +28,13 @@ QVector<QQuickItem*> visibleNamed(QQuickItem& root, const char* name)
 } // namespace
 
 /// The bench window, used by hand and by keyboard.
-class BenchWindowTest : public QObject
+class TestBenchWindow : public QuietTest
 {
     Q_OBJECT
+
+protected:
+    void setUp() override { open(8); }
+    void tearDown() override { close(); }
 
 private Q_SLOTS:
     void initTestCase()
@@ -41,18 +42,6 @@ private Q_SLOTS:
         installTexts(QLocale(QLocale::English));
         // Pictures are drawn by it, and a process has one renderer only.
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
-    }
-
-    void init()
-    {
-        m_log.emplace();
-        open(8);
-    }
-
-    void cleanup()
-    {
-        close();
-        QCOMPARE(m_log->takeProblems(), QString());
     }
 
     void everyControlIsReachedByTheTabKey()
@@ -94,7 +83,7 @@ private Q_SLOTS:
         QQuickItem* lever = visibleNamed(root(), "lineSwitch").value(0);
         QVERIFY(lever != nullptr);
         for (const int level : {1, 0, 1}) {
-            click(lever);
+            PanelFixture::click(lever);
             QCOMPARE(m_bench->board().level(5).level, level);
             m_scene->clock().tick();
             QCOMPARE(lever->property("checked").toBool(), level == 1);
@@ -145,7 +134,7 @@ private Q_SLOTS:
             }
         }
         QVERIFY(box != nullptr);
-        click(box);
+        PanelFixture::click(box);
         QTRY_COMPARE(m_bench->board().level(0).level, 1);
         QTRY_VERIFY(box->property("checked").toBool());
         QCOMPARE(m_scene->lines().index(0).data(LinesModel::LevelRole).toInt(), 1);
@@ -190,7 +179,7 @@ private Q_SLOTS:
     {
         giveOrder("listenToAll"_s);
         QTRY_COMPARE(visibleNamed(root(), "stopButton").size(), 1);
-        click(visibleNamed(root(), "stopButton").constFirst());
+        PanelFixture::click(visibleNamed(root(), "stopButton").constFirst());
         QCOMPARE(m_scene->orders().running(), 0);
         m_scene->clock().tick();
         QCOMPARE(visibleNamed(root(), "stopButton").size(), 0);
@@ -232,17 +221,17 @@ private Q_SLOTS:
         QQuickItem* list = itemNamed(&root(), "boardLines"_s);
         QTRY_COMPARE(list->property("count").toInt(), 1);
         QTRY_COMPARE(visibleNamed(root(), "lineSwitch").size(), 1);
-        click(visibleNamed(root(), "lineSwitch").constFirst());
+        PanelFixture::click(visibleNamed(root(), "lineSwitch").constFirst());
         QCOMPARE(m_bench->board().level(5).level, 1);
     }
 
     void freezingHoldsTheWaveforms()
     {
         QQuickItem* button = itemNamed(&root(), "freezeButton"_s);
-        click(button);
+        PanelFixture::click(button);
         QVERIFY(!m_scene->clock().isRunning());
         QCOMPARE(button->property("text").toString(), "Resume"_s);
-        click(button);
+        PanelFixture::click(button);
         QVERIFY(m_scene->clock().isRunning());
     }
 
@@ -276,7 +265,7 @@ private Q_SLOTS:
     {
         const auto background = [this] { return root().property("color").value<QColor>(); };
         const bool wasDark = background().lightnessF() < 0.5;
-        click(itemNamed(&root(), "darkSwitch"_s));
+        PanelFixture::click(itemNamed(&root(), "darkSwitch"_s));
         QTRY_VERIFY((background().lightnessF() < 0.5) != wasDark);
     }
 
@@ -317,41 +306,6 @@ private Q_SLOTS:
         QVERIFY(itemsNamed(&root(), "lineCourse"_s).size() < 50);
     }
 
-    void aPictureHasTheSizeThatWasAskedFor_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("usual") << QSize(1280, 800);
-        QTest::newRow("odd") << QSize(1001, 601);
-        QTest::newRow("large") << QSize(2560, 1440);
-    }
-
-    void aPictureHasTheSizeThatWasAskedFor()
-    {
-        QFETCH(QSize, size);
-        close();
-        m_bench = std::make_unique<ExampleBench>(4);
-        const QTemporaryDir folder;
-        WindowOptions options;
-        options.screenshotFile = folder.filePath("picture.png"_s);
-        options.size = size;
-        options.theme = WindowOptions::Theme::Dark;
-        {
-            BenchScene scene(&m_bench->board(), m_bench->tools(), options.theme);
-            QCOMPARE(takePicture(scene, options), 0);
-        }
-        const QImage window(options.screenshotFile);
-        QCOMPARE(window.size(), size);
-        QVERIFY(window.pixelColor(2, 2).lightnessF() < 0.2);
-        options.theme = WindowOptions::Theme::Light;
-        {
-            PanelScene scene(&m_bench->tool(), options.theme);
-            QCOMPARE(takePicture(scene, options), 0);
-        }
-        const QImage panel(options.screenshotFile);
-        QCOMPARE(panel.size(), size);
-        QVERIFY(panel.pixelColor(2, 2).lightnessF() > 0.9);
-    }
-
     void aPictureIsTakenWhenTheValuesAreThere()
     {
         close();
@@ -368,16 +322,6 @@ private Q_SLOTS:
         }
         QVERIFY(values.contains("4321"_s));
         QVERIFY(!values.contains("undefined"_s));
-    }
-
-    void aPictureThatCannotBeWrittenIsAnError()
-    {
-        close();
-        m_bench = std::make_unique<ExampleBench>(4);
-        WindowOptions options;
-        options.screenshotFile = "/no/such/folder/picture.png"_s;
-        PanelScene scene(&m_bench->tool(), options.theme);
-        QCOMPARE(takePicture(scene, options), 2);
     }
 
 private:
@@ -415,12 +359,6 @@ private:
     QQuickItem& root() { return m_scene->root(); }
     QQuickWindow& window() { return *m_window; }
 
-    void click(QQuickItem* item)
-    {
-        const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
-        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, middle.toPoint());
-    }
-
     void type(const QString& text)
     {
         for (const QChar character : text) {
@@ -457,14 +395,11 @@ private:
         }
     }
 
-    std::optional<MessageLog> m_log;
     std::unique_ptr<ExampleBench> m_bench;
     std::unique_ptr<BenchScene> m_scene;
     std::unique_ptr<QQuickWindow> m_window;
     int m_visited = 0;
 };
 
-QTEST_MAIN(BenchWindowTest)
-
-#include "literals.h"
+QTEST_MAIN(TestBenchWindow)
 #include "test_bench_window.moc"

@@ -1,6 +1,7 @@
 #include "literals.h"
 #include "manual_scheduler.h"
 #include "panel_fixture.h"
+#include "rows.h"
 
 #include <window/course.h>
 #include <window/waveform_item.h>
@@ -43,7 +44,7 @@ QStringList textOf(const std::vector<CourseStep>& course)
 Q_DECLARE_METATYPE(QVector<LineLevel>)
 
 /// What is remembered of a line, how it is drawn, and when not.
-class CoursesTest : public QObject
+class TestCourses : public QObject
 {
     Q_OBJECT
 
@@ -114,30 +115,26 @@ private Q_SLOTS:
 
     void aCourseHasOneStepForWhatHappensInAColumn_data()
     {
-        QTest::addColumn<QVector<LineLevel>>("changes");
-        QTest::addColumn<QStringList>("course");
+        const Rows<QVector<LineLevel>, QStringList> row("changes", "course");
         using Changes = QVector<LineLevel>;
         // Ten columns of 10 µs from 1000 on.
-        QTest::newRow("nothing is known") << Changes{} << QStringList{};
-        QTest::newRow("one level") << Changes{known(0, 4)} << QStringList{"0-9: 4..4"_s};
-        QTest::newRow("an edge") << Changes{known(0, 4), known(1035, 9)}
-                                 << QStringList{"0-2: 4..4"_s, "3-3: 4..9"_s, "4-9: 9..9"_s};
-        QTest::newRow("an edge at the border of a column")
-            << Changes{known(0, 4), known(1040, 9)}
-            << QStringList{"0-3: 4..4"_s, "4-4: 4..9"_s, "5-9: 9..9"_s};
-        QTest::newRow("edges in columns side by side")
-            << Changes{known(0, 4), known(1035, 9), known(1040, 2)}
-            << QStringList{"0-2: 4..4"_s, "3-3: 4..9"_s, "4-4: 2..9"_s, "5-9: 2..2"_s};
-        QTest::newRow("a narrow pulse") << Changes{known(0, 0), known(1051, 1), known(1052, 0)}
-                                        << QStringList{"0-4: 0..0"_s, "5-5: 0..1"_s, "6-9: 0..0"_s};
-        QTest::newRow("a gap") << Changes{known(0, 4), unknown(1030), known(1061, 9)}
-                               << QStringList{"0-2: 4..4"_s, "3-3: 4..4"_s, "6-6: 9..9"_s, "7-9: 9..9"_s};
-        QTest::newRow("known in a part of a column")
-            << Changes{known(1031, 4), unknown(1035)} << QStringList{"3-3: 4..4"_s};
-        QTest::newRow("an edge in the last column")
-            << Changes{known(0, 4), known(1095, 9)} << QStringList{"0-8: 4..4"_s, "9-9: 4..9"_s};
-        QTest::newRow("what is still to come")
-            << Changes{known(0, 4), known(1100, 9)} << QStringList{"0-9: 4..4"_s};
+        row("nothing is known", Changes{}, QStringList{});
+        row("one level", Changes{known(0, 4)}, QStringList{"0-9: 4..4"_s});
+        row("an edge", Changes{known(0, 4), known(1035, 9)},
+            QStringList{"0-2: 4..4"_s, "3-3: 4..9"_s, "4-9: 9..9"_s});
+        row("an edge at the border of a column", Changes{known(0, 4), known(1040, 9)},
+            QStringList{"0-3: 4..4"_s, "4-4: 4..9"_s, "5-9: 9..9"_s});
+        row("edges in columns side by side", Changes{known(0, 4), known(1035, 9), known(1040, 2)},
+            QStringList{"0-2: 4..4"_s, "3-3: 4..9"_s, "4-4: 2..9"_s, "5-9: 2..2"_s});
+        row("a narrow pulse", Changes{known(0, 0), known(1051, 1), known(1052, 0)},
+            QStringList{"0-4: 0..0"_s, "5-5: 0..1"_s, "6-9: 0..0"_s});
+        row("a gap", Changes{known(0, 4), unknown(1030), known(1061, 9)},
+            QStringList{"0-2: 4..4"_s, "3-3: 4..4"_s, "6-6: 9..9"_s, "7-9: 9..9"_s});
+        row("known in a part of a column", Changes{known(1031, 4), unknown(1035)},
+            QStringList{"3-3: 4..4"_s});
+        row("an edge in the last column", Changes{known(0, 4), known(1095, 9)},
+            QStringList{"0-8: 4..4"_s, "9-9: 4..9"_s});
+        row("what is still to come", Changes{known(0, 4), known(1100, 9)}, QStringList{"0-9: 4..4"_s});
     }
 
     void aCourseHasOneStepForWhatHappensInAColumn()
@@ -216,12 +213,12 @@ private Q_SLOTS:
 
     void aCourseThatCannotBeSeenDoesNotMove_data()
     {
-        QTest::addColumn<int>("hidden");
-        QTest::newRow("invisible") << 0;
-        QTest::newRow("scrolled out") << 1;
-        QTest::newRow("outside the window") << 2;
-        QTest::newRow("folded") << 3;
-        QTest::newRow("minimised") << 4;
+        const Rows<int> row("hidden");
+        row("invisible", 0);
+        row("scrolled out", 1);
+        row("outside the window", 2);
+        row("folded", 3);
+        row("minimised", 4);
     }
 
     void aCourseThatCannotBeSeenDoesNotMove()
@@ -353,6 +350,5 @@ private:
     std::unique_ptr<LineDevice> m_board;
 };
 
-QTEST_MAIN(CoursesTest)
-
+QTEST_MAIN(TestCourses)
 #include "test_courses.moc"

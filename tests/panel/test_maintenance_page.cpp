@@ -1,7 +1,5 @@
-#include "message_log.h"
 #include "panel_fixture.h"
 
-#include <QQmlExpression>
 #include <QQmlProperty>
 #include <QtTest>
 
@@ -17,30 +15,6 @@ const QString c_led = ".idIndicator.idDigitalInput"_s;
 const QString c_glyph = ".idIndicator.idAnalogInput"_s;
 const QString c_value = ".idValueRectangle"_s;
 
-QVariantMap toolOfAllTypes()
-{
-    return toolEntry({
-        channelEntry("BI"_s, "digitalInput"_s, "out"_s, "dout"_s),
-        channelEntry("BO"_s, "digitalOutput"_s, "in"_s, "din"_s),
-        channelEntry("AI"_s, "analogInput"_s, "out"_s, "aout"_s),
-        channelEntry("AO"_s, "analogOutput"_s, "in"_s, "ain"_s),
-        channelEntry("UN"_s, "no such type"_s, "in"_s, "din"_s),
-        channelEntry("HIDDEN"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s),
-    });
-}
-
-qreal style(PanelFixture& fixture, const char* member)
-{
-    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(), "Style."_s + QLatin1String(member));
-    return expression.evaluate().toReal();
-}
-
-QColor styleColor(PanelFixture& fixture, const char* member)
-{
-    QQmlExpression expression(qmlContext(fixture.page()), fixture.page(), "Style."_s + QLatin1String(member));
-    return expression.evaluate().value<QColor>();
-}
-
 /// Stores a value in the channel of a row as the backend does with a reply.
 void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
 {
@@ -50,27 +24,24 @@ void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
 } // namespace
 
 /// The page as it stands on the screen, in whatever host.
-class MaintenancePageTest : public QObject
+class TestMaintenancePage : public QuietTest
 {
     Q_OBJECT
 
+protected:
+    void setUp() override
+    {
+        showChannels({
+            channelEntry("BI"_s, "digitalInput"_s, "out"_s, "dout"_s),
+            channelEntry("BO"_s, "digitalOutput"_s, "in"_s, "din"_s),
+            channelEntry("AI"_s, "analogInput"_s, "out"_s, "aout"_s),
+            channelEntry("AO"_s, "analogOutput"_s, "in"_s, "ain"_s),
+            channelEntry("UN"_s, "no such type"_s, "in"_s, "din"_s),
+            channelEntry("HIDDEN"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s),
+        });
+    }
+
 private Q_SLOTS:
-    void init()
-    {
-        m_log.emplace();
-        m_fixture = std::make_unique<PanelFixture>(toolOfAllTypes());
-        QVERIFY2(m_fixture->page() != nullptr, qPrintable(m_fixture->panel().problem()));
-        QVERIFY(m_fixture->settle());
-        m_fixture->setLive(false);
-        QVERIFY(m_fixture->settle());
-    }
-
-    void cleanup()
-    {
-        m_fixture.reset();
-        QCOMPARE(m_log->takeProblems(), QString());
-    }
-
     void thePageIsTheOneThatTheLibraryCarries()
     {
         QCOMPARE(m_fixture->page()->objectName(), c_root);
@@ -79,66 +50,32 @@ private Q_SLOTS:
         QVERIFY(m_fixture->page()->property("connected").toBool());
     }
 
-    void everyElementHasItsName_data()
+    void theRepeatersHaveTheirNames()
     {
-        QTest::addColumn<QString>("name");
-        const QString row = "idChannelRow"_s;
-        const QStringList names = {
-            c_root + ".idColumn"_s,
-            c_columns,
-            c_inputs,
-            c_outputs,
-            c_inputs + ".idInputsRepeater"_s,
-            c_outputs + ".idOutputsRepeater"_s,
-            row,
-            row + ".idIndicator"_s,
-            row + c_glyph,
-            row + c_led,
-            row + c_checkBox,
-            row + ".idInformation"_s,
-            row + ".idInformation.idChannelId"_s,
-            row + ".idInformation.idChannelName"_s,
-            row + c_value,
-            row + c_value + ".idValue"_s,
-        };
-        for (const QString& name : names) {
-            QTest::newRow(qPrintable(name)) << name;
+        for (const QString& name : {c_inputs + ".idInputsRepeater"_s, c_outputs + ".idOutputsRepeater"_s}) {
+            QVERIFY2(itemNamed(m_fixture->page(), name) != nullptr, qPrintable(name));
         }
     }
 
-    void everyElementHasItsName()
+    void textsOfARowShrinkToFitInItsMiddle_data()
     {
-        QFETCH(QString, name);
-        QVERIFY(itemNamed(m_fixture->page(), name) != nullptr);
-    }
-
-    void textsOfARowStandInItsMiddle_data()
-    {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> row("name");
         for (const char* text :
              {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
-            QTest::newRow(text) << "idChannelRow."_s + QLatin1String(text);
+            row(text, "idChannelRow."_s + QLatin1String(text));
         }
     }
 
-    void textsOfARowStandInItsMiddle()
-    {
-        QFETCH(QString, name);
-        const QQuickItem* text = itemNamed(m_fixture->page(), name);
-        QVERIFY(text != nullptr);
-        QCOMPARE(text->property("verticalAlignment").toInt(), static_cast<int>(Qt::AlignVCenter));
-    }
-
-    void textsOfARowShrinkToFit_data() { textsOfARowStandInItsMiddle_data(); }
-
-    void textsOfARowShrinkToFit()
+    void textsOfARowShrinkToFitInItsMiddle()
     {
         constexpr int fit = 3; // Text.Fit
         QFETCH(QString, name);
-        QCOMPARE(itemNamed(m_fixture->page(), name)->property("fontSizeMode").toInt(), fit);
+        const QQuickItem* text = itemNamed(m_fixture->page(), name);
+        QCOMPARE(text->property("verticalAlignment").toInt(), static_cast<int>(Qt::AlignVCenter));
+        QCOMPARE(text->property("fontSizeMode").toInt(), fit);
     }
 
-    void onlyTheBenchCutsTextsOfARow_data() { textsOfARowStandInItsMiddle_data(); }
+    void onlyTheBenchCutsTextsOfARow_data() { textsOfARowShrinkToFitInItsMiddle_data(); }
 
     void onlyTheBenchCutsTextsOfARow()
     {
@@ -151,18 +88,13 @@ private Q_SLOTS:
 
     void namesAreShownAsTheyAre()
     {
-        const QString id = QStringLiteral("<b>K1</b> &amp; K2");
-        m_fixture.reset(); // one tool of a name at a time
-        m_fixture = std::make_unique<PanelFixture>(toolEntry(
-            {channelEntry(id, QStringLiteral("analogOutput"), QStringLiteral("in"), QStringLiteral("ain"))}));
-        QVERIFY(m_fixture->settle());
-        m_fixture->setLive(false);
-        QVERIFY(m_fixture->settle());
+        const QString id = "<b>K1</b> &amp; K2"_s;
+        showChannels({channelEntry(id, "analogOutput"_s, "in"_s, "ain"_s)});
         setChannelValue(*m_fixture, 0, id);
         const QVector<QPair<QString, QString>> shown = {
-            {QStringLiteral(".idInformation.idChannelId"), id},
-            {QStringLiteral(".idInformation.idChannelName"), QStringLiteral("Name of ") + id},
-            {QStringLiteral(".idValueRectangle.idValue"), id},
+            {".idInformation.idChannelId"_s, id},
+            {".idInformation.idChannelName"_s, "Name of "_s + id},
+            {".idValueRectangle.idValue"_s, id},
         };
         for (const auto& [name, text] : shown) {
             QQuickItem* item = m_fixture->part(id, name);
@@ -179,12 +111,6 @@ private Q_SLOTS:
         const QQuickItem* value = m_fixture->part("AO"_s, c_value + ".idValue"_s);
         QCOMPARE(frame->property("color").value<QColor>().alpha(), 0);
         QCOMPARE(value->property("horizontalAlignment").toInt(), static_cast<int>(Qt::AlignHCenter));
-    }
-
-    void idAndNameStandWithoutASpace()
-    {
-        const QQuickItem* information = m_fixture->part("AO"_s, ".idInformation"_s);
-        QCOMPARE(information->property("spacing").toReal(), 0.0);
     }
 
     void everyRowKnowsItsPlaceInTheList()
@@ -224,28 +150,27 @@ private Q_SLOTS:
 
     void theGlyphIsThatOfAnAnalogueInput()
     {
-        const QQuickItem* glyph = itemNamed(m_fixture->page(), "idChannelRow"_s + c_glyph);
-        QVERIFY(glyph != nullptr);
-        QCOMPARE(glyph->property("name").toString(), "icon-analoginput"_s);
+        QCOMPARE(m_fixture->part("AO"_s, c_glyph)->property("name").toString(), "icon-analoginput"_s);
     }
 
-    void eachChannelStandsInItsColumn_data()
+    void theTypeDecidesTheColumnAndWhatIsVisible_data()
     {
-        QTest::addColumn<QString>("channel");
-        QTest::addColumn<QString>("column");
-        QTest::newRow("binary input") << "BI"_s << c_inputs;
-        QTest::newRow("analogue input") << "AI"_s << c_inputs;
-        QTest::newRow("binary output") << "BO"_s << c_outputs;
-        QTest::newRow("analogue output") << "AO"_s << c_outputs;
+        const Rows<QString, QString, QStringList> row("channel", "column", "visible");
+        row("binary input", "BI", c_inputs, {c_checkBox});
+        row("analogue input", "AI", c_inputs, {});
+        row("binary output", "BO", c_outputs, {c_led});
+        row("analogue output", "AO", c_outputs, {c_glyph, c_value});
     }
 
-    void eachChannelStandsInItsColumn()
+    void theTypeDecidesTheColumnAndWhatIsVisible()
     {
         QFETCH(QString, channel);
         QFETCH(QString, column);
-        QQuickItem* row = m_fixture->row(channel);
-        QVERIFY(row != nullptr);
-        QCOMPARE(row->parentItem()->parentItem()->objectName(), column);
+        QFETCH(QStringList, visible);
+        QCOMPARE(m_fixture->row(channel)->parentItem()->parentItem()->objectName(), column);
+        for (const QString& part : {c_checkBox, c_led, c_glyph, c_value}) {
+            QVERIFY2(m_fixture->part(channel, part)->isVisible() == visible.contains(part), qPrintable(part));
+        }
     }
 
     void noOtherChannelIsShown()
@@ -257,10 +182,7 @@ private Q_SLOTS:
 
     void withoutPublicChannelsTheTitlesStandAlone()
     {
-        m_fixture.reset(); // one tool of a name at a time
-        m_fixture = std::make_unique<PanelFixture>(
-            toolEntry({channelEntry("SECRET"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s)}));
-        QVERIFY(m_fixture->settle());
+        showChannels({channelEntry("SECRET"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s)});
         for (const QString& column : {c_inputs, c_outputs}) {
             int visible = 0;
             for (const QQuickItem* child : itemNamed(m_fixture->page(), column)->childItems()) {
@@ -271,33 +193,12 @@ private Q_SLOTS:
         QCOMPARE(itemsNamed(m_fixture->page(), "idChannelRow"_s).size(), 0);
     }
 
-    void theTypeDecidesWhatIsVisible_data()
-    {
-        QTest::addColumn<QString>("channel");
-        QTest::addColumn<QStringList>("visible");
-        QTest::newRow("binary input") << "BI"_s << QStringList{c_checkBox};
-        QTest::newRow("analogue input") << "AI"_s << QStringList{};
-        QTest::newRow("binary output") << "BO"_s << QStringList{c_led};
-        QTest::newRow("analogue output") << "AO"_s << QStringList{c_glyph, c_value};
-    }
-
-    void theTypeDecidesWhatIsVisible()
-    {
-        QFETCH(QString, channel);
-        QFETCH(QStringList, visible);
-        for (const QString& part : {c_checkBox, c_led, c_glyph, c_value}) {
-            QQuickItem* item = m_fixture->part(channel, part);
-            QVERIFY2(item != nullptr, qPrintable(part));
-            QVERIFY2(item->isVisible() == visible.contains(part), qPrintable(part));
-        }
-    }
-
     void theColumnsShareTheWidth()
     {
         QQuickItem* page = m_fixture->page();
         QQuickItem* column = itemNamed(page, c_root + ".idColumn"_s);
         QQuickItem* row = itemNamed(page, c_columns);
-        const qreal spacing = style(*m_fixture, "baseWidth") * 2;
+        const qreal spacing = m_fixture->style("baseWidth").toReal() * 2;
         QCOMPARE(column->width(), page->width());
         QCOMPARE(column->property("spacing"), page->property("spacing"));
         QCOMPARE(row->width(), column->width());
@@ -305,16 +206,16 @@ private Q_SLOTS:
         for (const QString& name : {c_inputs, c_outputs}) {
             QQuickItem* channels = itemNamed(page, name);
             QCOMPARE(channels->width(), (row->width() - spacing) / 2);
-            QCOMPARE(channels->property("spacing").toReal(), style(*m_fixture, "defSpacing"));
+            QCOMPARE(channels->property("spacing").toReal(), m_fixture->style("defSpacing").toReal());
         }
     }
 
     void theRowsKeepTheirProportions_data()
     {
-        QTest::addColumn<int>("pageWidth");
-        QTest::newRow("narrow") << 480;
-        QTest::newRow("usual") << 720;
-        QTest::newRow("wide") << 1600;
+        const Rows<int> row("pageWidth");
+        row("narrow", 480);
+        row("usual", 720);
+        row("wide", 1600);
     }
 
     void theRowsKeepTheirProportions()
@@ -324,9 +225,9 @@ private Q_SLOTS:
         QQuickItem* row = m_fixture->row("AO"_s);
         QQuickItem* column = itemNamed(m_fixture->page(), c_outputs);
         const auto part = [this](const QString& name) { return m_fixture->part("AO"_s, name); };
-        const qreal baseHeight = style(*m_fixture, "baseHeight");
-        const qreal spacing = style(*m_fixture, "baseWidth");
-        QTRY_COMPARE(row->width(), column->width() - style(*m_fixture, "defSpacing"));
+        const qreal baseHeight = m_fixture->style("baseHeight").toReal();
+        const qreal spacing = m_fixture->style("baseWidth").toReal();
+        QTRY_COMPARE(row->width(), column->width() - m_fixture->style("defSpacing").toReal());
         QTRY_COMPARE(m_fixture->row("BI"_s)->width(), row->width());
         QCOMPARE(row->height(), baseHeight * 5);
         QCOMPARE(row->property("spacing").toReal(), spacing);
@@ -337,12 +238,13 @@ private Q_SLOTS:
         for (const char* name : {".idInformation.idChannelId", ".idInformation.idChannelName"}) {
             QCOMPARE(part(QLatin1String(name))->size(), QSizeF(information->width(), row->height() / 2));
         }
+        QCOMPARE(information->property("spacing").toReal(), 0.0);
         QQuickItem* frame = part(c_value);
         QCOMPARE(frame->height(), row->height());
         QCOMPARE(frame->width(), row->width() - indicator->width() - information->width() - 2 * spacing);
         QCOMPARE(QQmlProperty::read(frame, "border.width"_s).toReal(), baseHeight / 6);
         QCOMPARE(QQmlProperty::read(frame, "border.color"_s).value<QColor>(),
-                 styleColor(*m_fixture, "widgetDisabledBorderColor"));
+                 m_fixture->style("widgetDisabledBorderColor").value<QColor>());
         QVERIFY(frame->clip());
         QQuickItem* value = part(c_value + ".idValue"_s);
         QCOMPARE(value->position(), QPointF(baseHeight / 2, baseHeight / 2));
@@ -359,22 +261,15 @@ private Q_SLOTS:
         QCOMPARE(information->x(), indicator->width() + spacing);
     }
 
-    void theTitlesAreTranslated_data()
-    {
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<QString>("title");
-        QTest::newRow("inputs") << c_inputs << "Inputs"_s;
-        QTest::newRow("outputs") << c_outputs << "Outputs"_s;
-    }
-
     void theTitlesAreTranslated()
     {
-        QFETCH(QString, column);
-        QFETCH(QString, title);
-        QQuickItem* label = itemNamed(m_fixture->page(), column)->childItems().constFirst();
-        QCOMPARE(label->property("text").toString(), title);
-        QVERIFY(label->property("font").value<QFont>().bold());
-        QVERIFY(label->property("isBigger").toBool());
+        for (const auto& [column, title] :
+             {qMakePair(c_inputs, "Inputs"_s), qMakePair(c_outputs, "Outputs"_s)}) {
+            QQuickItem* label = itemNamed(m_fixture->page(), column)->childItems().constFirst();
+            QCOMPARE(label->property("text").toString(), title);
+            QVERIFY(label->property("font").value<QFont>().bold());
+            QVERIFY(label->property("isBigger").toBool());
+        }
     }
 
     void theIdStandsBoldAboveTheName()
@@ -390,15 +285,14 @@ private Q_SLOTS:
 
     void onlyTheNumberOneIsOn_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("on");
-        QTest::newRow("the number 1") << QVariant(1) << true;
-        QTest::newRow("the real number 1") << QVariant(1.0) << true;
-        QTest::newRow("the number 0") << QVariant(0) << false;
-        QTest::newRow("the number 2") << QVariant(2) << false;
-        QTest::newRow("true") << QVariant(true) << false;
-        QTest::newRow("the text 1") << QVariant("1"_s) << false;
-        QTest::newRow("no value") << QVariant() << false;
+        const Rows<QVariant, bool> row("value", "on");
+        row("the number 1", QVariant(1), true);
+        row("the real number 1", QVariant(1.0), true);
+        row("the number 0", QVariant(0), false);
+        row("the number 2", QVariant(2), false);
+        row("true", QVariant(true), false);
+        row("the text 1", QVariant("1"_s), false);
+        row("no value", QVariant(), false);
     }
 
     void onlyTheNumberOneIsOn()
@@ -414,7 +308,7 @@ private Q_SLOTS:
         }
         QCOMPARE(m_fixture->part("BI"_s, c_checkBox)->property("checked").toBool(), on);
         const QColor color = m_fixture->part("BO"_s, c_led)->property("statusColor").value<QColor>();
-        QCOMPARE(color, styleColor(*m_fixture, on ? "toolStatusIn" : "toolStatusInactive"));
+        QCOMPARE(color, m_fixture->style(on ? "toolStatusIn" : "toolStatusInactive").value<QColor>());
     }
 
     void anAnalogueOutputShowsItsValueAsText()
@@ -430,17 +324,13 @@ private Q_SLOTS:
     {
         m_fixture->board().setInput(1, 1);
         QQuickItem* led = m_fixture->part("BO"_s, c_led);
-        QCOMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusInactive"));
+        QCOMPARE(led->property("statusColor").value<QColor>(),
+                 m_fixture->style("toolStatusInactive").value<QColor>());
         QVERIFY(QMetaObject::invokeMethod(m_fixture->page(), "updateData"));
-        QTRY_COMPARE(led->property("statusColor").value<QColor>(), styleColor(*m_fixture, "toolStatusIn"));
+        QTRY_COMPARE(led->property("statusColor").value<QColor>(),
+                     m_fixture->style("toolStatusIn").value<QColor>());
     }
-
-private:
-    std::optional<MessageLog> m_log;
-    std::unique_ptr<PanelFixture> m_fixture;
 };
 
-QTEST_MAIN(MaintenancePageTest)
-
-#include "literals.h"
+QTEST_MAIN(TestMaintenancePage)
 #include "test_maintenance_page.moc"

@@ -1,4 +1,3 @@
-#include "message_log.h"
 #include "panel_fixture.h"
 
 #include <QSignalSpy>
@@ -13,35 +12,25 @@ constexpr int c_line = 0;
 } // namespace
 
 /// What a click does, in whatever host: the line is toggled, and the box follows the line.
-class PanelClicksTest : public QObject
+class TestPanelClicks : public QuietTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init()
+protected:
+    void setUp() override
     {
-        m_log.emplace();
         // The private channel makes the row of the page another than the place in the configuration.
-        m_fixture = std::make_unique<PanelFixture>(toolEntry({
+        showChannels({
             channelEntry("SECRET"_s, "digitalInput"_s, "out"_s, "dout"_s, "private"_s),
             channelEntry("LAMP"_s, "digitalOutput"_s, "in"_s, "din"_s),
             channelEntry(c_channel, "digitalInput"_s, "out"_s, "dout"_s),
             channelEntry("READONLY"_s, "digitalInput"_s, "in"_s, "din"_s),
-        }));
-        QVERIFY(m_fixture->settle());
-        m_fixture->setLive(false);
-        QVERIFY(m_fixture->settle());
-        QVERIFY(QTest::qWaitForWindowActive(&m_fixture->window()));
+        });
         m_box = m_fixture->part(c_channel, c_checkBox);
         QVERIFY(m_box != nullptr);
     }
 
-    void cleanup()
-    {
-        m_fixture.reset();
-        QCOMPARE(m_log->takeProblems(), QString());
-    }
-
+private Q_SLOTS:
     void aClickLeavesTheBoxAloneUntilTheValueArrives()
     {
         QSignalSpy changes(m_box, SIGNAL(checkedChanged()));
@@ -109,12 +98,8 @@ private Q_SLOTS:
 private:
     bool isChecked() const { return m_box->property("checked").toBool(); }
 
-    std::optional<MessageLog> m_log;
-    std::unique_ptr<PanelFixture> m_fixture;
     QQuickItem* m_box = nullptr;
 };
 
-QTEST_MAIN(PanelClicksTest)
-
-#include "literals.h"
+QTEST_MAIN(TestPanelClicks)
 #include "test_panel_clicks.moc"

@@ -67,8 +67,8 @@ Item {
             detachedClicks.clear()
         }
 
-        // Last of all: the click takes the box from its binding for good.
-        function test_z_a_click_checks_the_box_itself() {
+        // The click takes the box from its binding for good.
+        function test_aClickChecksTheBoxItself() {
             mouseClick(attached)
             compare(attachedClicks.count, 1)
             compare(attached.checked, true)
@@ -76,7 +76,7 @@ Item {
             compare(attached.checked, false)
         }
 
-        function test_a_click_on_a_detached_box_only_tells() {
+        function test_aClickOnADetachedBoxOnlyTells() {
             mouseClick(detached)
             compare(detachedClicks.count, 1)
             compare(detached.checked, false)
@@ -88,21 +88,21 @@ Item {
             compare(detached.checked, false)
         }
 
-        function test_a_key_that_is_held_clicks_once() {
+        function test_aKeyThatIsHeldClicksOnce() {
             detached.forceActiveFocus()
             keyPress(Qt.Key_Space)
             keyRelease(Qt.Key_Space)
             compare(detachedClicks.count, 1)
         }
 
-        function test_a_lamp_is_lit_by_any_colour_but_the_inactive_one() {
+        function test_aLampIsLitByAnyColourButTheInactiveOne() {
             lamp.statusColor = Style.toolStatusInactive
             compare(lamp.lit, false)
             lamp.statusColor = Style.toolStatusIn
             compare(lamp.lit, true)
         }
 
-        function test_a_text_that_is_cut_shows_whole_under_the_pointer() {
+        function test_aTextThatIsCutShowsWholeUnderThePointer() {
             compare(label.truncated, true)
             mouseMove(label, 10, 10)
             tryVerify(() => findTip(label) !== null)
@@ -132,7 +132,7 @@ Item {
             return (Math.max(first, second) + 0.05) / (Math.min(first, second) + 0.05)
         }
 
-        function test_texts_can_be_read_in_both_themes_data() {
+        function test_textsCanBeReadInBothThemes_data() {
             const surfaces = ["background", "surface", "surfaceRaised"]
             const rows = [{tag: "on accent", dark: false, text: "accentText", surface: "accent", least: 4.5},
                           {tag: "on accent, dark", dark: true, text: "accentText", surface: "accent", least: 4.5}]
@@ -151,7 +151,7 @@ Item {
             return rows
         }
 
-        function test_texts_can_be_read_in_both_themes(row) {
+        function test_textsCanBeReadInBothThemes(row) {
             Style.dark = row.dark
             const ratio = contrast(Style[row.text], Style[row.surface])
             verify(ratio >= row.least, `contrast ${ratio.toFixed(2)}`)
