@@ -39,9 +39,56 @@ QStringList textOf(const std::vector<CourseStep>& course)
     return steps;
 }
 
+/// A course in a window.
+struct Shown
+{
+    explicit Shown(LineDevice* board)
+        : clock(board->scheduler())
+        , lines(board, {}, &clock)
+    {
+        frame.setParentItem(window.contentItem());
+        frame.setClip(true);
+        frame.setSize({200, 60});
+        item.setParentItem(&frame);
+        item.setSize({200, 48});
+        item.setColor(Qt::black);
+        item.setLine(c_line);
+        item.setLines(&lines);
+        window.resize(300, 200);
+        window.show();
+        (void)QTest::qWaitForWindowExposed(&window); // it has its size then
+    }
+
+    /// Where the line is drawn in each quarter of the picture.
+    QString drawn()
+    {
+        QImage picture(200, 48, QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        item.paint(&painter);
+        QStringList quarters;
+        for (const int x : {25, 75, 125, 175}) {
+            const bool high = picture.pixelColor(x, 11) == Qt::black;
+            const bool low = picture.pixelColor(x, 36) == Qt::black || picture.pixelColor(x, 35) == Qt::black;
+            quarters.append(high && low ? "both"_s : (high ? "high"_s : (low ? "low"_s : "nothing"_s)));
+        }
+        return quarters.join(QLatin1Char(' '));
+    }
+
+    DeviceClock clock;
+    LinesModel lines;
+    QQuickWindow window;
+    QQuickItem frame;
+    WaveformItem item;
+};
+
+/// Hides a course, or shows it again.
+using Hiding = void (*)(Shown&, bool);
+
 } // namespace
 
 Q_DECLARE_METATYPE(QVector<LineLevel>)
+Q_DECLARE_METATYPE(Hiding)
 
 /// What is remembered of a line, how it is drawn, and when not.
 class TestCourses : public QObject
@@ -213,39 +260,23 @@ private Q_SLOTS:
 
     void aCourseThatCannotBeSeenDoesNotMove_data()
     {
-        const Rows<int> row("hidden");
-        row("invisible", 0);
-        row("scrolled out", 1);
-        row("outside the window", 2);
-        row("folded", 3);
-        row("minimised", 4);
+        const Rows<Hiding> row("hide");
+        row("invisible", [](Shown& shown, bool hides) { shown.item.setVisible(!hides); });
+        row("scrolled out", [](Shown& shown, bool hides) { shown.item.setY(hides ? -200 : 0); });
+        row("outside the window", [](Shown& shown, bool hides) { shown.frame.setX(hides ? 10000 : 0); });
+        row("folded", [](Shown& shown, bool hides) { shown.frame.setWidth(hides ? 0 : 200); });
+        row("minimised", [](Shown& shown, bool hides) {
+            hides ? shown.window.showMinimized() : shown.window.showNormal();
+        });
     }
 
     void aCourseThatCannotBeSeenDoesNotMove()
     {
-        QFETCH(int, hidden);
+        QFETCH(Hiding, hide);
         Shown shown(m_board.get());
         scheduler().advance(20 * c_second);
-        const auto hide = [&](bool hides) {
-            switch (hidden) {
-            case 0:
-                shown.item.setVisible(!hides);
-                break;
-            case 1:
-                shown.item.setY(hides ? -200 : 0);
-                break;
-            case 2:
-                shown.frame.setX(hides ? 10000 : 0);
-                break;
-            case 3:
-                shown.frame.setWidth(hides ? 0 : 200);
-                break;
-            default:
-                hides ? shown.window.showMinimized() : shown.window.showNormal();
-            }
-        };
-        hide(true);
-        if (hidden == 4 &&
+        hide(shown, true);
+        if (QByteArray("minimised") == QTest::currentDataTag() &&
             !QTest::qWaitFor([&] { return shown.window.visibility() == QWindow::Minimized; }, 500)) {
             QSKIP("without a window manager nothing is minimised");
         }
@@ -254,7 +285,7 @@ private Q_SLOTS:
         shown.lines.setLevel(c_line, 1);
         scheduler().advance(5 * c_second);
         QCOMPARE(ticks.count(), 1);
-        hide(false);
+        hide(shown, false);
         QCoreApplication::processEvents();
         shown.clock.want();
         scheduler().advance(c_second);
@@ -300,50 +331,6 @@ private Q_SLOTS:
     }
 
 private:
-    /// A course in a window.
-    struct Shown
-    {
-        explicit Shown(LineDevice* board)
-            : clock(board->scheduler())
-            , lines(board, {}, &clock)
-        {
-            frame.setParentItem(window.contentItem());
-            frame.setClip(true);
-            frame.setSize({200, 60});
-            item.setParentItem(&frame);
-            item.setSize({200, 48});
-            item.setColor(Qt::black);
-            item.setLine(c_line);
-            item.setLines(&lines);
-            window.resize(300, 200);
-            window.show();
-            (void)QTest::qWaitForWindowExposed(&window); // it has its size then
-        }
-
-        /// Where the line is drawn in each quarter of the picture.
-        QString drawn()
-        {
-            QImage picture(200, 48, QImage::Format_RGB32);
-            picture.fill(Qt::white);
-            QPainter painter(&picture);
-            item.paint(&painter);
-            QStringList quarters;
-            for (const int x : {25, 75, 125, 175}) {
-                const bool high = picture.pixelColor(x, 11) == Qt::black;
-                const bool low =
-                    picture.pixelColor(x, 36) == Qt::black || picture.pixelColor(x, 35) == Qt::black;
-                quarters.append(high && low ? "both"_s : (high ? "high"_s : (low ? "low"_s : "nothing"_s)));
-            }
-            return quarters.join(QLatin1Char(' '));
-        }
-
-        DeviceClock clock;
-        LinesModel lines;
-        QQuickWindow window;
-        QQuickItem frame;
-        WaveformItem item;
-    };
-
     ManualScheduler& scheduler() { return *m_scheduler; }
 
     std::unique_ptr<ManualScheduler> m_scheduler;

@@ -31,6 +31,16 @@ QVariant at(const QAbstractItemModel& model, int row, int role)
     return model.index(row, 0).data(role);
 }
 
+/// What a row has in these roles, with bars in between.
+QString shown(const QAbstractItemModel& model, int row, const QVector<int>& roles)
+{
+    QStringList texts;
+    for (const int role : roles) {
+        texts.append(at(model, row, role).toString());
+    }
+    return texts.join(" | "_s);
+}
+
 /// Row of the parameter called name.
 int rowOf(const CommandForm& form, const QString& name)
 {
@@ -77,11 +87,11 @@ private Q_SLOTS:
     void theToolsAreListed()
     {
         QCOMPARE(m_tools->rowCount(), 1);
-        QCOMPARE(at(*m_tools, 0, ToolsModel::NameRole).toString(), "Front panel"_s);
-        QCOMPARE(at(*m_tools, 0, ToolsModel::IdRole).toString(), m_bench->tool().id());
-        QCOMPARE(at(*m_tools, 0, ToolsModel::PluginRole).toString(), "Tool Gpio"_s);
-        QCOMPARE(at(*m_tools, 0, ToolsModel::ChannelCountRole).toInt(), 8);
-        QCOMPARE(at(*m_tools, 0, ToolsModel::StateRole).toString(), "Connected"_s);
+        using Tools = ToolsModel;
+        QCOMPARE(shown(*m_tools, 0,
+                       {Tools::NameRole, Tools::IdRole, Tools::PluginRole, Tools::ChannelCountRole,
+                        Tools::StateRole}),
+                 "Front panel | %1 | Tool Gpio | 8 | Connected"_s.arg(m_bench->tool().id()));
         QCOMPARE(m_tools->toolAt(0), &m_bench->tool());
         QVERIFY(m_tools->toolAt(1) == nullptr);
         QVERIFY(m_tools->toolAt(-1) == nullptr);
@@ -110,16 +120,15 @@ private Q_SLOTS:
     void theLinesAreListedWithTheirChannels()
     {
         QCOMPARE(m_lines->rowCount(), 8);
-        QCOMPARE(at(*m_lines, 0, LinesModel::NameRole).toString(), "do0"_s);
-        QCOMPARE(at(*m_lines, 0, LinesModel::ChannelsRole).toString(), "START"_s);
-        QVERIFY(at(*m_lines, 0, LinesModel::OutputRole).toBool());
-        QVERIFY(!at(*m_lines, 0, LinesModel::SettableRole).toBool());
-        QVERIFY(!at(*m_lines, 1, LinesModel::SettableRole).toBool()); // a wire feeds it
-        QVERIFY(at(*m_lines, 5, LinesModel::SettableRole).toBool());
-        QVERIFY(at(*m_lines, 2, LinesModel::AnalogRole).toBool());
-        QCOMPARE(at(*m_lines, 1, LinesModel::HighestRole).toInt(), 1);
-        QCOMPARE(at(*m_lines, 2, LinesModel::HighestRole).toInt(), 65535);
-        QCOMPARE(at(*m_lines, 5, LinesModel::LineRole).toInt(), 5);
+        using Lines = LinesModel;
+        const QVector<int> roles = {Lines::LineRole,   Lines::NameRole,   Lines::ChannelsRole,
+                                    Lines::AnalogRole, Lines::OutputRole, Lines::SettableRole,
+                                    Lines::HighestRole};
+        QCOMPARE(shown(*m_lines, 0, roles), "0 | do0 | START | false | true | false | 1"_s);
+        QCOMPARE(shown(*m_lines, 1, roles),
+                 "1 | di0 | READY | false | false | false | 1"_s); // a wire feeds it
+        QCOMPARE(shown(*m_lines, 2, roles), "2 | ai0 | PRESSURE | true | false | false | 65535"_s);
+        QCOMPARE(shown(*m_lines, 5, roles), "5 | di1 | ALARM | false | false | true | 1"_s);
     }
 
     void levelsAreFollowed()
@@ -254,9 +263,9 @@ private Q_SLOTS:
     void whatFailsBesideAllOrdersIsLogged()
     {
         m_log->addProblem("board"_s, "line \"do0\" blinks no more"_s);
-        QCOMPARE(logged(0, OrderLogModel::CommandRole), "board"_s);
-        QCOMPARE(logged(0, OrderLogModel::StateRole), "problem"_s);
-        QCOMPARE(logged(0, OrderLogModel::DetailRole), "line \"do0\" blinks no more"_s);
+        QCOMPARE(shown(*m_log, 0,
+                       {OrderLogModel::CommandRole, OrderLogModel::StateRole, OrderLogModel::DetailRole}),
+                 "board | problem | line \"do0\" blinks no more"_s);
         QCOMPARE(m_log->running(), 0);
         m_log->clear();
         QCOMPARE(m_log->count(), 0);
@@ -331,12 +340,13 @@ private Q_SLOTS:
                               "listenToAll"_s, "stopTheCommand"_s, "stopListening"_s}));
         QCOMPARE(m_form->command(), "setValue"_s);
         QCOMPARE(m_form->rowCount(), 5);
-        QCOMPARE(at(*m_form, 0, CommandForm::EditorRole).toString(), "channel"_s);
+        using Form = CommandForm;
+        const QVector<int> roles = {Form::NameRole, Form::EditorRole, Form::DefaultTextRole,
+                                    Form::DescriptionRole};
+        QCOMPARE(shown(*m_form, 0, roles), "channel | channel |  | Channel"_s);
         QVERIFY(at(*m_form, 0, CommandForm::ChoicesRole).toStringList().contains("E_STOP"_s));
-        QCOMPARE(at(*m_form, 1, CommandForm::EditorRole).toString(), "number"_s);
-        QCOMPARE(at(*m_form, 1, CommandForm::DefaultTextRole).toString(), "1"_s);
-        QCOMPARE(at(*m_form, 2, CommandForm::EditorRole).toString(), "text"_s);
-        QCOMPARE(at(*m_form, 2, CommandForm::DescriptionRole).toString(), "ON, OFF, PULSE or BLINK"_s);
+        QCOMPARE(shown(*m_form, 1, roles), "value | number | 1 | Value"_s);
+        QCOMPARE(shown(*m_form, 2, roles), "state | text |  | ON, OFF, PULSE or BLINK"_s);
         m_form->setCommand("listenToAll"_s);
         QCOMPARE(m_form->rowCount(), 0);
     }
