@@ -43,9 +43,9 @@ bool hasRoomFor(int descriptor)
 
 Outlet::Outlet(int descriptor, QObject* parent)
     : QObject(parent)
-    , m_descriptor(descriptor)
+    , m_given(descriptor)
     , m_own(openAnew(descriptor))
-    , m_mayWait(mayWait(end()))
+    , m_mayWait(mayWait(target()))
 {}
 
 Outlet::~Outlet()
@@ -74,12 +74,12 @@ void Outlet::flush()
     constexpr std::size_t largestRest = 1 << 20;
     const bool hadRoom = hasRoom();
     while (m_error == 0 && m_written < m_waiting.size()) {
-        if (m_mayWait && !hasRoomFor(end())) {
+        if (m_mayWait && !hasRoomFor(target())) {
             break;
         }
         const std::size_t left = m_waiting.size() - m_written;
         const std::size_t piece = m_mayWait ? std::min<std::size_t>(left, PIPE_BUF) : left;
-        const ssize_t written = ::write(end(), m_waiting.data() + m_written, piece);
+        const ssize_t written = ::write(target(), m_waiting.data() + m_written, piece);
         if (written >= 0) {
             m_written += static_cast<std::size_t>(written);
         } else if (errno == EAGAIN) {
@@ -96,7 +96,7 @@ void Outlet::flush()
         m_waiting.erase(0, std::exchange(m_written, 0));
     }
     if (!m_waiting.empty() && m_notifier == nullptr && QCoreApplication::instance() != nullptr) {
-        m_notifier = std::make_unique<QSocketNotifier>(end(), QSocketNotifier::Write);
+        m_notifier = std::make_unique<QSocketNotifier>(target(), QSocketNotifier::Write);
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &Outlet::flush, Qt::QueuedConnection);
     }
     if (!hadRoom && hasRoom()) {
@@ -133,7 +133,7 @@ void Outlet::drain(std::vector<Outlet*> outlets)
         }
         std::vector<struct pollfd> events = {{UnixSignals::waiting(), POLLIN, 0}};
         for (const Outlet* outlet : outlets) {
-            events.push_back({outlet->end(), POLLOUT, 0});
+            events.push_back({outlet->target(), POLLOUT, 0});
         }
         poll(events.data(), events.size(), -1); // looks again where another signal ends it
         if (events.front().revents != 0) {

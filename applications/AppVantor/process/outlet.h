@@ -48,10 +48,10 @@ Q_SIGNALS:
 private:
     void flush();
     void fail(int error);
-    int end() const { return m_own >= 0 ? m_own : m_descriptor; }
+    int target() const { return m_own >= 0 ? m_own : m_given; }
     void closeOwn();
 
-    const int m_descriptor;
+    const int m_given;
     int m_own;            ///< what was opened anew; -1 for nothing
     const bool m_mayWait; ///< writing waits where there is no room
     std::string m_waiting;

@@ -78,7 +78,7 @@ VcdTrace::VcdTrace(const LineDevice& device, QObject* parent)
 
 VcdTrace::~VcdTrace()
 {
-    Outlet::drain({finish()});
+    end();
     if (m_file >= 0) {
         close(m_file); // the record had failed before
     }
@@ -127,6 +127,12 @@ Outlet* VcdTrace::finish()
     }
     m_device.scheduler()->cancel(std::exchange(m_writing, {}));
     return m_outlet.get();
+}
+
+QString VcdTrace::end()
+{
+    Outlet::drain({finish()});
+    return m_problem;
 }
 
 /// The outlet touches nothing any more once it has said that it is drained.

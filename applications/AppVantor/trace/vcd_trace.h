@@ -30,6 +30,8 @@ public:
     /// Ends the record. Returns what is left of it, for Outlet::drain; null for nothing. The file is closed
     /// as soon as it is written out.
     Outlet* finish();
+    /// The same, and writes it out; a signal ends that. Returns the problem.
+    QString end();
     /// Empty, or why the record is not complete.
     const QString& problem() const { return m_problem; }
 
