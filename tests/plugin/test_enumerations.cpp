@@ -1,4 +1,4 @@
-#include "text.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QtTest>
@@ -14,11 +14,11 @@ struct Enumeration
 /// The enumerations of all sources of the plugin, each enumerator as "name = value".
 QVector<Enumeration> enumerations()
 {
-    static const QRegularExpression comments("//.*$"_q, QRegularExpression::MultilineOption);
-    static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_q);
+    static const QRegularExpression comments("//.*$"_s, QRegularExpression::MultilineOption);
+    static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_s);
     QVector<Enumeration> found;
     const QDir folder(QStringLiteral(PLUGIN_SOURCE_DIR));
-    const QStringList names = folder.entryList({"*.h"_q, "*.cpp"_q});
+    const QStringList names = folder.entryList({"*.h"_s, "*.cpp"_s});
     for (const QString& name : names) {
         QFile file(folder.filePath(name));
         if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
@@ -54,12 +54,12 @@ private Q_SLOTS:
             names.append(enumeration.name);
         }
         names.sort();
-        QCOMPARE(names, QStringList({"EnChannelType"_q, "EnEdgeMode"_q, "EnState"_q}));
+        QCOMPARE(names, QStringList({"EnChannelType"_s, "EnEdgeMode"_s, "EnState"_s}));
     }
 
     void eachCountsFromZeroAndEndsWithItsCount()
     {
-        static const QRegularExpression prefix("^(Ce[A-Z][a-z])[A-Z]"_q);
+        static const QRegularExpression prefix("^(Ce[A-Z][a-z])[A-Z]"_s);
         for (const Enumeration& enumeration : enumerations()) {
             const QStringList& enumerators = enumeration.enumerators;
             const QString abbreviation = prefix.match(enumerators.first()).captured(1);
@@ -67,9 +67,9 @@ private Q_SLOTS:
             const int count = enumerators.size() - 1;
             for (int i = 0; i < count; ++i) {
                 QVERIFY2(enumerators.at(i).startsWith(abbreviation), qPrintable(enumerators.at(i)));
-                QVERIFY2(enumerators.at(i).endsWith(" = %1"_q.arg(i)), qPrintable(enumerators.at(i)));
+                QVERIFY2(enumerators.at(i).endsWith(" = %1"_s.arg(i)), qPrintable(enumerators.at(i)));
             }
-            QCOMPARE(enumerators.last(), "_%1Nbr = %2"_q.arg(abbreviation).arg(count));
+            QCOMPARE(enumerators.last(), "_%1Nbr = %2"_s.arg(abbreviation).arg(count));
         }
     }
 };
