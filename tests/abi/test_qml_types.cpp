@@ -52,11 +52,12 @@ private Q_SLOTS:
 
     void channelTypesAreNumbers()
     {
-        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtBinOut }"), QVariant(4));
-        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtBinIn }"), QVariant(3));
-        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtAnaOut }"), QVariant(2));
-        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtAnaIn }"), QVariant(1));
-        QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel.CeCtUnknown }"), QVariant(0));
+        const QVector<QByteArray> types = {"CeCtUnknown", "CeCtAnaIn", "CeCtAnaOut", "CeCtBinIn",
+                                           "CeCtBinOut"};
+        for (int number = 0; number < types.size(); ++number) {
+            QCOMPARE(answerOf("QtObject { property int answer: DGpioChannel." + types.at(number) + " }"),
+                     QVariant(number));
+        }
     }
 
     void channelIsAPropertyType()
@@ -77,7 +78,7 @@ private Q_SLOTS:
     void propertiesCannotBeWritten_data()
     {
         QTest::addColumn<QByteArray>("object");
-        QTest::newRow("id of a channel") << QByteArray("DGpioChannel { name: 'x' }");
+        QTest::newRow("name of a channel") << QByteArray("DGpioChannel { name: 'x' }");
         QTest::newRow("value of a channel") << QByteArray("DGpioChannel { value: 1 }");
         QTest::newRow("version of a backend") << QByteArray("BeMaintenanceToolGpio { version: '1' }");
     }

@@ -27,13 +27,12 @@ QVariant anyChannelEntry(FuzzedDataProvider* data, Variants* variants)
     if (data->ConsumeBool()) {
         return variants->value();
     }
-    QVariantMap entry =
-        channelEntry(variants->text(),
-                     {{"direction"_s, "out"_s}, {"type"_s, variants->text()}, {"link"_s, variants->text()}});
-    entry.insert("name"_s, variants->value(1));
-    QVariantList items = entry.value("value"_s).toList();
-    items.append(variants->value(1));
-    entry.insert("value"_s, items);
+    const QVariantMap items = {
+        {"type"_s, variants->text()}, {"direction"_s, "out"_s}, {"link"_s, variants->text()}};
+    const QVariant another = variants->value(1);
+    QVariantMap entry = channelEntry(variants->text(), items);
+    entry["name"_s] = variants->value(1);
+    entry["value"_s] = entry.value("value"_s).toList() << another;
     return entry;
 }
 

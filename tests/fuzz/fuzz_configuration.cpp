@@ -1,6 +1,6 @@
 #include "support/fuzzer_process.h"
+#include "support/lifecycle_rules.h"
 #include "support/memory_file.h"
-#include "support/order_watch.h"
 #include "support/require.h"
 
 #include <configuration/bench_configuration.h>

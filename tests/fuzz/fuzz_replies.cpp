@@ -1,5 +1,5 @@
 #include "support/fuzzer_process.h"
-#include "support/order_watch.h"
+#include "support/lifecycle_rules.h"
 #include "support/require.h"
 #include "support/variants.h"
 

@@ -72,30 +72,6 @@ public:
     }
 };
 
-/// Two working instances of one prototype, on a channel of the same name linked to "line0" and "line1"; the
-/// second one's requests are numbered from 7 on.
-template <typename Command>
-class TwoInstances
-{
-public:
-    TwoInstances(const QVariantMap& firstArguments, const QVariantMap& secondArguments)
-        : first(prototype.createCommand(firstArguments))
-        , second(prototype.createCommand(secondArguments))
-        , firstRecord(recordOf(dynamic_cast<Command&>(*first)))
-        , secondRecord(recordOf(dynamic_cast<Command&>(*second)))
-    {
-        linkStart(firstRecord, "line0"_s, "out"_s);
-        linkStart(secondRecord, "line1"_s, "out"_s);
-        secondRecord.nextInstructionId = 7;
-    }
-
-    Command prototype{nullptr};
-    const QSharedPointer<ICommand> first;
-    const QSharedPointer<ICommand> second;
-    CommandRecord& firstRecord;
-    CommandRecord& secondRecord;
-};
-
 /// A device request: its instruction and its arguments.
 using Request = QPair<QString, QVariantMap>;
 /// A result that a command updated.

@@ -98,10 +98,10 @@ QStringList namesOfAll()
     return names;
 }
 
-/// The class of the row that runs.
+/// The class of the row that runs, which is called "name" or "name, case".
 const CommandClass& rowsClass()
 {
-    return classNamed(QString::fromLatin1(QTest::currentDataTag()));
+    return classNamed(QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(','), 0, 0));
 }
 
 QString sourceOf(const CommandClass& kind)
@@ -281,14 +281,121 @@ private Q_SLOTS:
     void writingOnAnotherDirectionThanOutIsRefused()
     {
         QFETCH(QVariant, direction);
-        const QString row = QString::fromLatin1(QTest::currentDataTag());
-        const CommandClass& kind = classNamed(row.section(QLatin1Char(','), 0, 0));
-        const auto command = workingCommand(kind, {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
+        const auto command = workingCommand(rowsClass(), {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
         linkStart(recordOf(*command), "line0"_s, direction);
         QVERIFY(!command->commandExecute());
-        COMPARE_ONE_REPORT(*command, sourceOf(kind), "ERROR: Trying to write on an non output io"_s);
+        COMPARE_ONE_REPORT(*command, sourceOf(rowsClass()), "ERROR: Trying to write on an non output io"_s);
         QCOMPARE(recordOf(*command).calls, QStringList({"commandExecute"_s, "getParameterValue channel"_s,
                                                         "getInfoFromChannel START direction as QString"_s}));
+    }
+
+    void executeSendsOneRequest_data()
+    {
+        QTest::addColumn<QStringList>("calls");
+        QTest::addColumn<QVariantMap>("arguments");
+        const QString channel = "getParameterValue channel"_s;
+        const QString link = "getLinkedChannel START"_s;
+        const QVariantMap line = onChannel("line0"_s);
+        QTest::newRow("switchValue") << QStringList{channel,
+                                                    "getInfoFromChannel START direction as QString"_s, link,
+                                                    "addInstruction getValue"_s}
+                                     << line;
+        QTest::newRow("getValue") << QStringList{channel, link, "addInstruction getValue"_s} << line;
+        QTest::newRow("startListening, without an edge mode")
+            << QStringList{channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}
+            << line;
+        QTest::newRow("startListening, RE")
+            << QStringList{channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}
+            << line;
+        QTest::newRow("listenToAll") << QStringList{"addInstruction listenToAll"_s} << QVariantMap();
+    }
+    void executeSendsOneRequest()
+    {
+        QFETCH(QStringList, calls);
+        QFETCH(QVariantMap, arguments);
+        const QString edge = QString::fromLatin1(QTest::currentDataTag()).section(", "_s, 1);
+        const auto command = workingCommand(rowsClass(), {{"channel"_s, "START"_s}, {"edge"_s, edge}});
+        QVERIFY(command->commandExecute());
+        QCOMPARE(recordOf(*command).calls, QStringList("commandExecute"_s) + calls);
+        COMPARE_REQUESTS(recordOf(*command), {{calls.last().section(QLatin1Char(' '), 1), arguments}});
+    }
+
+    void replyIsTakenUnderAnyIdentifier_data()
+    {
+        addRows({"switchValue"_s, "getValue"_s, "startListening"_s, "listenToAll"_s});
+    }
+    void replyIsTakenUnderAnyIdentifier()
+    {
+        for (const QString& edge : {""_s, "HL"_s}) {
+            const auto command = workingCommand(rowsClass(), {{"channel"_s, "START"_s}, {"edge"_s, edge}});
+            command->commandExecute();
+            const auto onReply = recordOf(*command).instructions.first().onReply;
+            QVERIFY(onReply(0, {{"value"_s, 1}, {"values"_s, QVariantList{1}}}));
+        }
+    }
+
+    void replyWithoutValueIsRejected_data()
+    {
+        QTest::addColumn<QVariantMap>("reply");
+        QTest::addColumn<QString>("text");
+        const QVector<QPair<const char*, QString>> texts = {
+            {"switchValue", "ERROR: Invalid reply format"_s},
+            {"getValue", "ERROR: Invalid reply format"_s},
+            {"listenToAll", "ERROR: reply does not contain values"_s}};
+        for (const auto& [command, text] : texts) {
+            QTest::addRow("%s, empty", command) << QVariantMap() << text;
+            QTest::addRow("%s, another case", command) << QVariantMap({{"Value"_s, 1}}) << text;
+            QTest::addRow("%s, values", command) << QVariantMap({{"values"_s, 37}}) << text;
+        }
+    }
+    void replyWithoutValueIsRejected()
+    {
+        QFETCH(QVariantMap, reply);
+        QFETCH(QString, text);
+        const auto command = workingCommand(rowsClass(), onChannel("START"_s));
+        command->commandExecute();
+        const CommandRecord& record = recordOf(*command);
+        const auto onReply = record.instructions.first().onReply;
+        QVERIFY(!onReply(1, reply));
+        COMPARE_ONE_REPORT(*command, sourceOf(rowsClass()), text);
+        COMPARE_RESULTS(record, {});
+        QCOMPARE(record.instructions.size(), 1);
+        QVERIFY2(onReply(1, {{"value"_s, 1}}), "later replies are handled normally");
+    }
+
+    void instancesOfOnePrototypeShareNothingAndStopOnlyTheirOwnRequest_data() { addRows(); }
+    void instancesOfOnePrototypeShareNothingAndStopOnlyTheirOwnRequest()
+    {
+        const QVariantMap arguments = {{"channel"_s, "START"_s}, {"state"_s, "PULSE"_s}};
+        const std::unique_ptr<DAbstractCommand> prototype(rowsClass().makePrototype(nullptr));
+        const QSharedPointer<ICommand> first = prototype->createCommand(arguments);
+        const QSharedPointer<ICommand> second = prototype->createCommand(arguments);
+        CommandRecord& firstRecord = recordOf(dynamic_cast<DAbstractCommand&>(*first));
+        CommandRecord& secondRecord = recordOf(dynamic_cast<DAbstractCommand&>(*second));
+        linkStart(firstRecord, "line0"_s, "out"_s);
+        linkStart(secondRecord, "line1"_s, "out"_s);
+        secondRecord.nextInstructionId = 7;
+
+        first->commandExecute();
+        const int updates = firstRecord.updatedResults.size();
+        QCOMPARE(secondRecord.calls, declaringCalls(rowsClass()));
+        second->commandExecute();
+        QCOMPARE(firstRecord.instructions.size(), secondRecord.instructions.size());
+        if (!secondRecord.instructions.isEmpty()) {
+            const QVariantMap request = secondRecord.instructions.first().arguments;
+            QCOMPARE(request.value("channel"_s, "line1"_s), QVariant("line1"_s));
+            second->setReply(7, {{"value"_s, 1}, {"values"_s, QVariantList{1}}});
+        }
+        bool ok = true;
+        second->finishTheCommand(ok);
+        QCOMPARE(firstRecord.updatedResults.size(), updates);
+        QVERIFY(firstRecord.replies.isEmpty());
+        QVERIFY(firstRecord.stoppedInstructions.isEmpty());
+        const bool listens = rowsClass().stopName == "stopListening"_s;
+        QCOMPARE(secondRecord.stoppedInstructions, listens ? QVector<quint64>{7} : QVector<quint64>());
+        const auto* pulse = dynamic_cast<DAbstractCommand&>(*first).findChild<QTimer*>();
+        QCOMPARE(pulse != nullptr && pulse->isActive(), rowsClass().name == "setValue"_s);
+        QCOMPARE(recordOf(*prototype).calls, declaringCalls(rowsClass()));
     }
 
     void stopBeforeAnyRequestOnlyFinishes_data()

@@ -9,22 +9,14 @@ class TestGetValue : public QuietTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void requestNamesTheLinkedDeviceChannelWhateverItsDirection_data()
+    void directionIsNotLookedAt()
     {
-        QTest::addColumn<QVariant>("direction");
-        QTest::newRow("in") << QVariant("in"_s);
-        QTest::newRow("out") << QVariant("out"_s);
-        QTest::newRow("none") << QVariant();
-    }
-    void requestNamesTheLinkedDeviceChannelWhateverItsDirection()
-    {
-        QFETCH(QVariant, direction);
-        Recorded bench;
-        linkStart(bench.record, "line0"_s, direction);
-        QVERIFY(bench.command.commandExecute());
-        QCOMPARE(bench.record.calls, QStringList({"commandExecute"_s, "getParameterValue channel"_s,
-                                                  "getLinkedChannel START"_s, "addInstruction getValue"_s}));
-        COMPARE_REQUESTS(bench.record, {{"getValue"_s, {{"channel"_s, "line0"_s}}}});
+        for (const QVariant& direction : {QVariant("in"_s), QVariant("out"_s), QVariant()}) {
+            Recorded bench;
+            linkStart(bench.record, "line0"_s, direction);
+            QVERIFY(bench.command.commandExecute());
+            COMPARE_REQUESTS(bench.record, {{"getValue"_s, onChannel("line0"_s)}});
+        }
     }
 
     void unlinkedChannelIsOnlyReported()
@@ -71,41 +63,6 @@ private Q_SLOTS:
         QVERIFY(!bench.reply(0, {{"value"_s, 1}}));
         bench.record.updateAnswer = true;
         QVERIFY(bench.reply(0, {{"value"_s, 1}}));
-    }
-
-    void identifierOfTheInstructionIsNotLookedAt()
-    {
-        Executed bench;
-        QVERIFY(bench.replyAs(0, 0, {{"value"_s, 1}}));
-        COMPARE_RESULTS(bench.record, {{"value"_s, 1}});
-    }
-
-    void replyWithoutValueIsRejected_data()
-    {
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::newRow("empty") << QVariantMap();
-        QTest::newRow("another case") << QVariantMap({{"Value"_s, 1}});
-        QTest::newRow("another key") << QVariantMap({{"values"_s, QVariantList({1})}});
-    }
-    void replyWithoutValueIsRejected()
-    {
-        QFETCH(QVariantMap, reply);
-        Executed bench;
-        QVERIFY(!bench.reply(0, reply));
-        COMPARE_ONE_REPORT(bench.command, "d_cmd_getValue"_s, "ERROR: Invalid reply format"_s);
-        COMPARE_RESULTS(bench.record, {});
-    }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        TwoInstances<DCmdGetValue> two(onChannel("START"_s), onChannel("START"_s));
-        QVERIFY(two.first->commandExecute());
-        QVERIFY(two.second->commandExecute());
-        QVERIFY(two.first->setReply(1, {{"value"_s, 1}}));
-        COMPARE_RESULTS(two.firstRecord, {{"value"_s, 1}});
-        COMPARE_RESULTS(two.secondRecord, {});
-        COMPARE_REQUESTS(two.secondRecord, {{"getValue"_s, {{"channel"_s, "line1"_s}}}});
-        COMPARE_REQUESTS(recordOf(two.prototype), {});
     }
 };
 

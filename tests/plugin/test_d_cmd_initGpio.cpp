@@ -179,15 +179,6 @@ private Q_SLOTS:
         QCOMPARE(bench.command.m_pendingReplies, left);
         COMPARE_RESULTS(bench.record, left == 0 ? QVector<Result>{{"doneOk"_s, true}} : QVector<Result>());
     }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        TwoInstances<DCmdInitGpio> two({}, {});
-        QVERIFY(two.first->commandExecute());
-        COMPARE_RESULTS(two.firstRecord, {{"doneOk"_s, true}});
-        COMPARE_RESULTS(two.secondRecord, {});
-        COMPARE_RESULTS(recordOf(two.prototype), {});
-    }
 };
 
 QTEST_GUILESS_MAIN(TestInitGpio)

@@ -36,24 +36,6 @@ class TestListenEvents : public QuietTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void requestNamesTheLinkedDeviceChannelOnly_data()
-    {
-        QTest::addColumn<QString>("edge");
-        QTest::newRow("no edge mode") << ""_s;
-        QTest::newRow("rising edge") << "RE"_s;
-    }
-    void requestNamesTheLinkedDeviceChannelOnly()
-    {
-        QFETCH(QString, edge);
-        Recorded bench(listening(edge));
-        linkStart(bench.record, "line0"_s, "in"_s);
-        QVERIFY(bench.command.commandExecute());
-        QCOMPARE(bench.record.calls,
-                 QStringList({"commandExecute"_s, "getParameterValue channel"_s, "getParameterValue edge"_s,
-                              "getLinkedChannel START"_s, "addInstruction listenEvents"_s}));
-        COMPARE_REQUESTS(bench.record, {{"listenEvents"_s, {{"channel"_s, "line0"_s}}}});
-    }
-
     void unlinkedChannelIsListenedToAsItIs()
     {
         Recorded bench(onChannel("NOWHERE"_s));
@@ -237,15 +219,6 @@ private Q_SLOTS:
         COMPARE_EXACTLY(bench.record.replies.last(), report(true, 1));
     }
 
-    void identifierOfTheInstructionIsNotLookedAt()
-    {
-        for (const QString& edge : {""_s, "HL"_s}) {
-            Executed bench(listening(edge));
-            QVERIFY(bench.replyAs(0, 0, oneReading(1)));
-            QCOMPARE(bench.record.replies.size(), 1);
-        }
-    }
-
     void detectionWithoutAnEdgeModeTellsChanges()
     {
         RecordedCommand<OpenedListenEvents> bench;
@@ -265,20 +238,6 @@ private Q_SLOTS:
         QVERIFY(bench.command.commandExecute());
         QVERIFY(bench.reply(1, oneReading(1)));
         COMPARE_EXACTLY(bench.record.replies.last(), report(true, 1));
-    }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        TwoInstances<DCmdListenEvents> two(listening("RE"_s), listening("RE"_s));
-        QVERIFY(two.first->commandExecute());
-        QVERIFY(two.second->commandExecute());
-        QVERIFY(two.first->setReply(1, oneReading(0)));
-        QVERIFY(two.second->setReply(7, oneReading(1)));
-        COMPARE_EXACTLY(two.secondRecord.replies.value(0), report(false, 1));
-        bool ok = true;
-        two.second->finishTheCommand(ok);
-        QCOMPARE(two.firstRecord.stoppedInstructions, QVector<quint64>());
-        QCOMPARE(two.secondRecord.stoppedInstructions, QVector<quint64>({7}));
     }
 };
 

@@ -1,7 +1,6 @@
 #include "d_cmd_listenToAll.h"
 #include "recorded_command.h"
 
-using Recorded = RecordedCommand<DCmdListenToAll>;
 using Executed = ExecutedCommand<DCmdListenToAll>;
 
 class TestListenToAll : public QuietTest
@@ -9,14 +8,6 @@ class TestListenToAll : public QuietTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void requestHasNoArguments()
-    {
-        Recorded bench;
-        QVERIFY(bench.command.commandExecute());
-        QCOMPARE(bench.record.calls, QStringList({"commandExecute"_s, "addInstruction listenToAll"_s}));
-        COMPARE_REQUESTS(bench.record, {{"listenToAll"_s, QVariantMap()}});
-    }
-
     void replyStoresItsValueAsItCame_data()
     {
         QTest::addColumn<QVariant>("value");
@@ -44,42 +35,6 @@ private Q_SLOTS:
         Executed bench;
         bench.record.updateAnswer = false;
         QVERIFY(bench.reply(0, {{"value"_s, 37}}));
-    }
-
-    void identifierOfTheInstructionIsNotLookedAt()
-    {
-        Executed bench;
-        QVERIFY(bench.replyAs(0, 0, {{"value"_s, 37}}));
-    }
-
-    void replyWithoutValueIsRejected_data()
-    {
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::newRow("empty") << QVariantMap();
-        QTest::newRow("values") << QVariantMap({{"values"_s, 37}});
-        QTest::newRow("another case") << QVariantMap({{"Value"_s, 37}});
-    }
-    void replyWithoutValueIsRejected()
-    {
-        QFETCH(QVariantMap, reply);
-        Executed bench;
-        QVERIFY(!bench.reply(0, reply));
-        COMPARE_ONE_REPORT(bench.command, "d_cmd_listenToAll"_s, "ERROR: reply does not contain values"_s);
-        COMPARE_RESULTS(bench.record, {});
-        QVERIFY2(bench.reply(0, {{"value"_s, 1}}), "later replies are handled normally");
-    }
-
-    void instancesOfOnePrototypeStopOnlyTheirOwnRequest()
-    {
-        TwoInstances<DCmdListenToAll> two({}, {});
-        QVERIFY(two.first->commandExecute());
-        QVERIFY(two.second->commandExecute());
-        bool ok = true;
-        two.second->finishTheCommand(ok);
-        QCOMPARE(two.firstRecord.stoppedInstructions, QVector<quint64>());
-        QCOMPARE(two.secondRecord.stoppedInstructions, QVector<quint64>({7}));
-        two.first->finishTheCommand(ok);
-        QCOMPARE(two.firstRecord.stoppedInstructions, QVector<quint64>({1}));
     }
 };
 

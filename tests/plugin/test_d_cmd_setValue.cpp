@@ -293,21 +293,6 @@ private Q_SLOTS:
         }
         QVERIFY(timer.isNull());
     }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        TwoInstances<DCmdSetValue> two(invocation("PULSE"_s, {{"duration"_s, 60000}}), invocation("ON"_s));
-        QVERIFY(two.first->commandExecute());
-        QVERIFY(two.second->commandExecute());
-        QVERIFY(two.second->setReply(7, {}));
-        COMPARE_RESULTS(two.firstRecord, {});
-        bool ok = true;
-        two.second->finishTheCommand(ok);
-        QVERIFY(dynamic_cast<DCmdSetValue&>(*two.first).findChild<QTimer*>()->isActive());
-        QCOMPARE(two.secondRecord.instructions.value(0).arguments.value("channel"_s), QVariant("line1"_s));
-        COMPARE_REQUESTS(two.firstRecord, {{"setValues"_s, widths(60000, 0, 1, 60000, 1.0F)}});
-        COMPARE_REQUESTS(recordOf(two.prototype), {});
-    }
 };
 
 QTEST_GUILESS_MAIN(TestSetValue)

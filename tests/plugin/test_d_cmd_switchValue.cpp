@@ -31,16 +31,6 @@ class TestSwitchValue : public QuietTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void executeReadsTheLinkedDeviceChannel()
-    {
-        Recorded bench;
-        QVERIFY(bench.command.commandExecute());
-        QCOMPARE(bench.record.calls, QStringList({"commandExecute"_s, "getParameterValue channel"_s,
-                                                  "getInfoFromChannel START direction as QString"_s,
-                                                  "getLinkedChannel START"_s, "addInstruction getValue"_s}));
-        COMPARE_REQUESTS(bench.record, {reading("line0"_s)});
-    }
-
     void unlinkedOutputIsReadAndWrittenWithAnEmptyChannel()
     {
         Recorded bench;
@@ -78,30 +68,6 @@ private Q_SLOTS:
         COMPARE_RESULTS(bench.record, {});
     }
 
-    void readReplyIsTakenUnderAnyIdentifier()
-    {
-        Executed bench;
-        QVERIFY(bench.replyAs(0, 0, {{"value"_s, 0}}));
-        QCOMPARE(bench.record.instructions.size(), 2);
-    }
-
-    void readReplyWithoutValueIsRejectedAndWritesNothing_data()
-    {
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::newRow("empty") << QVariantMap();
-        QTest::newRow("another case") << QVariantMap({{"VALUE"_s, 1}});
-        QTest::newRow("another key") << QVariantMap({{"values"_s, 1}});
-    }
-    void readReplyWithoutValueIsRejectedAndWritesNothing()
-    {
-        QFETCH(QVariantMap, reply);
-        Executed bench;
-        QVERIFY(!bench.reply(0, reply));
-        COMPARE_ONE_REPORT(bench.command, "d_cmd_switchValue"_s, "ERROR: Invalid reply format"_s);
-        COMPARE_REQUESTS(bench.record, {reading("line0"_s)});
-        COMPARE_RESULTS(bench.record, {});
-    }
-
     void writeReplyReportsDoneUnlessItHasNoIdentifier()
     {
         Executed bench;
@@ -123,17 +89,6 @@ private Q_SLOTS:
             QVERIFY(bench.reply(1, {}));
             COMPARE_RESULTS(bench.record, {{"doneOk"_s, true}});
         }
-    }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        TwoInstances<DCmdSwitchValue> two(onChannel("START"_s), onChannel("START"_s));
-        QVERIFY(two.first->commandExecute());
-        QVERIFY(two.second->commandExecute());
-        QVERIFY(two.first->setReply(1, {{"value"_s, 0}}));
-        COMPARE_REQUESTS(two.firstRecord, {reading("line0"_s), writing("line0"_s, 1)});
-        COMPARE_REQUESTS(two.secondRecord, {reading("line1"_s)});
-        COMPARE_REQUESTS(recordOf(two.prototype), {});
     }
 };
 

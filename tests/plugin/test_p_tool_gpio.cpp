@@ -3,9 +3,6 @@
 #include "plugin_record.h"
 #include "recorded_command.h"
 
-#include <QQmlComponent>
-#include <QQmlEngine>
-
 #include <stdexcept>
 
 namespace {
@@ -22,28 +19,6 @@ class RenamedPlugin : public PToolGpio
 public:
     QUuid objectUuid() const override { return c_objectUuid; }
 };
-
-/// What QML evaluates expression to, with the plugin's module at hand.
-QVariant inQml(const QString& expression)
-{
-    QQmlEngine engine;
-    QQmlComponent component(&engine);
-    component.setData("import QtQml 2.15\nimport PlgLibToolGpio 1.0\nQtObject { property var answer: " +
-                          expression.toUtf8() + " }",
-                      QUrl());
-    const QScopedPointer<QObject> object(component.create());
-    return object.isNull() ? QVariant(component.errorString()) : object->property("answer");
-}
-
-/// The class of the object that QML makes of type, or why it cannot.
-QString madeInQml(const QByteArray& type)
-{
-    QQmlEngine engine;
-    QQmlComponent component(&engine);
-    component.setData("import PlgLibToolGpio 1.0\n" + type + " {}", QUrl());
-    const QScopedPointer<QObject> object(component.create());
-    return object.isNull() ? component.errorString() : QString::fromLatin1(object->metaObject()->className());
-}
 
 } // namespace
 
@@ -278,16 +253,6 @@ private Q_SLOTS:
         const QScopedPointer<IPlugin> instance(prototype.createInstance(c_objectUuid));
     }
 
-    void qmlTypesStayUsableAfterManyInstances()
-    {
-        for (int i = 0; i < 5; ++i) {
-            const PToolGpio plugin;
-        }
-        QCOMPARE(inQml("DGpioChannel.CeCtBinOut"_s), QVariant(4));
-        QCOMPARE(madeInQml("DGpioChannel"), "DGpioChannel"_s);
-        QCOMPARE(madeInQml("BeMaintenanceToolGpio"), "BeMaintenanceToolGpio"_s);
-    }
-
     void pointerAndListTypesAreRegistered()
     {
         const PToolGpio plugin;
@@ -295,22 +260,6 @@ private Q_SLOTS:
                                  "QQmlListProperty<BeMaintenanceToolGpio>"}) {
             QVERIFY2(QMetaType::type(name) != QMetaType::UnknownType, name);
         }
-    }
-
-    void channelTypesHaveTheirNumbersInQml()
-    {
-        const PToolGpio plugin;
-        QCOMPARE(inQml("[DGpioChannel.CeCtUnknown, DGpioChannel.CeCtAnaIn, DGpioChannel.CeCtAnaOut, "
-                       "DGpioChannel.CeCtBinIn, DGpioChannel.CeCtBinOut].join()"_s),
-                 QVariant("0,1,2,3,4"_s));
-    }
-
-    void listModelCannotBeMadeInQml()
-    {
-        const PToolGpio plugin;
-        const QString problem = madeInQml("OLM_DGpioChannel");
-        QVERIFY2(problem.contains("OLM_DGpioChannel is not a type"_s), qPrintable(problem));
-        QCOMPARE(takeTexts(), QStringList({"QQmlComponent: Component is not ready"_s}));
     }
 };
 
