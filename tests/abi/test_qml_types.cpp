@@ -67,10 +67,14 @@ private Q_SLOTS:
                  QVariant(0));
     }
 
-    void modelIsReachedThroughTheBackendOnly()
+    void modelIsReachedThroughTheBackend()
     {
         QCOMPARE(answerOf("BeMaintenanceToolGpio { property int answer: channelsModel.length }"),
                  QVariant(0));
+    }
+
+    void listModelCannotBeInstantiated()
+    {
         const QString problem = answerOf("OLM_DGpioChannel {}").toString();
         QVERIFY2(problem.contains("OLM_DGpioChannel is not a type"_s), qPrintable(problem));
     }

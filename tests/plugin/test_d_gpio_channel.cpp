@@ -252,28 +252,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<QVariant>("given");
-        const QVariantList values = {QVariant(),
-                                     true,
-                                     false,
-                                     1,
-                                     0,
-                                     1U,
-                                     1LL,
-                                     QVariant::fromValue<qint8>(1),
-                                     QVariant::fromValue<quint16>(1),
-                                     1.0,
-                                     2.5,
-                                     "true"_s,
-                                     "yes"_s,
-                                     "1"_s,
-                                     "01"_s,
-                                     ""_s,
-                                     QByteArray("1"),
-                                     QVariantList({1}),
-                                     QStringList({"1"_s}),
-                                     QVariantMap({{"1"_s, 1}})};
-        for (const QVariant& stored : values) {
-            for (const QVariant& given : values) {
+        QVariantList values = {QVariant(), true, false,    1,       0,     1U,     1LL,
+                               1.0,        2.5,  "true"_s, "yes"_s, "1"_s, "01"_s, ""_s};
+        values << QVariant::fromValue<qint8>(1) << QVariant::fromValue<quint16>(1) << QByteArray("1")
+               << QVariant(QVariantList({1})) << QStringList({"1"_s}) << QVariantMap({{"1"_s, 1}});
+        for (const QVariant& stored : qAsConst(values)) {
+            for (const QVariant& given : qAsConst(values)) {
                 QTest::newRow(qPrintable(exactly(stored) + " then "_s + exactly(given))) << stored << given;
             }
         }
@@ -287,22 +271,9 @@ private Q_SLOTS:
         COMPARE_EXACTLY(channel.value(), stored);
         QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
         channel.setValue(given);
-        const bool equal = stored == given;
+        const bool equal = stored == given; // in this order: true equals "yes" only on one side
         QCOMPARE(changed.count(), equal ? 0 : 1);
         COMPARE_EXACTLY(channel.value(), equal ? stored : given);
-    }
-
-    void givenValueIsConvertedToTheTypeOfTheStoredOne()
-    {
-        DGpioChannel channel;
-        channel.setValue("yes"_s);
-        QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
-        channel.setValue(true);
-        QCOMPARE(changed.count(), 1);
-        COMPARE_EXACTLY(channel.value(), QVariant(true));
-        channel.setValue("yes"_s);
-        QCOMPARE(changed.count(), 1);
-        COMPARE_EXACTLY(channel.value(), QVariant(true));
     }
 
     void createOfAnEmptyMapIsNull() { QVERIFY(DGpioChannel::create({}).isNull()); }

@@ -161,7 +161,6 @@ private Q_SLOTS:
             QCOMPARE(recordOf(*prototypes.at(i)).arguments, QVariantMap());
             QCOMPARE(prototypes.at(i)->commandName(), c_commandNames.at(i));
         }
-        QVERIFY(!c_commandNames.contains("listenEvents"_s));
     }
 
     void endOfTheDeclarationIsSignalledOnce()

@@ -41,7 +41,7 @@ public:
 } // namespace
 
 /// What the recording host does by habit, so that the tests on hosts of other habits are what they say.
-class HabitsTest : public QObject
+class TestHabits : public QObject
 {
     Q_OBJECT
 
@@ -98,5 +98,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(HabitsTest)
+QTEST_GUILESS_MAIN(TestHabits)
 #include "test_habits.moc"

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QObject>
 #include <QUuid>
+#include <QVector>
 
 #include <cstring>
 #include <functional>
@@ -35,26 +36,14 @@ QString Variants::text()
 double Variants::number()
 {
     using Limits = std::numeric_limits<double>;
-    constexpr double special[] = {0.0,
-                                  -0.0,
-                                  0.5,
-                                  1.0,
-                                  65535.0,
-                                  65536.0,
-                                  2147483647.0,
-                                  2147483648.0,
-                                  4294967296.,
-                                  9007199254740993.0,
-                                  9.3e18,
-                                  -9.3e18,
-                                  Limits::max(),
-                                  Limits::min(),
-                                  Limits::infinity(),
-                                  -Limits::infinity(),
-                                  Limits::quiet_NaN(),
-                                  Limits::denorm_min()};
+    static const QVector<double> special =
+        QVector<double>{0.0,     -0.0,         0.5,          1.0,          65535.0,
+                        65536.0, 2147483647.0, 2147483648.0, 4294967296.0, 9007199254740993.0,
+                        9.3e18,  -9.3e18} +
+        QVector<double>{Limits::max(),       Limits::min(),       Limits::infinity(),
+                        -Limits::infinity(), Limits::quiet_NaN(), Limits::denorm_min()};
     if (m_bytes->ConsumeBool()) {
-        return m_bytes->PickValueInArray(special);
+        return special.at(m_bytes->ConsumeIntegralInRange(0, special.size() - 1));
     }
     const auto bits = m_bytes->ConsumeIntegral<quint64>();
     double any = 0.0;
@@ -77,7 +66,7 @@ QVariant Variants::value(int depth)
         [] { return QVariant(); },
         [&] {
             return QVariant(
-                static_cast<QVariant::Type>(m_bytes->ConsumeIntegralInRange(1, QVariant::UserType - 1)));
+                static_cast<QVariant::Type>(m_bytes->ConsumeIntegralInRange<int>(1, QVariant::UserType - 1)));
         },
         [&] { return m_bytes->ConsumeBool(); },
         [&] { return m_bytes->ConsumeIntegralInRange(-2, 3); },
