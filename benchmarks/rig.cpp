@@ -1,5 +1,6 @@
 #include "rig.h"
 
+#include <channel_entry.h>
 #include <plugin_management/d_plugin_loader.h>
 
 #include <QCoreApplication>
@@ -68,17 +69,10 @@ QString Rig::channel(int line)
 
 QVariantMap Rig::channelEntry(int line)
 {
-    const auto item = [](const QString& id, const QString& value) {
-        return QVariantMap{{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
-    };
-    const QString type = isOutput(line) ? QStringLiteral("digitalInput") : QStringLiteral("digitalOutput");
-    const QString direction = isOutput(line) ? QStringLiteral("out") : QStringLiteral("in");
-    return {{QStringLiteral("id"), channel(line)},
-            {QStringLiteral("name"), QStringLiteral("Channel %1").arg(line)},
-            {QStringLiteral("visibility"), QStringLiteral("public")},
-            {QStringLiteral("value"),
-             QVariantList{item(QStringLiteral("type"), type), item(QStringLiteral("direction"), direction),
-                          item(QStringLiteral("link"), lineName(line))}}};
+    const bool output = isOutput(line);
+    return ::channelEntry(channel(line),
+                          output ? QStringLiteral("digitalInput") : QStringLiteral("digitalOutput"),
+                          output ? QStringLiteral("out") : QStringLiteral("in"), lineName(line));
 }
 
 std::unique_ptr<DOrder> Rig::order(const QString& command, const QVariantMap& arguments)

@@ -10,12 +10,6 @@ namespace {
 
 const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_s);
 
-QVariantMap parameter(const QString& name, const QString& type, const QString& description,
-                      const QVariant& defaultValue)
-{
-    return {{"name"_s, name}, {"type"_s, type}, {"description"_s, description}, {"default"_s, defaultValue}};
-}
-
 } // namespace
 
 /// The plugin as the stand-ins see it: through its library and the interface alone.
@@ -76,32 +70,6 @@ private Q_SLOTS:
         QFETCH(QString, description);
         QCOMPARE(m_instance->getFunctionDescription(QString::fromLatin1(QTest::currentDataTag())),
                  description);
-    }
-
-    void parametersAreReadBack_data()
-    {
-        QTest::addColumn<QVariantList>("parameters");
-        const QVariantMap channel = parameter("channel"_s, "strg"_s, "Channel"_s, QVariant());
-        QTest::newRow("setValue") << QVariantList(
-            {channel, parameter("value"_s, "ui16"_s, "Value"_s, 1),
-             parameter("state"_s, "strg"_s, "ON, OFF, PULSE or BLINK"_s, ""_s),
-             parameter("duration"_s, "int"_s, "Cycle duration"_s, 1000),
-             parameter("dutyCycle"_s, "int"_s, "Duty cycle in %"_s, 100)});
-        QTest::newRow("switchValue") << QVariantList({channel});
-        QTest::newRow("getValue") << QVariantList({channel});
-        QTest::newRow("startListening") << QVariantList(
-            {channel,
-             parameter("edge"_s, "strg"_s,
-                       "Edge detection mode: RE: Rising Edge, FE: falling Edge, HL: hight level, LL: "
-                       "low level, default: déactivated"_s,
-                       ""_s)});
-        QTest::newRow("init") << QVariantList();
-        QTest::newRow("listenToAll") << QVariantList();
-    }
-    void parametersAreReadBack()
-    {
-        QFETCH(QVariantList, parameters);
-        QCOMPARE(m_instance->getCommandParameters(QString::fromLatin1(QTest::currentDataTag())), parameters);
     }
 
 private:

@@ -20,6 +20,27 @@ COMMAND_SLOTS = ["linkWithItsOrder", "commandName", "stopCommandName", "getOrder
                  "setReply", "finishTheCommand", "sigCommandFinished", "addInstruction"]
 MACHINE = (18, 2)  # in the head of an ELF file
 SPARC = 2
+# What is told of each further small host.
+CHANGES = {
+    "MISSING": ["hoursOf(Worker const*, int) is missing"],
+    "CHANGED_ARGUMENT": ["hoursOf: expected (Worker const*, int), "
+                         "found with another signature: (Worker const*, long)"],
+    "SWAPPED": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, found Worker::rest(int)"],
+    "OWN_SWAPPED": ["Worker at offset 0, slot 5: expected plan(), the plugin's own, found Worker::report()"],
+    "ONE_MORE_IN_FRONT": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, "
+                          "found Worker::added()"],
+    "ONE_MORE_AT_THE_END": ["Worker at offset 0, slot 9: expected the end of the table, "
+                            "found Worker::added()"],
+    "OVERRIDDEN": ["Worker at offset 0, slot 2: expected Object::wake(), found Worker::wake()"],
+    "LARGER_FIRST_BASE": [
+        "non-virtual thunk to Worker::forget: expected _ZThn16_N6Worker6forgetEv, "
+        "found for another layout of the class: _ZThn32_N6Worker6forgetEv",
+        "non-virtual thunk to Worker::hear: expected _ZThn16_N6Worker4hearEi, "
+        "found for another layout of the class: _ZThn32_N6Worker4hearEi",
+        "Worker: expected a virtual table at offset 16, found at 32",
+        "Worker: expected 32 bytes, found 48 bytes"],
+    "LARGER": ["Worker: expected 32 bytes, found 48 bytes"],
+}
 given = None
 
 
@@ -183,41 +204,17 @@ class ChangedHosts(CheckHost):
                          "(HOST_SDK_DIR).")
 
     def test_what_has_changed_is_told(self):
-        for change, expected in {
-            "MISSING": ["hoursOf(Worker const*, int) is missing"],
-            "CHANGED_ARGUMENT": ["hoursOf: expected (Worker const*, int), "
-                                 "found with another signature: (Worker const*, long)"],
-            "SWAPPED": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, found Worker::rest(int)"],
-            "OWN_SWAPPED": ["Worker at offset 0, slot 5: expected plan(), the plugin's own, found Worker::report()"],
-            "ONE_MORE_IN_FRONT": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, "
-                                  "found Worker::added()"],
-            "ONE_MORE_AT_THE_END": ["Worker at offset 0, slot 9: expected the end of the table, "
-                                    "found Worker::added()"],
-            "OVERRIDDEN": ["Worker at offset 0, slot 2: expected Object::wake(), found Worker::wake()"],
-            "LARGER_FIRST_BASE": [
-                "non-virtual thunk to Worker::forget: expected _ZThn16_N6Worker6forgetEv, "
-                "found for another layout of the class: _ZThn32_N6Worker6forgetEv",
-                "non-virtual thunk to Worker::hear: expected _ZThn16_N6Worker4hearEi, "
-                "found for another layout of the class: _ZThn32_N6Worker4hearEi",
-                "Worker: expected a virtual table at offset 16, found at 32",
-                "Worker: expected 32 bytes, found 48 bytes"],
-            "LARGER": ["Worker: expected 32 bytes, found 48 bytes"],
-        }.items():
+        for change, expected in CHANGES.items():
             with self.subTest(change):
                 self.assert_does_not_fit(check(small_host(change), given.small_plugin), expected)
 
     def test_what_has_changed_is_told_of_stripped_libraries(self):
-        for change, expected in {
-            "NONE": [],
-            "SWAPPED": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, found Worker::rest(int)"],
-            "ONE_MORE_IN_FRONT": ["Worker at offset 0, slot 3: expected work(int), the plugin's own, "
-                                  "found Worker::added()"],
-        }.items():
+        for change in ("NONE", "SWAPPED", "ONE_MORE_IN_FRONT"):
             with self.subTest(change):
                 self.stripped(small_host(change) / "libsmall_host.so")
                 result = check(self.folder, given.small_plugin)
-                if expected:
-                    self.assert_does_not_fit(result, expected)
+                if change in CHANGES:
+                    self.assert_does_not_fit(result, CHANGES[change])
                 else:
                     self.assert_fits(result)
                 self.assertIn(" the sizes of Worker, where debug information is missing; ", last_line(result))

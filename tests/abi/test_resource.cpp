@@ -25,17 +25,8 @@ struct Registration
     }
 };
 
-QVector<Registration>& registrations()
-{
-    static QVector<Registration> list;
-    return list;
-}
-
-QVector<Registration>& unregistrations()
-{
-    static QVector<Registration> list;
-    return list;
-}
+QVector<Registration> registrations;
+QVector<Registration> unregistrations;
 
 bool passOn(const char* function, const Registration& registration)
 {
@@ -53,15 +44,15 @@ const QString c_page = c_directory + "/maintenance_panel.qml"_s;
 Q_DECL_EXPORT bool qRegisterResourceData(int version, const unsigned char* tree, const unsigned char* names,
                                          const unsigned char* payload)
 {
-    registrations().append({version, tree, names, payload});
-    return passOn("_Z21qRegisterResourceDataiPKhS0_S0_", registrations().last());
+    registrations.append({version, tree, names, payload});
+    return passOn("_Z21qRegisterResourceDataiPKhS0_S0_", registrations.last());
 }
 
 Q_DECL_EXPORT bool qUnregisterResourceData(int version, const unsigned char* tree, const unsigned char* names,
                                            const unsigned char* payload)
 {
-    unregistrations().append({version, tree, names, payload});
-    return passOn("_Z23qUnregisterResourceDataiPKhS0_S0_", unregistrations().last());
+    unregistrations.append({version, tree, names, payload});
+    return passOn("_Z23qUnregisterResourceDataiPKhS0_S0_", unregistrations.last());
 }
 
 class TestResource : public QObject
@@ -71,8 +62,8 @@ class TestResource : public QObject
 private Q_SLOTS:
     void init()
     {
-        registrations().clear();
-        unregistrations().clear();
+        registrations.clear();
+        unregistrations.clear();
         QVERIFY(!QFile::exists(c_page));
         QVERIFY2(m_library.load(), qPrintable(m_library.errorString()));
     }
@@ -86,14 +77,14 @@ private Q_SLOTS:
 
     void loadingRegistersFormatVersion3Once()
     {
-        QCOMPARE(registrations().size(), 1);
-        QCOMPARE(registrations().first().version, 3);
+        QCOMPARE(registrations.size(), 1);
+        QCOMPARE(registrations.first().version, 3);
     }
 
     void unloadingUnregistersTheSame()
     {
         QVERIFY(m_library.unload());
-        QCOMPARE(unregistrations(), registrations());
+        QCOMPARE(unregistrations, registrations);
         QVERIFY(!QFile::exists(c_page));
     }
 

@@ -3,6 +3,8 @@
 #include "support/variants.h"
 
 #include <be_maintenance_plugin.h>
+#include <channel_entry.h>
+#include <literals.h>
 #include <recording_device.h>
 
 #include <plugin_management/d_tool.h>
@@ -14,41 +16,24 @@ namespace {
 
 QStringList words()
 {
-    return {QStringLiteral("id"),
-            QStringLiteral("name"),
-            QStringLiteral("value"),
-            QStringLiteral("visibility"),
-            QStringLiteral("public"),
-            QStringLiteral("type"),
-            QStringLiteral("direction"),
-            QStringLiteral("link"),
-            QStringLiteral("out"),
-            QStringLiteral("digitalInput"),
-            QStringLiteral("digitalOutput"),
-            QStringLiteral("analogInput"),
-            QStringLiteral("analogOutput"),
-            QStringLiteral("values"),
-            QStringLiteral("line0"),
-            QString()};
+    return {"id"_s,           "name"_s,   "value"_s, "visibility"_s,   "public"_s,        "type"_s,
+            "direction"_s,    "link"_s,   "out"_s,   "digitalInput"_s, "digitalOutput"_s, "analogInput"_s,
+            "analogOutput"_s, "values"_s, "line0"_s, QString()};
 }
 
 /// An entry that is a channel more often than not.
-QVariant channelEntry(FuzzedDataProvider* data, Variants* variants)
+QVariant anyChannelEntry(FuzzedDataProvider* data, Variants* variants)
 {
     if (data->ConsumeBool()) {
         return variants->value();
     }
-    const auto item = [](const QString& id, const QVariant& value) {
-        return QVariantMap{{QStringLiteral("id"), id}, {QStringLiteral("value"), value}};
-    };
-    QVariantList items = {item(QStringLiteral("type"), variants->text()),
-                          item(QStringLiteral("direction"), QStringLiteral("out")),
-                          item(QStringLiteral("link"), variants->text())};
-    items.append(variants->value(1));
-    return QVariantMap{{QStringLiteral("id"), variants->text()},
-                       {QStringLiteral("name"), variants->value(1)},
-                       {QStringLiteral("visibility"), QStringLiteral("public")},
-                       {QStringLiteral("value"), items}};
+    const QVariantMap items = {
+        {"type"_s, variants->text()}, {"direction"_s, "out"_s}, {"link"_s, variants->text()}};
+    const QVariant another = variants->value(1);
+    QVariantMap entry = channelEntry(variants->text(), items);
+    entry["name"_s] = variants->value(1);
+    entry["value"_s] = entry.value("value"_s).toList() << another;
+    return entry;
 }
 
 void checkChannel(const QVariantMap& entry, Variants* variants)
@@ -59,7 +44,7 @@ void checkChannel(const QVariantMap& entry, Variants* variants)
     if (channel.isNull()) {
         return;
     }
-    require(channel->id() == entry.value(QStringLiteral("id")).toString(), "a channel has its entry's id");
+    require(channel->id() == entry.value("id"_s).toString(), "a channel has its entry's id");
     require(channel->name().size() <= longestName, "a name is cut");
     require(channel->type() >= DGpioChannel::CeCtUnknown && channel->type() < DGpioChannel::_CeCtNbr,
             "a channel has a known type");
@@ -78,8 +63,7 @@ int publicChannels(const QVariant& channels)
         const QVariantList entries = channels.toList();
         for (const QVariant& entry : entries) {
             const bool isPublic =
-                entry.type() == QVariant::Map &&
-                entry.toMap().value(QStringLiteral("visibility")).toString() == QLatin1String("public");
+                entry.type() == QVariant::Map && entry.toMap().value("visibility"_s).toString() == "public"_s;
             count += isPublic ? 1 : 0;
         }
     }
@@ -125,8 +109,8 @@ void useBackend(BeMaintenanceToolGpio* backend, FuzzedDataProvider* data, Varian
     }
     case 3: {
         const int id = row();
-        const QVariantMap reply = {{QStringLiteral("value"), variants->value()}};
-        backend->applyTreatmentReply(id, QStringLiteral("getValue"), reply);
+        const QVariantMap reply = {{"value"_s, variants->value()}};
+        backend->applyTreatmentReply(id, "getValue"_s, reply);
         break;
     }
     default:
@@ -152,7 +136,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
         QVariantList entries;
         const int count = data.ConsumeIntegralInRange(0, mostChannels);
         for (int entry = 0; entry < count; ++entry) {
-            entries.append(channelEntry(&data, &variants));
+            entries.append(anyChannelEntry(&data, &variants));
         }
         channels = entries;
     }
@@ -160,15 +144,14 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
     device.open();
     device.onRequest = [&](const RecordingDevice::Request& request) {
         if (data.ConsumeBool()) {
-            device.reply(request.id, {{QStringLiteral("value"), variants.value()}});
+            device.reply(request.id, {{"value"_s, variants.value()}});
         } else if (data.ConsumeBool()) {
             device.refuse(request.id, variants.text());
         }
     };
-    const DTool tool({{QStringLiteral("name"), QStringLiteral("T")}, {QStringLiteral("channels"), channels}},
-                     watchedPlugin(), &device);
+    const DTool tool({{"name"_s, "T"_s}, {"channels"_s, channels}}, watchedPlugin(), &device);
     BeMaintenanceToolGpio backend;
-    backend.setName(QStringLiteral("T"));
+    backend.setName("T"_s);
     settle();
     require(backend.channelsModel()->length() == publicChannels(channels),
             "the page lists the public channels");

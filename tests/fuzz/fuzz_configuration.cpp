@@ -1,10 +1,11 @@
 #include "support/fuzzer_process.h"
+#include "support/lifecycle_rules.h"
 #include "support/memory_file.h"
-#include "support/order_watch.h"
 #include "support/require.h"
 
 #include <configuration/bench_configuration.h>
 #include <devices/simulated_board.h>
+#include <literals.h>
 #include <plugin_management/d_tool.h>
 
 #include <limits>
@@ -22,9 +23,9 @@ void checkRefusal(const QString& problem, const QString& file)
     require(!problem.isEmpty(), "a refusal says why");
     const QStringList lines = problem.split(QLatin1Char('\n'));
     for (const QString& line : lines) {
-        require(line.startsWith(file + QLatin1String(": ")), "each line of a refusal names the file");
+        require(line.startsWith(file + ": "_s), "each line of a refusal names the file");
         const int place = file.size() + 2;
-        const int text = line.indexOf(QLatin1String(": "), place);
+        const int text = line.indexOf(": "_s, place);
         require(text > place && text + 2 < line.size(), "each line of a refusal names a place and a mistake");
     }
 }
@@ -68,22 +69,19 @@ std::vector<std::unique_ptr<DOrder>> startOrders(DTool* tool)
     };
     for (const DToolChannel& channel : tool->channels()) {
         const QString id = channel.id;
-        QVariantMap arguments = {{QStringLiteral("channel"), id}};
-        start(QStringLiteral("startListening"), arguments);
-        start(QStringLiteral("getValue"), arguments);
-        start(QStringLiteral("switchValue"), arguments);
-        arguments.insert(QStringLiteral("state"), QStringLiteral("PULSE"));
-        start(QStringLiteral("setValue"), arguments);
-        arguments = {{QStringLiteral("channel"), id},
-                     {QStringLiteral("state"), QStringLiteral("BLINK")},
-                     {QStringLiteral("duration"), 20},
-                     {QStringLiteral("dutyCycle"), 50}};
-        start(QStringLiteral("setValue"), arguments);
+        QVariantMap arguments = {{"channel"_s, id}};
+        start("startListening"_s, arguments);
+        start("getValue"_s, arguments);
+        start("switchValue"_s, arguments);
+        arguments.insert("state"_s, "PULSE"_s);
+        start("setValue"_s, arguments);
+        arguments = {{"channel"_s, id}, {"state"_s, "BLINK"_s}, {"duration"_s, 20}, {"dutyCycle"_s, 50}};
+        start("setValue"_s, arguments);
         require(tool->getLinkedChannel(id) ==
-                    tool->getInfoFromChannel(id, QStringLiteral("link"), QMetaType::QString, QString()),
+                    tool->getInfoFromChannel(id, "link"_s, QMetaType::QString, QString()),
                 "a channel is linked to its item \"link\"");
     }
-    start(QStringLiteral("listenToAll"), {});
+    start("listenToAll"_s, {});
     return orders;
 }
 

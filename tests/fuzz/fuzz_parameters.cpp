@@ -1,6 +1,7 @@
 #include "support/require.h"
 #include "support/variants.h"
 
+#include <literals.h>
 #include <plugin_management/d_tool.h>
 #include <scripted_plugin.h>
 
@@ -12,9 +13,7 @@ namespace {
 
 const QStringList& tags()
 {
-    static const QStringList names = {QStringLiteral("strg"), QStringLiteral("ui16"),
-                                      QStringLiteral("int"),  QStringLiteral("bool"),
-                                      QStringLiteral("vart"), QStringLiteral("other")};
+    static const QStringList names = {"strg"_s, "ui16"_s, "int"_s, "bool"_s, "vart"_s, "other"_s};
     return names;
 }
 
@@ -39,16 +38,16 @@ bool isWithin(const QVariant& value, int lowest, int highest)
 
 bool suits(const QString& tag, const QVariant& value)
 {
-    if (tag == QLatin1String("strg")) {
+    if (tag == "strg"_s) {
         return value.type() == QVariant::String;
     }
-    if (tag == QLatin1String("ui16")) {
+    if (tag == "ui16"_s) {
         return isWithin(value, 0, std::numeric_limits<quint16>::max());
     }
-    if (tag == QLatin1String("int")) {
+    if (tag == "int"_s) {
         return isWithin(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
     }
-    return tag != QLatin1String("bool") || value.type() == QVariant::Bool;
+    return tag != "bool"_s || value.type() == QVariant::Bool;
 }
 
 /// Text and number forms of one whole number are the same to a tag.
@@ -62,10 +61,10 @@ void checkForms(const QString& tag, const QVariant& value)
     require(isWhole, "a whole number has a text");
     QVariantMap asNumber = {{tag, number}};
     QVariantMap asText = {{tag, QString::number(number)}};
-    const bool taken = tool().checkInvocation(QStringLiteral("work"), &asNumber).text.isEmpty();
-    require(taken == tool().checkInvocation(QStringLiteral("work"), &asText).text.isEmpty(),
+    const bool taken = tool().checkInvocation("work"_s, &asNumber).text.isEmpty();
+    require(taken == tool().checkInvocation("work"_s, &asText).text.isEmpty(),
             "a number is taken as its text is");
-    require(!taken || tag == QLatin1String("vart") || tag == QLatin1String("other") || asNumber == asText,
+    require(!taken || tag == "vart"_s || tag == "other"_s || asNumber == asText,
             "a number and its text become the same value");
 }
 
@@ -74,9 +73,8 @@ void checkForms(const QString& tag, const QVariant& value)
 extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
 {
     FuzzedDataProvider data(bytes, size);
-    Variants variants(&data, {QStringLiteral("true"), QStringLiteral("0"), QStringLiteral("1"),
-                              QStringLiteral("65535"), QStringLiteral("-2147483648"), QStringLiteral("1e3"),
-                              QStringLiteral("0x10"), QStringLiteral(" 7 "), QString()});
+    Variants variants(
+        &data, {"true"_s, "0"_s, "1"_s, "65535"_s, "-2147483648"_s, "1e3"_s, "0x10"_s, " 7 "_s, QString()});
     const QString tag = tags().at(data.ConsumeIntegralInRange(0, tags().size() - 1));
     const QVariant value = variants.value();
     checkForms(tag, value);
@@ -86,10 +84,10 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
         arguments.insert(variants.text(), variants.value());
     }
     const QVariantMap before = arguments;
-    const QString problem = tool().checkInvocation(QStringLiteral("work"), &arguments).text;
+    const QString problem = tool().checkInvocation("work"_s, &arguments).text;
     if (!problem.isEmpty()) {
         require(arguments.isSharedWith(before), "arguments that are refused stay as they were");
-        require(problem.contains(QLatin1String("\"work\"")), "a refusal names the command");
+        require(problem.contains("\"work\""_s), "a refusal names the command");
         return 0;
     }
     require(arguments.keys() == before.keys(), "no argument comes or goes");
@@ -98,10 +96,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
                 "a value that is taken has the type of its tag");
     }
     QVariantMap again = arguments;
-    require(tool().checkInvocation(QStringLiteral("work"), &again).text.isEmpty(),
-            "what was taken is taken again");
-    require(tag == QLatin1String("vart") || tag == QLatin1String("other") ||
-                again.value(tag) == arguments.value(tag),
+    require(tool().checkInvocation("work"_s, &again).text.isEmpty(), "what was taken is taken again");
+    require(tag == "vart"_s || tag == "other"_s || again.value(tag) == arguments.value(tag),
             "what was converted stays as it is");
     return 0;
 }

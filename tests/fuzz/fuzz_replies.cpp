@@ -1,9 +1,10 @@
 #include "support/fuzzer_process.h"
-#include "support/order_watch.h"
+#include "support/lifecycle_rules.h"
 #include "support/require.h"
 #include "support/variants.h"
 
 #include <channel_entry.h>
+#include <literals.h>
 #include <plugin_management/d_tool.h>
 #include <recording_device.h>
 
@@ -19,30 +20,19 @@ namespace {
 
 QStringList words()
 {
-    return {QStringLiteral("channel"),   QStringLiteral("value"),
-            QStringLiteral("state"),     QStringLiteral("duration"),
-            QStringLiteral("dutyCycle"), QStringLiteral("edge"),
-            QStringLiteral("channels"),  QStringLiteral("values"),
-            QStringLiteral("LAMP"),      QStringLiteral("DOOR"),
-            QStringLiteral("BARE"),      QStringLiteral("ON"),
-            QStringLiteral("OFF"),       QStringLiteral("BLINK"),
-            QStringLiteral("PULSE"),     QStringLiteral("RE"),
-            QStringLiteral("FE"),        QStringLiteral("HL"),
-            QStringLiteral("LL"),        QStringLiteral("doneOk"),
-            QStringLiteral("orderId"),   QString()};
+    return {"channel"_s,  "value"_s,  "state"_s,   "duration"_s, "dutyCycle"_s, "edge"_s,
+            "channels"_s, "values"_s, "LAMP"_s,    "DOOR"_s,     "BARE"_s,      "ON"_s,
+            "OFF"_s,      "BLINK"_s,  "PULSE"_s,   "RE"_s,       "FE"_s,        "HL"_s,
+            "LL"_s,       "doneOk"_s, "orderId"_s, QString()};
 }
 
 QVariantMap toolConfiguration()
 {
-    const QString direction = QStringLiteral("direction");
-    const QString link = QStringLiteral("link");
-    return {{QStringLiteral("name"), QStringLiteral("T")},
-            {QStringLiteral("channels"),
-             QVariantList{channelEntry(QStringLiteral("LAMP"),
-                                       {{direction, QStringLiteral("out")}, {link, QStringLiteral("line0")}}),
-                          channelEntry(QStringLiteral("DOOR"),
-                                       {{direction, QStringLiteral("in")}, {link, QStringLiteral("line1")}}),
-                          channelEntry(QStringLiteral("BARE"), {{direction, QStringLiteral("out")}})}}};
+    return {
+        {"name"_s, "T"_s},
+        {"channels"_s, QVariantList{channelEntry("LAMP"_s, {{"direction"_s, "out"_s}, {"link"_s, "line0"_s}}),
+                                    channelEntry("DOOR"_s, {{"direction"_s, "in"_s}, {"link"_s, "line1"_s}}),
+                                    channelEntry("BARE"_s, {{"direction"_s, "out"_s}})}}};
 }
 
 /// The device, the tool and the orders of one input.
@@ -114,25 +104,22 @@ void Play::act()
 
 void Play::startOrder()
 {
-    static const QStringList commands = {QStringLiteral("setValue"),      QStringLiteral("switchValue"),
-                                         QStringLiteral("getValue"),      QStringLiteral("startListening"),
-                                         QStringLiteral("init"),          QStringLiteral("listenToAll"),
-                                         QStringLiteral("stopListening"), QStringLiteral("stopTheCommand")};
+    static const QStringList commands = {"setValue"_s,       "switchValue"_s,   "getValue"_s,
+                                         "startListening"_s, "init"_s,          "listenToAll"_s,
+                                         "stopListening"_s,  "stopTheCommand"_s};
     const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0 ? m_variants.text() : oneOf(commands);
     QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
     if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
-        arguments.insert(QStringLiteral("channel"), QStringLiteral("LAMP"));
+        arguments.insert("channel"_s, "LAMP"_s);
     }
-    if (command == QLatin1String("setValue")) {
-        static const QStringList states = {QStringLiteral("ON"), QStringLiteral("OFF"),
-                                           QStringLiteral("BLINK"), QStringLiteral("PULSE")};
-        arguments.insert(QStringLiteral("state"), oneOf(states));
-        arguments.insert(QStringLiteral("duration"),
+    if (command == "setValue"_s) {
+        static const QStringList states = {"ON"_s, "OFF"_s, "BLINK"_s, "PULSE"_s};
+        arguments.insert("state"_s, oneOf(states));
+        arguments.insert("duration"_s,
                          m_data->ConsumeBool() ? m_data->ConsumeIntegral<int>() : m_variants.value(0));
-    } else if (command == QLatin1String("startListening")) {
-        static const QStringList edges = {QString(), QStringLiteral("RE"), QStringLiteral("FE"),
-                                          QStringLiteral("HL"), QStringLiteral("LL")};
-        arguments.insert(QStringLiteral("edge"), oneOf(edges));
+    } else if (command == "startListening"_s) {
+        static const QStringList edges = {QString(), "RE"_s, "FE"_s, "HL"_s, "LL"_s};
+        arguments.insert("edge"_s, oneOf(edges));
     }
     m_orders.push_back(std::make_unique<DOrder>(m_tool.get(), command, arguments));
     DOrder* order = m_orders.back().get();
@@ -161,13 +148,13 @@ void Play::answer(quint64 id)
         m_device->reply(id, m_variants.map(2));
         break;
     case 2:
-        m_device->reply(id, {{QStringLiteral("values"), QVariantList{m_variants.value(1)}}});
+        m_device->reply(id, {{"values"_s, QVariantList{m_variants.value(1)}}});
         break;
     case 3:
-        m_device->reply(id, {{QStringLiteral("values"), m_variants.value(1)}});
+        m_device->reply(id, {{"values"_s, m_variants.value(1)}});
         break;
     default:
-        m_device->reply(id, {{QStringLiteral("value"), m_variants.value(1)}});
+        m_device->reply(id, {{"value"_s, m_variants.value(1)}});
         break;
     }
 }

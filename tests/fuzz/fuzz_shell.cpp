@@ -6,6 +6,7 @@
 #include <command_line/invocation.h>
 #include <command_line/shell.h>
 #include <devices/simulated_board.h>
+#include <literals.h>
 #include <plugin_management/d_tool.h>
 
 #include <QCoreApplication>
@@ -21,21 +22,14 @@ namespace {
 /// Each line has a channel called like it in capitals.
 QVariantMap toolConfiguration()
 {
-    const QString digitalInput = QStringLiteral("digitalInput");
-    const QString in = QStringLiteral("in");
-    const QString out = QStringLiteral("out");
-    return {
-        {QStringLiteral("name"), QStringLiteral("T")},
-        {QStringLiteral("channels"),
-         QVariantList{
-             channelEntry(QStringLiteral("LAMP"), digitalInput, out, QStringLiteral("lamp")),
-             channelEntry(QStringLiteral("ECHO"), QStringLiteral("digitalOutput"), in,
-                          QStringLiteral("echo")),
-             channelEntry(QStringLiteral("DIAL"), QStringLiteral("analogInput"), out, QStringLiteral("dial")),
-             channelEntry(QStringLiteral("WAVE"), QStringLiteral("analogOutput"), in, QStringLiteral("wave")),
-             channelEntry(QStringLiteral("DEAD"), digitalInput, out, QStringLiteral("dead")),
-             channelEntry(QStringLiteral("LATE"), digitalInput, out, QStringLiteral("late")),
-             channelEntry(QStringLiteral("BARE"), digitalInput, out, QString())}}};
+    return {{"name"_s, "T"_s},
+            {"channels"_s, QVariantList{channelEntry("LAMP"_s, "digitalInput"_s, "out"_s, "lamp"_s),
+                                        channelEntry("ECHO"_s, "digitalOutput"_s, "in"_s, "echo"_s),
+                                        channelEntry("DIAL"_s, "analogInput"_s, "out"_s, "dial"_s),
+                                        channelEntry("WAVE"_s, "analogOutput"_s, "in"_s, "wave"_s),
+                                        channelEntry("DEAD"_s, "digitalInput"_s, "out"_s, "dead"_s),
+                                        channelEntry("LATE"_s, "digitalInput"_s, "out"_s, "late"_s),
+                                        channelEntry("BARE"_s, "digitalInput"_s, "out"_s, QString())}}};
 }
 
 SimulatedBoardSetup boardSetup()
@@ -49,15 +43,15 @@ SimulatedBoardSetup boardSetup()
     const auto digital = DLine::Kind::Digital;
     const auto analog = DLine::Kind::Analog;
     Setup setup;
-    setup.lines = {{{QStringLiteral("lamp"), digital, DLine::Direction::Out}, 0, {}},
-                   {{QStringLiteral("echo"), digital, DLine::Direction::In}, 0, {}},
-                   {{QStringLiteral("dial"), analog, DLine::Direction::Out}, 7, {}},
-                   {{QStringLiteral("wave"), analog, DLine::Direction::In}, 0, sine},
-                   {{QStringLiteral("dead"), digital, DLine::Direction::Out}, 0, {}},
-                   {{QStringLiteral("late"), digital, DLine::Direction::Out}, 0, {}}};
+    setup.lines = {{{"lamp"_s, digital, DLine::Direction::Out}, 0, {}},
+                   {{"echo"_s, digital, DLine::Direction::In}, 0, {}},
+                   {{"dial"_s, analog, DLine::Direction::Out}, 7, {}},
+                   {{"wave"_s, analog, DLine::Direction::In}, 0, sine},
+                   {{"dead"_s, digital, DLine::Direction::Out}, 0, {}},
+                   {{"late"_s, digital, DLine::Direction::Out}, 0, {}}};
     setup.wires = {{0, 1, 20000, true}};
-    setup.faults = {{Setup::Fault::Kind::Silent, QStringLiteral("dead"), {}, 0},
-                    {Setup::Fault::Kind::Late, QStringLiteral("late"), {}, 300000}};
+    setup.faults = {{Setup::Fault::Kind::Silent, "dead"_s, {}, 0},
+                    {Setup::Fault::Kind::Late, "late"_s, {}, 300000}};
     return setup;
 }
 
@@ -69,7 +63,7 @@ struct Outcome
 };
 
 /// Waits as long as a line takes, and interrupts one that takes too long.
-void carryOut(Shell* shell, const QStringList& lines)
+void runLines(Shell* shell, const QStringList& lines)
 {
     constexpr int longestWait = 40;
     bool ended = false;
@@ -101,7 +95,7 @@ Outcome run(const QStringList& lines, bool json)
     DTool tool(toolConfiguration(), watchedPlugin(), board.get());
     Output output(json);
     Shell shell(&tool, &output, !json);
-    carryOut(&shell, lines);
+    runLines(&shell, lines);
     require(board->pendingRequests() == 0, "no request outlives the shell's orders");
     return {shell.exitStatus(), out.text(), diagnostics.text()};
 }
@@ -168,7 +162,7 @@ void checkQuoting(const QStringList& words)
 {
     QString line;
     for (const QString& word : words) {
-        line += QLatin1String("''"); // makes a word of nothing, too
+        line += "''"_s; // makes a word of nothing, too
         for (const QChar character : word) {
             line += QLatin1Char('\\');
             line += character;

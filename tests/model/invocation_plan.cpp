@@ -1,5 +1,6 @@
 #include "invocation_plan.h"
 
+#include "channel_entry.h"
 #include "literals.h"
 #include "random_source.h"
 
@@ -14,12 +15,13 @@ constexpr int c_replyTimeoutMs = 4000;
 constexpr int c_lowest = std::numeric_limits<int>::min();
 constexpr int c_highest = std::numeric_limits<int>::max();
 
-/// An argument; an invalid one stands for none.
-struct Choice
+/// What the argument of a parameter may be; an invalid one stands for none.
+struct Choices
 {
-    QVariant value;
-    bool fits = true;    ///< the parameter's type
-    QVariant taken = {}; ///< what becomes of it; invalid where it stays as it is
+    QMetaType::Type type;
+    int percentOfFirst; ///< of the cases, in which it is not left to chance
+    QVariantList fitting;
+    QVariantList others;
 };
 
 struct Channel
@@ -48,60 +50,42 @@ Channel channelNamed(const QString& id)
     return {};
 }
 
-/// Adds the argument of a parameter; answers whether it fits.
-bool add(InvocationPlan& plan, const QString& parameter, const Choice& choice)
+const QMap<QString, Choices>& choicesOfParameters()
 {
-    if (choice.value.isValid()) {
-        plan.arguments.insert(parameter, choice.value);
-        plan.taken.insert(parameter, choice.taken.isValid() ? choice.taken : choice.value);
+    constexpr auto text = QMetaType::QString;
+    constexpr auto number = QMetaType::Int;
+    const QVariant none;
+    static const QMap<QString, Choices> all = {
+        {"channel"_s,
+         {text,
+          50,
+          {"OUT0"_s, "OUT0"_s, "OUT0"_s, "OUT1"_s, "OUT1"_s, "IN"_s, "LOOSE"_s, "100 %1"_s, ""_s, 7, none},
+          {QVariant(QVariantList{1})}}},
+        {"value"_s, {number, 90, {none, 1, 0, 65535, true, "1"_s}, {65536, -1, "high"_s, 1.5}}},
+        {"state"_s,
+         {text, 0, {"ON"_s, "OFF"_s, "BLINK"_s, "PULSE"_s, "PULSE"_s, "PULSE"_s, "pulse"_s, ""_s, none}, {}}},
+        {"duration"_s,
+         {number, 0, {none, 0, 0, 1, 50, 3999, 4000, 9000, -1, c_lowest, c_highest}, {"soon"_s, 3e9}}},
+        {"dutyCycle"_s, {number, 70, {none, 0, 50, 101, c_lowest, c_highest}, {0.5}}},
+        {"edge"_s, {text, 0, {none, "HL"_s, "LL"_s, "RE"_s, "FE"_s, "re"_s, 1}, {QVariant(QVariantList())}}}};
+    return all;
+}
+
+/// Draws the argument of a parameter; answers whether it fits.
+bool add(InvocationPlan& plan, const QString& parameter, RandomSource& random)
+{
+    const Choices& choices = *choicesOfParameters().constFind(parameter);
+    const int fitting = choices.fitting.size();
+    const int drawn =
+        random.chance(choices.percentOfFirst) ? 0 : random.below(fitting + choices.others.size());
+    const QVariant value = (choices.fitting + choices.others).at(drawn);
+    if (value.isValid()) {
+        QVariant taken = value;
+        taken.convert(choices.type);
+        plan.arguments.insert(parameter, value);
+        plan.taken.insert(parameter, taken);
     }
-    return choice.fits;
-}
-
-Choice channelChoice(RandomSource& random)
-{
-    static const QVector<Choice> choices = {
-        {"OUT0"_s},  {"OUT0"_s},   {"OUT0"_s},      {"OUT1"_s},       {"OUT1"_s}, {"IN"_s},
-        {"LOOSE"_s}, {"100 %1"_s}, {QString(""_s)}, {7, true, "7"_s}, {},         {QVariantList{1}, false}};
-    return random.chance(50) ? choices.first() : random.of(choices);
-}
-
-Choice valueChoice(RandomSource& random)
-{
-    static const QVector<Choice> choices = {{},
-                                            {1},
-                                            {0},
-                                            {65535},
-                                            {true, true, 1},
-                                            {"1"_s, true, 1},
-                                            {65536, false},
-                                            {-1, false},
-                                            {"high"_s, false},
-                                            {1.5, false}};
-    return random.chance(90) ? choices.first() : random.of(choices);
-}
-
-Choice stateChoice(RandomSource& random)
-{
-    static const QVector<Choice> choices = {{"ON"_s},    {"OFF"_s},       {"BLINK"_s},
-                                            {"PULSE"_s}, {"PULSE"_s},     {"PULSE"_s},
-                                            {"pulse"_s}, {QString(""_s)}, {}};
-    return random.of(choices);
-}
-
-Choice durationChoice(RandomSource& random)
-{
-    static const QVector<Choice> choices = {{},          {0},        {0},         {1},
-                                            {50},        {3999},     {4000},      {9000},
-                                            {-1},        {c_lowest}, {c_highest}, {"soon"_s, false},
-                                            {3e9, false}};
-    return random.of(choices);
-}
-
-Choice dutyCycleChoice(RandomSource& random)
-{
-    static const QVector<Choice> choices = {{}, {0}, {50}, {101}, {c_lowest}, {c_highest}, {0.5, false}};
-    return random.chance(70) ? choices.first() : random.of(choices);
+    return drawn < fitting;
 }
 
 void refuse(InvocationPlan& plan, const QString& text)
@@ -125,10 +109,10 @@ void ask(InvocationPlan& plan, Deed deed, Wants wants)
 
 void planSetValue(InvocationPlan& plan, RandomSource& random)
 {
-    bool fits = add(plan, "value"_s, valueChoice(random));
-    fits = add(plan, "state"_s, stateChoice(random)) && fits;
-    fits = add(plan, "duration"_s, durationChoice(random)) && fits;
-    fits = add(plan, "dutyCycle"_s, dutyCycleChoice(random)) && fits;
+    bool fits = true;
+    for (const QString& parameter : {"value"_s, "state"_s, "duration"_s, "dutyCycle"_s}) {
+        fits = add(plan, parameter, random) && fits;
+    }
     const QString state = plan.arguments.value("state"_s).toString();
     if (!fits) {
         refuse(plan, "parameter \""_s);
@@ -163,16 +147,9 @@ void planSwitchValue(InvocationPlan& plan)
     }
 }
 
-Choice edgeChoice(RandomSource& random)
-{
-    static const QVector<Choice> edges = {{},       {"HL"_s}, {"LL"_s},         {"RE"_s},
-                                          {"FE"_s}, {"re"_s}, {1, true, "1"_s}, {QVariantList{}, false}};
-    return random.of(edges);
-}
-
 void planStartListening(InvocationPlan& plan, RandomSource& random)
 {
-    const bool fits = add(plan, "edge"_s, edgeChoice(random));
+    const bool fits = add(plan, "edge"_s, random);
     const QString edge = plan.arguments.value("edge"_s).toString();
     const bool known = edge == "HL"_s || edge == "LL"_s || edge == "RE"_s || edge == "FE"_s;
     if (!fits) {
@@ -188,11 +165,9 @@ void planStartListening(InvocationPlan& plan, RandomSource& random)
 void planStop(InvocationPlan& plan, RandomSource& random)
 {
     const bool listening = plan.command == stopNameOf("listenToAll"_s);
-    bool fits = random.chance(40) || add(plan, "channel"_s, channelChoice(random));
+    bool fits = random.chance(40) || add(plan, "channel"_s, random);
     if (random.chance(20)) {
-        fits = add(plan, listening ? "edge"_s : "state"_s,
-                   listening ? edgeChoice(random) : stateChoice(random)) &&
-               fits;
+        fits = add(plan, listening ? "edge"_s : "state"_s, random) && fits;
     }
     plan.deed = Deed::Stops;
     if (!fits) {
@@ -223,7 +198,7 @@ InvocationPlan drawInvocation(RandomSource& random)
     InvocationPlan plan;
     plan.command = random.of(commands);
     const bool takesChannel = plan.command.endsWith("Value"_s) || plan.command == "startListening"_s;
-    const bool channelFits = !takesChannel || add(plan, "channel"_s, channelChoice(random));
+    const bool channelFits = !takesChannel || add(plan, "channel"_s, random);
     if (plan.command == "setValue"_s) {
         planSetValue(plan, random);
     } else if (plan.command == "switchValue"_s) {
@@ -275,14 +250,9 @@ bool asks(const QString& command)
 
 QVariantList toolChannels()
 {
-    const auto item = [](const QString& id, const QString& value) {
-        return QVariantMap{{"id"_s, id}, {"value"_s, value}};
-    };
     QVariantList list;
     for (const Channel& channel : channels()) {
-        list.append(QVariantMap{
-            {"id"_s, channel.id},
-            {"value"_s, QVariantList{item("direction"_s, channel.direction), item("link"_s, channel.link)}}});
+        list.append(channelEntry(channel.id, {{"direction"_s, channel.direction}, {"link"_s, channel.link}}));
     }
     return list;
 }

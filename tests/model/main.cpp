@@ -1,3 +1,4 @@
+#include "command_line_numbers.h"
 #include "literals.h"
 #include "manual_event_dispatcher.h"
 #include "world.h"
@@ -9,23 +10,8 @@
 
 #include <cstdio>
 #include <limits>
-#include <optional>
 
 namespace {
-
-constexpr int c_usageError = 2;
-
-std::optional<quint64> wholeNumber(const QCommandLineParser& parser, const QString& option, quint64 highest)
-{
-    bool ok = false;
-    const quint64 number = parser.value(option).toULongLong(&ok);
-    if (ok && number <= highest) {
-        return number;
-    }
-    std::fprintf(stderr, "--%s: expected a whole number from 0 to %llu, got \"%s\"\n", qPrintable(option),
-                 highest, qPrintable(parser.value(option)));
-    return std::nullopt;
-}
 
 void printFigures(int steps, const World& world)
 {
@@ -53,36 +39,23 @@ int main(int argc, char* argv[])
     QCoreApplication::setEventDispatcher(new ManualEventDispatcher(&scheduler));
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QString seedOption = "seed"_s;
-    const QString stepsOption = "steps"_s;
-    const QString aloudOption = "aloud"_s;
-    parser.addHelpOption();
-    parser.addOption({seedOption, "Repeats the run of this seed; a fresh one by default."_s, "number"_s,
+    parser.addOption({"seed"_s, "Repeats the run of this seed; a fresh one by default."_s, "number"_s,
                       QString::number(QRandomGenerator::global()->generate())});
-    parser.addOption({stepsOption, "How many steps the run has."_s, "number"_s, "2000"_s});
-    parser.addOption({aloudOption, "Prints each action as it happens."_s});
-    parser.process(application);
-    if (!parser.positionalArguments().isEmpty()) {
-        std::fprintf(stderr, "unexpected argument \"%s\"\n",
-                     qPrintable(parser.positionalArguments().constFirst()));
-        return c_usageError;
-    }
-    const auto seed = wholeNumber(parser, seedOption, std::numeric_limits<quint64>::max());
-    const auto steps = wholeNumber(parser, stepsOption, std::numeric_limits<int>::max());
-    if (!seed || !steps) {
-        return c_usageError;
-    }
+    parser.addOption({"steps"_s, "How many steps the run has."_s, "number"_s, "2000"_s});
+    parser.addOption({"aloud"_s, "Prints each action as it happens."_s});
+    readOptions(&parser);
+    const quint64 seed = wholeNumber(parser, "seed"_s, 0, std::numeric_limits<quint64>::max());
+    const int steps = static_cast<int>(wholeNumber(parser, "steps"_s, 0, std::numeric_limits<int>::max()));
 
-    std::printf("seed %llu: ", *seed);
+    std::printf("seed %llu: ", seed);
     std::fflush(stdout);
-    const int count = static_cast<int>(*steps);
-    Journal journal(*seed, count, parser.isSet(aloudOption), &scheduler);
-    World world(*seed, &journal, &scheduler);
-    for (int step = 1; step <= count; ++step) {
+    Journal journal(seed, steps, parser.isSet("aloud"_s), &scheduler);
+    World world(seed, &journal, &scheduler);
+    for (int step = 1; step <= steps; ++step) {
         journal.beginStep(step);
         world.step();
     }
     world.finish();
-    printFigures(count, world);
+    printFigures(steps, world);
     return 0;
 }

@@ -106,7 +106,6 @@ struct Backend
     QString toolName;
     std::shared_ptr<Tool> tool;
     bool initialized = false;
-    int limit = 256;
     /// The channels of the tools that it can be bound to; those of the first one.
     std::optional<int> channels;
     Treatments actions;   ///< treatments of commands that do something

@@ -1,20 +1,19 @@
 #include "watched_backend.h"
 
-WatchedBackend::WatchedBackend(BackendObserver* observer)
+WatchedBackend::WatchedBackend()
     : DAbstractPluginBackend(QStringLiteral("TestLibrary"), nullptr)
-    , m_observer(observer)
 {}
 
 WatchedBackend::~WatchedBackend() = default;
 
-bool WatchedBackend::applyTreatmentReply(int id, const QString& name, const QVariantMap& reply)
+bool WatchedBackend::applyTreatmentReply(int id, const QString& name, const QVariantMap&)
 {
-    Q_UNUSED(reply)
-    m_observer->treatmentReplied(this, id, name);
+    onReply(id, name);
     return true;
 }
 
 void WatchedBackend::treatmentReleased(int id, const QString& name, bool success)
 {
-    m_observer->treatmentReleased(this, id, name, success);
+    const auto call = onRelease; // which may destroy this backend
+    call(id, name, success);
 }

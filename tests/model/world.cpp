@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace model;
 
@@ -88,25 +89,32 @@ void World::act()
     {
         void (World::*act)();
         int weight;
+        bool (*isPossible)(const World& world);
+    };
+    constexpr auto always = [](const World&) { return true; };
+    constexpr auto hasDevices = [](const World& world) { return !world.m_devices.empty(); };
+    constexpr auto hasTools = [](const World& world) { return !world.m_tools.empty(); };
+    constexpr auto hasOrders = [](const World& world) { return !world.m_orders.empty(); };
+    constexpr auto hasBackends = [](const World& world) { return !world.m_backends.empty(); };
+    constexpr auto mayMoveDevices = [](const World& world) {
+        return !world.m_devices.empty() && !world.isBelow(Place::Device);
     };
     static const std::vector<Act> acts = {
-        {&World::makeOrder, 24},      {&World::answer, 24},       {&World::advance, 12},
-        {&World::stopOrder, 6},       {&World::destroyOrder, 5},  {&World::startOrder, 4},
-        {&World::queueTreatments, 8}, {&World::plug, 9},          {&World::pump, 12},
-        {&World::makeTool, 6},        {&World::makeDevice, 2},    {&World::makeBackend, 2},
-        {&World::closeTool, 2},       {&World::destroyDevice, 1}, {&World::destroyBackend, 1},
-    };
-    int all = 0;
-    for (const Act& act : acts) {
-        all += act.weight;
-    }
+        {&World::makeOrder, 24, always},         {&World::answer, 24, hasDevices},
+        {&World::advance, 12, always},           {&World::pump, 12, always},
+        {&World::plug, 9, mayMoveDevices},       {&World::queueTreatments, 8, hasBackends},
+        {&World::stopOrder, 6, hasOrders},       {&World::makeTool, 6, always},
+        {&World::destroyOrder, 5, hasOrders},    {&World::startOrder, 4, hasOrders},
+        {&World::makeDevice, 2, always},         {&World::makeBackend, 2, always},
+        {&World::closeTool, 2, hasTools},        {&World::destroyDevice, 1, mayMoveDevices},
+        {&World::destroyBackend, 1, hasBackends}};
+    static const int all = std::accumulate(acts.cbegin(), acts.cend(), 0,
+                                           [](int sum, const Act& act) { return sum + act.weight; });
     int drawn = m_random.below(all);
-    for (const Act& act : acts) {
-        drawn -= act.weight;
-        if (drawn < 0) {
-            (this->*act.act)();
-            return;
-        }
+    const auto act = std::find_if(acts.cbegin(), acts.cend(),
+                                  [&drawn](const Act& one) { return (drawn -= one.weight) < 0; });
+    if (act->isPossible(*this)) {
+        (this->*act->act)();
     }
 }
 
@@ -320,18 +328,13 @@ void World::start(DOrder* order, Order& state)
 
 void World::startOrder()
 {
-    if (!m_orders.empty()) {
-        const OrderEntry& entry = m_random.of(m_orders);
-        const auto state = entry.state;
-        start(entry.object.get(), *state);
-    }
+    const OrderEntry& entry = m_random.of(m_orders);
+    const auto state = entry.state;
+    start(entry.object.get(), *state);
 }
 
 void World::stopOrder()
 {
-    if (m_orders.empty()) {
-        return;
-    }
     const OrderEntry& entry = m_random.of(m_orders);
     const auto state = entry.state;
     note("stops order %1"_s.arg(state->id));
@@ -342,9 +345,6 @@ void World::stopOrder()
 
 void World::destroyOrder()
 {
-    if (m_orders.empty()) {
-        return;
-    }
     OrderEntry entry = taken(m_orders, m_random.below(static_cast<int>(m_orders.size())));
     note("destroys order %1"_s.arg(entry.state->id));
     ++m_destroyed;
@@ -356,9 +356,6 @@ void World::destroyOrder()
 /// To a request that may be over, or was never sent; once or more often.
 void World::answer()
 {
-    if (m_devices.empty()) {
-        return;
-    }
     const auto waits = [this](const DeviceEntry& entry) {
         return !m_orderRules.waitingRequests(*entry.state).empty();
     };
@@ -391,9 +388,6 @@ void World::answer()
 
 void World::plug()
 {
-    if (m_devices.empty() || isBelow(Place::Device)) {
-        return;
-    }
     const DeviceEntry& entry = m_random.of(m_devices);
     RecordingDevice* device = entry.object.get();
     const auto state = entry.state;
@@ -433,8 +427,16 @@ void World::makeBackend()
     }
     const QString tool = "tool%1"_s.arg(m_random.below(3));
     note("makes a backend of "_s + tool);
-    BackendEntry entry{std::make_unique<WatchedBackend>(this), m_treatmentRules.makeBackend(tool)};
+    BackendEntry entry{std::make_unique<WatchedBackend>(), m_treatmentRules.makeBackend(tool)};
     entry.object->setName(tool);
+    entry.object->onReply = [this, state = entry.state](int id, const QString& name) {
+        m_treatmentRules.replied(*state, id, name);
+        moment(Place::Listener);
+    };
+    entry.object->onRelease = [this, state = entry.state](int id, const QString& name, bool success) {
+        m_treatmentRules.released(*state, id, name, success);
+        moment(Place::Listener);
+    };
     connect(entry.object.get(), &DAbstractPluginBackend::abstractBackendInitialized, this,
             [this, state = entry.state] { m_treatmentRules.initialized(*state); });
     m_backends.push_back(std::move(entry));
@@ -442,9 +444,6 @@ void World::makeBackend()
 
 void World::queueTreatments()
 {
-    if (m_backends.empty()) {
-        return;
-    }
     const BackendEntry& entry = m_random.of(m_backends);
     const int count = m_random.chance(3) ? c_manyChannels + 5 : 1 + m_random.below(3);
     note("queues %1 treatments from number %2 on"_s.arg(count).arg(m_lastTreatment + 1));
@@ -462,9 +461,6 @@ void World::queueTreatments()
 
 void World::closeTool()
 {
-    if (m_tools.empty()) {
-        return;
-    }
     ToolEntry entry = taken(m_tools, m_random.below(static_cast<int>(m_tools.size())));
     note("closes "_s + entry.state->name);
     ++m_destroyed;
@@ -476,9 +472,6 @@ void World::closeTool()
 
 void World::destroyDevice()
 {
-    if (m_devices.empty() || isBelow(Place::Device)) {
-        return;
-    }
     DeviceEntry entry = taken(m_devices, m_random.below(static_cast<int>(m_devices.size())));
     note("destroys a device"_s);
     ++m_destroyed;
@@ -493,9 +486,6 @@ void World::destroyDevice()
 
 void World::destroyBackend()
 {
-    if (m_backends.empty()) {
-        return;
-    }
     BackendEntry entry = taken(m_backends, m_random.below(static_cast<int>(m_backends.size())));
     note("destroys a backend"_s);
     ++m_destroyed;
@@ -548,16 +538,9 @@ void World::executeEnds(quint64 order, bool accepted)
     moment(Place::Command);
 }
 
-void World::sendBegins(quint64 order, const QString& instruction, const QVariantMap& arguments, int timeoutMs)
+void World::sendBegins(quint64 order, const QString& instruction, const QVariantMap&, int timeoutMs)
 {
-    Q_UNUSED(arguments)
     m_orderRules.sendBegins(stateOf(order), instruction, timeoutMs);
-}
-
-void World::sendEnds(quint64 order, quint64 request)
-{
-    Q_UNUSED(order)
-    m_orderRules.sendEnds(request);
 }
 
 void World::replyBegins(quint64 order, quint64 request, const QVariantMap& reply)
@@ -579,18 +562,6 @@ void World::finishBegins(quint64 order, bool ok)
     moment(Place::Listener);
 }
 
-void World::commandDestroyed(quint64 order)
-{
-    Q_UNUSED(order)
-    --m_workingCommands;
-}
-
-void World::finishEnds(quint64 order)
-{
-    Q_UNUSED(order)
-    moment(Place::Listener);
-}
-
 void World::requestArrives(const Device& device, quint64 request)
 {
     note("request %1"_s.arg(request));
@@ -603,16 +574,4 @@ void World::cancelArrives(Device& device, quint64 request)
     m_orderRules.cancelBegins(device, request);
     moment(Place::Device);
     m_orderRules.cancelEnds(device, request);
-}
-
-void World::treatmentReplied(WatchedBackend* backend, int id, const QString& name)
-{
-    m_treatmentRules.replied(*stateOf(backend), id, name);
-    moment(Place::Listener);
-}
-
-void World::treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success)
-{
-    m_treatmentRules.released(*stateOf(backend), id, name, success);
-    moment(Place::Listener);
 }

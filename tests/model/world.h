@@ -17,7 +17,7 @@ class DTool;
 
 /// Devices, tools, orders and backends of the host, to which random things happen. What comes of them is held
 /// against the rules.
-class World : public QObject, public CommandObserver, public BackendObserver
+class World : public QObject, public CommandObserver
 {
     Q_OBJECT
     Q_DISABLE_COPY(World)
@@ -92,16 +92,13 @@ private:
     void commandLinked(DOrder* order) override;
     void executeBegins(quint64 order) override;
     void executeEnds(quint64 order, bool accepted) override;
-    void sendBegins(quint64 order, const QString& instruction, const QVariantMap& arguments,
-                    int timeoutMs) override;
-    void sendEnds(quint64 order, quint64 request) override;
+    void sendBegins(quint64 order, const QString& instruction, const QVariantMap&, int timeoutMs) override;
+    void sendEnds(quint64, quint64 request) override { m_orderRules.sendEnds(request); }
     void replyBegins(quint64 order, quint64 request, const QVariantMap& reply) override;
     void replyEnds(quint64 order, quint64 request, bool accepted) override;
     void finishBegins(quint64 order, bool ok) override;
-    void finishEnds(quint64 order) override;
-    void commandDestroyed(quint64 order) override;
-    void treatmentReplied(WatchedBackend* backend, int id, const QString& name) override;
-    void treatmentReleased(WatchedBackend* backend, int id, const QString& name, bool success) override;
+    void finishEnds(quint64) override { moment(Place::Listener); }
+    void commandDestroyed(quint64) override { --m_workingCommands; }
 
     RandomSource m_random;
     Journal* m_journal;

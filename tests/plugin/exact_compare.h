@@ -38,9 +38,30 @@ inline QString difference(const QVariantMap& actual, const QVariantMap& expected
     return QString();
 }
 
-/// Fails the test unless the two values or maps are the same, types included.
-#define COMPARE_EXACTLY(actual, expected)                                                                    \
+/// What distinguishes two lists by their lengths, or by what differenceOf tells of their elements; empty when
+/// nothing does.
+template <typename Actual, typename Expected, typename Difference>
+QString differenceOfLists(const QVector<Actual>& actual, const QVector<Expected>& expected,
+                          Difference differenceOf)
+{
+    if (actual.size() != expected.size()) {
+        return QStringLiteral("%1 elements instead of %2").arg(actual.size()).arg(expected.size());
+    }
+    for (int i = 0; i < expected.size(); ++i) {
+        const QString problem = differenceOf(actual.at(i), expected.at(i));
+        if (!problem.isEmpty()) {
+            return QStringLiteral("element %1: %2").arg(i).arg(problem);
+        }
+    }
+    return QString();
+}
+
+/// Fails the test with the text of a problem, unless there is none.
+#define REQUIRE_NO_PROBLEM(...)                                                                              \
     do {                                                                                                     \
-        const QString problem = difference(actual, expected);                                                \
+        const QString problem = __VA_ARGS__;                                                                 \
         QVERIFY2(problem.isEmpty(), qPrintable(problem));                                                    \
     } while (false)
+
+/// Fails the test unless the two values or maps are the same, types included.
+#define COMPARE_EXACTLY(actual, expected) REQUIRE_NO_PROBLEM(difference(actual, expected))

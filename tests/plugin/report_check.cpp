@@ -1,7 +1,7 @@
 #include "report_check.h"
 
 #include "host_record.h"
-#include "text.h"
+#include "literals.h"
 
 #include <QFile>
 #include <QThread>
@@ -12,13 +12,13 @@ QString printed(const QObject& object)
 {
     const QString address = QString::number(reinterpret_cast<quintptr>(&object), 16);
     const QString name =
-        object.objectName().isEmpty() ? QString() : ", name = \"%1\""_q.arg(object.objectName());
-    return "%1(0x%2%3)"_q.arg(QLatin1String(object.metaObject()->className()), address, name);
+        object.objectName().isEmpty() ? QString() : ", name = \"%1\""_s.arg(object.objectName());
+    return "%1(0x%2%3)"_s.arg(QLatin1String(object.metaObject()->className()), address, name);
 }
 
 bool makesAReport(const QString& source, int line)
 {
-    QFile file(QStringLiteral(TOOL_GPIO_SOURCE_DIR "/") + source + ".cpp"_q);
+    QFile file(QStringLiteral(TOOL_GPIO_SOURCE_DIR "/") + source + ".cpp"_s);
     if (line < 1 || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         return false;
     }
@@ -28,27 +28,31 @@ bool makesAReport(const QString& source, int line)
 
 } // namespace
 
-QString reportProblem(const Message& message, const QObject& reporter, const QString& source,
+QString reportProblem(const QVector<Message>& messages, const QObject& reporter, const QString& source,
                       const QString& text)
 {
-    if (message.type != QtCriticalMsg || message.category != "default"_q || message.hasFile ||
-        message.line != 0 || message.hasFunction) {
-        return "not a critical message of the category default without a place"_q;
+    if (messages.size() != 1) {
+        return "%1 messages"_s.arg(messages.size());
     }
-    const QString path = "plugins/p_tool_gpio/source/"_q + source;
-    const QStringList items = message.text.split(" ;\t "_q);
+    const Message& message = messages.first();
+    if (message.type != QtCriticalMsg || message.category != "default"_s || message.hasFile ||
+        message.line != 0 || message.hasFunction) {
+        return "not a critical message of the category default without a place"_s;
+    }
+    const QString path = "plugins/p_tool_gpio/source/"_s + source;
+    const QStringList items = message.text.split(" ;\t "_s);
     const int line = items.value(4).toInt();
-    const QStringList expected = {"\n \"%1\""_q.arg(hostRecord().date),
-                                  "Thread = "_q + printed(*QThread::currentThread()),
-                                  "This = "_q + printed(reporter),
+    const QStringList expected = {"\n \"%1\""_s.arg(hostRecord().date),
+                                  "Thread = "_s + printed(*QThread::currentThread()),
+                                  "This = "_s + printed(reporter),
                                   path,
                                   QString::number(line),
                                   text};
     if (items != expected) {
-        return "\"%1\" instead of \"%2\""_q.arg(message.text, expected.join(" ;\t "_q));
+        return "\"%1\" instead of \"%2\""_s.arg(message.text, expected.join(" ;\t "_s));
     }
     if (!makesAReport(path, line)) {
-        return "line %1 of the source makes no report"_q.arg(line);
+        return "line %1 of the source makes no report"_s.arg(line);
     }
     return QString();
 }

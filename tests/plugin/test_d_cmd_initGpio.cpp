@@ -1,7 +1,5 @@
-#include "command_checks.h"
 #include "d_cmd_initGpio.h"
-
-using namespace command_checks;
+#include "recorded_command.h"
 
 namespace {
 
@@ -35,48 +33,23 @@ public:
     using DCmdInitGpio::sendChannelValues;
 };
 
+using Recorded = RecordedCommand<OpenedInitGpio>;
+
 QVariant channelsWithDirections()
 {
-    return QVariantList({QVariantMap({{"id"_q, "A"_q}, {"direction"_q, "out"_q}}),
-                         QVariantMap({{"id"_q, "B"_q}, {"direction"_q, "in"_q}}),
-                         QVariantMap({{"id"_q, "C"_q}})});
+    return QVariantList({QVariantMap({{"id"_s, "A"_s}, {"direction"_s, "out"_s}}),
+                         QVariantMap({{"id"_s, "B"_s}, {"direction"_s, "in"_s}}),
+                         QVariantMap({{"id"_s, "C"_s}})});
 }
 
 } // namespace
 
-class TestInitGpio : public QObject
+class TestInitGpio : public QuietTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void addsNothingToTheMetaObjectOfItsBase()
-    {
-        metaObjectHasNothingOfItsOwn<DCmdInitGpio>("DCmdInitGpio"_q);
-    }
-
-    void constructionDeclaresInOrder()
-    {
-        constructionMakesTheCalls<DCmdInitGpio>(
-            {"construct init"_q, "setDescription"_q, "declareAResult doneOk"_q});
-    }
-
-    void declaresNameDescriptionAndResultButNoParameter()
-    {
-        const RecordedCommand<OpenedInitGpio> bench;
-        QCOMPARE(bench.record.name, "init"_q);
-        QVERIFY(!bench.record.isStoppable);
-        QCOMPARE(bench.record.description, "Set initia values of a GPIO pin"_q);
-        compareDeclarations(bench.record.parameters, {});
-        compareDeclarations(bench.record.results, {{"doneOk"_q, "bool"_q, "Job done"_q, QVariant(false)}});
-        QCOMPARE(bench.command.m_pendingReplies, 0);
-    }
-
-    void createCommandMakesAWorkingInstance()
-    {
-        command_checks::createCommandMakesAWorkingInstance<DCmdInitGpio>();
-    }
-
-    void workingInstanceDiesWithItsSharedPointer() { sharedPointerOfCreateCommandIsTheOwner<DCmdInitGpio>(); }
+    void newCommandAwaitsNoReply() { QCOMPARE(Recorded().command.m_pendingReplies, 0); }
 
     void executeReportsDoneThenCountsTheChannels_data()
     {
@@ -89,9 +62,9 @@ private Q_SLOTS:
         QTest::newRow("no section") << QVariant() << true << 0;
         QTest::newRow("no section and a refusal") << QVariant() << false << 0;
         QTest::newRow("an empty list") << QVariant(QVariantList()) << true << 0;
-        QTest::newRow("entries that are no maps") << QVariant(QVariantList({1, "out"_q})) << true << 2;
-        QTest::newRow("a list of texts") << QVariant(QStringList({"A"_q, "B"_q})) << true << 2;
-        QTest::newRow("a map") << QVariant(QVariantMap({{"id"_q, "A"_q}})) << true << 0;
+        QTest::newRow("entries that are no maps") << QVariant(QVariantList({1, "out"_s})) << true << 2;
+        QTest::newRow("a list of texts") << QVariant(QStringList({"A"_s, "B"_s})) << true << 2;
+        QTest::newRow("a map") << QVariant(QVariantMap({{"id"_s, "A"_s}})) << true << 0;
         QTest::newRow("a number") << QVariant(3) << true << 0;
     }
     void executeReportsDoneThenCountsTheChannels()
@@ -99,46 +72,43 @@ private Q_SLOTS:
         QFETCH(QVariant, section);
         QFETCH(bool, baseAnswer);
         QFETCH(int, count);
-        RecordedCommand<OpenedInitGpio> bench;
-        bench.record.sections.insert("channels"_q, section);
+        Recorded bench;
+        bench.record.sections.insert("channels"_s, section);
         bench.record.executeAnswer = baseAnswer;
-        const MessageLog log;
         QCOMPARE(bench.command.commandExecute(), baseAnswer);
-        QCOMPARE(bench.record.calls, QStringList({"commandExecute"_q, "commandUpdateResult doneOk"_q,
-                                                  "getParametersSection channels"_q}));
-        QCOMPARE(bench.record.updatedResults.size(), 1);
-        COMPARE_EXACTLY(bench.record.updatedResults.first().value, QVariant(true));
+        QCOMPARE(bench.record.calls, QStringList({"commandExecute"_s, "commandUpdateResult doneOk"_s,
+                                                  "getParametersSection channels"_s}));
+        COMPARE_RESULTS(bench.record, {{"doneOk"_s, true}});
         QCOMPARE(bench.command.m_pendingReplies, count);
-        QCOMPARE(log.texts(), QStringList());
     }
 
     void executeReadsTheDirectionsInTheOrderOfTheList()
     {
         QMetaType::registerConverter<NotingEntry, QVariantMap>([](const NotingEntry& entry) {
-            readings.append("map of "_q + entry.id);
-            return QVariantMap({{"direction"_q, QVariant::fromValue(NotingDirection{entry.id})}});
+            readings.append("map of "_s + entry.id);
+            return QVariantMap({{"direction"_s, QVariant::fromValue(NotingDirection{entry.id})}});
         });
         QMetaType::registerConverter<NotingDirection, QString>([](const NotingDirection& direction) {
-            readings.append("direction of "_q + direction.id);
-            return direction.id == "B"_q ? "out"_q : "in"_q;
+            readings.append("direction of "_s + direction.id);
+            return direction.id == "B"_s ? "out"_s : "in"_s;
         });
-        RecordedCommand<OpenedInitGpio> bench;
-        bench.record.sections.insert("channels"_q, QVariantList({
-                                                       QVariant::fromValue(NotingEntry{"A"_q}),
-                                                       QVariant::fromValue(NotingEntry{"B"_q}),
-                                                       QVariantMap({{"id"_q, "without a direction"_q}}),
-                                                       QVariant::fromValue(NotingEntry{"C"_q}),
+        Recorded bench;
+        bench.record.sections.insert("channels"_s, QVariantList({
+                                                       QVariant::fromValue(NotingEntry{"A"_s}),
+                                                       QVariant::fromValue(NotingEntry{"B"_s}),
+                                                       QVariantMap({{"id"_s, "without a direction"_s}}),
+                                                       QVariant::fromValue(NotingEntry{"C"_s}),
                                                    }));
         QVERIFY(bench.command.commandExecute());
-        QCOMPARE(readings, QStringList({"map of A"_q, "direction of A"_q, "map of B"_q, "direction of B"_q,
-                                        "map of C"_q, "direction of C"_q}));
+        QCOMPARE(readings, QStringList({"map of A"_s, "direction of A"_s, "map of B"_s, "direction of B"_s,
+                                        "map of C"_s, "direction of C"_s}));
         QCOMPARE(bench.command.m_pendingReplies, 4);
         QVERIFY(bench.record.instructions.isEmpty());
     }
 
     void executeDoesNotLookAtTheAnswerOfTheUpdate()
     {
-        RecordedCommand<OpenedInitGpio> bench;
+        Recorded bench;
         bench.record.updateAnswer = false;
         QVERIFY(bench.command.commandExecute());
     }
@@ -148,33 +118,23 @@ private Q_SLOTS:
         QTest::addColumn<int>("value");
         QTest::addColumn<QString>("deviceChannel");
         QTest::addColumn<bool>("expectReply");
-        QTest::newRow("with its reply") << 1 << "line0"_q << true;
-        QTest::newRow("without its reply") << 65535 << "line0"_q << false;
-        QTest::newRow("no channel") << 0 << ""_q << true;
+        QTest::newRow("with its reply") << 1 << "line0"_s << true;
+        QTest::newRow("without its reply") << 65535 << "line0"_s << false;
+        QTest::newRow("no channel") << 0 << ""_s << true;
     }
     void requestFunctionSendsTheValue()
     {
         QFETCH(int, value);
         QFETCH(QString, deviceChannel);
         QFETCH(bool, expectReply);
-        RecordedCommand<OpenedInitGpio> bench;
-        bench.command.sendChannelValues(static_cast<quint16>(value), deviceChannel, expectReply);
-        QCOMPARE(bench.record.calls, QStringList({"addInstruction setValues"_q}));
-        const CommandRecord::Instruction& sent = bench.record.instructions.first();
-        QCOMPARE(sent.target, "device"_q);
-        QCOMPARE(sent.timeoutMs, 4000);
-        COMPARE_EXACTLY(sent.arguments, QVariantMap({{"channel"_q, deviceChannel}, {"values"_q, value}}));
-        QCOMPARE(sent.onReply.empty(), !expectReply);
-    }
-
-    void replyOfTheRequestFunctionIsCounted()
-    {
-        RecordedCommand<OpenedInitGpio> bench;
+        Recorded bench;
         bench.command.m_pendingReplies = 1;
-        bench.command.sendChannelValues(1, "line0"_q, true);
-        QVERIFY(bench.reply(0, {}));
-        QCOMPARE(bench.command.m_pendingReplies, 0);
-        QCOMPARE(bench.record.updatedResults.size(), 1);
+        bench.command.sendChannelValues(static_cast<quint16>(value), deviceChannel, expectReply);
+        COMPARE_REQUESTS(bench.record,
+                         {{"setValues"_s, {{"channel"_s, deviceChannel}, {"values"_s, value}}}});
+        QCOMPARE(bench.record.instructions.first().onReply.empty(), !expectReply);
+        QCOMPARE(expectReply && bench.reply(0, {}), expectReply);
+        QCOMPARE(bench.command.m_pendingReplies, expectReply ? 0 : 1);
     }
 
     void lastCountedReplyReportsDone_data()
@@ -186,63 +146,38 @@ private Q_SLOTS:
     void lastCountedReplyReportsDone()
     {
         QFETCH(bool, updateAnswer);
-        RecordedCommand<OpenedInitGpio> bench;
+        Recorded bench;
         bench.record.updateAnswer = updateAnswer;
         bench.command.m_pendingReplies = 2;
-        const MessageLog log;
-        QVERIFY(bench.command.onSetValuesReply(1, {{"anything"_q, 1}}));
+        QVERIFY(bench.command.onSetValuesReply(1, {{"anything"_s, 1}}));
         QCOMPARE(bench.command.m_pendingReplies, 1);
-        QVERIFY(bench.record.updatedResults.isEmpty());
+        COMPARE_RESULTS(bench.record, {});
         QCOMPARE(bench.command.onSetValuesReply(2, {}), updateAnswer);
         QCOMPARE(bench.command.m_pendingReplies, 0);
-        QCOMPARE(bench.record.updatedResults.size(), 1);
-        QCOMPARE(bench.record.updatedResults.first().name, "doneOk"_q);
-        COMPARE_EXACTLY(bench.record.updatedResults.first().value, QVariant(true));
-        QCOMPARE(log.texts(), QStringList());
+        COMPARE_RESULTS(bench.record, {{"doneOk"_s, true}});
     }
 
-    void replyWithoutAnIdentifierIsNotCounted()
+    void replyIsCountedByItsIdentifier_data()
     {
-        RecordedCommand<OpenedInitGpio> bench;
-        bench.command.m_pendingReplies = 2;
-        QVERIFY(!bench.command.onSetValuesReply(0, {}));
-        QCOMPARE(bench.command.m_pendingReplies, 2);
-        QVERIFY(bench.record.updatedResults.isEmpty());
+        QTest::addColumn<int>("awaited");
+        QTest::addColumn<quint64>("id");
+        QTest::addColumn<bool>("answer");
+        QTest::addColumn<int>("left");
+        QTest::newRow("no identifier, while some are awaited") << 2 << quint64(0) << false << 2;
+        QTest::newRow("no identifier, while none is awaited") << 0 << quint64(0) << true << 0;
+        QTest::newRow("an identifier, while none is awaited") << 0 << quint64(1) << true << -1;
     }
-
-    void replyWithoutAnIdentifierReportsDoneWhenNoneIsAwaited()
+    void replyIsCountedByItsIdentifier()
     {
-        RecordedCommand<OpenedInitGpio> bench;
-        QVERIFY(bench.command.onSetValuesReply(0, {}));
-        QCOMPARE(bench.command.m_pendingReplies, 0);
-        QCOMPARE(bench.record.updatedResults.size(), 1);
-    }
-
-    void replyThatNobodyAwaitsTakesTheCountBelowZero()
-    {
-        RecordedCommand<OpenedInitGpio> bench;
-        QVERIFY(bench.command.onSetValuesReply(1, {}));
-        QCOMPARE(bench.command.m_pendingReplies, -1);
-        QVERIFY(bench.record.updatedResults.isEmpty());
-    }
-
-    void endingIsLeftToTheBase()
-    {
-        RecordedCommand<OpenedInitGpio> bench;
-        bool ok = false;
-        bench.command.finishTheCommand(ok);
-        QCOMPARE(bench.record.calls, QStringList({"finishTheCommand"_q, "commandFinish"_q}));
-    }
-
-    void instancesOfOnePrototypeShareNothing()
-    {
-        DCmdInitGpio prototype(nullptr);
-        const QSharedPointer<ICommand> first = prototype.createCommand({});
-        const QSharedPointer<ICommand> second = prototype.createCommand({});
-        QVERIFY(first->commandExecute());
-        QCOMPARE(recordOf(dynamic_cast<DCmdInitGpio&>(*first)).updatedResults.size(), 1);
-        QVERIFY(recordOf(dynamic_cast<DCmdInitGpio&>(*second)).updatedResults.isEmpty());
-        QVERIFY(recordOf(prototype).updatedResults.isEmpty());
+        QFETCH(int, awaited);
+        QFETCH(quint64, id);
+        QFETCH(bool, answer);
+        QFETCH(int, left);
+        Recorded bench;
+        bench.command.m_pendingReplies = awaited;
+        QCOMPARE(bench.command.onSetValuesReply(id, {}), answer);
+        QCOMPARE(bench.command.m_pendingReplies, left);
+        COMPARE_RESULTS(bench.record, left == 0 ? QVector<Result>{{"doneOk"_s, true}} : QVector<Result>());
     }
 };
 

@@ -1,11 +1,10 @@
 #include "d_gpio_channel.h"
 #include "exact_compare.h"
-#include "message_log.h"
+#include "literals.h"
+#include "meta_object_text.h"
+#include "quiet_test.h"
 #include "sharing_spy.h"
-#include "text.h"
 
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QtTest>
@@ -13,198 +12,127 @@
 #include <limits>
 #include <type_traits>
 
+using TextSetter = void (DGpioChannel::*)(const QString&);
+
 Q_DECLARE_METATYPE(DGpioChannel::EnChannelType)
+Q_DECLARE_METATYPE(TextSetter)
 
 namespace {
 
 QVariantMap subEntry(const QVariant& id, const QVariant& value)
 {
-    return {{"id"_q, id}, {"value"_q, value}};
+    return {{"id"_s, id}, {"value"_s, value}};
 }
 
 QVariantMap entryWith(const QVariant& subEntries)
 {
-    return {{"id"_q, "START"_q}, {"name"_q, "Start button"_q}, {"value"_q, subEntries}};
+    return {{"id"_s, "START"_s}, {"name"_s, "Start button"_s}, {"value"_s, subEntries}};
 }
 
-/// Counts each change signal of a channel.
-class ChangeCount
+/// Adds the name of each property of channel to changes when its change is notified.
+void noteChanges(const DGpioChannel& channel, QStringList* changes)
 {
-public:
-    explicit ChangeCount(DGpioChannel& channel)
-        : id(&channel, &DGpioChannel::idChanged)
-        , name(&channel, &DGpioChannel::nameChanged)
-        , label(&channel, &DGpioChannel::labelChanged)
-        , value(&channel, &DGpioChannel::valueChanged)
-        , type(&channel, &DGpioChannel::typeChanged)
-    {}
-
-    QVector<int> counts() const
-    {
-        return {id.count(), name.count(), label.count(), value.count(), type.count()};
-    }
-
-private:
-    QSignalSpy id;
-    QSignalSpy name;
-    QSignalSpy label;
-    QSignalSpy value;
-    QSignalSpy type;
-};
+    const auto note = [&channel, changes](auto signal, const QString& property) {
+        QObject::connect(&channel, signal, [changes, property] { changes->append(property); });
+    };
+    note(&DGpioChannel::idChanged, "id"_s);
+    note(&DGpioChannel::nameChanged, "name"_s);
+    note(&DGpioChannel::labelChanged, "label"_s);
+    note(&DGpioChannel::valueChanged, "value"_s);
+    note(&DGpioChannel::typeChanged, "type"_s);
+}
 
 } // namespace
 
-class TestGpioChannel : public QObject
+class TestGpioChannel : public QuietTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void newChannelIsEmptyAndUnknown()
     {
-        const MessageLog log;
-        {
-            const DGpioChannel channel;
-            QCOMPARE(channel.objectName(), "DGpioChannel"_q);
-            QCOMPARE(channel.parent(), nullptr);
-            QCOMPARE(channel.id(), QString());
-            QCOMPARE(channel.name(), QString());
-            QCOMPARE(channel.label(), QString());
-            QVERIFY(!channel.value().isValid());
-            QCOMPARE(channel.type(), DGpioChannel::CeCtUnknown);
-            QCOMPARE(channel.parameters(), QVariantMap());
-        }
-        QCOMPARE(log.texts(), QStringList());
-    }
-
-    void channelBelongsToTheParentItIsGiven()
-    {
         QObject owner;
-        const QPointer<DGpioChannel> channel(new DGpioChannel(&owner));
+        const auto* channel = new DGpioChannel(&owner);
+        QCOMPARE(channel->objectName(), "DGpioChannel"_s);
         QCOMPARE(channel->parent(), &owner);
+        QCOMPARE(channel->id(), QString());
+        QCOMPARE(channel->name(), QString());
+        QCOMPARE(channel->label(), QString());
+        QVERIFY(!channel->value().isValid());
+        QCOMPARE(channel->type(), DGpioChannel::CeCtUnknown);
+        QCOMPARE(channel->parameters(), QVariantMap());
+        QCOMPARE(DGpioChannel().parent(), nullptr);
     }
 
-    void typesHaveTheirNumbers()
+    void metaObjectHasTheseTypesPropertiesAndMethods()
     {
-        const QMetaObject& meta = DGpioChannel::staticMetaObject;
-        QCOMPARE(meta.enumeratorCount() - meta.enumeratorOffset(), 1);
-        const QMetaEnum types = meta.enumerator(meta.enumeratorOffset());
-        QCOMPARE(QByteArray(types.name()), QByteArray("EnChannelType"));
-        QVERIFY(!types.isFlag());
-        const QVector<QByteArray> names = {"CeCtUnknown", "CeCtAnaIn",  "CeCtAnaOut",
-                                           "CeCtBinIn",   "CeCtBinOut", "_CeCtNbr"};
-        QCOMPARE(types.keyCount(), names.size());
-        for (int i = 0; i < names.size(); ++i) {
-            QCOMPARE(QByteArray(types.key(i)), names.at(i));
-            QCOMPARE(types.value(i), i);
-        }
+        QCOMPARE(
+            metaObjectText(DGpioChannel::staticMetaObject),
+            QStringList(
+                {"DGpioChannel: DObject"_s,
+                 "enum EnChannelType: CeCtUnknown 0, CeCtAnaIn 1, CeCtAnaOut 2, CeCtBinIn 3, CeCtBinOut 4, "
+                 "_CeCtNbr 5"_s,
+                 "property QString id: readable final, idChanged()"_s,
+                 "property QString name: readable final, nameChanged()"_s,
+                 "property QString label: readable final, labelChanged()"_s,
+                 "property QVariant value: readable final, valueChanged()"_s,
+                 "property EnChannelType type: readable final, typeChanged()"_s,
+                 "public signal void idChanged()"_s, "public signal void nameChanged()"_s,
+                 "public signal void labelChanged()"_s, "public signal void valueChanged()"_s,
+                 "public signal void typeChanged()"_s,
+                 "public signal void sigSwitchChannelValue(QString channelId)"_s,
+                 "public method bool isSwitchable()"_s}));
     }
 
     void typeNamesOfTheConfigurationAreThese()
     {
         QCOMPARE(DGpioChannel::c_channelTypesMap, (QMap<QString, DGpioChannel::EnChannelType>{
-                                                      {"analogInput"_q, DGpioChannel::CeCtAnaIn},
-                                                      {"analogOutput"_q, DGpioChannel::CeCtAnaOut},
-                                                      {"digitalInput"_q, DGpioChannel::CeCtBinIn},
-                                                      {"digitalOutput"_q, DGpioChannel::CeCtBinOut},
+                                                      {"analogInput"_s, DGpioChannel::CeCtAnaIn},
+                                                      {"analogOutput"_s, DGpioChannel::CeCtAnaOut},
+                                                      {"digitalInput"_s, DGpioChannel::CeCtBinIn},
+                                                      {"digitalOutput"_s, DGpioChannel::CeCtBinOut},
                                                   }));
-    }
-
-    void propertiesStandInOrderReadableFinalAndNotified()
-    {
-        struct Expected
-        {
-            QByteArray name;
-            QByteArray type;
-            QByteArray signal;
-        };
-        const QVector<Expected> properties = {{"id", "QString", "idChanged()"},
-                                              {"name", "QString", "nameChanged()"},
-                                              {"label", "QString", "labelChanged()"},
-                                              {"value", "QVariant", "valueChanged()"},
-                                              {"type", "EnChannelType", "typeChanged()"}};
-        const QMetaObject& meta = DGpioChannel::staticMetaObject;
-        QCOMPARE(QByteArray(meta.superClass()->className()), QByteArray("DObject"));
-        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), properties.size());
-        for (int i = 0; i < properties.size(); ++i) {
-            const QMetaProperty property = meta.property(meta.propertyOffset() + i);
-            QCOMPARE(QByteArray(property.name()), properties.at(i).name);
-            QCOMPARE(QByteArray(property.typeName()), properties.at(i).type);
-            QCOMPARE(property.notifySignal().methodSignature(), properties.at(i).signal);
-            QVERIFY(property.isReadable());
-            QVERIFY(!property.isWritable());
-            QVERIFY(!property.isResettable());
-            QVERIFY(property.isFinal());
-            QVERIFY(!property.isConstant());
-        }
-    }
-
-    void methodsStandInOrder()
-    {
-        const QMetaObject& meta = DGpioChannel::staticMetaObject;
-        QVector<QByteArray> signatures;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-            signatures.append(meta.method(i).methodSignature());
-        }
-        QCOMPARE(signatures,
-                 QVector<QByteArray>({"idChanged()", "nameChanged()", "labelChanged()", "valueChanged()",
-                                      "typeChanged()", "sigSwitchChannelValue(QString)", "isSwitchable()"}));
-        for (int i = meta.methodOffset(); i < meta.methodCount() - 1; ++i) {
-            QCOMPARE(meta.method(i).methodType(), QMetaMethod::Signal);
-        }
-        const QMetaMethod switched = meta.method(meta.methodCount() - 2);
-        QCOMPARE(switched.parameterNames(), QList<QByteArray>({"channelId"}));
-        const QMetaMethod isSwitchable = meta.method(meta.methodCount() - 1);
-        QCOMPARE(isSwitchable.methodType(), QMetaMethod::Method);
-        QCOMPARE(isSwitchable.access(), QMetaMethod::Public);
-        QCOMPARE(isSwitchable.returnType(), static_cast<int>(QMetaType::Bool));
     }
 
     void propertySystemReadsButCannotWrite()
     {
         DGpioChannel channel;
-        channel.setId("START"_q);
-        channel.setName("Start"_q);
-        channel.setLabel("label"_q);
+        channel.setId("START"_s);
+        channel.setName("Start"_s);
+        channel.setLabel("label"_s);
         channel.setType(DGpioChannel::CeCtBinIn);
         channel.setValue(1);
-        const QMap<QByteArray, QVariant> values = {
-            {"id", "START"_q}, {"name", "Start"_q}, {"label", "label"_q}, {"value", 1}, {"type", 3}};
-        for (auto item = values.cbegin(); item != values.cend(); ++item) {
-            QVERIFY2(!channel.setProperty(item.key().constData(), QVariant(0)), item.key().constData());
-            QCOMPARE(channel.property(item.key().constData()), item.value());
+        const QVector<QPair<const char*, QVariant>> values = {
+            {"id", "START"_s}, {"name", "Start"_s}, {"label", "label"_s}, {"value", 1}, {"type", 3}};
+        for (const auto& [property, value] : values) {
+            QVERIFY2(!channel.setProperty(property, QVariant(0)), property);
+            QCOMPARE(channel.property(property), value);
         }
     }
 
     void changeOfATextIsNotifiedOnce_data()
     {
-        QTest::addColumn<QStringList>("properties");
-        for (const char* property : {"id", "name", "label"}) {
-            QTest::newRow(property) << QStringList({"id"_q, "name"_q, "label"_q, "value"_q, "type"_q});
-        }
+        QTest::addColumn<TextSetter>("set");
+        QTest::newRow("id") << &DGpioChannel::setId;
+        QTest::newRow("name") << &DGpioChannel::setName;
+        QTest::newRow("label") << &DGpioChannel::setLabel;
     }
     void changeOfATextIsNotifiedOnce()
     {
-        QFETCH(QStringList, properties);
-        const QString changing = QString::fromLatin1(QTest::currentDataTag());
-        using Setter = void (DGpioChannel::*)(const QString&);
-        const QMap<QString, Setter> setters = {{"id"_q, &DGpioChannel::setId},
-                                               {"name"_q, &DGpioChannel::setName},
-                                               {"label"_q, &DGpioChannel::setLabel}};
-        const Setter set = setters.value(changing);
+        QFETCH(TextSetter, set);
+        const char* property = QTest::currentDataTag();
         DGpioChannel channel;
-        const ChangeCount changes(channel);
-        QVector<int> expected(properties.size(), 0);
+        QStringList changes;
+        noteChanges(channel, &changes);
         (channel.*set)(QString());
-        (channel.*set)(""_q);
-        QCOMPARE(changes.counts(), expected);
-        (channel.*set)("text"_q);
-        (channel.*set)("text"_q);
-        expected[properties.indexOf(changing)] = 1;
-        QCOMPARE(changes.counts(), expected);
-        QCOMPARE(channel.property(changing.toLatin1().constData()), QVariant("text"_q));
-        (channel.*set)("TEXT"_q);
-        expected[properties.indexOf(changing)] = 2;
-        QCOMPARE(changes.counts(), expected);
+        (channel.*set)(""_s);
+        QCOMPARE(changes, QStringList());
+        (channel.*set)("text"_s);
+        (channel.*set)("text"_s);
+        QCOMPARE(changes, QStringList({QString::fromLatin1(property)}));
+        QCOMPARE(channel.property(property), QVariant("text"_s));
+        (channel.*set)("TEXT"_s);
+        QCOMPARE(changes.size(), 2);
     }
 
     void setNameKeepsLongNames()
@@ -217,11 +145,12 @@ private Q_SLOTS:
     void changeOfTheTypeIsNotifiedOnce()
     {
         DGpioChannel channel;
-        const ChangeCount changes(channel);
+        QStringList changes;
+        noteChanges(channel, &changes);
         channel.setType(DGpioChannel::CeCtUnknown);
         channel.setType(DGpioChannel::CeCtBinOut);
         channel.setType(DGpioChannel::CeCtBinOut);
-        QCOMPARE(changes.counts(), QVector<int>({0, 0, 0, 0, 1}));
+        QCOMPARE(changes, QStringList({"type"_s}));
         QCOMPARE(channel.type(), DGpioChannel::CeCtBinOut);
     }
 
@@ -236,22 +165,18 @@ private Q_SLOTS:
     }
     void typeOutsideTheNamedOnesIsStored()
     {
+        static_assert(std::is_same_v<std::underlying_type_t<DGpioChannel::EnChannelType>, int>);
         QFETCH(int, number);
         DGpioChannel channel;
-        const ChangeCount changes(channel);
+        QStringList changes;
+        noteChanges(channel, &changes);
         channel.setType(static_cast<DGpioChannel::EnChannelType>(number));
         channel.setType(static_cast<DGpioChannel::EnChannelType>(number));
         QCOMPARE(static_cast<int>(channel.type()), number);
         QCOMPARE(channel.property("type").toInt(), number);
-        QCOMPARE(changes.counts(), QVector<int>({0, 0, 0, 0, 1}));
+        QCOMPARE(changes, QStringList({"type"_s}));
         QVERIFY(!channel.isSwitchable());
         QVERIFY(!channel.setValue(1));
-    }
-
-    void typeIsHeldAsAnInt()
-    {
-        const bool isInt = std::is_same_v<std::underlying_type_t<DGpioChannel::EnChannelType>, int>;
-        QVERIFY(isInt);
     }
 
     void onlyBinaryInputsAreSwitchable_data()
@@ -281,10 +206,10 @@ private Q_SLOTS:
         QTest::addColumn<DGpioChannel::EnChannelType>("type");
         QTest::addColumn<QVariant>("value");
         QTest::addColumn<bool>("suits");
-        const QVariant map = QVariantMap({{"a"_q, 1}});
+        const QVariant map = QVariantMap({{"a"_s, 1}});
         QTest::newRow("unknown, a number") << DGpioChannel::CeCtUnknown << QVariant(1) << false;
         QTest::newRow("analogue input, a number") << DGpioChannel::CeCtAnaIn << QVariant(512) << true;
-        QTest::newRow("analogue input, a text") << DGpioChannel::CeCtAnaIn << QVariant("x"_q) << true;
+        QTest::newRow("analogue input, a text") << DGpioChannel::CeCtAnaIn << QVariant("x"_s) << true;
         QTest::newRow("analogue input, a map") << DGpioChannel::CeCtAnaIn << map << false;
         QTest::newRow("analogue output, a number") << DGpioChannel::CeCtAnaOut << QVariant(5.5) << true;
         QTest::newRow("analogue output, a map") << DGpioChannel::CeCtAnaOut << map << false;
@@ -293,7 +218,7 @@ private Q_SLOTS:
         QTest::newRow("binary input, the number 1") << DGpioChannel::CeCtBinIn << QVariant(1) << true;
         QTest::newRow("binary input, a bool") << DGpioChannel::CeCtBinIn << QVariant(true) << true;
         QTest::newRow("binary input, a map") << DGpioChannel::CeCtBinIn << map << false;
-        QTest::newRow("binary output, a text") << DGpioChannel::CeCtBinOut << QVariant("on"_q) << true;
+        QTest::newRow("binary output, a text") << DGpioChannel::CeCtBinOut << QVariant("on"_s) << true;
         QTest::newRow("binary output, a map") << DGpioChannel::CeCtBinOut << map << false;
         QTest::newRow("the count, a number") << DGpioChannel::_CeCtNbr << QVariant(1) << false;
     }
@@ -327,29 +252,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariant>("stored");
         QTest::addColumn<QVariant>("given");
-        const QVariantList values = {QVariant(),
-                                     true,
-                                     false,
-                                     1,
-                                     0,
-                                     1U,
-                                     1LL,
-                                     QVariant::fromValue<qint8>(1),
-                                     QVariant::fromValue<quint16>(1),
-                                     1.0,
-                                     2.5,
-                                     "true"_q,
-                                     "yes"_q,
-                                     "1"_q,
-                                     "01"_q,
-                                     ""_q,
-                                     QByteArray("1"),
-                                     QVariantList({1}),
-                                     QStringList({"1"_q}),
-                                     QVariantMap({{"1"_q, 1}})};
-        for (const QVariant& stored : values) {
-            for (const QVariant& given : values) {
-                QTest::newRow(qPrintable(exactly(stored) + " then "_q + exactly(given))) << stored << given;
+        QVariantList values = {QVariant(), true, false,    1,       0,     1U,     1LL,
+                               1.0,        2.5,  "true"_s, "yes"_s, "1"_s, "01"_s, ""_s};
+        values << QVariant::fromValue<qint8>(1) << QVariant::fromValue<quint16>(1) << QByteArray("1")
+               << QVariant(QVariantList({1})) << QStringList({"1"_s}) << QVariantMap({{"1"_s, 1}});
+        for (const QVariant& stored : qAsConst(values)) {
+            for (const QVariant& given : qAsConst(values)) {
+                QTest::newRow(qPrintable(exactly(stored) + " then "_s + exactly(given))) << stored << given;
             }
         }
     }
@@ -362,30 +271,17 @@ private Q_SLOTS:
         COMPARE_EXACTLY(channel.value(), stored);
         QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
         channel.setValue(given);
-        const bool equal = stored == given;
+        const bool equal = stored == given; // in this order: true equals "yes" only on one side
         QCOMPARE(changed.count(), equal ? 0 : 1);
         COMPARE_EXACTLY(channel.value(), equal ? stored : given);
-    }
-
-    void givenValueIsConvertedToTheTypeOfTheStoredOne()
-    {
-        DGpioChannel channel;
-        channel.setValue("yes"_q);
-        QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
-        channel.setValue(true);
-        QCOMPARE(changed.count(), 1);
-        COMPARE_EXACTLY(channel.value(), QVariant(true));
-        channel.setValue("yes"_q);
-        QCOMPARE(changed.count(), 1);
-        COMPARE_EXACTLY(channel.value(), QVariant(true));
     }
 
     void createOfAnEmptyMapIsNull() { QVERIFY(DGpioChannel::create({}).isNull()); }
 
     void createWithOnlyAnIdLeavesTheRestEmpty()
     {
-        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_q, "START"_q}});
-        QCOMPARE(channel->id(), "START"_q);
+        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_s, "START"_s}});
+        QCOMPARE(channel->id(), "START"_s);
         QCOMPARE(channel->name(), QString());
         QCOMPARE(channel->label(), QString());
         QVERIFY(!channel->value().isValid());
@@ -396,14 +292,14 @@ private Q_SLOTS:
 
     void createConvertsIdAndNameToText()
     {
-        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_q, 12}, {"name"_q, 3.5}});
-        QCOMPARE(channel->id(), "12"_q);
-        QCOMPARE(channel->name(), "3.5"_q);
+        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_s, 12}, {"name"_s, 3.5}});
+        QCOMPARE(channel->id(), "12"_s);
+        QCOMPARE(channel->name(), "3.5"_s);
     }
 
     void createOfForeignKeysIsAnEmptyChannel()
     {
-        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"visibility"_q, "public"_q}});
+        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"visibility"_s, "public"_s}});
         QVERIFY(!channel.isNull());
         QCOMPARE(channel->id(), QString());
     }
@@ -425,7 +321,7 @@ private Q_SLOTS:
         for (int i = 0; i < length; ++i) {
             name.append(QChar(0x100 + i));
         }
-        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"name"_q, name}});
+        const QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"name"_s, name}});
         QCOMPARE(channel->name(), name.mid(0, kept));
     }
 
@@ -433,13 +329,13 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariant>("name");
         QTest::addColumn<DGpioChannel::EnChannelType>("type");
-        QTest::newRow("analogInput") << QVariant("analogInput"_q) << DGpioChannel::CeCtAnaIn;
-        QTest::newRow("analogOutput") << QVariant("analogOutput"_q) << DGpioChannel::CeCtAnaOut;
-        QTest::newRow("digitalInput") << QVariant("digitalInput"_q) << DGpioChannel::CeCtBinIn;
-        QTest::newRow("digitalOutput") << QVariant("digitalOutput"_q) << DGpioChannel::CeCtBinOut;
-        QTest::newRow("DigitalOutput") << QVariant("DigitalOutput"_q) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("padded") << QVariant("digitalOutput "_q) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("empty") << QVariant(""_q) << DGpioChannel::CeCtUnknown;
+        QTest::newRow("analogInput") << QVariant("analogInput"_s) << DGpioChannel::CeCtAnaIn;
+        QTest::newRow("analogOutput") << QVariant("analogOutput"_s) << DGpioChannel::CeCtAnaOut;
+        QTest::newRow("digitalInput") << QVariant("digitalInput"_s) << DGpioChannel::CeCtBinIn;
+        QTest::newRow("digitalOutput") << QVariant("digitalOutput"_s) << DGpioChannel::CeCtBinOut;
+        QTest::newRow("DigitalOutput") << QVariant("DigitalOutput"_s) << DGpioChannel::CeCtUnknown;
+        QTest::newRow("padded") << QVariant("digitalOutput "_s) << DGpioChannel::CeCtUnknown;
+        QTest::newRow("empty") << QVariant(""_s) << DGpioChannel::CeCtUnknown;
         QTest::newRow("the number of a type") << QVariant(3) << DGpioChannel::CeCtUnknown;
         QTest::newRow("an invalid value") << QVariant() << DGpioChannel::CeCtUnknown;
         QTest::newRow("bytes") << QVariant(QByteArray("digitalInput")) << DGpioChannel::CeCtBinIn;
@@ -448,70 +344,70 @@ private Q_SLOTS:
     {
         QFETCH(QVariant, name);
         QFETCH(DGpioChannel::EnChannelType, type);
-        const auto channel = DGpioChannel::create(entryWith(QVariantList({subEntry("type"_q, name)})));
+        const auto channel = DGpioChannel::create(entryWith(QVariantList({subEntry("type"_s, name)})));
         QCOMPARE(channel->type(), type);
-        COMPARE_EXACTLY(channel->parameters(), QVariantMap({{"type"_q, name}}));
+        COMPARE_EXACTLY(channel->parameters(), QVariantMap({{"type"_s, name}}));
         QVERIFY(!channel->value().isValid());
-        QCOMPARE(channel->id(), "START"_q);
-        QCOMPARE(channel->name(), "Start button"_q);
+        QCOMPARE(channel->id(), "START"_s);
+        QCOMPARE(channel->name(), "Start button"_s);
     }
 
     void keyOfTheTypeIsExact()
     {
         const auto channel =
-            DGpioChannel::create(entryWith(QVariantList({subEntry("Type"_q, "digitalInput"_q)})));
+            DGpioChannel::create(entryWith(QVariantList({subEntry("Type"_s, "digitalInput"_s)})));
         QCOMPARE(channel->type(), DGpioChannel::CeCtUnknown);
-        QCOMPARE(channel->parameters(), QVariantMap({{"Type"_q, "digitalInput"_q}}));
+        QCOMPARE(channel->parameters(), QVariantMap({{"Type"_s, "digitalInput"_s}}));
     }
 
     void lastOfSeveralTypesWins()
     {
         const auto known = DGpioChannel::create(entryWith(
-            QVariantList({subEntry("type"_q, "digitalInput"_q), subEntry("type"_q, "analogOutput"_q)})));
+            QVariantList({subEntry("type"_s, "digitalInput"_s), subEntry("type"_s, "analogOutput"_s)})));
         QCOMPARE(known->type(), DGpioChannel::CeCtAnaOut);
         const auto unknown = DGpioChannel::create(
-            entryWith(QVariantList({subEntry("type"_q, "digitalInput"_q), subEntry("type"_q, "relay"_q)})));
+            entryWith(QVariantList({subEntry("type"_s, "digitalInput"_s), subEntry("type"_s, "relay"_s)})));
         QCOMPARE(unknown->type(), DGpioChannel::CeCtUnknown);
-        QCOMPARE(unknown->parameters(), QVariantMap({{"type"_q, "relay"_q}}));
+        QCOMPARE(unknown->parameters(), QVariantMap({{"type"_s, "relay"_s}}));
     }
 
     void subEntriesBecomeParametersAsTheyStand()
     {
         const QVariantList nested = {1, 2};
         const auto channel = DGpioChannel::create(entryWith(QVariantList({
-            subEntry("link"_q, "line0"_q),
-            subEntry("scale"_q, 2.5),
-            subEntry("list"_q, nested),
+            subEntry("link"_s, "line0"_s),
+            subEntry("scale"_s, 2.5),
+            subEntry("list"_s, nested),
             subEntry(5, true),
-            subEntry("again"_q, 1),
-            subEntry("again"_q, 2),
-            QVariantMap({{"id"_q, "valueless"_q}}),
-            QVariantMap({{"value"_q, "keyless"_q}}),
+            subEntry("again"_s, 1),
+            subEntry("again"_s, 2),
+            QVariantMap({{"id"_s, "valueless"_s}}),
+            QVariantMap({{"value"_s, "keyless"_s}}),
         })));
-        COMPARE_EXACTLY(channel->parameters(), QVariantMap({{"link"_q, "line0"_q},
-                                                            {"scale"_q, 2.5},
-                                                            {"list"_q, nested},
-                                                            {"5"_q, true},
-                                                            {"again"_q, 2},
-                                                            {"valueless"_q, QVariant()},
-                                                            {""_q, "keyless"_q}}));
+        COMPARE_EXACTLY(channel->parameters(), QVariantMap({{"link"_s, "line0"_s},
+                                                            {"scale"_s, 2.5},
+                                                            {"list"_s, nested},
+                                                            {"5"_s, true},
+                                                            {"again"_s, 2},
+                                                            {"valueless"_s, QVariant()},
+                                                            {""_s, "keyless"_s}}));
     }
 
     void malformedSubEntriesAreSkipped()
     {
-        const QVariantHash hash = {{"id"_q, "type"_q}, {"value"_q, "digitalInput"_q}};
+        const QVariantHash hash = {{"id"_s, "type"_s}, {"value"_s, "digitalInput"_s}};
         const auto channel = DGpioChannel::create(
-            entryWith(QVariantList({hash, "type"_q, 5, QVariant(), subEntry("link"_q, "line0"_q)})));
-        QCOMPARE(channel->parameters(), QVariantMap({{"link"_q, "line0"_q}}));
+            entryWith(QVariantList({hash, "type"_s, 5, QVariant(), subEntry("link"_s, "line0"_s)})));
+        QCOMPARE(channel->parameters(), QVariantMap({{"link"_s, "line0"_s}}));
         QCOMPARE(channel->type(), DGpioChannel::CeCtUnknown);
     }
 
     void valueThatIsNoListGivesNoParameters_data()
     {
         QTest::addColumn<QVariant>("value");
-        QTest::newRow("a list of texts") << QVariant(QStringList({"type"_q, "digitalInput"_q}));
-        QTest::newRow("a single map") << QVariant(subEntry("type"_q, "digitalInput"_q));
-        QTest::newRow("a text") << QVariant("digitalInput"_q);
+        QTest::newRow("a list of texts") << QVariant(QStringList({"type"_s, "digitalInput"_s}));
+        QTest::newRow("a single map") << QVariant(subEntry("type"_s, "digitalInput"_s));
+        QTest::newRow("a text") << QVariant("digitalInput"_s);
         QTest::newRow("an invalid value") << QVariant();
     }
     void valueThatIsNoListGivesNoParameters()
@@ -526,7 +422,7 @@ private Q_SLOTS:
     void createdChannelIsTrackedAndDiesWithItsSharedPointer()
     {
         const int markedBefore = objectsMarkedAsShared().size();
-        QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_q, "START"_q}});
+        QSharedPointer<DGpioChannel> channel = DGpioChannel::create({{"id"_s, "START"_s}});
         QCOMPARE(objectsMarkedAsShared().mid(markedBefore), QVector<const QObject*>({channel.data()}));
         const QPointer<DGpioChannel> tracked(channel.data());
         const QWeakPointer<DGpioChannel> weak(channel);
@@ -541,10 +437,10 @@ private Q_SLOTS:
         channel.setType(DGpioChannel::CeCtBinIn);
         QSignalSpy switched(&channel, &DGpioChannel::sigSwitchChannelValue);
         channel.setValue(1);
-        channel.setId("START"_q);
+        channel.setId("START"_s);
         QCOMPARE(switched.count(), 0);
-        Q_EMIT channel.sigSwitchChannelValue("START"_q);
-        QCOMPARE(switched, QList<QList<QVariant>>({{"START"_q}}));
+        Q_EMIT channel.sigSwitchChannelValue("START"_s);
+        QCOMPARE(switched, QList<QList<QVariant>>({{"START"_s}}));
     }
 };
 

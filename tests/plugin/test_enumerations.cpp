@@ -1,40 +1,29 @@
-#include "text.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QtTest>
 
 namespace {
 
-struct Enumeration
+/// The enumerations of all sources of the plugin: the name of each, and its enumerators as "name = value".
+QMap<QString, QStringList> enumerations()
 {
-    QString name;
-    QStringList enumerators;
-};
-
-/// The enumerations of all sources of the plugin, each enumerator as "name = value".
-QVector<Enumeration> enumerations()
-{
-    static const QRegularExpression comments("//.*$"_q, QRegularExpression::MultilineOption);
-    static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_q);
-    QVector<Enumeration> found;
+    static const QRegularExpression comments("//.*$"_s, QRegularExpression::MultilineOption);
+    static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_s);
+    QMap<QString, QStringList> found;
     const QDir folder(QStringLiteral(PLUGIN_SOURCE_DIR));
-    const QStringList names = folder.entryList({"*.h"_q, "*.cpp"_q});
-    for (const QString& name : names) {
+    for (const QString& name : folder.entryList({"*.h"_s, "*.cpp"_s})) {
         QFile file(folder.filePath(name));
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-            return {};
-        }
-        const QString code = QString::fromUtf8(file.readAll()).remove(comments);
+        const QString code =
+            file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).remove(comments) : QString();
         auto matches = enumeration.globalMatch(code);
         while (matches.hasNext()) {
             const QRegularExpressionMatch match = matches.next();
-            QStringList enumerators;
-            for (const QString& enumerator : match.captured(2).split(QLatin1Char(','))) {
+            for (const QString& enumerator : match.captured(2).simplified().split(QLatin1Char(','))) {
                 if (!enumerator.trimmed().isEmpty()) {
-                    enumerators.append(enumerator.simplified());
+                    found[match.captured(1)].append(enumerator.trimmed());
                 }
             }
-            found.append({match.captured(1), enumerators});
         }
     }
     return found;
@@ -49,27 +38,21 @@ class TestEnumerations : public QObject
 private Q_SLOTS:
     void pluginHasThese()
     {
-        QStringList names;
-        for (const Enumeration& enumeration : enumerations()) {
-            names.append(enumeration.name);
-        }
-        names.sort();
-        QCOMPARE(names, QStringList({"EnChannelType"_q, "EnEdgeMode"_q, "EnState"_q}));
+        QCOMPARE(enumerations().keys(), QStringList({"EnChannelType"_s, "EnEdgeMode"_s, "EnState"_s}));
     }
 
     void eachCountsFromZeroAndEndsWithItsCount()
     {
-        static const QRegularExpression prefix("^(Ce[A-Z][a-z])[A-Z]"_q);
-        for (const Enumeration& enumeration : enumerations()) {
-            const QStringList& enumerators = enumeration.enumerators;
+        static const QRegularExpression prefix("^(Ce[A-Z][a-z])[A-Z]"_s);
+        for (const QStringList& enumerators : enumerations()) {
             const QString abbreviation = prefix.match(enumerators.first()).captured(1);
-            QVERIFY2(!abbreviation.isEmpty(), qPrintable(enumeration.name));
+            QVERIFY2(!abbreviation.isEmpty(), qPrintable(enumerators.first()));
             const int count = enumerators.size() - 1;
             for (int i = 0; i < count; ++i) {
                 QVERIFY2(enumerators.at(i).startsWith(abbreviation), qPrintable(enumerators.at(i)));
-                QVERIFY2(enumerators.at(i).endsWith(" = %1"_q.arg(i)), qPrintable(enumerators.at(i)));
+                QVERIFY2(enumerators.at(i).endsWith(" = %1"_s.arg(i)), qPrintable(enumerators.at(i)));
             }
-            QCOMPARE(enumerators.last(), "_%1Nbr = %2"_q.arg(abbreviation).arg(count));
+            QCOMPARE(enumerators.last(), "_%1Nbr = %2"_s.arg(abbreviation).arg(count));
         }
     }
 };

@@ -1,7 +1,7 @@
 #include "error_report.h"
 #include "host_record.h"
-#include "message_log.h"
-#include "text.h"
+#include "literals.h"
+#include "quiet_test.h"
 
 #include <QThread>
 #include <QtTest>
@@ -10,24 +10,22 @@ namespace {
 
 QString address(const void* object)
 {
-    return "0x%1"_q.arg(reinterpret_cast<quintptr>(object), 0, 16);
+    return "0x%1"_s.arg(reinterpret_cast<quintptr>(object), 0, 16);
 }
 
 } // namespace
 
-class TestErrorReport : public QObject
+class TestErrorReport : public QuietTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void isACriticalMessageOfTheDefaultCategoryWithoutAPlace()
     {
-        const MessageLog log;
         errorReport(this, "some/source", 12) << "ERROR: text";
-        QCOMPARE(log.messages().size(), 1);
-        const Message& message = log.messages().first();
+        const Message message = takeMessages().value(0);
         QCOMPARE(message.type, QtCriticalMsg);
-        QCOMPARE(message.category, "default"_q);
+        QCOMPARE(message.category, "default"_s);
         QVERIFY(!message.hasFile);
         QCOMPARE(message.line, 0);
         QVERIFY(!message.hasFunction);
@@ -35,50 +33,46 @@ private Q_SLOTS:
 
     void listsItsItemsInOrder()
     {
-        hostRecord().date = "a \"date\""_q;
-        setObjectName("reporter"_q);
-        const MessageLog log;
+        hostRecord().date = "a \"date\""_s;
+        setObjectName("reporter"_s);
         errorReport(this, "some/source", 12) << "ERROR: text: "
-                                             << "quoted"_q
+                                             << "quoted"_s
                                              << " and " << 5;
         QCOMPARE(
-            log.texts(),
+            takeTexts(),
             QStringList(
                 {"\n \"a \\\"date\\\"\" ;\t Thread = QThread(%1) ;\t This = TestErrorReport(%2, "
-                 "name = \"reporter\") ;\t some/source ;\t 12 ;\t ERROR: text:  \"quoted\"  and  5"_q.arg(
+                 "name = \"reporter\") ;\t some/source ;\t 12 ;\t ERROR: text:  \"quoted\"  and  5"_s.arg(
                      address(QThread::currentThread()), address(this))}));
     }
 
     void namesTheReporterByItsClassWhenItHasNoName()
     {
         const QObject nameless;
-        const MessageLog log;
         errorReport(&nameless, "s", 1) << "t";
-        QVERIFY(log.texts().first().contains(" This = QObject(%1) ;\t "_q.arg(address(&nameless))));
+        QVERIFY(takeTexts().value(0).contains(" This = QObject(%1) ;\t "_s.arg(address(&nameless))));
     }
 
     void namesTheThreadThatReports()
     {
-        const MessageLog log;
         const QScopedPointer<QThread> thread(QThread::create([this] { errorReport(this, "s", 1) << "t"; }));
-        thread->setObjectName("worker"_q);
+        thread->setObjectName("worker"_s);
         thread->start();
         QVERIFY(thread->wait());
-        QCOMPARE(log.messages().size(), 1);
+        const QString text = takeTexts().join(QString());
         const QRegularExpression named(
-            " Thread = \\w+\\(%1, name = \"worker\"\\) ;\t "_q.arg(address(thread.data())));
-        QVERIFY2(named.match(log.texts().first()).hasMatch(), qPrintable(log.texts().first()));
+            " Thread = \\w+\\(%1, name = \"worker\"\\) ;\t "_s.arg(address(thread.data())));
+        QVERIFY2(named.match(text).hasMatch(), qPrintable(text));
     }
 
     void isWrittenOnceEvenWhenItIsHandedOn()
     {
-        const MessageLog log;
         {
             const QDebug report = errorReport(this, "s", 1);
             const QDebug copy = report;
-            QVERIFY(log.messages().isEmpty());
+            QCOMPARE(takeTexts(), QStringList());
         }
-        QCOMPARE(log.messages().size(), 1);
+        QCOMPARE(takeTexts().size(), 1);
     }
 };
 

@@ -1,11 +1,10 @@
-#include "message_log.h"
+#include "literals.h"
+#include "meta_object_text.h"
 #include "olm_d_gpio_channel.h"
-#include "text.h"
+#include "quiet_test.h"
 #include "virtual_slot.h"
 
 #include <QAbstractItemModelTester>
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QPointer>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -18,13 +17,13 @@ namespace {
 
 QSharedPointer<DGpioChannel> channelOf(const QString& id)
 {
-    return DGpioChannel::create({{"id"_q, id}});
+    return DGpioChannel::create({{"id"_s, id}});
 }
 
 /// item(i) as QML calls it.
 QVariant itemOf(OLM_DGpioChannel& model, int row)
 {
-    QVariant item("not called"_q);
+    QVariant item("not called"_s);
     QMetaObject::invokeMethod(&model, "item", Q_RETURN_ARG(QVariant, item), Q_ARG(int, row));
     return item;
 }
@@ -64,19 +63,21 @@ public:
     }
 };
 
-QStringList remarksOfTheModelTester(OLM_DGpioChannel& model)
+/// A model that has these channels.
+class FilledModel : public OLM_DGpioChannel
 {
-    const MessageLog log;
-    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Warning);
-    model.append(channelOf("A"_q));
-    model.append(channelOf("B"_q));
-    model.append(channelOf("C"_q));
-    return log.texts();
-}
+public:
+    explicit FilledModel(const QStringList& ids = {"A"_s})
+    {
+        for (const QString& id : ids) {
+            append(channelOf(id));
+        }
+    }
+};
 
 } // namespace
 
-class TestChannelModel : public QObject
+class TestChannelModel : public QuietTest
 {
     Q_OBJECT
 
@@ -107,43 +108,14 @@ private Q_SLOTS:
         QCOMPARE(OLM_DGpioChannel().roleNames(), expected);
     }
 
-    void metaObjectHoldsTheSignalAndTheTwoInvokables()
+    void metaObjectHoldsTwoNumbersTheSignalAndTheTwoInvokables()
     {
-        const QMetaObject& meta = OLM_DGpioChannel::staticMetaObject;
-        QCOMPARE(QByteArray(meta.className()), QByteArray("OLM_DGpioChannel"));
-        QCOMPARE(meta.superClass(), &QAbstractListModel::staticMetaObject);
-        QCOMPARE(meta.methodCount() - meta.methodOffset(), 3);
-        const QMetaMethod changed = meta.method(meta.methodOffset());
-        QCOMPARE(changed.methodSignature(), QByteArray("changed()"));
-        QCOMPARE(changed.methodType(), QMetaMethod::Signal);
-        const QMetaMethod header = meta.method(meta.methodOffset() + 1);
-        QCOMPARE(header.methodSignature(), QByteArray("header(int)"));
-        QCOMPARE(header.parameterNames(), QList<QByteArray>({"section"}));
-        QCOMPARE(header.methodType(), QMetaMethod::Method);
-        QCOMPARE(header.access(), QMetaMethod::Public);
-        QCOMPARE(header.returnType(), static_cast<int>(QMetaType::QVariant));
-        const QMetaMethod item = meta.method(meta.methodOffset() + 2);
-        QCOMPARE(item.methodSignature(), QByteArray("item(int)"));
-        QCOMPARE(item.parameterNames(), QList<QByteArray>({"i"}));
-        QCOMPARE(item.methodType(), QMetaMethod::Method);
-        QCOMPARE(item.access(), QMetaMethod::Protected);
-        QCOMPARE(item.returnType(), static_cast<int>(QMetaType::QVariant));
-    }
-
-    void propertiesAreNumbersThatNotifyByChanged()
-    {
-        const QMetaObject& meta = OLM_DGpioChannel::staticMetaObject;
-        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 2);
-        const QVector<QByteArray> names = {"length", "isEmpty"};
-        for (int i = 0; i < names.size(); ++i) {
-            const QMetaProperty property = meta.property(meta.propertyOffset() + i);
-            QCOMPARE(QByteArray(property.name()), names.at(i));
-            QCOMPARE(property.userType(), static_cast<int>(QMetaType::Int));
-            QCOMPARE(property.notifySignal().methodSignature(), QByteArray("changed()"));
-            QVERIFY(property.isReadable());
-            QVERIFY(!property.isWritable());
-            QVERIFY(!property.isFinal());
-        }
+        QCOMPARE(metaObjectText(OLM_DGpioChannel::staticMetaObject),
+                 QStringList({"OLM_DGpioChannel: QAbstractListModel"_s,
+                              "property int length: readable, changed()"_s,
+                              "property int isEmpty: readable, changed()"_s, "public signal void changed()"_s,
+                              "public method QVariant header(int section)"_s,
+                              "protected method QVariant item(int i)"_s}));
     }
 
     void changeHookTakesTheFirstSlotAfterTheBases()
@@ -154,32 +126,31 @@ private Q_SLOTS:
     void changeHookEmitsChanged()
     {
         OpenedModel model;
-        QSignalSpy changed(&model, &OLM_DGpioChannel::changed);
+        const QSignalSpy changed(&model, &OLM_DGpioChannel::changed);
         model.emitChanged();
         QCOMPARE(changed.count(), 1);
     }
 
     void appendAnnouncesTheRowThenTheChange()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         QStringList events;
         const auto note = [&](const QString& event) {
-            events.append("%1 with %2 rows"_q.arg(event).arg(model.rowCount()));
+            return [&, event](const QModelIndex& parent, int first, int last) {
+                events.append("%1 %2-%3 %4 with %5 rows"_s.arg(event)
+                                  .arg(first)
+                                  .arg(last)
+                                  .arg(parent.isValid())
+                                  .arg(model.rowCount()));
+            };
         };
-        connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, this,
-                [&](const QModelIndex& parent, int first, int last) {
-                    note("about to insert %1-%2 %3"_q.arg(first).arg(last).arg(parent.isValid()));
-                });
-        connect(&model, &QAbstractItemModel::rowsInserted, this,
-                [&](const QModelIndex& parent, int first, int last) {
-                    note("inserted %1-%2 %3"_q.arg(first).arg(last).arg(parent.isValid()));
-                });
-        connect(&model, &OLM_DGpioChannel::changed, this, [&] { note("changed"_q); });
-        const QSharedPointer<DGpioChannel> channel = channelOf("B"_q);
+        connect(&model, &QAbstractItemModel::rowsAboutToBeInserted, this, note("about to insert"_s));
+        connect(&model, &QAbstractItemModel::rowsInserted, this, note("inserted"_s));
+        connect(&model, &OLM_DGpioChannel::changed, this, [&] { note("changed"_s)({}, 0, model.length()); });
+        const QSharedPointer<DGpioChannel> channel = channelOf("B"_s);
         model.append(channel);
-        QCOMPARE(events, QStringList({"about to insert 1-1 0 with 1 rows"_q, "inserted 1-1 0 with 2 rows"_q,
-                                      "changed with 2 rows"_q}));
+        QCOMPARE(events, QStringList({"about to insert 1-1 0 with 1 rows"_s, "inserted 1-1 0 with 2 rows"_s,
+                                      "changed 0-2 0 with 2 rows"_s}));
         QCOMPARE(model.items().last(), channel);
         QCOMPARE(model.property("length"), QVariant(2));
         QCOMPARE(model.property("isEmpty"), QVariant(0));
@@ -187,27 +158,26 @@ private Q_SLOTS:
 
     void rowsStandInTheOrderOfTheirAppending()
     {
-        OLM_DGpioChannel model;
+        QStringList ids;
         for (int i = 0; i < 100; ++i) {
-            model.append(channelOf(QString::number(i)));
+            ids.append(QString::number(i));
         }
+        const FilledModel model(ids);
         QCOMPARE(model.rowCount(), 100);
         for (int i = 0; i < 100; ++i) {
-            QCOMPARE(model.items().at(i)->id(), QString::number(i));
+            QCOMPARE(model.items().at(i)->id(), ids.at(i));
         }
     }
 
     void rowCountIgnoresItsParent()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         QCOMPARE(model.rowCount(model.index(0)), 1);
     }
 
     void dataIsTheObjectUnderModelDataOnly()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         const QVariant object = model.data(model.index(0), 256);
         QCOMPARE(object.userType(), static_cast<int>(QMetaType::QObjectStar));
         QCOMPARE(object.value<QObject*>(), model.items().first().data());
@@ -219,36 +189,23 @@ private Q_SLOTS:
 
     void dataOutsideTheRowsIsInvalid()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
-        OLM_DGpioChannel longer;
-        longer.append(channelOf("A"_q));
-        longer.append(channelOf("B"_q));
+        FilledModel model;
+        const FilledModel longer({"A"_s, "B"_s});
         QVERIFY(!model.data(QModelIndex(), 256).isValid());
         QVERIFY(!model.data(longer.index(1), 256).isValid());
     }
 
-    void headersAreInvalidEverywhere_data()
-    {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<Qt::Orientation>("orientation");
-        QTest::newRow("empty, horizontal") << 0 << Qt::Horizontal;
-        QTest::newRow("empty, vertical") << 0 << Qt::Vertical;
-        QTest::newRow("a row, horizontal") << 1 << Qt::Horizontal;
-        QTest::newRow("a row, vertical") << 1 << Qt::Vertical;
-    }
     void headersAreInvalidEverywhere()
     {
-        QFETCH(int, rows);
-        QFETCH(Qt::Orientation, orientation);
-        OLM_DGpioChannel model;
-        for (int i = 0; i < rows; ++i) {
-            model.append(channelOf("A"_q));
-        }
-        for (const int role : {static_cast<int>(Qt::DisplayRole), 256}) {
+        OLM_DGpioChannel empty;
+        FilledModel filled;
+        for (OLM_DGpioChannel* model : {&empty, static_cast<OLM_DGpioChannel*>(&filled)}) {
             for (const int section : {-1, 0, 1}) {
-                QVERIFY(!model.headerData(section, orientation, role).isValid());
-                QVERIFY(!model.header(section).isValid());
+                QVERIFY(!model->header(section).isValid());
+                for (const int role : {static_cast<int>(Qt::DisplayRole), 256}) {
+                    QVERIFY(!model->headerData(section, Qt::Horizontal, role).isValid());
+                    QVERIFY(!model->headerData(section, Qt::Vertical, role).isValid());
+                }
             }
         }
     }
@@ -260,29 +217,20 @@ private Q_SLOTS:
                                                          static_cast<int>(Qt::DisplayRole)})));
     }
 
-    void itemIsTheChannelUnderItsOwnPointerType()
+    void itemIsTheChannelUnderItsOwnPointerTypeAndCppsOwn()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
-        const QVariant item = itemOf(model, 0);
-        QCOMPARE(QByteArray(item.typeName()), QByteArray("DGpioChannel*"));
-        QCOMPARE(item.value<DGpioChannel*>(), model.items().first().data());
-    }
-
-    void itemMakesTheChannelCppsOwn()
-    {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         DGpioChannel* channel = model.items().first().data();
         QQmlEngine::setObjectOwnership(channel, QQmlEngine::JavaScriptOwnership);
-        itemOf(model, 0);
+        const QVariant item = itemOf(model, 0);
+        QCOMPARE(QByteArray(item.typeName()), QByteArray("DGpioChannel*"));
+        QCOMPARE(item.value<DGpioChannel*>(), channel);
         QCOMPARE(QQmlEngine::objectOwnership(channel), QQmlEngine::CppOwnership);
     }
 
     void itemOutsideTheRowsIsInvalidAndChangesNoOwnership()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         DGpioChannel* channel = model.items().first().data();
         QQmlEngine::setObjectOwnership(channel, QQmlEngine::JavaScriptOwnership);
         for (const int row : {-1, 1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
@@ -294,20 +242,19 @@ private Q_SLOTS:
     void collectionOfGarbageSparesTheChannel_data()
     {
         QTest::addColumn<QString>("way");
-        QTest::newRow("by its item") << "model.item(0).id"_q;
-        QTest::newRow("by the data of its row") << "model.data(model.index(0, 0), 256).id"_q;
+        QTest::newRow("by its item") << "model.item(0).id"_s;
+        QTest::newRow("by the data of its row") << "model.data(model.index(0, 0), 256).id"_s;
     }
     void collectionOfGarbageSparesTheChannel()
     {
         QFETCH(QString, way);
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         const QPointer<DGpioChannel> channel(model.items().first().data());
         QQmlEngine engine;
-        engine.rootContext()->setContextProperty("model"_q, &model);
+        engine.rootContext()->setContextProperty("model"_s, &model);
         bool isUndefined = true;
         QQmlExpression read(engine.rootContext(), nullptr, way);
-        QCOMPARE(read.evaluate(&isUndefined), QVariant("A"_q));
+        QCOMPARE(read.evaluate(&isUndefined), QVariant("A"_s));
         QVERIFY(!isUndefined);
         engine.collectGarbage();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -316,11 +263,10 @@ private Q_SLOTS:
 
     void collectionOfGarbageSparesTheChannelThatCppHandsOn()
     {
-        OLM_DGpioChannel model;
-        model.append(channelOf("A"_q));
+        FilledModel model;
         const QPointer<DGpioChannel> channel(model.items().first().data());
         QJSEngine engine;
-        QCOMPARE(engine.newQObject(channel).property("id"_q).toString(), "A"_q);
+        QCOMPARE(engine.newQObject(channel).property("id"_s).toString(), "A"_s);
         engine.collectGarbage();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY(!channel.isNull());
@@ -330,31 +276,31 @@ private Q_SLOTS:
     {
         OLM_DGpioChannel model;
         QQmlEngine engine;
-        engine.rootContext()->setContextProperty("model"_q, &model);
-        QQmlExpression read(engine.rootContext(), nullptr, "model.length + ' ' + model.isEmpty"_q);
+        engine.rootContext()->setContextProperty("model"_s, &model);
+        QQmlExpression read(engine.rootContext(), nullptr, "model.length + ' ' + model.isEmpty"_s);
         read.setNotifyOnValueChanged(true);
-        QCOMPARE(read.evaluate(), QVariant("0 1"_q));
+        QCOMPARE(read.evaluate(), QVariant("0 1"_s));
         QSignalSpy changed(&read, &QQmlExpression::valueChanged);
-        model.append(channelOf("A"_q));
+        model.append(channelOf("A"_s));
         QVERIFY(changed.count() >= 1);
-        QCOMPARE(read.evaluate(), QVariant("1 0"_q));
+        QCOMPARE(read.evaluate(), QVariant("1 0"_s));
     }
 
     void modelSharesItsChannels()
     {
-        const QSharedPointer<DGpioChannel> kept = channelOf("A"_q);
+        const QSharedPointer<DGpioChannel> kept = channelOf("A"_s);
         QWeakPointer<DGpioChannel> given;
         {
             OLM_DGpioChannel model;
             model.append(kept);
-            QSharedPointer<DGpioChannel> channel = channelOf("B"_q);
+            QSharedPointer<DGpioChannel> channel = channelOf("B"_s);
             given = channel;
             model.append(channel);
             channel.clear();
             QVERIFY(!given.isNull());
         }
         QVERIFY(given.isNull());
-        QCOMPARE(kept->id(), "A"_q);
+        QCOMPARE(kept->id(), "A"_s);
     }
 
     void nullChannelIsARowWithoutAnObject()
@@ -369,17 +315,28 @@ private Q_SLOTS:
     void modelTesterRemarksOnlyThatARowHasRowsItself()
     {
         OLM_DGpioChannel model;
-        const QStringList remarks = remarksOfTheModelTester(model);
+        fillUnderTheModelTester(model);
+        const QStringList remarks = takeTexts();
         QVERIFY(!remarks.isEmpty());
         for (const QString& remark : remarks) {
-            QVERIFY2(remark.startsWith("FAIL! childIndex.isValid() () returned FALSE"_q), qPrintable(remark));
+            QVERIFY2(remark.startsWith("FAIL! childIndex.isValid() () returned FALSE"_s), qPrintable(remark));
         }
     }
 
     void modelTesterRemarksNothingElse()
     {
         FlatModel model;
-        QCOMPARE(remarksOfTheModelTester(model), QStringList());
+        fillUnderTheModelTester(model);
+    }
+
+private:
+    static void fillUnderTheModelTester(OLM_DGpioChannel& model)
+    {
+        const QAbstractItemModelTester tester(&model,
+                                              QAbstractItemModelTester::FailureReportingMode::Warning);
+        for (const QString& id : {"A"_s, "B"_s, "C"_s}) {
+            model.append(channelOf(id));
+        }
     }
 };
 

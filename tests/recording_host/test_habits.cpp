@@ -1,6 +1,7 @@
 #include "backend_record.h"
 #include "command_record.h"
 #include "host_record.h"
+#include "literals.h"
 
 #include <plugin_management/d_abstract_command.h>
 #include <plugin_management/d_abstract_plugin_backend.h>
@@ -14,16 +15,16 @@ class Command : public DAbstractCommand
 {
 public:
     explicit Command(const QVariantMap& arguments, QObject* parent = nullptr)
-        : DAbstractCommand(QStringLiteral("any"), arguments, parent)
+        : DAbstractCommand("any"_s, arguments, parent)
     {
-        declareAParameter(QStringLiteral("value"), QStringLiteral("ui16"), QString(), QVariant());
+        declareAParameter("value"_s, "ui16"_s, QString(), QVariant());
     }
 
     QSharedPointer<ICommand> createCommand(const QVariantMap& arguments) override
     {
         return QSharedPointer<Command>::create(arguments, parent());
     }
-    QVariant value() const { return getParameterValue(QStringLiteral("value"), QVariant()); }
+    QVariant value() const { return getParameterValue("value"_s, QVariant()); }
 };
 
 class Backend : public DAbstractPluginBackend
@@ -40,7 +41,7 @@ public:
 } // namespace
 
 /// What the recording host does by habit, so that the tests on hosts of other habits are what they say.
-class HabitsTest : public QObject
+class TestHabits : public QObject
 {
     Q_OBJECT
 
@@ -58,7 +59,7 @@ private Q_SLOTS:
         Backend backend;
         constexpr int count = 100;
         for (int id = 0; id < count; ++id) {
-            backend.queueTreatment(id, QStringLiteral("any"), {});
+            backend.queueTreatment(id, "any"_s, {});
         }
         const int accepted = recordOf(backend).accepted.size();
         QCOMPARE(recordOf(backend).asked.size(), count);
@@ -83,30 +84,19 @@ private Q_SLOTS:
         QCOMPARE(backend.boundToolObject, &tool);
     }
 
-    void valuesAreConvertedOrLeftAsTheyAre_data()
-    {
-        QTest::addColumn<QVariant>("given");
-        QTest::addColumn<int>("converted");
-        QTest::newRow("a bool") << QVariant(true) << 1;
-        QTest::newRow("70000") << QVariant(70000) << 4464;
-        QTest::newRow("minus one") << QVariant(-1) << 65535;
-        QTest::newRow("a text") << QVariant(QStringLiteral("12")) << 12;
-    }
-
     void valuesAreConvertedOrLeftAsTheyAre()
     {
-        QFETCH(QVariant, given);
-        QFETCH(int, converted);
-        const Command command({{QStringLiteral("value"), given}});
-        if (hostHas(HostHabit::ConvertsValues)) {
-            QCOMPARE(command.value().userType(), static_cast<int>(QMetaType::UShort));
-            QCOMPARE(command.value().toInt(), converted);
-        } else {
-            QCOMPARE(command.value().userType(), given.userType());
-            QCOMPARE(command.value(), given);
+        const QVector<QPair<QVariant, quint16>> values = {
+            {true, 1}, {70000, 4464}, {-1, 65535}, {"12"_s, 12}};
+        for (const auto& [given, converted] : values) {
+            const QVariant value = Command({{"value"_s, given}}).value();
+            const QVariant expected =
+                hostHas(HostHabit::ConvertsValues) ? QVariant::fromValue(converted) : given;
+            QCOMPARE(value.userType(), expected.userType());
+            QCOMPARE(value, expected);
         }
     }
 };
 
-QTEST_GUILESS_MAIN(HabitsTest)
+QTEST_GUILESS_MAIN(TestHabits)
 #include "test_habits.moc"

@@ -1,19 +1,21 @@
+#include "command_line_numbers.h"
 #include "literals.h"
 #include "message_log.h"
-#include "process_usage.h"
 #include "soak_bench.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <unistd.h>
 
 namespace {
 
-constexpr int c_usageError = 2;
 constexpr int c_rounds = 100;
 /// The heap, Qt's event queue and the dynamic linker take their lasting size in these.
 constexpr int c_warmUpRounds = 10;
@@ -26,6 +28,26 @@ constexpr bool c_memoryTells = false;
 #else
 constexpr bool c_memoryTells = true;
 #endif
+
+qint64 residentPages()
+{
+    QFile statm("/proc/self/statm"_s);
+    return statm.open(QIODevice::ReadOnly) ? statm.readAll().split(' ').value(1).toLongLong() : 0;
+}
+
+/// What this process holds of the machine at one moment.
+struct ProcessUsage
+{
+    qint64 residentKiB = 0;
+    int descriptors = 0;
+
+    static ProcessUsage now()
+    {
+        const QDir descriptors("/proc/self/fd"_s);
+        return {residentPages() * sysconf(_SC_PAGESIZE) / 1024,
+                static_cast<int>(descriptors.entryList(QDir::Files | QDir::System).size())};
+    }
+};
 
 struct Record
 {
@@ -63,16 +85,9 @@ qint64 share(qint64 all, int round)
     return all * round / c_rounds - all * (round - 1) / c_rounds;
 }
 
-bool readCount(const QCommandLineParser& parser, const QString& option, qint64* count)
+qint64 count(const QCommandLineParser& parser, const QString& option)
 {
-    bool ok = false;
-    *count = parser.value(option).toLongLong(&ok);
-    if (!ok || *count < c_rounds || *count > std::numeric_limits<int>::max()) {
-        std::fprintf(stderr, "--%s: expected a whole number from %d to %d, got \"%s\"\n", qPrintable(option),
-                     c_rounds, std::numeric_limits<int>::max(), qPrintable(parser.value(option)));
-        return false;
-    }
-    return true;
+    return static_cast<qint64>(wholeNumber(parser, option, c_rounds, std::numeric_limits<int>::max()));
 }
 
 } // namespace
@@ -82,28 +97,16 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    const QString ordersOption = "orders"_s;
-    const QString eventsOption = "events"_s;
-    const QString ownThreadOption = "own-thread"_s;
-    parser.addHelpOption();
-    parser.addOption({ordersOption, "Orders to run."_s, "number"_s, "1000000"_s});
-    parser.addOption({eventsOption, "Listening events to hear."_s, "number"_s, "10000000"_s});
-    parser.addOption({ownThreadOption, "Keeps the board in a thread of its own."_s});
-    parser.process(application);
-    qint64 orders = 0;
-    qint64 events = 0;
-    if (!parser.positionalArguments().isEmpty()) {
-        std::fprintf(stderr, "unexpected argument \"%s\"\n",
-                     qPrintable(parser.positionalArguments().constFirst()));
-        return c_usageError;
-    }
-    if (!readCount(parser, ordersOption, &orders) || !readCount(parser, eventsOption, &events)) {
-        return c_usageError;
-    }
+    parser.addOption({"orders"_s, "Orders to run."_s, "number"_s, "1000000"_s});
+    parser.addOption({"events"_s, "Listening events to hear."_s, "number"_s, "10000000"_s});
+    parser.addOption({"own-thread"_s, "Keeps the board in a thread of its own."_s});
+    readOptions(&parser);
+    const qint64 orders = count(parser, "orders"_s);
+    const qint64 events = count(parser, "events"_s);
 
     QElapsedTimer clock;
     clock.start();
-    SoakBench bench(parser.isSet(ownThreadOption) ? DevicePlace::OwnThread : DevicePlace::SameThread);
+    SoakBench bench(parser.isSet("own-thread"_s) ? DevicePlace::OwnThread : DevicePlace::SameThread);
     Record record;
     qint64 messages = 0;
     for (int round = 1; round <= c_rounds && bench.problem().isEmpty(); ++round) {

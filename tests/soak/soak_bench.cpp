@@ -79,13 +79,14 @@ std::vector<SoakBench::Invocation> SoakBench::invocations()
 {
     std::vector<Invocation> all;
     for (int number = 0; number < c_outputs; ++number) {
-        const QVariantMap channel = {{"channel"_s, outputName(number)}};
-        const auto set = [&all, channel](const QString& state) {
-            QVariantMap arguments = channel;
-            arguments.insert("state"_s, state);
-            arguments.insert("duration"_s, state == "PULSE"_s ? 0 : 10);
-            arguments.insert("dutyCycle"_s, 50);
-            all.push_back({"setValue"_s, arguments});
+        const QString name = outputName(number);
+        const QVariantMap channel = {{"channel"_s, name}};
+        const auto set = [&all, name](const QString& state) {
+            all.push_back({"setValue"_s,
+                           {{"channel"_s, name},
+                            {"state"_s, state},
+                            {"duration"_s, state == "PULSE"_s ? 0 : 10},
+                            {"dutyCycle"_s, 50}}});
         };
         set("ON"_s);
         all.push_back({"getValue"_s, channel});
@@ -94,7 +95,7 @@ std::vector<SoakBench::Invocation> SoakBench::invocations()
         set("PULSE"_s);
         all.push_back({"init"_s, {}});
         all.push_back({"startListening"_s, channel, true});
-        all.push_back({"startListening"_s, {{"channel"_s, outputName(number)}, {"edge"_s, "RE"_s}}, true});
+        all.push_back({"startListening"_s, {{"channel"_s, name}, {"edge"_s, "RE"_s}}, true});
         set("OFF"_s);
         all.push_back({"listenToAll"_s, {}, true});
     }

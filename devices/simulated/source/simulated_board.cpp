@@ -70,12 +70,12 @@ void SimulatedBoard::setPluggedIn(bool pluggedIn)
 
 void SimulatedBoard::setInput(int line, int level)
 {
-    carryOut(line, level);
+    propagate(line, level);
 }
 
 DFailure SimulatedBoard::drive(int line, int level)
 {
-    carryOut(line, level);
+    propagate(line, level);
     return DFailure();
 }
 
@@ -130,7 +130,7 @@ void SimulatedBoard::cancel(quint64 id)
 
 /// Gives a line a level, cut to what it can have, and follows the wires from there, each to its end before
 /// the next: a chain may be as long as the board has lines.
-void SimulatedBoard::carryOut(int line, int wanted)
+void SimulatedBoard::propagate(int line, int wanted)
 {
     struct Step
     {
@@ -153,7 +153,7 @@ void SimulatedBoard::carryOut(int line, int wanted)
             if (wire->delayUs == 0) {
                 steps.push_back(next);
             } else {
-                later(wire->delayUs, [this, next] { carryOut(next.line, next.wanted); });
+                later(wire->delayUs, [this, next] { propagate(next.line, next.wanted); });
             }
         }
     }
@@ -202,7 +202,7 @@ void SimulatedBoard::sample(int line)
     const Waveform& waveform = *m_setup.lines.at(line).waveform;
     const qint64 elapsedUs = scheduler()->now() - m_startUs;
     const qint64 sampleUs = elapsedUs - elapsedUs % waveform.intervalUs;
-    carryOut(line, waveform.level(sampleUs));
+    propagate(line, waveform.level(sampleUs));
     if (waveform.shape != Waveform::Shape::Constant) {
         later(sampleUs + waveform.intervalUs - elapsedUs, [this, line] { sample(line); });
     }

@@ -1,6 +1,6 @@
 #include "fuzzer_process.h"
 
-#include "command_rules.h"
+#include "lifecycle_rules.h"
 #include "require.h"
 
 #include <manual_event_dispatcher.h>

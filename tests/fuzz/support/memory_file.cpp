@@ -2,6 +2,8 @@
 
 #include "require.h"
 
+#include <literals.h>
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -18,7 +20,7 @@ MemoryFile::~MemoryFile()
 
 QString MemoryFile::name() const
 {
-    return QStringLiteral("/proc/self/fd/%1").arg(m_file);
+    return "/proc/self/fd/%1"_s.arg(m_file);
 }
 
 void MemoryFile::write(const quint8* bytes, std::size_t size) const

@@ -3,8 +3,10 @@
 #include <QDateTime>
 #include <QObject>
 #include <QUuid>
+#include <QVector>
 
 #include <cstring>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -34,26 +36,14 @@ QString Variants::text()
 double Variants::number()
 {
     using Limits = std::numeric_limits<double>;
-    constexpr double special[] = {0.0,
-                                  -0.0,
-                                  0.5,
-                                  1.0,
-                                  65535.0,
-                                  65536.0,
-                                  2147483647.0,
-                                  2147483648.0,
-                                  4294967296.,
-                                  9007199254740993.0,
-                                  9.3e18,
-                                  -9.3e18,
-                                  Limits::max(),
-                                  Limits::min(),
-                                  Limits::infinity(),
-                                  -Limits::infinity(),
-                                  Limits::quiet_NaN(),
-                                  Limits::denorm_min()};
+    static const QVector<double> special =
+        QVector<double>{0.0,     -0.0,         0.5,          1.0,          65535.0,
+                        65536.0, 2147483647.0, 2147483648.0, 4294967296.0, 9007199254740993.0,
+                        9.3e18,  -9.3e18} +
+        QVector<double>{Limits::max(),       Limits::min(),       Limits::infinity(),
+                        -Limits::infinity(), Limits::quiet_NaN(), Limits::denorm_min()};
     if (m_bytes->ConsumeBool()) {
-        return m_bytes->PickValueInArray(special);
+        return special.at(m_bytes->ConsumeIntegralInRange(0, special.size() - 1));
     }
     const auto bits = m_bytes->ConsumeIntegral<quint64>();
     double any = 0.0;
@@ -63,76 +53,39 @@ double Variants::number()
 
 QVariant Variants::value(int depth)
 {
-    enum Kind
-    {
-        List,
-        Map,
-        Strings,
-        Hash,
-        FirstFlat,
-        Invalid = FirstFlat,
-        TypedNull,
-        Bool,
-        SmallInt,
-        Int,
-        UInt,
-        LongLong,
-        ULongLong,
-        Double,
-        Float,
-        Text,
-        TextAgain,
-        Bytes,
-        Char,
-        Moment,
-        Uuid,
-        Object,
-        Last = Object
-    };
-    switch (m_bytes->ConsumeIntegralInRange<int>(depth > 0 ? List : FirstFlat, Last)) {
-    case List:
-        return list(depth - 1);
-    case Map:
-        return map(depth - 1);
-    case Strings:
-        return QStringList{text(), text()};
-    case Hash:
-        return QVariantHash{{text(), value(depth - 1)}};
-    case TypedNull:
-        return QVariant(
-            static_cast<QVariant::Type>(m_bytes->ConsumeIntegralInRange<int>(1, QVariant::UserType - 1)));
-    case Bool:
-        return m_bytes->ConsumeBool();
-    case SmallInt:
-        return m_bytes->ConsumeIntegralInRange(-2, 3);
-    case Int:
-        return m_bytes->ConsumeIntegral<int>();
-    case UInt:
-        return m_bytes->ConsumeIntegral<uint>();
-    case LongLong:
-        return m_bytes->ConsumeIntegral<qlonglong>();
-    case ULongLong:
-        return m_bytes->ConsumeIntegral<qulonglong>();
-    case Double:
-        return number();
-    case Float:
-        return QVariant::fromValue(m_bytes->ConsumeFloatingPoint<float>());
-    case Text:
-    case TextAgain:
-        return text();
-    case Bytes:
-        return text().toUtf8();
-    case Char:
-        return QChar(m_bytes->ConsumeIntegral<ushort>());
-    case Moment:
-        return QDateTime::fromMSecsSinceEpoch(m_bytes->ConsumeIntegral<qint32>(), Qt::UTC);
-    case Uuid:
-        return QUuid(text());
-    case Object:
-        return QVariant::fromValue<QObject*>(nullptr);
-    default:
-        return QVariant();
-    }
+    const std::function<QVariant()> kinds[] = {
+        // Those that hold others come first.
+        [&] { return list(depth - 1); },
+        [&] { return map(depth - 1); },
+        [&] {
+            return QStringList{text(), text()};
+        },
+        [&] {
+            return QVariantHash{{text(), value(depth - 1)}};
+        },
+        [] { return QVariant(); },
+        [&] {
+            return QVariant(
+                static_cast<QVariant::Type>(m_bytes->ConsumeIntegralInRange<int>(1, QVariant::UserType - 1)));
+        },
+        [&] { return m_bytes->ConsumeBool(); },
+        [&] { return m_bytes->ConsumeIntegralInRange(-2, 3); },
+        [&] { return m_bytes->ConsumeIntegral<int>(); },
+        [&] { return m_bytes->ConsumeIntegral<uint>(); },
+        [&] { return m_bytes->ConsumeIntegral<qlonglong>(); },
+        [&] { return m_bytes->ConsumeIntegral<qulonglong>(); },
+        [&] { return number(); },
+        [&] { return m_bytes->ConsumeFloatingPoint<float>(); },
+        [&] { return text(); },
+        [&] { return text(); },
+        [&] { return text().toUtf8(); },
+        [&] { return QChar(m_bytes->ConsumeIntegral<ushort>()); },
+        [&] { return QDateTime::fromMSecsSinceEpoch(m_bytes->ConsumeIntegral<qint32>(), Qt::UTC); },
+        [&] { return QUuid(text()); },
+        [] { return QVariant::fromValue<QObject*>(nullptr); }};
+    constexpr int firstFlat = 4;
+    constexpr int last = static_cast<int>(std::size(kinds)) - 1;
+    return kinds[m_bytes->ConsumeIntegralInRange(depth > 0 ? 0 : firstFlat, last)]();
 }
 
 QVariantList Variants::list(int depth)

@@ -39,6 +39,11 @@ QVariant convertedToTag(const QVariant& value, const QString& tag)
     return type == types.constEnd() ? value : converted(value, *type);
 }
 
+QString told(const QVariant& fallback)
+{
+    return fallback.isValid() ? QStringLiteral(" with a fallback") : QString();
+}
+
 void note(const DAbstractCommand& command, const QString& call)
 {
     recordOf(command).calls.append(call);
@@ -70,7 +75,7 @@ DAbstractCommand::~DAbstractCommand()
     noteCall(QStringLiteral("destroy ") + m_record->name);
 }
 
-void DAbstractCommand::linkWithItsOrder(QObject* order){Q_UNUSED(order)}
+void DAbstractCommand::linkWithItsOrder(QObject*) {}
 
 QString DAbstractCommand::commandName() const
 {
@@ -171,8 +176,7 @@ void DAbstractCommand::declareAResult(const QString& name, const QString& typeTa
 
 QVariant DAbstractCommand::getParameterValue(const QString& name, const QVariant& fallback) const
 {
-    const QString withFallback = fallback.isValid() ? QStringLiteral(" with a fallback") : QString();
-    note(*this, QStringLiteral("getParameterValue ") + name + withFallback);
+    note(*this, QStringLiteral("getParameterValue ") + name + told(fallback));
     for (const CommandRecord::Declaration& parameter : qAsConst(m_record->parameters)) {
         if (parameter.name == name) {
             const QVariant value = m_record->arguments.value(name, parameter.defaultValue);
@@ -197,9 +201,8 @@ QString DAbstractCommand::getLinkedChannel(const QString& toolChannel)
 QVariant DAbstractCommand::getInfoFromChannel(const QString& toolChannel, const QString& infoKey,
                                               QMetaType::Type type, const QVariant& fallback)
 {
-    const QString withFallback = fallback.isValid() ? QStringLiteral(" with a fallback") : QString();
     note(*this, QStringLiteral("getInfoFromChannel %1 %2 as %3%4")
-                    .arg(toolChannel, infoKey, QLatin1String(QMetaType::typeName(type)), withFallback));
+                    .arg(toolChannel, infoKey, QLatin1String(QMetaType::typeName(type)), told(fallback)));
     return converted(m_record->channels.value(toolChannel).items.value(infoKey, fallback), type);
 }
 

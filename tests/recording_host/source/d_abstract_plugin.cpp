@@ -62,12 +62,12 @@ IPlugin::Type DAbstractPlugin::pluginType() const
 
 QStringList DAbstractPlugin::compatiblePlugins() const
 {
-    return {m_record->pluginUuid.toString()};
+    return {};
 }
 
 QString DAbstractPlugin::compatibilityString() const
 {
-    return m_record->pluginUuid.toString();
+    return {};
 }
 
 QVariant DAbstractPlugin::getProperty(const QString& name) const
@@ -90,39 +90,31 @@ QStringList DAbstractPlugin::getFunctions() const
     return commandNames();
 }
 
-QString DAbstractPlugin::getFunctionDescription(const QString& name) const
+QString DAbstractPlugin::getFunctionDescription(const QString&) const
 {
-    for (const DAbstractCommand* prototype : qAsConst(m_record->prototypes)) {
-        if (prototype->commandName() == name) {
-            return prototype->description();
-        }
-    }
-    return QString();
-}
-
-QVariantList DAbstractPlugin::getCommandParameters(const QString& name) const
-{
-    Q_UNUSED(name)
     return {};
 }
 
-void DAbstractPlugin::setMainConfig(const QVariantMap& config){Q_UNUSED(config)}
-
-QVariant DAbstractPlugin::getInMainConfig(const QString& key) const
+QVariantList DAbstractPlugin::getCommandParameters(const QString&) const
 {
-    Q_UNUSED(key)
-    return QVariant();
+    return {};
 }
 
-QVariant DAbstractPlugin::getInPluginConfig(const QString& key) const
+void DAbstractPlugin::setMainConfig(const QVariantMap&) {}
+
+QVariant DAbstractPlugin::getInMainConfig(const QString&) const
 {
-    Q_UNUSED(key)
-    return QVariant();
+    return {};
+}
+
+QVariant DAbstractPlugin::getInPluginConfig(const QString&) const
+{
+    return {};
 }
 
 QString DAbstractPlugin::getDebugIdentification() const
 {
-    return m_record->pluginName;
+    return {};
 }
 
 QVariantMap DAbstractPlugin::getMainConfig() const
@@ -130,17 +122,9 @@ QVariantMap DAbstractPlugin::getMainConfig() const
     return {};
 }
 
-void DAbstractPlugin::setInPluginConfig(const QString& key, const QVariant& value)
-{
-    Q_UNUSED(key)
-    Q_UNUSED(value)
-}
+void DAbstractPlugin::setInPluginConfig(const QString&, const QVariant&) {}
 
-void DAbstractPlugin::setInMainConfig(const QString& key, const QVariant& value)
-{
-    Q_UNUSED(key)
-    Q_UNUSED(value)
-}
+void DAbstractPlugin::setInMainConfig(const QString&, const QVariant&) {}
 
 void DAbstractPlugin::setProperty(const QString& name, const QVariant& value, bool flag)
 {

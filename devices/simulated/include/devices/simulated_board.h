@@ -73,7 +73,7 @@ protected:
     DFailure drive(int line, int level) override;
 
 private:
-    void carryOut(int line, int wanted);
+    void propagate(int line, int wanted);
     void settleWires();
     int carriedLevel(const SimulatedBoardSetup::Wire& wire) const;
     void sample(int line);

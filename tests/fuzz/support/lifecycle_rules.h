@@ -1,6 +1,7 @@
 #pragma once
 
 #include <command_observer.h>
+#include <plugin_management/d_order.h>
 
 #include <QSet>
 
@@ -32,3 +33,6 @@ private:
 
     std::map<quint64, Command> m_commands; ///< by their orders
 };
+
+/// Watches order from before its start: its signals must agree with its state, and none comes after its end.
+void watchOrder(DOrder* order);

@@ -1,8 +1,6 @@
-#include "command_rules.h"
+#include "lifecycle_rules.h"
 
 #include "require.h"
-
-#include <plugin_management/d_order.h>
 
 void CommandRules::commandLinked(DOrder* order)
 {
@@ -44,4 +42,24 @@ void CommandRules::commandDestroyed(quint64 order)
     const Command& command = m_commands.at(order);
     require(command.finished || !command.executed, "a command is finished before it goes");
     m_commands.erase(order);
+}
+
+void watchOrder(DOrder* order)
+{
+    QObject::connect(order, &DOrder::resultUpdated, order, [order](const QString& name) {
+        require(order->state() == DOrder::State::Running, "results are updated while the order runs");
+        require(order->results().contains(name), "an updated result is one of the order's");
+    });
+    QObject::connect(order, &DOrder::eventReceived, order, [order] {
+        require(order->state() == DOrder::State::Running, "events come while the order runs");
+    });
+    QObject::connect(order, &DOrder::finished, order, [order, ended = false](bool success) mutable {
+        require(!ended, "an order ends once");
+        ended = true;
+        require(order->state() == DOrder::State::Finished, "an order that ends is finished");
+        require(!order->isListening(), "an order that has ended listens no more");
+        require(success == order->isSuccessful() && success == !order->failure(),
+                "an order keeps the outcome that it tells");
+        require(success == order->failure().text.isEmpty(), "an order that fails says why, no other does");
+    });
 }
