@@ -63,26 +63,18 @@ private Q_SLOTS:
         QCOMPARE(bench.changes, (QVector<Change>{{0, 1, 0}, {1, 1, 1000}, {2, 0, 3000}, {3, 0, 3000}}));
     }
 
-    void nothingIsUnderWayAtTheStartWhateverTheOrderOfTheWires_data()
-    {
-        QTest::addColumn<bool>("backwards");
-        QTest::newRow("forwards") << false;
-        QTest::newRow("backwards") << true;
-    }
-
     void nothingIsUnderWayAtTheStartWhateverTheOrderOfTheWires()
     {
-        QFETCH(bool, backwards);
         QVector<Wire> wires{{0, 1, 5000, true}, {1, 2, 5000, false}, {2, 3, 5000, true}};
-        if (backwards) {
+        for (int time = 0; time < 2; ++time) {
+            BoardBench bench(boardOf({output("a"_s), input("b"_s), input("c"_s), input("d"_s)}, wires));
+            QCOMPARE(bench.level(1), 1);
+            QCOMPARE(bench.level(2), 1);
+            QCOMPARE(bench.level(3), 0);
+            bench.advanceMs(100);
+            QVERIFY(bench.changes.isEmpty());
             std::reverse(wires.begin(), wires.end());
         }
-        BoardBench bench(boardOf({output("a"_s), input("b"_s), input("c"_s), input("d"_s)}, wires));
-        QCOMPARE(bench.level(1), 1);
-        QCOMPARE(bench.level(2), 1);
-        QCOMPARE(bench.level(3), 0);
-        bench.advanceMs(100);
-        QVERIFY(bench.changes.isEmpty());
     }
 
     void wiresBetweenKindsOfLinesConvert_data()
@@ -157,7 +149,7 @@ private Q_SLOTS:
     void listenersHearWhatAWireBrings()
     {
         BoardBench bench(boardOf({output("a"_s), input("b"_s)}, {{0, 1, 1000, false}}));
-        bench.send("listenEvents"_s, {{"channel"_s, "b"_s}});
+        bench.listen("b"_s);
         bench.write("a"_s, 1);
         deliver();
         bench.client.heard.clear();

@@ -26,6 +26,25 @@ void printRatio(const char* what, const std::function<void(int)>& work)
           many / few);
 }
 
+using Orders = std::vector<std::unique_ptr<DOrder>>;
+
+Orders startMany(Workbench& bench, int count)
+{
+    Orders orders;
+    for (int i = 0; i < count; ++i) {
+        orders.push_back(bench.start());
+    }
+    return orders;
+}
+
+void answerAll(Workbench& bench)
+{
+    for (const auto& request : qAsConst(bench.device->requests)) {
+        bench.device->reply(request.id, {{"value"_s, 1}});
+    }
+    deliver();
+}
+
 } // namespace
 
 class TestOrderScale : public QObject
@@ -37,15 +56,8 @@ private Q_SLOTS:
     {
         printRatio("orders that read", [](int count) {
             Workbench bench(fillReader);
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                orders.back()->start();
-            }
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
-            }
-            deliver();
+            const Orders orders = startMany(bench, count);
+            answerAll(bench);
             const auto succeeded = std::count_if(orders.cbegin(), orders.cend(),
                                                  [](const auto& order) { return order->isSuccessful(); });
             QCOMPARE(static_cast<int>(succeeded), count);
@@ -58,16 +70,11 @@ private Q_SLOTS:
         printRatio("orders that listen", [](int count) {
             Workbench bench(fillListener);
             int events = 0;
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                connect(orders.back().get(), &DOrder::eventReceived, [&events] { ++events; });
-                orders.back()->start();
+            const Orders orders = startMany(bench, count);
+            for (const auto& order : orders) {
+                connect(order.get(), &DOrder::eventReceived, [&events] { ++events; });
             }
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
-            }
-            deliver();
+            answerAll(bench);
             QCOMPARE(events, count);
             for (const auto& order : orders) {
                 order->stop();
@@ -79,21 +86,15 @@ private Q_SLOTS:
     void oneCommandMaySendTenThousandRequests()
     {
         printRatio("requests of one command", [](int count) {
-            Workbench bench([count](CommandScript& script) {
-                fillReader(script);
-                script.execute = [count](ScriptedCommand& command) {
-                    for (int i = 0; i < count; ++i) {
-                        command.send("getValue"_s, {}, 4000);
-                    }
-                    return true;
-                };
-            });
-            const auto order = bench.order();
-            order->start();
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
-            }
-            deliver();
+            Workbench bench(fillReader);
+            bench.script->execute = [count](ScriptedCommand& command) {
+                for (int i = 0; i < count; ++i) {
+                    command.send("getValue"_s, {}, 4000);
+                }
+                return true;
+            };
+            const auto order = bench.start();
+            answerAll(bench);
             QVERIFY(order->isSuccessful());
         });
     }
@@ -102,11 +103,7 @@ private Q_SLOTS:
     {
         printRatio("requests that are lost", [](int count) {
             Workbench bench(fillListener);
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                orders.back()->start();
-            }
+            const Orders orders = startMany(bench, count);
             bench.device->lose("cable pulled"_s);
             deliver();
             QCOMPARE(orders.back()->failure().text, "cable pulled"_s);
