@@ -23,6 +23,9 @@ private Q_SLOTS:
         QVERIFY(!bench.board->isConnected());
         QCOMPARE(bench.board->connectionProblem(), c_unplugged);
         QCOMPARE(bench.ask("getValue"_s, {{"channel"_s, "in"_s}}), (QVariantMap{{"failure"_s, c_unplugged}}));
+        bench.board->setPluggedIn(true);
+        QVERIFY(bench.board->isConnected());
+        QCOMPARE(bench.board->connectionProblem(), QString());
     }
 
     void unpluggingFailsWhatIsPendingWhichHearsNothingWhenTheBoardIsBack()

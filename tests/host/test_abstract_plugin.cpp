@@ -40,7 +40,7 @@ private Q_SLOTS:
         QVERIFY(plugin.parent() == nullptr);
         QCOMPARE(plugin.compatiblePlugins(), QStringList{ScriptedPlugin::uuid().toString()});
         QCOMPARE(plugin.compatibilityString(), ScriptedPlugin::uuid().toString());
-        QCOMPARE(ScriptedPlugin({}).getName(), "Scripted"_s);
+        QCOMPARE(ScriptedPlugin().getName(), "Scripted"_s);
         QCOMPARE(plugin.getName(), "Scripted {11111111-2222-3333-4444-555555555555}"_s);
         QCOMPARE(plugin.getDebugIdentification(),
                  "Scripted {11111111-2222-3333-4444-555555555555} version 0x0001000200030004"_s);
@@ -48,7 +48,7 @@ private Q_SLOTS:
 
     void aPropertyChangesUntilItIsStoredReadOnly()
     {
-        ScriptedPlugin plugin({});
+        ScriptedPlugin plugin;
         QVERIFY(!plugin.getProperty("toolType"_s).isValid());
         QCOMPARE(plugin.getProperty("toolType"_s, "red"_s), QVariant("red"_s));
         QCOMPARE(plugin.getProperty("standalone"_s), QVariant(false));
@@ -122,7 +122,7 @@ private Q_SLOTS:
 
     void theMainConfigurationIsReplacedWholeOrSetByEntryApartFromThePlugins()
     {
-        ScriptedPlugin plugin({});
+        ScriptedPlugin plugin;
         plugin.setInMainConfig("old"_s, 1);
         plugin.setMainConfig({{"name"_s, "Bench"_s}});
         plugin.setInMainConfig("id"_s, 5);

@@ -104,7 +104,7 @@ private Q_SLOTS:
         deliver();
         deliver();
         QCOMPARE(m_initialized->count(), 1);
-        const DTool stranger({{"name"_s, "Rack"_s}, {"id"_s, "1"_s}}, ScriptedPlugin({}), m_device.get());
+        const DTool stranger({{"name"_s, "Rack"_s}, {"id"_s, "1"_s}}, ScriptedPlugin(), m_device.get());
         QVERIFY(m_backend->tool() == nullptr);
         makeTool();
         QCOMPARE(m_backend->tool(), m_tool.get());
@@ -131,7 +131,7 @@ private Q_SLOTS:
     void anotherToolThatComesOrGoesChangesNothing()
     {
         bindToTool();
-        auto other = std::make_unique<DTool>(configuration(), ScriptedPlugin({}), m_device.get());
+        auto other = std::make_unique<DTool>(configuration(), ScriptedPlugin(), m_device.get());
         QCOMPARE(m_backend->tool(), m_tool.get());
         other.reset();
         QCOMPARE(m_backend->tool(), m_tool.get());
@@ -141,7 +141,7 @@ private Q_SLOTS:
     void aBackendTurnsToAnotherToolOfItsNameWhenItsToolGoes()
     {
         bindToTool();
-        const DTool other(configuration(), ScriptedPlugin({}), m_device.get());
+        const DTool other(configuration(), ScriptedPlugin(), m_device.get());
         m_tool.reset();
         QCOMPARE(m_backend->tool(), &other);
         QVERIFY(m_backend->isConnected());
@@ -203,7 +203,7 @@ private Q_SLOTS:
 private:
     void makeTool(const QVariantMap& configured = configuration())
     {
-        m_tool = std::make_unique<DTool>(configured, ScriptedPlugin({}), m_device.get());
+        m_tool = std::make_unique<DTool>(configured, ScriptedPlugin(), m_device.get());
     }
 
     void setPage(const QString& name = "Bench"_s, const QString& id = "1"_s)

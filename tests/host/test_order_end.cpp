@@ -168,6 +168,18 @@ private Q_SLOTS:
         verifyEndedOnce(bench, *order);
     }
 
+    void anOrderEndsAfterItsCommandStoppedItsListeningOfItsOwn()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.start();
+        bench.answer({{"value"_s, 1}});
+        bench.script->latest->stopTheInstruction(bench.device->lastId());
+        QCOMPARE(order->state(), DOrder::State::Running);
+        deliver();
+        QVERIFY(order->isSuccessful());
+        verifyEndedOnce(bench, *order);
+    }
+
     void startingAndStoppingAgainChangeNothing()
     {
         Workbench bench(fillListener);
@@ -229,23 +241,16 @@ private Q_SLOTS:
         QVERIFY(goneBeforeTheEndIsTold);
     }
 
-    void ordersAreNumberedFromOneAndApart()
-    {
-        Workbench bench;
-        const auto first = bench.order();
-        const auto second = bench.order();
-        QVERIFY(first->id() >= 1);
-        QVERIFY(second->id() > first->id());
-        QCOMPARE(first->commandName(), "work"_s);
-        QCOMPARE(first->tool(), bench.tool.get());
-    }
-
     void twoOrdersOfOneCommandShareNothing()
     {
         Workbench bench(fillListener);
         const auto first = bench.start();
         const quint64 id = bench.device->lastId();
         const auto second = bench.start();
+        QVERIFY(first->id() >= 1);
+        QVERIFY(second->id() > first->id());
+        QCOMPARE(first->commandName(), "work"_s);
+        QCOMPARE(first->tool(), bench.tool.get());
         bench.device->reply(id, {{"value"_s, 1}});
         deliver();
         QCOMPARE(first->results().value("value"_s), QVariant(1));

@@ -148,31 +148,25 @@ private Q_SLOTS:
         QCOMPARE(order->results(), value(4));
     }
 
-    void anEventHasTheTimeOfItsReply_data()
-    {
-        QTest::addColumn<bool>("whole");
-        QTest::newRow("result by result") << false;
-        QTest::newRow("as a whole reply") << true;
-    }
-
     void anEventHasTheTimeOfItsReply()
     {
-        QFETCH(bool, whole);
-        Workbench bench(fillListener);
-        if (whole) {
-            bench.script->onReply = takeWhole;
+        for (const bool whole : {false, true}) {
+            Workbench bench(fillListener);
+            if (whole) {
+                bench.script->onReply = takeWhole;
+            }
+            const auto order = bench.start();
+            QVector<qint64> times;
+            connect(order.get(), &DOrder::eventReceived, this,
+                    [&](const QVariantMap&, qint64 timeUs) { times.append(timeUs); });
+            const QVector<qint64> told = {0, 123456, 123457};
+            for (const qint64 timeUs : told) {
+                bench.device->reply(bench.device->lastId(), value(1), timeUs);
+            }
+            bench.scheduler.advance(500000);
+            deliver();
+            QCOMPARE(times, told);
         }
-        const auto order = bench.start();
-        QVector<qint64> times;
-        connect(order.get(), &DOrder::eventReceived, this,
-                [&](const QVariantMap&, qint64 timeUs) { times.append(timeUs); });
-        const QVector<qint64> told = {0, 123456, 123457};
-        for (const qint64 timeUs : told) {
-            bench.device->reply(bench.device->lastId(), value(1), timeUs);
-        }
-        bench.scheduler.advance(500000);
-        deliver();
-        QCOMPARE(times, told);
     }
 
     void anEventOfACommandsOwnIsTrueNow()
@@ -227,14 +221,16 @@ private Q_SLOTS:
 
     void aReplyToAnInstructionThatIsNotPendingIsRefused()
     {
-        bool accepted = true;
         Workbench bench;
-        bench.script->execute = [&](ScriptedCommand& command) {
-            accepted = command.setReply(command.send("getValue"_s) + 1000, {});
-            return true;
-        };
-        bench.start();
-        QVERIFY(!accepted);
+        bench.script->execute = sends({"getValue"_s, "getValue"_s});
+        const auto order = bench.start();
+        const quint64 over = bench.device->requests.at(0).id;
+        QVERIFY(bench.script->latest->setReply(over, {}));
+        bench.device->reply(over, {});
+        deliver();
+        QCOMPARE(order->state(), DOrder::State::Running);
+        QVERIFY(!bench.script->latest->setReply(over, {}));
+        QVERIFY(!bench.script->latest->setReply(over + 1000, {}));
     }
 
     void theRequestKeepsItsInstructionAndArguments()

@@ -72,7 +72,7 @@ private Q_SLOTS:
             channelEntry("C"_s, {{"link"_s, "line0"_s}}),
             QVariantMap{{"id"_s, "BARE"_s}},
         };
-        const DTool tool(configurationOf(entries), ScriptedPlugin({}), nullptr);
+        const DTool tool(configurationOf(entries), ScriptedPlugin(), nullptr);
         QStringList listed;
         for (const DToolChannel& channel : tool.channels()) {
             listed.append("%1 %2 %3 %4"_s.arg(channel.id, channel.name, channel.visibility, channel.link));
@@ -109,26 +109,20 @@ private Q_SLOTS:
         QCOMPARE(bench.tool->asks("play"_s), false);
     }
 
-    void aToolWithoutAnInstanceForThisHostRefusesEveryOrder_data()
-    {
-        QTest::addColumn<bool>("makesOne");
-        QTest::newRow("none at all") << false;
-        QTest::newRow("one of another host") << true;
-    }
-
     void aToolWithoutAnInstanceForThisHostRefusesEveryOrder()
     {
-        QFETCH(bool, makesOne);
-        bool isGone = false;
-        DTool tool(Workbench::configuration(), ElsewherePlugin(makesOne, &isGone), nullptr);
-        QCOMPARE(isGone, makesOne);
-        QVERIFY(tool.plugin() == nullptr);
-        QVERIFY(tool.commands().isEmpty());
-        QVERIFY(tool.stops().isEmpty());
-        DOrder order(&tool, "work"_s, {});
-        order.start();
-        QCOMPARE(order.failure().kind, DFailure::Kind::WrongInvocation);
-        QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+        for (const bool makesOne : {false, true}) {
+            bool isGone = false;
+            DTool tool(Workbench::configuration(), ElsewherePlugin(makesOne, &isGone), nullptr);
+            QCOMPARE(isGone, makesOne);
+            QVERIFY(tool.plugin() == nullptr);
+            QVERIFY(tool.commands().isEmpty());
+            QVERIFY(tool.stops().isEmpty());
+            DOrder order(&tool, "work"_s, {});
+            order.start();
+            QCOMPARE(order.failure().kind, DFailure::Kind::WrongInvocation);
+            QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+        }
     }
 
     void aToolForgetsADeviceThatIsGone()
@@ -141,7 +135,7 @@ private Q_SLOTS:
     void channelItemsAreConvertedOrTheFallbackIsGiven()
     {
         const DTool tool(configurationOf({channelEntry("A"_s, {{"gain"_s, "12"_s}, {"name"_s, "twelve"_s}})}),
-                         ScriptedPlugin({}), nullptr);
+                         ScriptedPlugin(), nullptr);
         const auto info = [&tool](const char* key, QMetaType::Type type) {
             return tool.getInfoFromChannel("A"_s, QString::fromLatin1(key), type, -1);
         };
@@ -172,7 +166,7 @@ private Q_SLOTS:
     void oddConfigurationsHaveNoChannels()
     {
         QFETCH(QVariant, channels);
-        const DTool tool({{"channels"_s, channels}}, ScriptedPlugin({}), nullptr);
+        const DTool tool({{"channels"_s, channels}}, ScriptedPlugin(), nullptr);
         QCOMPARE(tool.getLinkedChannel("A"_s), QString());
         QCOMPARE(tool.getInfoFromChannel("A"_s, "link"_s, QMetaType::QString, "none"_s), QVariant("none"_s));
     }

@@ -57,6 +57,7 @@ private Q_SLOTS:
         QCOMPARE(m_backend->told, (QStringList{"reply 5 work {\"value\":3}"_s, "released 5 work true"_s}));
         QVERIFY(!m_backend->hasPendingTreatments());
         QCOMPARE(m_bench->workingCommands(), 0);
+        QVERIFY(m_backend->findChildren<DOrder*>().isEmpty());
     }
 
     void theCommandReadsTheParametersOfItsTreatment()
