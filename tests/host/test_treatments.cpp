@@ -305,6 +305,17 @@ private Q_SLOTS:
         QCOMPARE(m_tries, 2);
     }
 
+    void aCallIsNotHeldBackBeforeOneWasRefused()
+    {
+        QStringList calls;
+        QMetaObject::invokeMethod(
+            m_backend.get(), [&calls] { calls.append("backend"_s); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [&calls] { calls.append("another"_s); }, Qt::QueuedConnection);
+        QTRY_COMPARE(calls.size(), 2);
+        QCOMPARE(calls, (QStringList{"backend"_s, "another"_s}));
+    }
+
     void noMoreThanThirtyTwoCallsAreHeldBack()
     {
         QCOMPARE(fillQueue(), 256);
