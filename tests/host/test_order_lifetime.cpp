@@ -9,6 +9,8 @@
 
 #include <utility>
 
+Q_DECLARE_METATYPE(std::shared_ptr<int>)
+
 namespace {
 
 const QVariantMap c_reply{{"value"_s, 1}};
@@ -88,7 +90,9 @@ private Q_SLOTS:
         if (whole) {
             bench.script->onReply = takeWhole;
         }
-        auto order = bench.order();
+        auto token = std::make_shared<int>();
+        const std::weak_ptr<int> leftover = token;
+        auto order = bench.order({{"token"_s, QVariant::fromValue(std::exchange(token, nullptr))}});
         bool done = false;
         m_onSignal = [&] {
             if (std::exchange(done, true)) {
@@ -136,6 +140,8 @@ private Q_SLOTS:
         QCOMPARE(bench.script->finishes, 1);
         QCOMPARE(bench.workingCommands(), 0);
         QVERIFY(bench.device == nullptr || bench.device->pendingRequests() == 0);
+        order.reset();
+        QVERIFY(leftover.expired());
     }
 
     void anOrderMayBeDestroyedWhereItIsRefused()
