@@ -151,25 +151,21 @@ private Q_SLOTS:
         QVERIFY(!m_device->level(1).known);
     }
 
-    /// The device goes on while its front is busy, and one batch at a time is on its way.
+    /// The device goes on meanwhile: what it tells waits for the batch on its way, up to the bound.
     void aBusyFrontIsSentOneBatchAtATime()
     {
         QSemaphore done;
         make([&done](LineListener& listener) {
-            flicker(listener, 0, 10);
+            flicker(listener, 0, c_bound);
             done.release();
         });
         RecordingClient client;
-        int batches = 0;
-        for (quint64 id = 1; id <= 100; ++id) {
+        for (quint64 id = 1; id <= 3; ++id) {
             m_device->send(id, "work"_s, {}, 0, &client);
+            done.acquire(); // this thread's event loop stands meanwhile
         }
-        done.acquire(100); // this thread's event loop stands meanwhile
-        connect(m_device.get(), &LineDevice::lineChanged, this,
-                [&](int, const LineLevel& level) { batches += level.sinceUs == 10 ? 1 : 0; });
-        QTRY_COMPARE(client.heard.size(), 100);
-        QCOMPARE(batches, 100);
-        QVERIFY(m_problems.isEmpty());
+        QTRY_COMPARE(client.heard.size(), 3);
+        QCOMPARE(m_problems, QStringList{"%1 events came too fast and were left out"_s.arg(c_bound)});
     }
 
     void theFrontMayGoWhereAChangeIsTold_data()

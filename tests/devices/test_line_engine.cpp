@@ -117,14 +117,18 @@ private Q_SLOTS:
         QCOMPARE(m_problems->count(), 1);
         QCOMPARE(m_problems->at(0).at(0).toString(), c_burnt.text);
         QCOMPARE(changed.count(), 1);
-        QVERIFY(!m_device->level(1).known);
-        QCOMPARE(m_device->level(1).sinceUs, now);
+        QCOMPARE(m_device->level(1), (LineLevel{0, now, false}));
         for (const char* instruction : {"getValue", "listenEvents", "listenToAll"}) {
             send(10, QString::fromLatin1(instruction), {{"channel"_s, "in"_s}});
         }
         QCOMPARE(m_client.ids(), (QVector<quint64>{1, 3, 10, 10, 10}));
         QCOMPARE(m_client.failures().count(c_burnt.text), 5);
         QCOMPARE(m_device->pendingRequests(), 1);
+        send(1, "listenEvents"_s, {{"channel"_s, "out"_s}});
+        m_client.heard.clear();
+        m_lines->setLevel(1, 1, now);
+        deliver();
+        QVERIFY(m_client.heard.isEmpty()); // of a listener that is over
     }
 
     void anEventIsTrueSinceTheDeviceSawIt()

@@ -19,16 +19,13 @@ std::shared_ptr<CommandScript> scriptWithDeclarations()
 void insideAnOrder(const QVariantMap& arguments, const std::function<void(ScriptedCommand&)>& look)
 {
     bool looked = false;
-    Workbench bench([&](CommandScript& script) {
-        script.parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
-                             {"value"_s, "ui16"_s, "Value"_s, 1}};
-        script.execute = [&](ScriptedCommand& command) {
-            look(command);
-            looked = true;
-            return false;
-        };
-    });
-    bench.order(arguments)->start();
+    Workbench bench([](CommandScript& script) { script.parameters = scriptWithDeclarations()->parameters; });
+    bench.script->execute = [&](ScriptedCommand& command) {
+        look(command);
+        looked = true;
+        return false;
+    };
+    bench.start(arguments);
     QVERIFY(looked);
 }
 
@@ -57,12 +54,8 @@ private Q_SLOTS:
         QCOMPARE(declared.parameters.at(0).name, "channel"_s);
         QCOMPARE(declared.parameters.at(1).defaultValue, QVariant(1));
         QCOMPARE(declared.results.at(0).typeTag, "bool"_s);
-    }
-
-    void aCommandWithoutStopNameCannotBeStopped()
-    {
-        const ScriptedCommand command(std::make_shared<CommandScript>(), {}, nullptr);
-        QCOMPARE(command.stopCommandName(), QString());
+        QCOMPARE(ScriptedCommand(std::make_shared<CommandScript>(), {}, nullptr).stopCommandName(),
+                 QString());
     }
 
     void aParameterIsTheArgumentElseTheFallbackElseTheDeclaredDefault()
@@ -79,16 +72,14 @@ private Q_SLOTS:
 
     void aSectionIsTheArgumentAsItWasGiven()
     {
-        const QVariantList list{1, 2};
-        const QVariantMap map{{"id"_s, 1}};
-        const QStringList names{"a"_s};
-        ScriptedCommand command(scriptWithDeclarations(),
-                                {{"list"_s, list}, {"map"_s, map}, {"names"_s, names}, {"text"_s, "1,2"_s}},
-                                nullptr);
-        QCOMPARE(command.getParametersSection("list"_s), QVariant(list));
-        QCOMPARE(command.getParametersSection("map"_s), QVariant(map));
-        QCOMPARE(command.getParametersSection("names"_s), QVariant(names));
-        QCOMPARE(command.getParametersSection("text"_s), QVariant("1,2"_s));
+        const QVariantMap sections{{"list"_s, QVariantList{1, 2}},
+                                   {"map"_s, QVariantMap{{"id"_s, 1}}},
+                                   {"names"_s, QStringList{"a"_s}},
+                                   {"text"_s, "1,2"_s}};
+        ScriptedCommand command(scriptWithDeclarations(), sections, nullptr);
+        for (auto section = sections.cbegin(); section != sections.cend(); ++section) {
+            QCOMPARE(command.getParametersSection(section.key()), section.value());
+        }
         QVERIFY(!command.getParametersSection("none"_s).isValid());
         QVERIFY(!command.getParametersSection("value"_s).isValid());
     }
@@ -154,10 +145,14 @@ private Q_SLOTS:
         });
     }
 
-    void theCommandOfAnOrderHasItsArgumentsConverted()
+    void theCommandOfAnOrderHasItsArgumentsConvertedAndItsSectionsAsTheyAre()
     {
-        insideAnOrder({{"value"_s, "12"_s}}, [](ScriptedCommand& command) {
-            QCOMPARE(command.getParameterValue("value"_s, QVariant()), QVariant(12));
+        const QStringList channels{"A"_s, "B"_s};
+        insideAnOrder({{"channel"_s, 5}, {"channels"_s, channels}}, [&](ScriptedCommand& command) {
+            QCOMPARE(command.getParameterValue("channel"_s, QVariant()), QVariant("5"_s));
+            QCOMPARE(command.getParameterValue("value"_s, QVariant()), QVariant(1));
+            QCOMPARE(command.getParametersSection("channels"_s), QVariant(channels));
+            QCOMPARE(command.getParametersSection("channels"_s).type(), QVariant::StringList);
         });
     }
 };

@@ -38,47 +38,26 @@ private Q_SLOTS:
         QCOMPARE(face.objectUuid(), c_object);
         QCOMPARE(plugin.objectName(), "Scripted"_s);
         QVERIFY(plugin.parent() == nullptr);
-    }
-
-    void aPrototypeIsNamedAfterThePluginAndAnInstanceAfterItsObjectToo()
-    {
-        QCOMPARE(ScriptedPlugin({}).getName(), "Scripted"_s);
-        QCOMPARE(ScriptedPlugin({}, c_object).getName(), "Scripted {11111111-2222-3333-4444-555555555555}"_s);
-    }
-
-    void theDebugIdentificationTellsNameObjectAndVersion()
-    {
-        QCOMPARE(ScriptedPlugin({}, c_object).getDebugIdentification(),
-                 "Scripted {11111111-2222-3333-4444-555555555555} version 0x0001000200030004"_s);
-    }
-
-    void aPluginIsCompatibleWithItself()
-    {
-        const ScriptedPlugin plugin({});
         QCOMPARE(plugin.compatiblePlugins(), QStringList{ScriptedPlugin::uuid().toString()});
         QCOMPARE(plugin.compatibilityString(), ScriptedPlugin::uuid().toString());
-    }
-
-    void propertiesAreReadBackWithAndWithoutFallback()
-    {
-        ScriptedPlugin plugin({});
-        plugin.setProperty("toolType"_s, 3, false);
-        QCOMPARE(plugin.getProperty("toolType"_s), QVariant(3));
-        QCOMPARE(plugin.getProperty("toolType"_s, 7), QVariant(3));
-        QVERIFY(!plugin.getProperty("colour"_s).isValid());
-        QCOMPARE(plugin.getProperty("colour"_s, "red"_s), QVariant("red"_s));
-        QCOMPARE(plugin.getProperty("standalone"_s), QVariant(false));
+        QCOMPARE(ScriptedPlugin().getName(), "Scripted"_s);
+        QCOMPARE(plugin.getName(), "Scripted {11111111-2222-3333-4444-555555555555}"_s);
+        QCOMPARE(plugin.getDebugIdentification(),
+                 "Scripted {11111111-2222-3333-4444-555555555555} version 0x0001000200030004"_s);
     }
 
     void aPropertyChangesUntilItIsStoredReadOnly()
     {
-        ScriptedPlugin plugin({});
+        ScriptedPlugin plugin;
+        QVERIFY(!plugin.getProperty("toolType"_s).isValid());
+        QCOMPARE(plugin.getProperty("toolType"_s, "red"_s), QVariant("red"_s));
+        QCOMPARE(plugin.getProperty("standalone"_s), QVariant(false));
         plugin.setProperty("toolType"_s, 1, false);
         plugin.setProperty("toolType"_s, 2, true);
-        QCOMPARE(plugin.getProperty("toolType"_s), QVariant(2));
         plugin.setProperty("toolType"_s, 3, false);
         plugin.setProperty("toolType"_s, 4, true);
         QCOMPARE(plugin.getProperty("toolType"_s), QVariant(2));
+        QCOMPARE(plugin.getProperty("toolType"_s, 7), QVariant(2));
     }
 
     void commandsAreListedInTheOrderOfTheirDeclaration()
@@ -107,16 +86,10 @@ private Q_SLOTS:
         second->description = "Does it anew"_s;
         auto* command = new ScriptedCommand(second, {}, &plugin);
         plugin.declareInstructionCommand(command);
+        plugin.declareInstructionCommand(nullptr);
         QCOMPARE(plugin.commandNames(), (QStringList{"write"_s, "read"_s}));
         QCOMPARE(plugin.command("write"_s), command);
         QCOMPARE(plugin.getFunctionDescription("write"_s), "Does it anew"_s);
-    }
-
-    void noCommandDeclaresNothing()
-    {
-        ScriptedPlugin plugin({});
-        plugin.declareInstructionCommand(nullptr);
-        QCOMPARE(plugin.commandNames(), QStringList());
     }
 
     void aPrototypeThatIsGoneIsNoLongerListed()
@@ -135,36 +108,29 @@ private Q_SLOTS:
                                             {"value"_s, "ui16"_s, "Value"_s, 1}};
         ScriptedPlugin plugin(scripts);
         plugin.initPluginCommands();
-        const QVariantList parameters = plugin.getCommandParameters("write"_s);
-        QCOMPARE(parameters.size(), 2);
-        QCOMPARE(parameters.at(0).toMap(), (QVariantMap{{"name"_s, "channel"_s},
-                                                        {"type"_s, "strg"_s},
-                                                        {"description"_s, "Channel"_s},
-                                                        {"default"_s, QVariant()}}));
-        QCOMPARE(parameters.at(1).toMap(), (QVariantMap{{"name"_s, "value"_s},
-                                                        {"type"_s, "ui16"_s},
-                                                        {"description"_s, "Value"_s},
-                                                        {"default"_s, 1}}));
+        QCOMPARE(plugin.getCommandParameters("write"_s),
+                 (QVariantList{QVariantMap{{"name"_s, "channel"_s},
+                                           {"type"_s, "strg"_s},
+                                           {"description"_s, "Channel"_s},
+                                           {"default"_s, QVariant()}},
+                               QVariantMap{{"name"_s, "value"_s},
+                                           {"type"_s, "ui16"_s},
+                                           {"description"_s, "Value"_s},
+                                           {"default"_s, 1}}}));
         QCOMPARE(plugin.getCommandParameters("erase"_s), QVariantList());
     }
 
-    void theMainConfigurationIsReplacedWholeOrSetByEntry()
+    void theMainConfigurationIsReplacedWholeOrSetByEntryApartFromThePlugins()
     {
-        ScriptedPlugin plugin({});
+        ScriptedPlugin plugin;
         plugin.setInMainConfig("old"_s, 1);
         plugin.setMainConfig({{"name"_s, "Bench"_s}});
-        QVERIFY(!plugin.getInMainConfig("old"_s).isValid());
-        QCOMPARE(plugin.getInMainConfig("name"_s), QVariant("Bench"_s));
         plugin.setInMainConfig("id"_s, 5);
+        plugin.setInPluginConfig("name"_s, 7);
         QCOMPARE(plugin.getMainConfig(), (QVariantMap{{"name"_s, "Bench"_s}, {"id"_s, 5}}));
-    }
-
-    void thePluginConfigurationIsApartFromTheMainOne()
-    {
-        ScriptedPlugin plugin({});
-        plugin.setInPluginConfig("name"_s, 5);
-        QCOMPARE(plugin.getInPluginConfig("name"_s), QVariant(5));
-        QVERIFY(!plugin.getInMainConfig("name"_s).isValid());
+        QCOMPARE(plugin.getInMainConfig("name"_s), QVariant("Bench"_s));
+        QVERIFY(!plugin.getInMainConfig("old"_s).isValid());
+        QCOMPARE(plugin.getInPluginConfig("name"_s), QVariant(7));
         QVERIFY(!plugin.getInPluginConfig("id"_s).isValid());
     }
 };

@@ -58,6 +58,20 @@ private Q_SLOTS:
         QCOMPARE(m_client->ids(), QVector<quint64>{2});
     }
 
+    void aDeadlineOutlivesManyThatAreNoMore()
+    {
+        send(1, "getValue"_s, {}, 20);
+        send(2, "getValue"_s);
+        for (quint64 id = 3; id < 500; ++id) {
+            send(id, "getValue"_s, {}, 10);
+            m_device->cancel(id);
+        }
+        advanceMs(19);
+        QVERIFY(m_client->heard.isEmpty());
+        advanceMs(1);
+        QCOMPARE(m_client->ids(), QVector<quint64>{1});
+    }
+
     void withoutALimitARequestWaits_data()
     {
         QTest::addColumn<int>("limit");
@@ -104,10 +118,11 @@ private Q_SLOTS:
 
     void aDeviceThatGoesLeavesNoDeadline()
     {
-        send(1, "getValue"_s, {}, 10);
+        send(1, "getValue"_s, {}, 20);
+        send(2, "getValue"_s, {}, 10);
         m_device.reset();
-        advanceMs(10);
-        QCOMPARE(m_client->failures(), QStringList{"the device is gone"_s});
+        QVERIFY(!m_scheduler->advanceToNext());
+        QCOMPARE(m_client->failures().count("the device is gone"_s), 2);
     }
 };
 

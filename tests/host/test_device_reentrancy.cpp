@@ -9,26 +9,20 @@ class TestDeviceReentrancy : public DeviceFixture
     Q_OBJECT
 
 private Q_SLOTS:
-    void aClientMayCancelTheRequestThatItHearsOf()
-    {
-        listen(1);
-        m_client->then = [this](const auto& what) { m_device->cancel(what.id); };
-        m_device->reply(1, {});
-        m_device->reply(1, {});
-        deliver();
-        QCOMPARE(m_client->heard.size(), 1);
-        QCOMPARE(m_device->cancelled, QVector<quint64>{1});
-    }
-
-    void aClientMayCancelARequestWhoseReplyComesNext()
+    void aClientMayCancelTheRequestThatItHearsOfAndTheNext()
     {
         listen(1);
         listen(2);
-        m_client->then = [this](const auto&) { m_device->cancel(2); };
-        m_device->reply(1, {});
-        m_device->reply(2, {});
+        m_client->then = [this](const auto&) {
+            m_device->cancel(1);
+            m_device->cancel(2);
+        };
+        for (const quint64 id : {1U, 1U, 2U}) {
+            m_device->reply(id, {});
+        }
         deliver();
         QCOMPARE(m_client->ids(), QVector<quint64>{1});
+        QCOMPARE(m_device->cancelled, (QVector<quint64>{1, 2}));
     }
 
     void aRequestSentFromAReplyIsAnsweredLater()
@@ -106,7 +100,7 @@ private Q_SLOTS:
         QCOMPARE(m_device->pendingRequests(), 0);
     }
 
-    void repliesKeepTheirOrderThroughANestedEventLoop()
+    void repliesAreDeliveredInTheirOrderInsideANestedEventLoop()
     {
         listen(1);
         bool nested = false;
@@ -122,24 +116,6 @@ private Q_SLOTS:
         answer(1, 2);
         deliver();
         QCOMPARE(m_client->replied("value"_s), (QVariantList{1, 2, 3}));
-    }
-
-    void answersThatWaitAreDeliveredInsideANestedEventLoop()
-    {
-        listen(1);
-        QVariantList heardInside;
-        m_client->then = [&](const auto&) {
-            if (m_client->heard.size() == 1) {
-                deliver();
-                heardInside = m_client->replied("value"_s);
-            }
-        };
-        answer(1, 1);
-        answer(1, 2);
-        answer(1, 3);
-        deliver();
-        QCOMPARE(heardInside, (QVariantList{1, 2, 3}));
-        QCOMPARE(m_client->heard.size(), 3);
     }
 
     void deadlinesPassInsideANestedEventLoop()

@@ -6,21 +6,41 @@
 #include <QSignalSpy>
 #include <QTest>
 
+using Report = bool (*)(ScriptedCommand&);
+Q_DECLARE_METATYPE(Report)
+
 namespace {
+
+const QVariantMap c_both{{"one"_s, 1}, {"two"_s, 2}};
+const QString c_missing = "the command waits for nothing more, without having reported one, two"_s;
 
 void declareTwoResults(CommandScript& script)
 {
     script.results = {{"one"_s, "int"_s, "One"_s, 0}, {"two"_s, "int"_s, "Two"_s, 0}};
 }
 
+bool reportOneByOne(ScriptedCommand& command)
+{
+    return command.commandUpdateResult("one"_s, 1) && command.commandUpdateResult("two"_s, 2);
+}
+
+bool reportWhole(ScriptedCommand& command)
+{
+    command.commandSetReply(c_both);
+    return true;
+}
+
+bool reportNothing(ScriptedCommand&)
+{
+    return false;
+}
+
 /// Fails the test unless the order has ended once, through finishTheCommand, and let its command go.
-void verifyEndedOnce(const Workbench& bench, const DOrder& order, const QSignalSpy& finished)
+void verifyEndedOnce(const Workbench& bench, const DOrder& order)
 {
     QCOMPARE(order.state(), DOrder::State::Finished);
-    QCOMPARE(finished.count(), 1);
-    QCOMPARE(finished.at(0), QVariantList{order.isSuccessful()});
-    QCOMPARE(bench.script->finishes, 1);
-    QCOMPARE(bench.script->outcomes, QVector<bool>{order.isSuccessful()});
+    QCOMPARE(bench.ended, QVector<bool>{order.isSuccessful()});
+    QCOMPARE(bench.script->outcomes, bench.ended);
     QCOMPARE(bench.workingCommands(), 0);
     QCOMPARE(bench.device->pendingRequests(), 0);
 }
@@ -34,125 +54,58 @@ class TestOrderEnd : public QObject
 private Q_SLOTS:
     void anUpdateWithoutRequestIsEnough()
     {
-        Workbench bench([](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [](ScriptedCommand& command) {
-                return command.commandUpdateResult("one"_s, 1) && command.commandUpdateResult("two"_s, 2);
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
+        Workbench bench(declareTwoResults);
+        bench.script->execute = reportOneByOne;
+        const auto order = bench.start();
         QVERIFY(order->isSuccessful());
-        QCOMPARE(order->results(), (QVariantMap{{"one"_s, 1}, {"two"_s, 2}}));
-        verifyEndedOnce(bench, *order, finished);
+        QCOMPARE(order->results(), c_both);
+        verifyEndedOnce(bench, *order);
     }
 
     void theOrderEndsWhenEveryResultIsThereAndNothingIsPending()
     {
-        Workbench bench([](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("getValue"_s);
-                command.send("getValue"_s);
-                return true;
-            };
-            script.onReply = [](ScriptedCommand& command, quint64, const QVariantMap& reply) {
-                command.commandSetReply(reply);
-                return true;
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
-        bench.device->reply(bench.device->requests.at(0).id, {{"one"_s, 1}, {"two"_s, 2}});
+        Workbench bench(declareTwoResults);
+        bench.script->execute = sends({"getValue"_s, "getValue"_s});
+        bench.script->onReply = takeWhole;
+        const auto order = bench.start();
+        bench.device->reply(bench.device->requests.at(0).id, c_both);
         deliver();
         QCOMPARE(order->state(), DOrder::State::Running);
-        bench.device->reply(bench.device->requests.at(1).id, {});
-        deliver();
+        bench.answer();
         QVERIFY(order->isSuccessful());
-        verifyEndedOnce(bench, *order, finished);
-    }
-
-    void anOrderThatCanNeverCompleteFailsNamingWhatIsMissing()
-    {
-        Workbench bench([](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("getValue"_s);
-                return true;
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
-        bench.device->reply(bench.device->lastId(), {});
-        deliver();
-        QCOMPARE(order->failure().text,
-                 "the command waits for nothing more, without having reported one, two"_s);
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
     }
 
     void aCommandMayReportFromItsTimer_data()
     {
-        QTest::addColumn<bool>("whole");
-        QTest::newRow("result by result") << false;
-        QTest::newRow("as a whole reply") << true;
+        QTest::addColumn<Report>("report");
+        QTest::addColumn<QString>("failure");
+        QTest::newRow("result by result") << &reportOneByOne << QString();
+        QTest::newRow("as a whole reply") << &reportWhole << QString();
+        QTest::newRow("nothing") << &reportNothing << c_missing;
     }
 
     void aCommandMayReportFromItsTimer()
     {
-        QFETCH(bool, whole);
-        Workbench bench([whole](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [whole](ScriptedCommand& command) {
-                command.send("setValues"_s);
-                auto* timer = new DTimer(&command);
-                timer->setSingleShot(true);
-                connect(timer, &QTimer::timeout, &command, [&command, whole] {
-                    if (whole) {
-                        command.commandSetReply({{"one"_s, 1}, {"two"_s, 2}});
-                    } else {
-                        command.commandUpdateResult("one"_s, 1);
-                        command.commandUpdateResult("two"_s, 2);
-                    }
-                });
-                timer->start(5);
-                return true;
-            };
-        });
-        const auto order = bench.order();
+        QFETCH(Report, report);
+        QFETCH(QString, failure);
+        Workbench bench(declareTwoResults);
+        bench.script->execute = [report](ScriptedCommand& command) {
+            command.send("setValues"_s);
+            auto* timer = new DTimer(&command);
+            timer->setSingleShot(true);
+            connect(timer, &QTimer::timeout, &command, [&command, report] { report(command); });
+            timer->start(5);
+            return true;
+        };
+        const auto order = bench.start();
         QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
-        bench.device->reply(bench.device->lastId(), {});
-        deliver();
+        bench.answer();
         QCOMPARE(order->state(), DOrder::State::Running);
         QVERIFY(finished.wait());
-        QVERIFY(order->isSuccessful());
+        QCOMPARE(order->failure().text, failure);
         deliver();
-        verifyEndedOnce(bench, *order, finished);
-    }
-
-    void anOrderFailsWhenTheLastTimerOfItsCommandBringsNothing()
-    {
-        Workbench bench([](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("setValues"_s);
-                auto* timer = new DTimer(&command);
-                timer->setSingleShot(true);
-                timer->start(5);
-                return true;
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
-        bench.device->reply(bench.device->lastId(), {});
-        QVERIFY(finished.wait());
-        QCOMPARE(order->failure().text,
-                 "the command waits for nothing more, without having reported one, two"_s);
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
     }
 
     void theCommandMayFinishItself_data()
@@ -167,34 +120,24 @@ private Q_SLOTS:
     {
         QFETCH(bool, ok);
         QFETCH(QString, reason);
-        Workbench bench([ok](CommandScript& script) {
-            declareTwoResults(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("listenEvents"_s);
-                return true;
-            };
-            script.onReply = [ok](ScriptedCommand& command, quint64, const QVariantMap&) {
-                bool outcome = ok;
-                command.commandFinish(outcome);
-                return true;
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
-        bench.device->reply(bench.device->lastId(), {});
-        deliver();
+        Workbench bench(declareTwoResults);
+        bench.script->execute = sends({"listenEvents"_s});
+        bench.script->onReply = [ok](ScriptedCommand& command, quint64, const QVariantMap&) {
+            bool outcome = ok;
+            command.commandFinish(outcome);
+            return true;
+        };
+        const auto order = bench.start();
+        bench.answer();
         QCOMPARE(order->isSuccessful(), ok);
         QCOMPARE(order->failure().text, reason);
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
     }
 
     void aListeningOrderRunsUntilItIsStopped()
     {
         Workbench bench(fillListener);
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
+        const auto order = bench.start();
         QVERIFY(order->isListening());
         const quint64 id = bench.device->lastId();
         for (int level = 0; level < 100; ++level) {
@@ -207,35 +150,40 @@ private Q_SLOTS:
         QVERIFY(!order->isListening());
         QCOMPARE(bench.device->cancelled, QVector<quint64>{id});
         QCOMPARE(order->results(), (QVariantMap{{"value"_s, 99}}));
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
     }
 
     void theCommandMayStopItsOwnListening()
     {
-        Workbench bench([](CommandScript& script) {
-            fillListener(script);
-            script.onReply = [](ScriptedCommand& command, quint64 id, const QVariantMap& reply) {
-                command.stopTheInstruction(id);
-                return command.commandUpdateResult("value"_s, reply.value("value"_s));
-            };
-        });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
+        Workbench bench(fillListener);
+        bench.script->onReply = [](ScriptedCommand& command, quint64 id, const QVariantMap& reply) {
+            command.stopTheInstruction(id);
+            return command.commandUpdateResult("value"_s, reply.value("value"_s));
+        };
+        const auto order = bench.start();
         bench.device->reply(bench.device->lastId(), {{"value"_s, 1}});
-        bench.device->reply(bench.device->lastId(), {{"value"_s, 2}});
-        deliver();
+        bench.answer({{"value"_s, 2}});
         QVERIFY(order->isSuccessful());
         QCOMPARE(order->results(), (QVariantMap{{"value"_s, 1}}));
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
+    }
+
+    void anOrderEndsAfterItsCommandStoppedItsListeningOfItsOwn()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.start();
+        bench.answer({{"value"_s, 1}});
+        bench.script->latest->stopTheInstruction(bench.device->lastId());
+        QCOMPARE(order->state(), DOrder::State::Running);
+        deliver();
+        QVERIFY(order->isSuccessful());
+        verifyEndedOnce(bench, *order);
     }
 
     void startingAndStoppingAgainChangeNothing()
     {
         Workbench bench(fillListener);
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
+        const auto order = bench.start();
         order->start();
         QCOMPARE(bench.device->requests.size(), 1);
         order->stop();
@@ -243,23 +191,19 @@ private Q_SLOTS:
         order->start();
         QVERIFY(order->isSuccessful());
         QCOMPARE(bench.device->requests.size(), 1);
-        verifyEndedOnce(bench, *order, finished);
+        verifyEndedOnce(bench, *order);
     }
 
     void lateRepliesAreDropped()
     {
         int replies = 0;
-        Workbench bench([&](CommandScript& script) {
-            fillListener(script);
-            script.onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
-        });
-        const auto order = bench.order();
+        Workbench bench(fillListener);
+        bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
+        const auto order = bench.start();
         QSignalSpy events(order.get(), &DOrder::eventReceived);
-        order->start();
         bench.device->reply(bench.device->lastId(), {{"value"_s, 1}});
         order->stop();
-        bench.device->reply(bench.device->lastId(), {{"value"_s, 2}});
-        deliver();
+        bench.answer({{"value"_s, 2}});
         QCOMPARE(replies, 0);
         QCOMPARE(events.count(), 0);
     }
@@ -268,18 +212,15 @@ private Q_SLOTS:
     {
         bool stored = true;
         quint64 sent = 1;
-        Workbench bench([&](CommandScript& script) {
-            fillListener(script);
-            script.onFinish = [&](ScriptedCommand& command) {
-                stored = command.commandUpdateResult("value"_s, 9);
-                sent = command.send("getValue"_s);
-                command.commandSetReply({{"value"_s, 9}});
-            };
-        });
-        const auto order = bench.order();
+        Workbench bench(fillListener);
+        bench.script->onFinish = [&](ScriptedCommand& command) {
+            stored = command.commandUpdateResult("value"_s, 9);
+            sent = command.send("getValue"_s);
+            command.commandSetReply({{"value"_s, 9}});
+        };
+        const auto order = bench.start();
         QSignalSpy updated(order.get(), &DOrder::resultUpdated);
         QSignalSpy events(order.get(), &DOrder::eventReceived);
-        order->start();
         order->stop();
         QVERIFY(!stored);
         QCOMPARE(sent, quint64{0});
@@ -291,35 +232,25 @@ private Q_SLOTS:
     void theCommandIsDestroyedWhereTheOrderEnds()
     {
         Workbench bench(fillListener);
-        const auto order = bench.order();
+        const auto order = bench.start();
         bool goneBeforeTheEndIsTold = false;
         connect(order.get(), &DOrder::finished, this,
                 [&] { goneBeforeTheEndIsTold = bench.script->latest.isNull(); });
-        order->start();
         QVERIFY(!bench.script->latest.isNull());
         order->stop();
         QVERIFY(goneBeforeTheEndIsTold);
     }
 
-    void ordersAreNumberedFromOneAndApart()
+    void twoOrdersOfOneCommandShareNothing()
     {
-        Workbench bench;
-        const auto first = bench.order();
-        const auto second = bench.order();
+        Workbench bench(fillListener);
+        const auto first = bench.start();
+        const quint64 id = bench.device->lastId();
+        const auto second = bench.start();
         QVERIFY(first->id() >= 1);
         QVERIFY(second->id() > first->id());
         QCOMPARE(first->commandName(), "work"_s);
         QCOMPARE(first->tool(), bench.tool.get());
-    }
-
-    void twoOrdersOfOneCommandShareNothing()
-    {
-        Workbench bench(fillListener);
-        const auto first = bench.order();
-        const auto second = bench.order();
-        first->start();
-        second->start();
-        const quint64 id = bench.device->requests.at(0).id;
         bench.device->reply(id, {{"value"_s, 1}});
         deliver();
         QCOMPARE(first->results().value("value"_s), QVariant(1));

@@ -4,11 +4,12 @@
 #include <utilities/d_timer.h>
 
 #include <QEventLoop>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
 #include <utility>
+
+Q_DECLARE_METATYPE(std::shared_ptr<int>)
 
 namespace {
 
@@ -17,11 +18,7 @@ const QVariantMap c_reply{{"value"_s, 1}};
 void fillTwoListeners(CommandScript& script)
 {
     fillListener(script);
-    script.execute = [](ScriptedCommand& command) {
-        command.send("listenEvents"_s);
-        command.send("listenToAll"_s);
-        return true;
-    };
+    script.execute = sends({"listenEvents"_s, "listenToAll"_s});
 }
 
 } // namespace
@@ -44,8 +41,7 @@ private Q_SLOTS:
         connect(order.get(), &DOrder::eventReceived, this, [&] { heard.append("event"_s); });
         connect(order.get(), &DOrder::finished, this, [&] { heard.append("finished"_s); });
         order->start();
-        bench.device->reply(bench.device->lastId(), c_reply);
-        deliver();
+        bench.answer(c_reply);
         QCOMPARE(heard, (QStringList{"result"_s, "finished"_s}));
         QVERIFY(order->isSuccessful());
         QCOMPARE(bench.script->finishes, 1);
@@ -92,12 +88,11 @@ private Q_SLOTS:
         QFETCH(QString, deed);
         Workbench bench(listens ? fillTwoListeners : fillReader);
         if (whole) {
-            bench.script->onReply = [](ScriptedCommand& command, quint64, const QVariantMap& reply) {
-                command.commandSetReply(reply);
-                return !command.commandName().isEmpty(); // it lives on
-            };
+            bench.script->onReply = takeWhole;
         }
-        auto order = bench.order();
+        auto token = std::make_shared<int>();
+        const std::weak_ptr<int> leftover = token;
+        auto order = bench.order({{"token"_s, QVariant::fromValue(std::exchange(token, nullptr))}});
         bool done = false;
         m_onSignal = [&] {
             if (std::exchange(done, true)) {
@@ -145,6 +140,8 @@ private Q_SLOTS:
         QCOMPARE(bench.script->finishes, 1);
         QCOMPARE(bench.workingCommands(), 0);
         QVERIFY(bench.device == nullptr || bench.device->pendingRequests() == 0);
+        order.reset();
+        QVERIFY(leftover.expired());
     }
 
     void anOrderMayBeDestroyedWhereItIsRefused()
@@ -175,80 +172,63 @@ private Q_SLOTS:
 
     void anOrderMayBeDestroyedFromTheTimerOfItsCommand()
     {
-        Workbench bench([](CommandScript& script) {
-            fillReader(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("setValues"_s);
-                auto* timer = new DTimer(&command);
-                connect(timer, &QTimer::timeout, &command, [&command] {
-                    command.commandUpdateResult("value"_s, 1);
-                    command.commandUpdateResult("value"_s, 2);
-                });
-                timer->start(1);
-                return true;
-            };
-        });
-        auto order = bench.order();
-        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
-        order->start();
-        QTRY_VERIFY(order == nullptr);
-        QTRY_COMPARE(bench.workingCommands(), 0);
-    }
-
-    void theCommandOutlivesANestedEventLoopInItsOwnCode()
-    {
-        bool aliveAfterwards = false;
-        Workbench bench([&](CommandScript& script) {
-            fillListener(script);
-            script.onReply = [&](ScriptedCommand& command, quint64, const QVariantMap&) {
-                const QPointer<ScriptedCommand> self(&command);
+        Workbench bench(fillReader);
+        bench.script->execute = [](ScriptedCommand& command) {
+            command.send("setValues"_s);
+            auto* timer = new DTimer(&command);
+            connect(timer, &QTimer::timeout, &command, [&command] {
                 command.commandUpdateResult("value"_s, 1);
-                aliveAfterwards = !self.isNull();
-                return true;
-            };
-        });
-        auto order = bench.order();
-        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
-            order.reset();
-            QEventLoop loop;
-            QTimer::singleShot(0, &loop, &QEventLoop::quit);
-            loop.exec();
-            deliver();
-        });
-        order->start();
-        bench.device->reply(bench.device->lastId(), c_reply);
-        deliver();
-        QVERIFY(aliveAfterwards);
-        deliver();
-        QCOMPARE(bench.workingCommands(), 0);
-    }
-
-    void theCommandOutlivesANestedEventLoopBelowItsOwnTimer()
-    {
-        bool aliveAfterwards = false;
-        Workbench bench([&](CommandScript& script) {
-            fillListener(script);
-            script.execute = [&](ScriptedCommand& command) {
-                command.send("listenEvents"_s);
-                QTimer::singleShot(0, &command, [&] {
-                    const QPointer<ScriptedCommand> self(&command);
-                    command.commandUpdateResult("value"_s, 1);
-                    aliveAfterwards = !self.isNull();
-                });
-                return true;
-            };
-        });
-        auto order = bench.order();
-        connect(order.get(), &DOrder::resultUpdated, this, [&order] {
-            order.reset();
-            QEventLoop loop;
-            QTimer::singleShot(0, &loop, &QEventLoop::quit);
-            loop.exec();
-        });
-        order->start();
+                command.commandUpdateResult("value"_s, 2);
+            });
+            timer->start(1);
+            return true;
+        };
+        auto order = bench.start();
+        connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
         QTRY_VERIFY(order == nullptr);
         QTRY_COMPARE(bench.workingCommands(), 0);
+    }
+
+    void theCommandOutlivesANestedEventLoopBelowItsOwnCode_data()
+    {
+        QTest::addColumn<bool>("fromTimer");
+        QTest::newRow("a delegate") << false;
+        QTest::newRow("a timer") << true;
+    }
+
+    void theCommandOutlivesANestedEventLoopBelowItsOwnCode()
+    {
+        QFETCH(bool, fromTimer);
+        bool aliveAfterwards = false;
+        const auto report = [&](ScriptedCommand& command) {
+            const QPointer<ScriptedCommand> self(&command);
+            command.commandUpdateResult("value"_s, 1);
+            aliveAfterwards = !self.isNull();
+        };
+        Workbench bench(fillListener);
+        bench.script->onReply = [&](ScriptedCommand& command, quint64, const QVariantMap&) {
+            report(command);
+            return true;
+        };
+        auto order = bench.start();
+        connect(order.get(), &DOrder::resultUpdated, this, [&] {
+            order.reset();
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+            if (!fromTimer) {
+                deliver();
+            }
+        });
+        if (fromTimer) {
+            ScriptedCommand* command = bench.script->latest;
+            QTimer::singleShot(0, command, [&report, command] { report(*command); });
+            QTRY_VERIFY(order == nullptr);
+        } else {
+            bench.answer(c_reply);
+        }
         QVERIFY(aliveAfterwards);
+        QTRY_COMPARE(bench.workingCommands(), 0);
     }
 
     void aCommandWhoseOrderIsGoneCanDoNothingMore()
@@ -257,24 +237,20 @@ private Q_SLOTS:
         quint64 sent = 1;
         QString link = "line0"_s;
         bool valid = true;
-        Workbench bench([&](CommandScript& script) {
-            fillListener(script);
-            script.onReply = [&](ScriptedCommand& command, quint64 id, const QVariantMap&) {
-                stored.append(command.commandUpdateResult("value"_s, 1));
-                stored.append(command.commandUpdateResult("value"_s, 2));
-                sent = command.send("getValue"_s);
-                link = command.getLinkedChannel("LAMP"_s);
-                valid = command.isValid() || command.getOrderId() != 0;
-                command.stopTheInstruction(id);
-                command.commandSetReply({{"value"_s, 3}});
-                return true;
-            };
-        });
-        auto order = bench.order();
+        Workbench bench(fillListener);
+        bench.script->onReply = [&](ScriptedCommand& command, quint64 id, const QVariantMap&) {
+            stored.append(command.commandUpdateResult("value"_s, 1));
+            stored.append(command.commandUpdateResult("value"_s, 2));
+            sent = command.send("getValue"_s);
+            link = command.getLinkedChannel("LAMP"_s);
+            valid = command.isValid() || command.getOrderId() != 0;
+            command.stopTheInstruction(id);
+            command.commandSetReply({{"value"_s, 3}});
+            return true;
+        };
+        auto order = bench.start();
         connect(order.get(), &DOrder::resultUpdated, this, [&order] { order.reset(); });
-        order->start();
-        bench.device->reply(bench.device->lastId(), c_reply);
-        deliver();
+        bench.answer(c_reply);
         QCOMPARE(stored, (QVector<bool>{true, false}));
         QCOMPARE(sent, quint64{0});
         QCOMPARE(link, QString());
@@ -309,8 +285,7 @@ private Q_SLOTS:
         int replies = 0;
         bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
         bench.script->onFinish = [](ScriptedCommand&) { deliver(); };
-        const auto order = bench.order();
-        order->start();
+        const auto order = bench.start();
         bench.device->reply(bench.device->lastId(), c_reply);
         order->stop();
         QCOMPARE(replies, 0);
@@ -328,35 +303,15 @@ private Q_SLOTS:
     void destroyingARunningOrderFinishesItsCommandSilently()
     {
         Workbench bench(fillListener);
-        auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
+        auto order = bench.start();
         const quint64 id = bench.device->lastId();
         order.reset();
-        QCOMPARE(finished.count(), 0);
+        QVERIFY(bench.ended.isEmpty());
         QCOMPARE(bench.script->finishes, 1);
         QCOMPARE(bench.workingCommands(), 0);
         QCOMPARE(bench.device->cancelled, QVector<quint64>{id});
         bench.device->reply(id, c_reply);
         deliver();
-    }
-
-    void closingTheToolFailsItsRunningOrders()
-    {
-        Workbench bench(fillListener);
-        const auto first = bench.order();
-        const auto second = bench.order();
-        const auto waiting = bench.order();
-        first->start();
-        second->start();
-        bench.tool.reset();
-        QCOMPARE(first->failure().text, "the tool was closed"_s);
-        QCOMPARE(second->failure().text, "the tool was closed"_s);
-        QVERIFY(first->tool() == nullptr);
-        QCOMPARE(bench.script->alive, 0);
-        QCOMPARE(bench.device->pendingRequests(), 0);
-        waiting->start();
-        QCOMPARE(waiting->failure().text, "the tool was closed"_s);
     }
 
     void closingTheToolEndsItsOrdersAsTheyWereMade()
@@ -366,29 +321,33 @@ private Q_SLOTS:
         QVector<quint64> ended;
         std::vector<std::unique_ptr<DOrder>> orders;
         for (int i = 0; i < 20; ++i) {
-            orders.push_back(bench.order());
+            orders.push_back(bench.start());
             DOrder* order = orders.back().get();
             made.append(order->id());
             connect(order, &DOrder::finished, this, [&ended, order] { ended.append(order->id()); });
-            order->start();
         }
+        const auto waiting = bench.order();
         bench.tool.reset();
         QCOMPARE(ended, made);
+        QCOMPARE(orders.back()->failure().text, "the tool was closed"_s);
+        QVERIFY(orders.back()->tool() == nullptr);
+        QCOMPARE(bench.script->alive, 0);
+        QCOMPARE(bench.device->pendingRequests(), 0);
+        waiting->start();
+        QCOMPARE(waiting->failure().text, "the tool was closed"_s);
     }
 
     void ordersMayBeDestroyedWhereTheClosingOfTheirToolIsHeard()
     {
         Workbench bench(fillListener);
-        auto first = bench.order();
-        auto second = bench.order();
+        auto first = bench.start();
+        auto second = bench.start();
         const auto destroyBoth = [&] {
             first.reset();
             second.reset();
         };
         connect(first.get(), &DOrder::finished, this, destroyBoth);
         connect(second.get(), &DOrder::finished, this, destroyBoth);
-        first->start();
-        second->start();
         bench.tool.reset();
         QVERIFY(first == nullptr);
         QVERIFY(second == nullptr);
@@ -398,10 +357,9 @@ private Q_SLOTS:
     void anOrderStartedWhereTheClosingOfItsToolIsHeardFails()
     {
         Workbench bench(fillListener);
-        const auto first = bench.order();
+        const auto first = bench.start();
         const auto second = bench.order();
         connect(first.get(), &DOrder::finished, second.get(), &DOrder::start);
-        first->start();
         bench.tool.reset();
         QCOMPARE(second->failure().text, "the tool was closed"_s);
         QCOMPARE(bench.device->requests.size(), 1);
@@ -409,23 +367,16 @@ private Q_SLOTS:
 
     void anOrderMayBeStoppedWhereItsCommandFinishesItselfFromATimer()
     {
-        Workbench bench([](CommandScript& script) {
-            fillListener(script);
-            script.execute = [](ScriptedCommand& command) {
-                command.send("listenEvents"_s);
-                QTimer::singleShot(0, &command, [&command] {
-                    bool ok = true;
-                    command.commandFinish(ok);
-                });
-                return true;
-            };
+        Workbench bench(fillListener);
+        const auto order = bench.start();
+        ScriptedCommand* command = bench.script->latest;
+        QTimer::singleShot(0, command, [command] {
+            bool ok = true;
+            command->commandFinish(ok);
         });
-        const auto order = bench.order();
-        QSignalSpy finished(order.get(), &DOrder::finished);
-        order->start();
         m_onSignal = [&order] { order->stop(); };
-        connect(bench.script->latest, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal()));
-        QTRY_COMPARE(finished.count(), 1);
+        connect(command, SIGNAL(sigCommandFinished(bool)), this, SLOT(onSignal()));
+        QTRY_COMPARE(bench.ended.size(), 1);
         QTRY_COMPARE(bench.workingCommands(), 0);
         QCOMPARE(bench.script->finishes, 1);
     }

@@ -1,29 +1,31 @@
 #include "common_scripts.h"
 #include "workbench.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <vector>
 
 namespace {
 
-constexpr int c_few = 1000;
-constexpr int c_many = 10000;
+constexpr int c_count = 10000;
 
-/// Prints how much longer one of many takes than one of few: about 1 where the cost is in proportion.
-void printRatio(const char* what, const std::function<void(int)>& work)
+using Orders = std::vector<std::unique_ptr<DOrder>>;
+
+Orders startMany(Workbench& bench)
 {
-    const auto nsEach = [&work](int count) {
-        QElapsedTimer clock;
-        clock.start();
-        work(count);
-        return static_cast<double>(clock.nsecsElapsed()) / count;
-    };
-    const double few = nsEach(c_few);
-    const double many = nsEach(c_many);
-    qInfo("%s: %.0f ns each of %d, %.0f ns each of %d, ratio %.2f", what, few, c_few, many, c_many,
-          many / few);
+    Orders orders;
+    for (int i = 0; i < c_count; ++i) {
+        orders.push_back(bench.start());
+    }
+    return orders;
+}
+
+void answerAll(Workbench& bench)
+{
+    for (const auto& request : qAsConst(bench.device->requests)) {
+        bench.device->reply(request.id, {{"value"_s, 1}});
+    }
+    deliver();
 }
 
 } // namespace
@@ -35,99 +37,67 @@ class TestOrderScale : public QObject
 private Q_SLOTS:
     void tenThousandOrdersRunAtOnceAndAllEnd()
     {
-        printRatio("orders that read", [](int count) {
-            Workbench bench(fillReader);
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                orders.back()->start();
-            }
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
-            }
-            deliver();
-            const auto succeeded = std::count_if(orders.cbegin(), orders.cend(),
-                                                 [](const auto& order) { return order->isSuccessful(); });
-            QCOMPARE(static_cast<int>(succeeded), count);
-            QCOMPARE(bench.workingCommands(), 0);
-        });
+        Workbench bench(fillReader);
+        const Orders orders = startMany(bench);
+        answerAll(bench);
+        const auto succeeded = std::count_if(orders.cbegin(), orders.cend(),
+                                             [](const auto& order) { return order->isSuccessful(); });
+        QCOMPARE(static_cast<int>(succeeded), c_count);
+        QCOMPARE(bench.workingCommands(), 0);
     }
 
     void tenThousandListenersHearAndStop()
     {
-        printRatio("orders that listen", [](int count) {
-            Workbench bench(fillListener);
-            int events = 0;
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                connect(orders.back().get(), &DOrder::eventReceived, [&events] { ++events; });
-                orders.back()->start();
-            }
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
-            }
-            deliver();
-            QCOMPARE(events, count);
-            for (const auto& order : orders) {
-                order->stop();
-            }
-            QCOMPARE(bench.device->pendingRequests(), 0);
-        });
+        Workbench bench(fillListener);
+        int events = 0;
+        const Orders orders = startMany(bench);
+        for (const auto& order : orders) {
+            connect(order.get(), &DOrder::eventReceived, [&events] { ++events; });
+        }
+        answerAll(bench);
+        QCOMPARE(events, c_count);
+        for (const auto& order : orders) {
+            order->stop();
+        }
+        QCOMPARE(bench.device->pendingRequests(), 0);
     }
 
     void oneCommandMaySendTenThousandRequests()
     {
-        printRatio("requests of one command", [](int count) {
-            Workbench bench([count](CommandScript& script) {
-                fillReader(script);
-                script.execute = [count](ScriptedCommand& command) {
-                    for (int i = 0; i < count; ++i) {
-                        command.send("getValue"_s, {}, 4000);
-                    }
-                    return true;
-                };
-            });
-            const auto order = bench.order();
-            order->start();
-            for (const auto& request : qAsConst(bench.device->requests)) {
-                bench.device->reply(request.id, {{"value"_s, 1}});
+        Workbench bench(fillReader);
+        bench.script->execute = [](ScriptedCommand& command) {
+            for (int i = 0; i < c_count; ++i) {
+                command.send("getValue"_s, {}, 4000);
             }
-            deliver();
-            QVERIFY(order->isSuccessful());
-        });
+            return true;
+        };
+        const auto order = bench.start();
+        answerAll(bench);
+        QVERIFY(order->isSuccessful());
     }
 
     void tenThousandRequestsAreLostWithTheirDevice()
     {
-        printRatio("requests that are lost", [](int count) {
-            Workbench bench(fillListener);
-            std::vector<std::unique_ptr<DOrder>> orders;
-            for (int i = 0; i < count; ++i) {
-                orders.push_back(bench.order());
-                orders.back()->start();
-            }
-            bench.device->lose("cable pulled"_s);
-            deliver();
-            QCOMPARE(orders.back()->failure().text, "cable pulled"_s);
-            QCOMPARE(bench.workingCommands(), 0);
-        });
+        Workbench bench(fillListener);
+        const Orders orders = startMany(bench);
+        bench.device->lose("cable pulled"_s);
+        deliver();
+        QCOMPARE(orders.back()->failure().text, "cable pulled"_s);
+        QCOMPARE(bench.workingCommands(), 0);
     }
 
     void aToolOfTenThousandChannelsIsSearchedAtOnce()
     {
-        printRatio("channel look-ups", [](int count) {
-            QVariantList channels;
-            for (int i = 0; i < count; ++i) {
-                channels.append(channelEntry(QString::number(i), {{"link"_s, "line%1"_s.arg(i)}}));
-            }
-            const DTool tool({{"channels"_s, channels}}, ScriptedPlugin({}), nullptr);
-            int found = 0;
-            for (int i = 0; i < count; ++i) {
-                found += tool.getLinkedChannel(QString::number(i)) == "line%1"_s.arg(i) ? 1 : 0;
-            }
-            QCOMPARE(found, count);
-        });
+        QVariantList channels;
+        for (int i = 0; i < c_count; ++i) {
+            channels.append(channelEntry(QString::number(i), {{"link"_s, "line%1"_s.arg(i)}}));
+        }
+        const DTool tool({{"channels"_s, channels}}, ScriptedPlugin(), nullptr);
+        int found = 0;
+        for (int i = 0; i < c_count; ++i) {
+            found += tool.getLinkedChannel(QString::number(i)) == "line%1"_s.arg(i) ? 1 : 0;
+        }
+        QCOMPARE(found, c_count);
     }
 };
 

@@ -179,8 +179,13 @@ private Q_SLOTS:
 
     void theStopNamesAreListedWithWhatTheyTake()
     {
+        const auto pace = listenerNamed("pace"_s);
+        pace->stopName = "halt"_s;
+        makeTool({m_watch, m_scan, pace});
         const QVector<DCommandDescription> stops = m_tool->stops();
-        QCOMPARE(stops.size(), 1);
+        QCOMPARE(stops.size(), 2);
+        QCOMPARE(stops.at(1).name, "halt"_s);
+        QCOMPARE(stops.at(1).description, "Stops the latest running pace"_s);
         const DCommandDescription& stop = stops.constFirst();
         QCOMPARE(stop.name, "rest"_s);
         QCOMPARE(stop.stopName, QString());

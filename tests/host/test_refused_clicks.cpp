@@ -47,6 +47,22 @@ public:
     int calls = 0;
 };
 
+/// The plugin's backend, bound to a tool whose device never answers by itself.
+struct Panel
+{
+    Panel()
+    {
+        device.open();
+        backend.setName("Bench"_s);
+        deliver();
+    }
+
+    ManualScheduler scheduler;
+    RecordingDevice device{&scheduler};
+    const DTool tool{configuration(), PToolGpio(), &device};
+    BeMaintenanceToolGpio backend;
+};
+
 } // namespace
 
 /// The plugin as it is, with more channels than its queue has room for, on a device that never answers.
@@ -65,20 +81,14 @@ private Q_SLOTS:
     void aClickThatIsRefusedLetsTheProcessorRest()
     {
         QFETCH(int, refused);
-        ManualScheduler scheduler;
-        RecordingDevice device(&scheduler);
-        device.open();
-        const DTool tool(configuration(), PToolGpio(), &device);
-        BeMaintenanceToolGpio backend;
-        backend.setName("Bench"_s);
-        deliver();
-        QCOMPARE(backend.channelsModel()->length(), c_channels);
-        backend.updateChannelsValue();
+        Panel panel;
+        QCOMPARE(panel.backend.channelsModel()->length(), c_channels);
+        panel.backend.updateChannelsValue();
         for (int row = 0; row < c_channels + refused; ++row) {
-            backend.clickedOnChannel(row % c_channels);
+            panel.backend.clickedOnChannel(row % c_channels);
         }
 
-        const CallCounter counter(&backend);
+        const CallCounter counter(&panel.backend);
         const qint64 processorBefore = processorMs();
         QElapsedTimer clock;
         clock.start();
@@ -97,20 +107,14 @@ private Q_SLOTS:
 
     void aClickGoesBeforeTheReadsThatWait()
     {
-        ManualScheduler scheduler;
-        RecordingDevice device(&scheduler);
-        device.open();
-        const DTool tool(configuration(), PToolGpio(), &device);
-        BeMaintenanceToolGpio backend;
-        backend.setName("Bench"_s);
+        Panel panel;
+        panel.backend.updateChannelsValue();
         deliver();
-        backend.updateChannelsValue();
+        panel.backend.clickedOnChannel(7);
+        panel.device.reply(panel.device.lastId(), {{"value"_s, 0}});
         deliver();
-        backend.clickedOnChannel(7);
-        device.reply(device.lastId(), {{"value"_s, 0}});
-        deliver();
-        QCOMPARE(device.instructions(), (QStringList{"getValue"_s, "setValues"_s}));
-        QCOMPARE(device.requests.constLast().arguments.value("channel"_s), QVariant("line7"_s));
+        QCOMPARE(panel.device.instructions(), (QStringList{"getValue"_s, "setValues"_s}));
+        QCOMPARE(panel.device.requests.constLast().arguments.value("channel"_s), QVariant("line7"_s));
     }
 };
 

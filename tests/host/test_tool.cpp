@@ -50,44 +50,40 @@ private Q_SLOTS:
         QCOMPARE(bench.tool->objectName(), "Bench"_s);
         QCOMPARE(bench.tool->id(), "{11111111-2222-3333-4444-555555555555}"_s);
         QCOMPARE(bench.tool->device(), bench.device.get());
-    }
-
-    void theWorkingInstanceServesTheToolsObject()
-    {
-        const Workbench bench;
         QCOMPARE(bench.tool->plugin()->objectUuid(), QUuid(bench.tool->id()));
         QCOMPARE(bench.tool->plugin()->getMainConfig(), Workbench::configuration());
-        QCOMPARE(bench.tool->plugin()->getFunctions(), QStringList{"work"_s});
     }
 
     void theCommandsAreListedAsDeclared()
     {
         const Workbench bench(fillCatalogue);
+        QCOMPARE(bench.tool->plugin()->getFunctions(), QStringList{"work"_s});
         const QVector<DCommandDescription> commands = bench.tool->commands();
         QCOMPARE(commands.size(), 1);
         QCOMPARE(commands.at(0).name, "work"_s);
         QCOMPARE(commands.at(0).parameters.at(1).name, "value"_s);
     }
 
-    void itsChannelsAreListedInTheOrderOfTheConfiguration()
+    void itsChannelsAreListedInTheOrderOfTheConfigurationAndLookedUpById()
     {
         const QVariantList entries{
             channelEntry("B"_s, {{"link"_s, "line1"_s}, {"gain"_s, 12}}, "expert"_s),
             channelEntry("A"_s, {{"direction"_s, "in"_s}}),
+            channelEntry("C"_s, {{"link"_s, "line0"_s}}),
             QVariantMap{{"id"_s, "BARE"_s}},
         };
-        const DTool tool(configurationOf(entries), ScriptedPlugin({}), nullptr);
-        const QVector<DToolChannel>& channels = tool.channels();
-        QCOMPARE(channels.size(), 3);
-        QCOMPARE(channels.at(0).id, "B"_s);
-        QCOMPARE(channels.at(0).name, "Name of B"_s);
-        QCOMPARE(channels.at(0).visibility, "expert"_s);
-        QCOMPARE(channels.at(0).link, "line1"_s);
-        QCOMPARE(channels.at(0).items, (QVariantMap{{"link"_s, "line1"_s}, {"gain"_s, 12}}));
-        QCOMPARE(channels.at(1).id, "A"_s);
-        QCOMPARE(channels.at(1).link, QString());
-        QCOMPARE(channels.at(2).id, "BARE"_s);
-        QVERIFY(channels.at(2).items.isEmpty());
+        const DTool tool(configurationOf(entries), ScriptedPlugin(), nullptr);
+        QStringList listed;
+        for (const DToolChannel& channel : tool.channels()) {
+            listed.append("%1 %2 %3 %4"_s.arg(channel.id, channel.name, channel.visibility, channel.link));
+            QCOMPARE(tool.getLinkedChannel(channel.id), channel.link);
+        }
+        QCOMPARE(listed, (QStringList{"B Name of B expert line1"_s, "A Name of A public "_s,
+                                      "C Name of C public line0"_s, "BARE   "_s}));
+        QCOMPARE(tool.channels().at(0).items, (QVariantMap{{"link"_s, "line1"_s}, {"gain"_s, 12}}));
+        QVERIFY(tool.channels().at(3).items.isEmpty());
+        QCOMPARE(tool.getLinkedChannel("b"_s), QString());
+        QCOMPARE(tool.getLinkedChannel(QString()), QString());
     }
 
     void aCommandAsksWhenAResultHasNoValueBeforeItRuns_data()
@@ -113,25 +109,20 @@ private Q_SLOTS:
         QCOMPARE(bench.tool->asks("play"_s), false);
     }
 
-    void aToolWithoutAnInstanceForThisHostRefusesEveryOrder_data()
-    {
-        QTest::addColumn<bool>("makesOne");
-        QTest::newRow("none at all") << false;
-        QTest::newRow("one of another host") << true;
-    }
-
     void aToolWithoutAnInstanceForThisHostRefusesEveryOrder()
     {
-        QFETCH(bool, makesOne);
-        bool isGone = false;
-        DTool tool(Workbench::configuration(), ElsewherePlugin(makesOne, &isGone), nullptr);
-        QCOMPARE(isGone, makesOne);
-        QVERIFY(tool.plugin() == nullptr);
-        QVERIFY(tool.commands().isEmpty());
-        QVERIFY(tool.stops().isEmpty());
-        DOrder order(&tool, "work"_s, {});
-        order.start();
-        QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+        for (const bool makesOne : {false, true}) {
+            bool isGone = false;
+            DTool tool(Workbench::configuration(), ElsewherePlugin(makesOne, &isGone), nullptr);
+            QCOMPARE(isGone, makesOne);
+            QVERIFY(tool.plugin() == nullptr);
+            QVERIFY(tool.commands().isEmpty());
+            QVERIFY(tool.stops().isEmpty());
+            DOrder order(&tool, "work"_s, {});
+            order.start();
+            QCOMPARE(order.failure().kind, DFailure::Kind::WrongInvocation);
+            QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+        }
     }
 
     void aToolForgetsADeviceThatIsGone()
@@ -141,25 +132,10 @@ private Q_SLOTS:
         QVERIFY(bench.tool->device() == nullptr);
     }
 
-    void aChannelIsLookedUpByItsIdentifier()
-    {
-        const QVariantList channels{
-            channelEntry("A"_s, {{"link"_s, "line0"_s}, {"gain"_s, "12"_s}}),
-            channelEntry("B"_s, {{"link"_s, "line1"_s}}),
-            channelEntry("LOOSE"_s, {{"direction"_s, "in"_s}}),
-        };
-        const DTool tool(configurationOf(channels), ScriptedPlugin({}), nullptr);
-        QCOMPARE(tool.getLinkedChannel("A"_s), "line0"_s);
-        QCOMPARE(tool.getLinkedChannel("B"_s), "line1"_s);
-        QCOMPARE(tool.getLinkedChannel("LOOSE"_s), QString());
-        QCOMPARE(tool.getLinkedChannel("a"_s), QString());
-        QCOMPARE(tool.getLinkedChannel(QString()), QString());
-    }
-
     void channelItemsAreConvertedOrTheFallbackIsGiven()
     {
         const DTool tool(configurationOf({channelEntry("A"_s, {{"gain"_s, "12"_s}, {"name"_s, "twelve"_s}})}),
-                         ScriptedPlugin({}), nullptr);
+                         ScriptedPlugin(), nullptr);
         const auto info = [&tool](const char* key, QMetaType::Type type) {
             return tool.getInfoFromChannel("A"_s, QString::fromLatin1(key), type, -1);
         };
@@ -190,26 +166,59 @@ private Q_SLOTS:
     void oddConfigurationsHaveNoChannels()
     {
         QFETCH(QVariant, channels);
-        const DTool tool({{"channels"_s, channels}}, ScriptedPlugin({}), nullptr);
+        const DTool tool({{"channels"_s, channels}}, ScriptedPlugin(), nullptr);
         QCOMPARE(tool.getLinkedChannel("A"_s), QString());
         QCOMPARE(tool.getInfoFromChannel("A"_s, "link"_s, QMetaType::QString, "none"_s), QVariant("none"_s));
     }
 
-    void anUnknownCommandIsRefusedWithTheListOfKnownOnes()
+    void anInvocationIsCheckedAgainstTheDeclaration_data()
     {
-        const Workbench bench(fillCatalogue);
-        QVariantMap arguments;
-        QCOMPARE(bench.tool->checkInvocation("play"_s, &arguments).text,
-                 "unknown command \"play\"; the tool has: work"_s);
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QVariantMap>("arguments");
+        QTest::addColumn<QVariantMap>("converted");
+        QTest::addColumn<QString>("refusal");
+        const auto refused = [](const char* name, const QVariantMap& arguments, const QString& refusal) {
+            QTest::newRow(name) << "work"_s << arguments << arguments << refusal;
+        };
+        const auto accepted = [](const char* name, const QVariantMap& arguments,
+                                 const QVariantMap& converted) {
+            QTest::newRow(name) << "work"_s << arguments << converted << QString();
+        };
+        const auto wrongValue = [](const QString& shown) {
+            return "parameter \"value\" of command \"work\" cannot hold \"%1\"; expected a whole number "
+                   "from 0 to 65535"_s.arg(shown);
+        };
+        QTest::newRow("unknown command")
+            << "play"_s << QVariantMap() << QVariantMap() << "unknown command \"play\"; the tool has: work"_s;
+        refused("unknown parameter", {{"value"_s, "5"_s}, {"zone"_s, 1}},
+                "unknown parameter \"zone\" of command \"work\"; it takes: \"channel\", \"value\""_s);
+        refused("unknown parameter with percent signs", {{"%3%1"_s, 1}},
+                "unknown parameter \"%3%1\" of command \"work\"; it takes: \"channel\", \"value\""_s);
+        refused("one value of the wrong type", {{"channel"_s, 5}, {"value"_s, "many"_s}},
+                wrongValue("many"_s));
+        refused("a list for a parameter", {{"value"_s, QVariantList{1, "a"_s}}}, wrongValue("[1,\"a\"]"_s));
+        refused("texts for a parameter", {{"value"_s, QStringList{"a"_s, "b"_s}}},
+                wrongValue("[\"a\",\"b\"]"_s));
+        refused("a map for a parameter", {{"value"_s, QVariantMap{{"a"_s, 1}}}}, wrongValue("{\"a\":1}"_s));
+        accepted("values of other types", {{"channel"_s, 5}, {"value"_s, true}},
+                 {{"channel"_s, "5"_s}, {"value"_s, 1}});
+        const QVariantMap sections{{"channels"_s, QVariantList{1, 2}},
+                                   {"names"_s, QStringList{"a"_s, "b"_s}},
+                                   {"options"_s, QVariantMap{{"fast"_s, true}}}};
+        accepted("sections", sections, sections);
     }
 
-    void anUnknownParameterIsRefusedWithTheListOfKnownOnes()
+    void anInvocationIsCheckedAgainstTheDeclaration()
     {
+        QFETCH(QString, command);
+        QFETCH(QVariantMap, arguments);
+        QFETCH(QVariantMap, converted);
+        QFETCH(QString, refusal);
         const Workbench bench(fillCatalogue);
-        QVariantMap arguments{{"value"_s, "5"_s}, {"zone"_s, 1}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).text,
-                 "unknown parameter \"zone\" of command \"work\"; it takes: \"channel\", \"value\""_s);
-        QCOMPARE(arguments, (QVariantMap{{"value"_s, "5"_s}, {"zone"_s, 1}}));
+        const DFailure failure = bench.tool->checkInvocation(command, &arguments);
+        QCOMPARE(failure.text, refusal);
+        QCOMPARE(static_cast<bool>(failure), !refusal.isEmpty());
+        QCOMPARE(arguments, converted);
     }
 
     void everythingIsASectionWhereNothingIsDeclared()
@@ -219,63 +228,6 @@ private Q_SLOTS:
         QVariantMap arguments = sections;
         QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).kind, DFailure::Kind::None);
         QCOMPARE(arguments, sections);
-    }
-
-    void aValueOfTheWrongTypeIsRefusedAndNothingIsConverted()
-    {
-        const Workbench bench(fillCatalogue);
-        QVariantMap arguments{{"channel"_s, 5}, {"value"_s, "many"_s}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).text,
-                 "parameter \"value\" of command \"work\" cannot hold \"many\"; expected a whole number "
-                 "from 0 to 65535"_s);
-        QCOMPARE(arguments.value("channel"_s), QVariant(5));
-    }
-
-    void acceptedArgumentsAreConvertedToTheirDeclaredTypes()
-    {
-        const Workbench bench(fillCatalogue);
-        QVariantMap arguments{{"channel"_s, 5}, {"value"_s, true}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).kind, DFailure::Kind::None);
-        QCOMPARE(arguments, (QVariantMap{{"channel"_s, "5"_s}, {"value"_s, 1}}));
-    }
-
-    void sectionsNeedNoDeclaration()
-    {
-        const Workbench bench(fillCatalogue);
-        const QVariantMap sections{{"channels"_s, QVariantList{1, 2}},
-                                   {"names"_s, QStringList{"a"_s, "b"_s}},
-                                   {"options"_s, QVariantMap{{"fast"_s, true}}}};
-        QVariantMap arguments = sections;
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).kind, DFailure::Kind::None);
-        QCOMPARE(arguments, sections);
-    }
-
-    void aDeclaredParameterIsNoSection_data()
-    {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("a list") << QVariant(QVariantList{1, "a"_s}) << "[1,\"a\"]"_s;
-        QTest::newRow("a list of texts") << QVariant(QStringList{"a"_s, "b"_s}) << "[\"a\",\"b\"]"_s;
-        QTest::newRow("a map") << QVariant(QVariantMap{{"a"_s, 1}}) << "{\"a\":1}"_s;
-    }
-
-    void aDeclaredParameterIsNoSection()
-    {
-        QFETCH(QVariant, value);
-        QFETCH(QString, shown);
-        const Workbench bench(fillCatalogue);
-        QVariantMap arguments{{"value"_s, value}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).text,
-                 "parameter \"value\" of command \"work\" cannot hold \"%1\"; expected a whole number "
-                 "from 0 to 65535"_s.arg(shown));
-    }
-
-    void namesWithPercentSignsAppearAsTheyAre()
-    {
-        const Workbench bench(fillCatalogue);
-        QVariantMap arguments{{"%3%1"_s, 1}};
-        QCOMPARE(bench.tool->checkInvocation("work"_s, &arguments).text,
-                 "unknown parameter \"%3%1\" of command \"work\"; it takes: \"channel\", \"value\""_s);
     }
 };
 

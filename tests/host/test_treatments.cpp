@@ -3,7 +3,11 @@
 #include "workbench.h"
 
 #include <QTest>
+#include <QThread>
 #include <QTimer>
+
+using Deed = std::function<void(Workbench&)>;
+Q_DECLARE_METATYPE(Deed)
 
 namespace {
 
@@ -54,6 +58,7 @@ private Q_SLOTS:
         QCOMPARE(m_backend->told, (QStringList{"reply 5 work {\"value\":3}"_s, "released 5 work true"_s}));
         QVERIFY(!m_backend->hasPendingTreatments());
         QCOMPARE(m_bench->workingCommands(), 0);
+        QVERIFY(m_backend->findChildren<DOrder*>().isEmpty());
     }
 
     void theCommandReadsTheParametersOfItsTreatment()
@@ -86,9 +91,7 @@ private Q_SLOTS:
     void actionsRunBeforeQuestionsThatWait()
     {
         addAction();
-        m_bench->device->onRequest = [this](const auto& request) {
-            m_bench->device->reply(request.id, {{"value"_s, 1}});
-        };
+        answerAtOnce();
         m_backend->queueTreatment(1, "work"_s, {});
         m_backend->queueTreatment(2, "work"_s, {});
         m_backend->queueTreatment(3, "act"_s, {});
@@ -123,6 +126,7 @@ private Q_SLOTS:
         QTest::addColumn<QVariantMap>("parameters");
         QTest::newRow("unknown command") << "play"_s << QVariantMap();
         QTest::newRow("unknown parameter") << "work"_s << QVariantMap{{"zone"_s, 1}};
+        QTest::newRow("refused by the device") << "work"_s << QVariantMap();
     }
 
     void aTreatmentThatFailsIsReleasedWithoutReply()
@@ -132,63 +136,46 @@ private Q_SLOTS:
         QVERIFY(m_backend->queueTreatment(1, name, parameters));
         m_backend->queueTreatment(2, "work"_s, {});
         deliver();
+        if (m_backend->told.isEmpty()) {
+            m_bench->device->refuse(m_bench->device->lastId(), "burnt"_s);
+            deliver();
+        }
         QCOMPARE(m_backend->told, QStringList{"released 1 %1 false"_s.arg(name)});
         answer(2);
         QCOMPARE(m_backend->told.constLast(), "released 2 work true"_s);
     }
 
-    void aTreatmentThatTheDeviceFailsIsReleasedWithoutReply()
+    void treatmentsThatCannotRunAreReleasedWithoutSuccess_data()
     {
-        m_backend->queueTreatment(1, "work"_s, {});
-        deliver();
-        m_bench->device->refuse(m_bench->device->lastId(), "burnt"_s);
-        deliver();
-        QCOMPARE(m_backend->told, QStringList{"released 1 work false"_s});
+        QTest::addColumn<Deed>("before");
+        QTest::addColumn<Deed>("meanwhile");
+        const Deed lose = [](Workbench& bench) { bench.device->lose("cable pulled"_s); };
+        const Deed destroy = [](Workbench& bench) { bench.device.reset(); };
+        const Deed close = [](Workbench& bench) { bench.tool.reset(); };
+        QTest::newRow("no connection") << lose << Deed();
+        QTest::newRow("no device") << destroy << Deed();
+        QTest::newRow("no tool") << close << Deed();
+        QTest::newRow("connection lost while one runs") << Deed() << lose;
+        QTest::newRow("tool closed while one runs") << Deed() << close;
     }
 
-    void withoutConnectionTreatmentsAreAcceptedAndReleasedWithoutSuccess()
+    void treatmentsThatCannotRunAreReleasedWithoutSuccess()
     {
-        m_bench->device->lose("cable pulled"_s);
+        QFETCH(Deed, before);
+        QFETCH(Deed, meanwhile);
+        if (before) {
+            before(*m_bench);
+        }
         QVERIFY(m_backend->queueTreatment(1, "work"_s, {}));
         QVERIFY(m_backend->queueTreatment(2, "work"_s, {}));
         QVERIFY(m_backend->told.isEmpty());
+        if (meanwhile) {
+            deliver();
+            meanwhile(*m_bench);
+        }
         QTRY_COMPARE(m_backend->told, (QStringList{"released 1 work false"_s, "released 2 work false"_s}));
-        QCOMPARE(m_bench->script->alive, 1);
+        QCOMPARE(m_bench->workingCommands(), 0);
         QVERIFY(!m_backend->hasPendingTreatments());
-    }
-
-    void withoutDeviceTreatmentsAreReleasedWithoutSuccess()
-    {
-        m_bench->device.reset();
-        QVERIFY(m_backend->queueTreatment(1, "work"_s, {}));
-        deliver();
-        QCOMPARE(m_backend->told, QStringList{"released 1 work false"_s});
-    }
-
-    void withoutToolTreatmentsAreReleasedWithoutSuccess()
-    {
-        m_bench->tool.reset();
-        QVERIFY(m_backend->queueTreatment(1, "work"_s, {}));
-        deliver();
-        QCOMPARE(m_backend->told, QStringList{"released 1 work false"_s});
-    }
-
-    void losingTheDeviceReleasesTheRunningTreatmentAndTheWaitingOnes()
-    {
-        m_backend->queueTreatment(1, "work"_s, {});
-        m_backend->queueTreatment(2, "work"_s, {});
-        deliver();
-        m_bench->device->lose("cable pulled"_s);
-        QTRY_COMPARE(m_backend->told, (QStringList{"released 1 work false"_s, "released 2 work false"_s}));
-    }
-
-    void closingTheToolReleasesTheRunningTreatmentAndTheWaitingOnes()
-    {
-        m_backend->queueTreatment(1, "work"_s, {});
-        m_backend->queueTreatment(2, "work"_s, {});
-        deliver();
-        m_bench->tool.reset();
-        QTRY_COMPARE(m_backend->told, (QStringList{"released 1 work false"_s, "released 2 work false"_s}));
     }
 
     void theQueueRefusesTheTreatmentBeyond256AndTakesItWhenRoomAppears()
@@ -218,9 +205,7 @@ private Q_SLOTS:
 
     void aFullQueueIsWorkedOffReleasingEachOnce()
     {
-        m_bench->device->onRequest = [this](const auto& request) {
-            m_bench->device->reply(request.id, {{"value"_s, 1}});
-        };
+        answerAtOnce();
         QCOMPARE(fillQueue(), 256);
         QTRY_VERIFY(!m_backend->hasPendingTreatments());
         QStringList expected;
@@ -262,9 +247,7 @@ private Q_SLOTS:
 
     void treatmentsKeepTheirOrderThroughANestedEventLoop()
     {
-        m_bench->device->onRequest = [this](const auto& request) {
-            m_bench->device->reply(request.id, {{"value"_s, 1}});
-        };
+        answerAtOnce();
         m_backend->onReply = [this] {
             m_backend->onReply = {};
             m_backend->queueTreatment(2, "work"_s, {});
@@ -323,6 +306,17 @@ private Q_SLOTS:
         QCOMPARE(m_tries, 2);
     }
 
+    void aCallIsNotHeldBackBeforeOneWasRefused()
+    {
+        QStringList calls;
+        QMetaObject::invokeMethod(
+            m_backend.get(), [&calls] { calls.append("backend"_s); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [&calls] { calls.append("another"_s); }, Qt::QueuedConnection);
+        QTRY_COMPARE(calls.size(), 2);
+        QCOMPARE(calls, (QStringList{"backend"_s, "another"_s}));
+    }
+
     void noMoreThanThirtyTwoCallsAreHeldBack()
     {
         QCOMPARE(fillQueue(), 256);
@@ -340,9 +334,13 @@ private Q_SLOTS:
     {
         fillQueue();
         tryAgain(1000);
-        QTimer::singleShot(1, this, [this] { m_backend.reset(); });
-        QTRY_VERIFY(m_backend == nullptr);
-        deliver();
+        int loops = -1; // that run when the backend has gone
+        QTimer::singleShot(1, this, [&] {
+            m_backend.reset();
+            QTimer::singleShot(10, this, [&loops] { loops = QThread::currentThread()->loopLevel(); });
+        });
+        QTRY_VERIFY(loops >= 0);
+        QCOMPARE(loops, 0);
         QCOMPARE(m_tries, 1);
     }
 
@@ -394,10 +392,13 @@ private:
 
     static QVariantMap value(int level) { return {{"value"_s, level}}; }
 
-    void answer(int level)
+    void answer(int level) { m_bench->answer(value(level)); }
+
+    void answerAtOnce()
     {
-        m_bench->device->reply(m_bench->device->lastId(), value(level));
-        deliver();
+        m_bench->device->onRequest = [this](const auto& request) {
+            m_bench->device->reply(request.id, value(1));
+        };
     }
 
     std::unique_ptr<Workbench> m_bench;

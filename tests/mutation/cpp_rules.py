@@ -15,6 +15,7 @@ _NUMBER = re.compile(r"(?<![\w.])(0[xX][0-9A-Fa-f]+|\d+)(\.\d+)?(?P<suffix>[uUlL
 _NAMED_VALUE = re.compile(r"\bCe([A-Z][a-z])[A-Z]\w*")
 _CALL = re.compile(r"(?<!\w)((?:[\w>]|::|->|\.)+)(?:<[\w:*, ]+>)?\(")
 _EFFECT = re.compile(r"(?:Q_EMIT )?(?:[\w.]|::|->)+(?:<[\w:*, ]+>)?\(|[\w.]+ = |(?:\+\+|--)\w|continue;|return;")
+_EMPTY = re.compile(r"0|nullptr|std::nullopt|\{\}|[A-Z]\w*\(\)")  # what {} stands for already
 _NO_CALL = {"if", "for", "switch", "while", "Q_UNUSED", "QStringLiteral", "Q_DISABLE_COPY"}
 
 
@@ -118,7 +119,7 @@ def _change_answers(planter, regions):
     code = planter.source.code
     for statement in regions.statements:
         answer = re.match(r"return (.+);$", code[statement.start:statement.end], re.DOTALL)
-        if not answer or answer.group(1) in ("true", "false", "{}", "QVariant()"):
+        if not answer or answer.group(1) in ("true", "false") or _EMPTY.fullmatch(answer.group(1)):
             continue
         start, end = statement.start + len("return "), statement.end - 1
         planter.plant("dropped return value", start, end, "{}")

@@ -16,6 +16,7 @@ from work_copy import Stage, WorkCopy
 
 ROOT = Path(__file__).resolve().parents[2]
 LEAST_SHARE = 95  # percent of the faults that tests must notice
+FAULTS_OF_A_COPY = 100  # fewer are not worth the time that a further copy takes to build
 
 
 def all_of(folder):
@@ -38,6 +39,7 @@ class Plugin:
              "plugins/p_tool_gpio/resources/*.qml")
     targets = ("p_tool_gpio_recorded",)
     stages = (PLUGIN_STAGE, ABI_STAGE)
+    last_stage = PANEL_STAGE
 
     @staticmethod
     def stages_for(mutant):
@@ -51,12 +53,13 @@ class Engine:
     files = ("host/*/source/*.cpp", "host/*/source/*.h", "devices/lines/source/*.cpp", "devices/lines/source/*.h",
              "devices/simulated/source/*.cpp")
     targets = ("plugin_management", "device_simulated")
-    stages = (HOST_STAGE, DEVICES_STAGE, BENCH_STAGE)
+    stages = (HOST_STAGE, DEVICES_STAGE)
+    last_stage = BENCH_STAGE
 
     @staticmethod
     def stages_for(mutant):
         """First the tests of the source's own folder."""
-        return Engine.stages if mutant.file.startswith("host/") else (DEVICES_STAGE, HOST_STAGE, BENCH_STAGE)
+        return Engine.stages if mutant.file.startswith("host/") else tuple(reversed(Engine.stages))
 
 
 SUBJECTS = {"plugin": Plugin, "engine": Engine}
@@ -105,52 +108,59 @@ class Pass:
             if not mutant.file.endswith(".qml"):
                 sources.put(mutant)
         if not sources.empty():
-            workers = [threading.Thread(target=self._work_guarded, args=(sources, number))
-                       for number in range(self._jobs)]
+            copies = min(self._jobs, 1 + sources.qsize() // FAULTS_OF_A_COPY)
+            workers = [threading.Thread(target=self._work_guarded, args=(sources, number, self._jobs // copies))
+                       for number in range(copies)]
             for worker in workers:
                 worker.start()
             for worker in workers:
                 worker.join()
             if self._failure:
                 raise self._failure
-        if self._subject is Plugin:
-            self._show_to_the_page([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
+        self._work_last([mutant for mutant in mutants if self.verdicts.get(mutant) is None])
 
-    def _work_guarded(self, mutants, number):
+    def _work_guarded(self, mutants, number, jobs):
         """Whatever ends a worker ends the others, and then the pass."""
         try:
-            self._work(mutants, number)
+            self._work(mutants, self._copy(number, jobs))
         except BaseException as failure:  # pylint: disable=broad-except
             self._failure = failure
 
-    def _work(self, mutants, number):
-        """The tests of the subject, on the faults of its C++ sources."""
-        copy = self._copy(number, 1)
-        for stage in self._subject.stages:
-            copy.check(stage)
+    def _work(self, mutants, copy):
+        """The first stages, on the faults of C++ sources."""
+        copy.check(self._subject.stages[0])
         while self._failure is None:
             try:
                 mutant = mutants.get_nowait()
             except queue.Empty:
                 return
-            copy.plant(mutant)
             self._note(mutant, self._verdict(copy, mutant))
             copy.restore(mutant)
 
     def _verdict(self, copy, mutant):
+        """A stage is built when the first fault has got past those before it."""
+        copy.plant(mutant)
         if not copy.builds(self._subject.targets):
             return "stillborn"
-        return next(filter(None, map(copy.killer, self._subject.stages_for(mutant))), None)
+        for stage in self._subject.stages_for(mutant):
+            if not copy.has_checked(stage):
+                copy.restore(mutant)
+                copy.check(stage)
+                copy.plant(mutant)
+            killer = copy.killer(stage, Path(mutant.file).stem)
+            if killer:
+                return killer
+        return None
 
-    def _show_to_the_page(self, mutants):
-        """The tests of the page, on its own faults and on those of the sources that are still alive."""
+    def _work_last(self, mutants):
+        """The last stage, which takes longest to build, on what is still alive, and on the faults of the page."""
         if not mutants:
             return
         copy = self._copy(0, self._jobs)
-        copy.check(PANEL_STAGE)
+        copy.check(self._subject.last_stage)
         for mutant in mutants:
             copy.plant(mutant)
-            self._note(mutant, copy.killer(PANEL_STAGE))
+            self._note(mutant, copy.killer(self._subject.last_stage))
             copy.restore(mutant)
 
     def _copy(self, number, jobs):
@@ -162,7 +172,7 @@ class Pass:
             done = len(self.verdicts)
             if verdict is None:
                 print(f"alive: {mutant}", file=sys.stderr, flush=True)
-            if done % 50 == 0:
+            if done % 10 == 0:
                 print(f"{done} done", file=sys.stderr, flush=True)
 
 

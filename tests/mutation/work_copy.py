@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import threading
+import time
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -32,6 +33,7 @@ class WorkCopy:
         self._folder = Path(folder)
         self._build = self._folder / "build"
         self._jobs = str(jobs)
+        self._seconds = {}  # that a test takes without any fault, by the target of each that passed
         self._update()
         if not (self._build / "build.ninja").exists():
             self._must_run(["cmake", "-S", self._folder, "-B", self._build, "-G", "Ninja", _SETTINGS])
@@ -39,9 +41,16 @@ class WorkCopy:
     def check(self, stage):
         """Builds a stage as the tree is, and ends the program unless its tests pass."""
         self._must_run(self._ninja(stage.targets))
-        failure = self.killer(stage)
-        if failure:
-            raise SystemExit(f"Without any fault, there is a failure: {failure}")
+        for target in stage.targets:
+            start = time.monotonic()
+            failure = self._failure_of(self._program(stage, target))
+            if failure:
+                raise SystemExit(f"Without any fault, there is a failure: {target}{failure}")
+            self._seconds[target] = time.monotonic() - start
+
+    def has_checked(self, stage):
+        """Whether its tests passed without any fault."""
+        return all(target in self._seconds for target in stage.targets)
 
     def plant(self, mutant):
         (self._folder / mutant.file).write_text(mutant.text)
@@ -52,21 +61,28 @@ class WorkCopy:
     def builds(self, targets):
         return self._run(self._ninja(targets)).returncode == 0
 
-    def killer(self, stage):
-        """What of a stage fails: its build, a test, a test that does not end; None when nothing does."""
+    def killer(self, stage, subject=""):
+        """What of a stage fails: its build, a test, a test that does not end; None when nothing does. The tests that
+        share a word of their name with the subject go first, then the quickest."""
         if not self.builds(stage.targets):
             return f"build of tests/{stage.folder}"
-        for target in stage.targets:
-            failure = self._failure_of(self._build / "tests" / stage.folder / target)
+        words = set(subject.split("_"))
+        for target in sorted(stage.targets, key=lambda target: (-len(words.intersection(target.split("_")[2:])),
+                                                                self._seconds[target])):
+            failure = self._failure_of(self._program(stage, target))
             if failure:
                 return f"tests/{stage.folder}{failure}"
         return None
 
+    def _program(self, stage, target):
+        return self._build / "tests" / stage.folder / target
+
     @staticmethod
     def _failure_of(program):
         """How a test program fails. Its first failure ends it: those to come may wait for long for what never comes."""
-        with subprocess.Popen(["prlimit", f"--as={_MOST_MEMORY}", program], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
-                              text=True, errors="replace", env=_ENVIRONMENT) as test:
+        with subprocess.Popen(["prlimit", f"--as={_MOST_MEMORY}", program], stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, errors="replace",
+                              env=_ENVIRONMENT) as test:
             hanging = threading.Event()
             watch = threading.Timer(_LONGEST_TEST, lambda: (hanging.set(), test.kill()))
             watch.start()

@@ -130,8 +130,11 @@ bool DAbstractPluginBackend::bind()
     d->queueLimit = std::max(Private::c_leastQueueLimit, tool->channels().size());
     d->treatments->setTool(tool);
     if (const DDevice* device = tool->device()) {
-        connect(device, &DDevice::stateChanged, this, &DAbstractPluginBackend::refreshConnected);
-        connect(device, &QObject::destroyed, this, &DAbstractPluginBackend::refreshConnected);
+        // A device may be bound again with another tool of its own.
+        connect(device, &DDevice::stateChanged, this, &DAbstractPluginBackend::refreshConnected,
+                Qt::UniqueConnection);
+        connect(device, &QObject::destroyed, this, &DAbstractPluginBackend::refreshConnected,
+                Qt::UniqueConnection);
     }
     refreshConnected();
     if (!d->configuration) {
@@ -145,9 +148,6 @@ void DAbstractPluginBackend::release(DTool* tool)
 {
     if (tool != boundToolObject) {
         return;
-    }
-    if (const DDevice* device = tool->device()) {
-        disconnect(device, nullptr, this, nullptr);
     }
     boundToolObject = nullptr;
     d->treatments->setTool(nullptr);

@@ -12,11 +12,6 @@ DDataStorage::DDataStorage(const QString& name, QObject* parent)
 
 DDataStorage::~DDataStorage() = default;
 
-bool DDataStorage::hasData(const QString& name) const
-{
-    return d->values.contains(name);
-}
-
 QVariant DDataStorage::data(const QString& name, const QVariant& fallback) const
 {
     return d->values.value(name, fallback);

@@ -40,6 +40,11 @@ QVariantMap BoardBench::ask(const QString& instruction, const QVariantMap& argum
     return {};
 }
 
+quint64 BoardBench::listen(const QString& channel)
+{
+    return send("listenEvents"_s, {{"channel"_s, channel}});
+}
+
 int BoardBench::level(int line) const
 {
     const LineLevel told = board->level(line);

@@ -30,6 +30,8 @@ public:
     quint64 send(const QString& instruction, const QVariantMap& arguments);
     /// The same, and delivers what it brings: the reply, or the failure under the key "failure".
     QVariantMap ask(const QString& instruction, const QVariantMap& arguments);
+    /// Listens to a line and returns the identifier of the request.
+    quint64 listen(const QString& channel);
     /// Drives an output line to values.
     void write(const QString& channel, const QVariant& values);
     /// Starts blinking with the level values.

@@ -14,10 +14,6 @@ class BarrenPlugin : public ScriptedPlugin
     };
 
 public:
-    BarrenPlugin()
-        : ScriptedPlugin({})
-    {}
-
     IPlugin* createInstance(const QUuid&) const override { return new BarrenPlugin; }
     void initPluginCommands() override
     {

@@ -5,11 +5,6 @@ class ForeignPlugin : public ScriptedPlugin
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "org.example.ForeignPlugin")
-
-public:
-    ForeignPlugin()
-        : ScriptedPlugin({})
-    {}
 };
 
 #include "foreign_plugin.moc"

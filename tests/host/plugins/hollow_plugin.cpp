@@ -7,10 +7,6 @@ class HollowPlugin : public ScriptedPlugin
     Q_PLUGIN_METADATA(IID "fr.velt.rd.tav.HollowPlugin")
 
 public:
-    HollowPlugin()
-        : ScriptedPlugin({})
-    {}
-
     IPlugin* createInstance(const QUuid&) const override { return nullptr; }
 };
 

@@ -7,11 +7,7 @@ class HurlingPlugin : public ScriptedPlugin
     Q_PLUGIN_METADATA(IID "fr.velt.rd.tav.HurlingPlugin")
 
 public:
-    HurlingPlugin()
-        : ScriptedPlugin({})
-    {
-        throw 42;
-    }
+    HurlingPlugin() { throw 42; }
 };
 
 #include "hurling_plugin.moc"

@@ -10,11 +10,7 @@ class IncompletePlugin : public ScriptedPlugin
     Q_PLUGIN_METADATA(IID "fr.velt.rd.tav.IncompletePlugin")
 
 public:
-    IncompletePlugin()
-        : ScriptedPlugin({})
-    {
-        nowhereToBeFound();
-    }
+    IncompletePlugin() { nowhereToBeFound(); }
 };
 
 #include "incomplete_plugin.moc"

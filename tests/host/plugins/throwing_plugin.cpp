@@ -9,11 +9,7 @@ class ThrowingPlugin : public ScriptedPlugin
     Q_PLUGIN_METADATA(IID "fr.velt.rd.tav.ThrowingPlugin")
 
 public:
-    ThrowingPlugin()
-        : ScriptedPlugin({})
-    {
-        throw std::runtime_error("out of magic");
-    }
+    ThrowingPlugin() { throw std::runtime_error("out of magic"); }
 };
 
 #include "throwing_plugin.moc"

@@ -13,7 +13,7 @@ class ScriptedPlugin : public DAbstractPlugin
 public:
     using Scripts = QVector<std::shared_ptr<CommandScript>>;
 
-    explicit ScriptedPlugin(const Scripts& scripts, const QUuid& objectUuid = QUuid());
+    explicit ScriptedPlugin(const Scripts& scripts = {}, const QUuid& objectUuid = QUuid());
     ~ScriptedPlugin() override;
 
     static QUuid uuid();

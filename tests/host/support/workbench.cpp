@@ -25,7 +25,22 @@ QVariantMap Workbench::configuration()
 
 std::unique_ptr<DOrder> Workbench::order(const QVariantMap& arguments)
 {
-    return std::make_unique<DOrder>(tool.get(), "work"_s, arguments);
+    auto made = std::make_unique<DOrder>(tool.get(), "work"_s, arguments);
+    QObject::connect(made.get(), &DOrder::finished, [this](bool success) { ended.append(success); });
+    return made;
+}
+
+std::unique_ptr<DOrder> Workbench::start(const QVariantMap& arguments)
+{
+    auto started = order(arguments);
+    started->start();
+    return started;
+}
+
+void Workbench::answer(const QVariantMap& reply)
+{
+    device->reply(device->lastId(), reply);
+    deliver();
 }
 
 int Workbench::workingCommands() const

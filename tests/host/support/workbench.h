@@ -24,6 +24,10 @@ struct Workbench
 
     /// Prepares an order of "work".
     std::unique_ptr<DOrder> order(const QVariantMap& arguments = {});
+    /// Prepares one and starts it.
+    std::unique_ptr<DOrder> start(const QVariantMap& arguments = {});
+    /// Answers the latest request and delivers the answer.
+    void answer(const QVariantMap& reply = {});
     /// Working instances of the command that exist now.
     int workingCommands() const;
 
@@ -31,6 +35,8 @@ struct Workbench
     std::shared_ptr<CommandScript> script;
     std::unique_ptr<RecordingDevice> device;
     std::unique_ptr<DTool> tool;
+    /// What the orders that were made here told at their ends.
+    QVector<bool> ended;
 };
 
 /// Delivers what waits in the event loop and what follows from it, without waiting for timers.

@@ -19,8 +19,6 @@ public:
     explicit DDataStorage(const QString& name, QObject* parent = nullptr);
     ~DDataStorage() override;
 
-    /// True when a value is stored under name.
-    bool hasData(const QString& name) const;
     /// The value stored under name; fallback when there is none.
     QVariant data(const QString& name, const QVariant& fallback = QVariant()) const;
     /// Stores value under name, replacing an earlier one.
