@@ -212,9 +212,10 @@ void TestTerminal::aTerminalThatStandsStillHoldsNothingUp()
     const QString trace = home.filePath("t.vcd"_s);
     Terminal terminal({"--trace"_s, trace, "shell"_s}, home.path());
     QVERIFY(terminal.shows("gpio> "));
-    terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
-    QVERIFY(terminal.shows("gpio> "));
     terminal.type(QByteArray("startListening channel=DOOR\n").repeated(20));
+    QVERIFY(terminal.shows("[20] startListening runs"));
+    QVERIFY(terminal.shows("gpio> "));
+    terminal.type("setValue channel=DOOR state=BLINK duration=2 dutyCycle=50\n");
     QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(trace).size() > 30000, 30000);
 }
 
