@@ -29,7 +29,7 @@ endfunction()
 function(tool_gpio_set_test_surroundings name label timeout)
     set_tests_properties(${name} PROPERTIES
         LABELS ${label}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:second_deadlock_stack=1")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:history_size=7")
     if(timeout)
         set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
     endif()
