@@ -25,11 +25,12 @@ function(tool_gpio_run_again name suffix)
     set_property(TEST ${run} APPEND PROPERTY ENVIRONMENT ${ARGN})
 endfunction()
 
-# Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit.
+# Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit. Compiled pages
+# are kept with the build: Qt crashes where another build of the bench replaces one while it is read.
 function(tool_gpio_set_test_surroundings name label timeout)
     set_tests_properties(${name} PROPERTIES
         LABELS ${label}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:second_deadlock_stack=1")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/tests/cache;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:history_size=7")
     if(timeout)
         set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
     endif()

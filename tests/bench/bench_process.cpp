@@ -92,9 +92,11 @@ BenchRun runScript(const QString& script)
     environment.insert("SCRATCH"_s, scratch.path());
     environment.insert("EXAMPLES"_s, QStringLiteral(EXAMPLES));
     // A limit of the files' size would cut off the counts of coverage, which are of no use to anybody then,
-    // and what Qt keeps of QML files for the next process, which crashes on it.
+    // what Qt keeps of QML files for the next process, which crashes on it, and the temporary file that the
+    // thread sanitizer begins with where it can.
     const QString functions =
-        "ulimit() { export GCOV_PREFIX=$SCRATCH/.counts QML_DISABLE_DISK_CACHE=1; builtin ulimit \"$@\"; }\n"
+        "ulimit() { export GCOV_PREFIX=$SCRATCH/.counts QML_DISABLE_DISK_CACHE=1 TMPDIR=/nowhere; "
+        "builtin ulimit \"$@\"; }\n"
         "until_caught() { until [ $((0x0$(sed -n 's/^SigCgt:\\t//p' /proc/$1/status) & 1 << $2 - 1)) "
         "-ne 0 ]; do sleep 0.01; done; }\n"
         "unprivileged() { if [ \"$(id -u)\" -ne 0 ]; then \"$@\"; else "

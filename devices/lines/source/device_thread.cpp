@@ -211,7 +211,10 @@ DeviceThread::DeviceThread(const LineDriverMaker& maker, LineListener* listener,
     , m_worker(new Worker(maker, m_front.get()))
 {
     m_worker->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, [worker = m_worker, front = m_front.get()] {
+        delete worker;
+        handover::leave(front);
+    });
     m_thread.setObjectName(QStringLiteral("device"));
     {
         const SignalsKeptAway kept;
@@ -224,6 +227,7 @@ DeviceThread::~DeviceThread()
 {
     m_thread.quit();
     m_thread.wait();
+    handover::join(m_front.get());
 }
 
 void DeviceThread::ask(std::function<void(LineDriver&)> question)
