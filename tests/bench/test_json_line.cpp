@@ -28,6 +28,8 @@ private Q_SLOTS:
         row("real that is no number", QVariant(qQNaN()), "null");
         row("text", QVariant("d\u00E9 \"a\"\n"_s), "\"d\xC3\xA9 \\\"a\\\"\\n\"");
         row("list", QVariant(QVariantList{1, "a"_s}), "[1,\"a\"]");
+        row("no texts", QVariant(QStringList()), "[]");
+        row("texts", QVariant(QStringList{"a"_s, "b"_s}), "[\"a\",\"b\"]");
         row("map", QVariant(QVariantMap{{"b"_s, 1}, {"a"_s, 2}}), "{\"a\":2,\"b\":1}");
         row("date", QVariant(QDate(2026, 1, 2)), "\"2026-01-02\"");
         row("what has no text", QVariant::fromValue<QObject*>(nullptr), "null");

@@ -172,6 +172,23 @@ private Q_SLOTS:
         QCOMPARE(file.changes(), c_start + QByteArray("#5\nx!\nrnan \"\n#10\n0!\nr0 \"\n#10\n"));
     }
 
+    /// The device says that three changes came too fast, the last of them at 40 µs.
+    void aGapThatTheDeviceLeavesIsMarked()
+    {
+        Board board;
+        FileTrace file(&board);
+        board.advance(10);
+        board.turnKnob(5);
+        Q_EMIT board.device().changesLost(3, 40);
+        board.advance(50);
+        board.turnKnob(6);
+        file.end();
+        QCOMPARE(file.changes(),
+                 c_start + QByteArray("#10\nr5 \"\n$dumpoff\nx!\nrnan \"\n$end\n#40\n"
+                                      "$comment 3 changes lost $end\n$dumpon\n0!\nr5 \"\n$end\n"
+                                      "#60\nr6 \"\n#60\n"));
+    }
+
     /// Its reader reads nothing until so much waits that no more is taken.
     void aGapIsMarkedWhereChangesAreLost()
     {

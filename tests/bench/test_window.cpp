@@ -142,6 +142,24 @@ private Q_SLOTS:
         QCOMPARE(run.output, runBench("shell --json"_words, orders).output);
     }
 
+    void whatRunsWhenTheWindowClosesIsStopped_data()
+    {
+        const Rows<QByteArray> row("order");
+        row("an order", "getValue channel=DEAD");
+        row("readings", "channels");
+    }
+
+    void whatRunsWhenTheWindowClosesIsStopped()
+    {
+        QFETCH(QByteArray, order);
+        const BenchRun run = runBench("window --for 0.5 --json --orders"_words
+                                      << temporaryFile(order, "orders"_s) << "--config"_s
+                                      << example("fault_injection.json"_s));
+        QCOMPARE(run.status, 1);
+        const QByteArray told = "\"kind\":\"stopped\",\"reason\":\"stopped before it was complete\"";
+        QVERIFY2(run.output.contains(told), run.output.constData());
+    }
+
     void theWindowStaysWhenItsOrdersEnd()
     {
         const QString file = temporaryFile(

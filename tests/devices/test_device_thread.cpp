@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int c_bound = 1 << 18;
+constexpr int c_bound = 1 << 16;
 constexpr int c_lines = 3;
 
 using State = DDevice::State;
@@ -35,7 +35,7 @@ public:
         for (int line = 0; line < c_lines; ++line) {
             m_listener.lineTold(line, {0, 0, true});
         }
-        m_listener.stateTold(State::Connected, {});
+        m_listener.stateTold(State::Connected, {}, 0);
     }
     void close() override {}
     void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override
@@ -103,19 +103,40 @@ private Q_SLOTS:
         make([](LineListener& listener) {
             flicker(listener, 0, c_bound + 5);
             flicker(listener, 1, 7);
-            for (int event = 0; event < 10; ++event) {
-                listener.eventTold(77, {}, 0);
-            }
         });
         int changes = 0;
         connect(m_device.get(), &LineDevice::lineChanged, this, [&changes] { ++changes; });
+        const QSignalSpy lost(m_device.get(), &LineDevice::changesLost);
+        connect(m_device.get(), &LineDevice::changesLost, this, [&] {
+            QCOMPARE(changes, c_bound); // it stands where the changes are missing
+            QCOMPARE(m_device->level(1).sinceUs, qint64{7});
+        });
         work();
-        QCOMPARE(m_problems, QStringList{"22 events came too fast and were left out"_s});
+        QCOMPARE(lost, (QList<QVariantList>{{quint64{12}, qint64{c_bound + 5}}}));
+        QCOMPARE(m_problems, QStringList{"12 changes of lines came too fast and were left out"_s});
         QCOMPARE(changes, c_bound + 2);
         QCOMPARE(m_device->level(0).sinceUs, qint64{c_bound + 5});
-        QCOMPARE(m_device->level(1).sinceUs, qint64{7});
+        changes = 0;
         work(); // what fell out once is told once
-        QCOMPARE(m_problems.size(), 2);
+        QCOMPARE(lost.size(), 2);
+    }
+
+    void eventsPastTheBoundAreCountedForEachRequest()
+    {
+        make([](LineListener& listener) {
+            flicker(listener, 0, c_bound - 1);
+            for (int event = 1; event <= 4; ++event) {
+                listener.eventTold(1, {}, event);
+                listener.eventTold(2, {}, event);
+            }
+        });
+        RecordingClient client;
+        m_device->send(1, "listenToAll"_s, {}, 0, &client);
+        m_device->send(2, "listenToAll"_s, {}, 0, &client);
+        work();
+        QCOMPARE(client.ids(), QVector<quint64>{1});
+        QCOMPARE(client.lost, (QVector<QPair<quint64, quint64>>{{1, 3}, {2, 4}}));
+        QVERIFY(m_problems.isEmpty()); // it is told to who asked
     }
 
     void answersFailuresAndStatesAreNeverLeftOut()
@@ -140,7 +161,7 @@ private Q_SLOTS:
         make([](LineListener& listener) {
             flicker(listener, 0, c_bound);
             listener.lineTold(1, {1, 5, true});
-            listener.stateTold(State::Unreachable, "cable pulled"_s);
+            listener.stateTold(State::Unreachable, "cable pulled"_s, 9);
         });
         bool knownWhenLost = true;
         connect(m_device.get(), &DDevice::stateChanged, this,
@@ -149,6 +170,7 @@ private Q_SLOTS:
         QCOMPARE(m_device->state(), State::Unreachable);
         QVERIFY(!knownWhenLost);
         QVERIFY(!m_device->level(1).known);
+        QCOMPARE(m_device->level(1).sinceUs, qint64{9});
     }
 
     /// The device goes on meanwhile: what it tells waits for the batch on its way, up to the bound.
@@ -174,6 +196,7 @@ private Q_SLOTS:
         QTest::newRow("level") << QByteArray(SIGNAL(lineChanged(int, LineLevel)));
         QTest::newRow("state") << QByteArray(SIGNAL(stateChanged()));
         QTest::newRow("problem") << QByteArray(SIGNAL(problemTold(QString)));
+        QTest::newRow("loss") << QByteArray(SIGNAL(changesLost(quint64, qint64)));
     }
 
     void theFrontMayGoWhereAChangeIsTold()
@@ -181,8 +204,9 @@ private Q_SLOTS:
         QFETCH(QByteArray, signal);
         make([](LineListener& listener) {
             flicker(listener, 0, 10);
+            listener.changesLeftOut(3, {{0, {1, 11, true}}});
             listener.failureTold("smoke"_s);
-            listener.stateTold(State::Unreachable, "cable pulled"_s);
+            listener.stateTold(State::Unreachable, "cable pulled"_s, 0);
             flicker(listener, 0, 10);
         });
         RecordingClient client;
@@ -202,7 +226,7 @@ private Q_SLOTS:
     void theFrontMayGoWhereALevelIsForgotten()
     {
         QFETCH(bool, lost);
-        make([](LineListener& listener) { listener.stateTold(State::Unreachable, "cable pulled"_s); });
+        make([](LineListener& listener) { listener.stateTold(State::Unreachable, "cable pulled"_s, 0); });
         connect(m_device.get(), &LineDevice::lineChanged, this, &TestDeviceThread::endDevice);
         if (lost) {
             RecordingClient client;

@@ -50,6 +50,16 @@ private Q_SLOTS:
         QCOMPARE(bench.changes, (QVector<Change>{{0, 1, 0}, {1, 1, 1000}, {2, 0, 3000}, {3, 0, 3000}}));
     }
 
+    void theDelaysOfAChainDoNotGrowWhereTheBoardIsCalledLate()
+    {
+        BoardBench bench(
+            boardOf({output("a"_s), input("b"_s), input("c"_s)}, {{0, 1, 1000, false}, {1, 2, 1000, false}}));
+        bench.write("a"_s, 1);
+        bench.scheduler.elapse(1700);
+        bench.scheduler.advance(1000);
+        QCOMPARE(bench.changes, (QVector<Change>{{0, 1, 0}, {1, 1, 1700}, {2, 1, 2000}}));
+    }
+
     void nothingIsUnderWayAtTheStartWhateverTheOrderOfTheWires()
     {
         QVector<Wire> wires{{0, 1, 5000, true}, {1, 2, 5000, false}, {2, 3, 5000, true}};

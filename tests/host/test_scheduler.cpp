@@ -184,13 +184,21 @@ private Q_SLOTS:
         QTRY_COMPARE(kept, QStringList{"second"_s});
     }
 
+    void anActionThatMakesItsSuccessorAtOnceLetsTheEventLoopGoOn_data()
+    {
+        QTest::addColumn<qint64>("lateUs");
+        QTest::newRow("now") << qint64{0};
+        QTest::newRow("for a time that has passed") << qint64{1000};
+    }
+
     void anActionThatMakesItsSuccessorAtOnceLetsTheEventLoopGoOn()
     {
+        QFETCH(qint64, lateUs);
         DSteadyScheduler scheduler;
         bool stop = false;
         std::function<void()> again = [&] {
             if (!stop) {
-                scheduler.at(scheduler.now(), again);
+                scheduler.at(scheduler.now() - lateUs, again);
             }
         };
         again();

@@ -20,6 +20,7 @@ public:
 
     void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
     void requestFailed(quint64 id, const DFailure& failure) override;
+    void repliesLost(quint64 id, quint64 count) override { lost.append({id, count}); }
 
     QVector<quint64> ids() const;
     /// The texts of the failures.
@@ -28,6 +29,8 @@ public:
     QVariantList replied(const QString& key, quint64 id = 0) const;
 
     QVector<Heard> heard;
+    /// How many replies were lost, with their requests.
+    QVector<QPair<quint64, quint64>> lost;
     /// Carried out after each reply or failure is remembered.
     std::function<void(const Heard&)> then;
 

@@ -36,7 +36,7 @@ std::vector<ChannelRow> rowsOf(DTool* tool)
     return rows;
 }
 
-/// Runs all readings and waits for their ends.
+/// Runs all readings and waits for their ends; those that are under way when the program ends are stopped.
 void read(std::vector<ChannelRow>* rows)
 {
     QEventLoop loop;
@@ -59,6 +59,11 @@ void read(std::vector<ChannelRow>* rows)
     }
     if (started > 0 && running > 0) {
         loop.exec();
+    }
+    for (ChannelRow& row : *rows) {
+        if (row.reading != nullptr && row.reading->state() == DOrder::State::Running) {
+            row.reading->stop();
+        }
     }
 }
 

@@ -50,7 +50,9 @@ int OrderFile::end()
         QObject::connect(&m_shell, &Shell::ended, &loop, &QEventLoop::quit);
         m_shell.abandon();
         m_shell.interrupt();
-        loop.exec();
+        if (!m_ended) {
+            loop.exec();
+        }
     }
     return m_shell.exitStatus();
 }

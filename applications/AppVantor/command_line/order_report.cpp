@@ -86,6 +86,8 @@ void reportOrder(DOrder* order, int number, Output* output)
                      [order, number, output](const QVariantMap& event, qint64 timeUs) {
                          reportEvent(*order, number, event, timeUs, output);
                      });
+    QObject::connect(order, &DOrder::eventsLost, order,
+                     [number, output](quint64 count) { output->eventsLost(number, count); });
     QObject::connect(order, &DOrder::finished, order,
                      [order, number, output] { reportEnd(*order, number, output); });
 }

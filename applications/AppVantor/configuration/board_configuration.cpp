@@ -91,15 +91,20 @@ void readLines(const ConfigObject& device, const std::vector<ConfigObject>& entr
     }
 }
 
-/// The line that the wire to each line comes from; -1 for a line without a wire.
-using WireSources = QVector<int>;
+/// A line upstream of each, at first the one that its wire comes from; -1 for a line without a wire.
+using Upstream = QVector<int>;
 
-/// True when a wire from one line to another would close a loop.
-bool closesLoop(const WireSources& sources, int from, int to)
+/// True when a wire from one line to another, which has none yet, would close a loop. Shortens the way that
+/// it goes, so that long chains are quickly read.
+bool closesLoop(Upstream* upstream, int from, int to)
 {
     int line = from;
-    while (line != to && sources.at(line) >= 0) {
-        line = sources.at(line);
+    while (line != to && upstream->at(line) >= 0) {
+        const int next = upstream->at(line);
+        if (upstream->at(next) >= 0) {
+            (*upstream)[line] = upstream->at(next);
+        }
+        line = next;
     }
     return line == to;
 }
@@ -118,7 +123,7 @@ void readWires(const ConfigObject& device, const LineNumbers& numbers, Setup* se
 {
     const QString from = QStringLiteral("from");
     const QString to = QStringLiteral("to");
-    WireSources sources(setup->lines.size(), -1);
+    Upstream upstream(setup->lines.size(), -1);
     for (const ConfigObject& entry : device.objects(QStringLiteral("wires"))) {
         entry.allowOnly({from, to, QStringLiteral("delayMs"), QStringLiteral("inverted")});
         const std::optional<int> source = readLineName(entry, from, numbers);
@@ -130,13 +135,13 @@ void readWires(const ConfigObject& device, const LineNumbers& numbers, Setup* se
         if (setup->lines.at(*target).waveform) {
             entry.addProblem(to,
                              QStringLiteral("\"%1\" follows a waveform, expected a free input").arg(name));
-        } else if (sources.at(*target) >= 0) {
+        } else if (upstream.at(*target) >= 0) {
             entry.addProblem(to,
                              QStringLiteral("\"%1\" has a wire already, expected a free input").arg(name));
-        } else if (closesLoop(sources, *source, *target)) {
+        } else if (closesLoop(&upstream, *source, *target)) {
             entry.addProblem(to, QStringLiteral("the wires of \"%1\" form a loop").arg(name));
         } else {
-            sources[*target] = *source;
+            upstream[*target] = *source;
             setup->wires.append(readWire(entry, *source, *target));
         }
     }

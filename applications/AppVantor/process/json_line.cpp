@@ -22,6 +22,7 @@ Json toJson(const QVariant& value)
     case QMetaType::Double:
     case QMetaType::Float:
         return value.toDouble();
+    case QMetaType::QStringList:
     case QMetaType::QVariantList: {
         Json list = Json::array();
         const QVariantList elements = value.toList();

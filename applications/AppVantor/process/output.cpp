@@ -55,14 +55,23 @@ void Output::endOfEvents(int order)
     }
     const quint64 lost = m_lost.take(order);
     if (lost > 0) {
-        write(
-            [&] {
-                return Json{{"order", order}, {"lost", lost}};
-            },
-            [&] {
-                return QStringLiteral("[%1] %2 events lost: the reader was too slow").arg(order).arg(lost);
-            });
+        tellLost(order, lost, QStringLiteral("the reader was too slow"));
     }
+}
+
+void Output::eventsLost(int order, quint64 count)
+{
+    endOfEvents(order);
+    tellLost(order, count, QStringLiteral("they came too fast"));
+}
+
+void Output::tellLost(int order, quint64 count, const QString& reason)
+{
+    write(
+        [&] {
+            return Json{{"order", order}, {"lost", count}};
+        },
+        [&] { return QStringLiteral("[%1] %2 events lost: %3").arg(order).arg(count).arg(reason); });
 }
 
 void Output::text(const QString& text)

@@ -27,6 +27,8 @@ public:
     void write(const JsonMaker& json, const TextMaker& text);
     /// The same for an event of an order, which is left out and counted while too much waits for the reader.
     void writeEvent(int order, const JsonMaker& json, const TextMaker& text);
+    /// So many events of an order were lost before they came here.
+    void eventsLost(int order, quint64 count);
     /// The order will report no more events: what was left out of it is told now.
     void endOfEvents(int order);
     /// Writes a line for people; with JSON nothing.
@@ -46,6 +48,7 @@ Q_SIGNALS:
     void failed();
 
 private:
+    void tellLost(int order, quint64 count, const QString& reason);
     void line(const std::string& line);
 
     const bool m_json;

@@ -74,6 +74,7 @@ VcdTrace::VcdTrace(const LineDevice& device, QObject* parent)
     , m_device(device)
 {
     connect(&device, &LineDevice::lineChanged, this, &VcdTrace::record);
+    connect(&device, &LineDevice::changesLost, this, &VcdTrace::recordGap);
 }
 
 VcdTrace::~VcdTrace()
@@ -159,6 +160,7 @@ void VcdTrace::record(int line, const LineLevel& level)
         appendTime();
     }
     if (!m_outlet->hasRoom()) {
+        m_lost = 1;
         beginGap();
         return;
     }
@@ -209,10 +211,25 @@ void VcdTrace::appendAll()
     }
 }
 
+/// The device has left out changes, the last of them at untilUs.
+void VcdTrace::recordGap(quint64 changes, qint64 untilUs)
+{
+    if (m_outlet == nullptr) {
+        return;
+    }
+    if (m_lost == 0) {
+        beginGap();
+    }
+    m_lost += changes;
+    moveTo(untilUs);
+    if (m_outlet != nullptr && m_outlet->hasRoom()) {
+        endGap();
+    }
+}
+
 /// From the first change that is lost, no level is known.
 void VcdTrace::beginGap()
 {
-    m_lost = 1;
     m_buffer += "$dumpoff\n";
     for (int line = 0; line < m_device.lines().size(); ++line) {
         append(line, LineLevel());

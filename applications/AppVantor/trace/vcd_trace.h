@@ -13,7 +13,8 @@ class LineDevice;
 /// Records the level changes of a device's lines as a Value Change Dump with a timescale of 1 µs, from the
 /// date that it names: digital lines as wires, analogue ones as reals, unknown levels as "x" and "nan". What
 /// was recorded is in the file a tenth of a second later at most, so that it can be read even if the process
-/// is killed. It waits for no reader: a gap that one leaves is marked, with the number of changes lost.
+/// is killed. It waits for no reader: a gap that one leaves is marked, with the number of changes lost, as is
+/// one that the device leaves.
 class VcdTrace : public QObject
 {
     Q_OBJECT
@@ -52,6 +53,7 @@ private:
     void appendAll();
     bool moveTo(qint64 timeUs);
     void appendTime();
+    void recordGap(quint64 changes, qint64 untilUs);
     void beginGap();
     void endGap();
     void writeLater();

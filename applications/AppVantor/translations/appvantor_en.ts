@@ -220,6 +220,10 @@
         <source></source>
         <translation>%1 events, the last at %2</translation>
     </message>
+    <message id="orders_lost">
+        <source></source>
+        <translation>%1 events lost</translation>
+    </message>
     <message id="orders_rejected">
         <source></source>
         <translation>%1 replies rejected</translation>

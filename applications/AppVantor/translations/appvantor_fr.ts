@@ -220,6 +220,10 @@
         <source></source>
         <translation>%1 événements, le dernier à %2</translation>
     </message>
+    <message id="orders_lost">
+        <source></source>
+        <translation>%1 événements perdus</translation>
+    </message>
     <message id="orders_rejected">
         <source></source>
         <translation>%1 réponses rejetées</translation>

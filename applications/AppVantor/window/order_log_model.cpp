@@ -149,6 +149,11 @@ void OrderLogModel::watch(DOrder* order)
             entry->values = event;
         }
     });
+    connect(order, &DOrder::eventsLost, this, [this, id](quint64 count) {
+        if (Entry* entry = change(id)) {
+            entry->lost += count;
+        }
+    });
     connect(order, &DOrder::finished, this, [this, order, id](bool success) {
         if (Entry* entry = change(id)) {
             entry->order = nullptr;
@@ -185,6 +190,9 @@ QString OrderLogModel::detail(const Entry& entry) const
     QStringList parts;
     if (entry.events > 0) {
         parts += qtTrId("orders_events").arg(entry.events).arg(timeText(entry.eventUs));
+    }
+    if (entry.lost > 0) {
+        parts += qtTrId("orders_lost").arg(entry.lost);
     }
     if (!entry.problem.isEmpty()) {
         parts += entry.problem;

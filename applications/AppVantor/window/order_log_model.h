@@ -75,6 +75,7 @@ private:
         QVariantMap values; ///< results, or the last event
         qint64 eventUs = 0;
         int events = 0;
+        quint64 lost = 0; ///< further events, which came too fast
         int rejected = 0;
     };
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr std::size_t c_mostWaiting = 1 << 18;
+constexpr std::size_t c_mostWaiting = 1 << 16; ///< an answer waits for two batches of these at most
 constexpr int c_realtimePriority = 10;
 
 using Message = std::function<void(LineListener&)>;
@@ -99,8 +99,9 @@ public:
     {
         m_driver->close();
         m_waiting.clear();
-        m_leftOut.clear();
-        m_lost = 0;
+        m_lostEvents.clear();
+        m_lostChanges = 0;
+        m_lostLevels.clear();
         ++m_closings;
     }
 
@@ -113,9 +114,13 @@ private:
     void eventTold(quint64 id, const QVariantMap& reply, qint64 timeUs) override
     {
         if (hasRoom()) {
-            requestAnswered(id, reply, timeUs);
+            queue([id, reply, timeUs](LineListener& listener) { listener.eventTold(id, reply, timeUs); });
+        } else {
+            ++m_lostEvents[id];
         }
     }
+
+    void eventsLeftOut(quint64 id, quint64 count) override { m_lostEvents[id] += count; }
 
     void requestRefused(quint64 id, const DFailure& failure) override
     {
@@ -127,14 +132,23 @@ private:
         if (hasRoom()) {
             queue([line, level](LineListener& listener) { listener.lineTold(line, level); });
         } else {
-            m_leftOut.insert(line, level);
+            changesLeftOut(1, {{line, level}});
         }
     }
 
-    void stateTold(DDevice::State state, const QString& problem) override
+    void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override
+    {
+        m_lostChanges += count;
+        for (auto line = levels.cbegin(); line != levels.cend(); ++line) {
+            m_lostLevels.insert(line.key(), *line);
+        }
+    }
+
+    void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override
     {
         makeUp(); // a state is true of the levels that were told before it
-        queue([state, problem](LineListener& listener) { listener.stateTold(state, problem); });
+        queue(
+            [state, problem, timeUs](LineListener& listener) { listener.stateTold(state, problem, timeUs); });
     }
 
     void failureTold(const QString& text) override
@@ -142,13 +156,7 @@ private:
         queue([text](LineListener& listener) { listener.failureTold(text); });
     }
 
-    /// Counts what is left out.
-    bool hasRoom()
-    {
-        const bool room = m_waiting.size() < c_mostWaiting;
-        m_lost += room ? 0 : 1;
-        return room;
-    }
+    bool hasRoom() const { return m_waiting.size() < c_mostWaiting; }
 
     void queue(Message message)
     {
@@ -179,20 +187,19 @@ private:
         }
     }
 
-    /// Tells the latest levels of the lines that had a change left out, and how much was left out.
+    /// Tells how much was left out, and the latest levels of the lines that had a change left out.
     void makeUp()
     {
-        if (m_lost == 0) {
-            return;
-        }
-        for (auto line = m_leftOut.cbegin(); line != m_leftOut.cend(); ++line) {
-            m_waiting.push_back([number = line.key(), level = line.value()](LineListener& listener) {
-                listener.lineTold(number, level);
+        for (auto lost = m_lostEvents.cbegin(); lost != m_lostEvents.cend(); ++lost) {
+            queue([id = lost.key(), count = *lost](LineListener& listener) {
+                listener.eventsLeftOut(id, count);
             });
         }
-        m_leftOut.clear();
-        const quint64 lost = std::exchange(m_lost, 0);
-        failureTold(QStringLiteral("%1 events came too fast and were left out").arg(lost));
+        m_lostEvents.clear();
+        if (m_lostChanges > 0) {
+            queue([count = std::exchange(m_lostChanges, 0), levels = std::exchange(m_lostLevels, {})](
+                      LineListener& listener) { listener.changesLeftOut(count, levels); });
+        }
     }
 
     const LineDriverMaker m_maker;
@@ -202,8 +209,9 @@ private:
     Batch m_waiting;
     bool m_sending = false;
     int m_closings = 0;
-    QMap<int, LineLevel> m_leftOut; ///< the latest level of each line that had a change left out
-    quint64 m_lost = 0;             ///< changes and events that were left out
+    QMap<quint64, quint64> m_lostEvents; ///< how many were left out, by their requests
+    quint64 m_lostChanges = 0;
+    QMap<int, LineLevel> m_lostLevels; ///< the latest level of each line that had a change left out
 };
 
 DeviceThread::DeviceThread(const LineDriverMaker& maker, LineListener* listener, bool realtime)

@@ -57,7 +57,7 @@ void LineDevice::handleOpen()
 void LineDevice::handleClose()
 {
     m_driver->close();
-    forgetLevels();
+    forgetLevels(scheduler()->now());
 }
 
 void LineDevice::handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments)
@@ -80,6 +80,11 @@ void LineDevice::eventTold(quint64 id, const QVariantMap& reply, qint64 timeUs)
     DDevice::reply(id, reply, timeUs);
 }
 
+void LineDevice::eventsLeftOut(quint64 id, quint64 count)
+{
+    tellLost(id, count);
+}
+
 void LineDevice::requestRefused(quint64 id, const DFailure& failure)
 {
     fail(id, failure);
@@ -91,11 +96,28 @@ void LineDevice::lineTold(int line, const LineLevel& level)
     Q_EMIT lineChanged(line, level);
 }
 
-void LineDevice::stateTold(DDevice::State state, const QString& problem)
+void LineDevice::changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels)
+{
+    qint64 timeUs = 0;
+    for (auto line = levels.cbegin(); line != levels.cend(); ++line) {
+        m_levels[line.key()] = *line;
+        timeUs = std::max(timeUs, line->sinceUs);
+    }
+    const QPointer<LineDevice> self(this); // who hears of it may destroy the device
+    Q_EMIT changesLost(count, timeUs);
+    for (auto line = levels.cbegin(); !self.isNull() && line != levels.cend(); ++line) {
+        Q_EMIT lineChanged(line.key(), *line);
+    }
+    if (!self.isNull()) {
+        Q_EMIT problemTold(QStringLiteral("%1 changes of lines came too fast and were left out").arg(count));
+    }
+}
+
+void LineDevice::stateTold(DDevice::State state, const QString& problem, qint64 timeUs)
 {
     if (state == State::Unreachable) {
         const QPointer<LineDevice> self(this);
-        forgetLevels();
+        forgetLevels(timeUs);
         if (self.isNull()) {
             return;
         }
@@ -108,9 +130,9 @@ void LineDevice::failureTold(const QString& text)
     Q_EMIT problemTold(text);
 }
 
-void LineDevice::forgetLevels()
+void LineDevice::forgetLevels(qint64 timeUs)
 {
-    const LineLevel unknown = {0, scheduler()->now(), false};
+    const LineLevel unknown = {0, timeUs, false};
     const QPointer<LineDevice> self(this); // who hears of a level may destroy the device
     for (int line = 0; !self.isNull() && line < m_levels.size(); ++line) {
         if (m_levels.at(line).known) {

@@ -55,7 +55,7 @@ void LineEngine::setConnected()
         m_levels[line].sinceUs = m_scheduler->now();
         m_listener->lineTold(line, m_levels.at(line));
     }
-    m_listener->stateTold(m_state, m_problem);
+    m_listener->stateTold(m_state, m_problem, m_scheduler->now());
 }
 
 void LineEngine::setUnreachable(const QString& problem)
@@ -63,7 +63,7 @@ void LineEngine::setUnreachable(const QString& problem)
     stopAllBlinking();
     m_state = DDevice::State::Unreachable;
     m_problem = problem;
-    m_listener->stateTold(m_state, m_problem);
+    m_listener->stateTold(m_state, m_problem, m_scheduler->now());
 }
 
 void LineEngine::setLevel(int line, int level, qint64 timeUs)

@@ -70,12 +70,12 @@ void SimulatedBoard::setPluggedIn(bool pluggedIn)
 
 void SimulatedBoard::setInput(int line, int level)
 {
-    propagate(line, level);
+    propagate(line, level, scheduler()->now());
 }
 
 DFailure SimulatedBoard::drive(int line, int level)
 {
-    propagate(line, level);
+    propagate(line, level, scheduler()->now());
     return DFailure();
 }
 
@@ -100,7 +100,7 @@ void SimulatedBoard::request(quint64 id, const QString& instruction, const QVari
     case Fault::Kind::Count:
         break;
     case Fault::Kind::Late:
-        m_lateRequests.insert(id, later(fault->delayUs, [this, id, instruction, arguments] {
+        m_lateRequests.insert(id, at(scheduler()->now() + fault->delayUs, [this, id, instruction, arguments] {
                                   m_lateRequests.remove(id);
                                   LineEngine::request(id, instruction, arguments);
                               }));
@@ -129,8 +129,9 @@ void SimulatedBoard::cancel(quint64 id)
 }
 
 /// Gives a line a level, cut to what it can have, and follows the wires from there, each to its end before
-/// the next: a chain may be as long as the board has lines.
-void SimulatedBoard::propagate(int line, int wanted)
+/// the next: a chain may be as long as the board has lines. Delays are reckoned from when the change was due,
+/// so that late calls do not add up.
+void SimulatedBoard::propagate(int line, int wanted, qint64 dueUs)
 {
     struct Step
     {
@@ -153,7 +154,8 @@ void SimulatedBoard::propagate(int line, int wanted)
             if (wire->delayUs == 0) {
                 steps.push_back(next);
             } else {
-                later(wire->delayUs, [this, next] { propagate(next.line, next.wanted); });
+                const qint64 nextUs = dueUs + wire->delayUs;
+                at(nextUs, [this, next, nextUs] { propagate(next.line, next.wanted, nextUs); });
             }
         }
     }
@@ -202,21 +204,21 @@ void SimulatedBoard::sample(int line)
     const Waveform& waveform = *m_setup.lines.at(line).waveform;
     const qint64 elapsedUs = scheduler()->now() - m_startUs;
     const qint64 sampleUs = elapsedUs - elapsedUs % waveform.intervalUs;
-    propagate(line, waveform.level(sampleUs));
+    const qint64 dueUs = m_startUs + sampleUs;
+    propagate(line, waveform.level(sampleUs), dueUs);
     if (waveform.shape != Waveform::Shape::Constant) {
-        later(sampleUs + waveform.intervalUs - elapsedUs, [this, line] { sample(line); });
+        at(dueUs + waveform.intervalUs, [this, line] { sample(line); });
     }
 }
 
-DScheduler::Appointment SimulatedBoard::later(qint64 delayUs, DScheduler::Action action)
+DScheduler::Appointment SimulatedBoard::at(qint64 timeUs, DScheduler::Action action)
 {
     // The board cancels what is still open when it goes.
     auto appointment = std::make_shared<DScheduler::Appointment>();
-    *appointment =
-        scheduler()->at(scheduler()->now() + delayUs, [this, appointment, run = std::move(action)] {
-            m_appointments.erase(*appointment);
-            run();
-        });
+    *appointment = scheduler()->at(timeUs, [this, appointment, run = std::move(action)] {
+        m_appointments.erase(*appointment);
+        run();
+    });
     m_appointments.insert(*appointment);
     return *appointment;
 }

@@ -23,6 +23,7 @@ struct Answer
     QVariantMap reply;
     qint64 timeUs;
     DFailure failure;
+    quint64 lost = 0; ///< replies left out, told in place of one
 };
 
 QEvent::Type deliveryEvent()
@@ -247,6 +248,11 @@ void DDevice::reply(quint64 id, const QVariantMap& reply, qint64 timeUs)
     d->queue(this, {id, reply, timeUs, DFailure()});
 }
 
+void DDevice::tellLost(quint64 id, quint64 count)
+{
+    d->queue(this, {id, QVariantMap(), 0, DFailure(), count});
+}
+
 void DDevice::fail(quint64 id, const DFailure& failure)
 {
     d->queue(this, {id, QVariantMap(), 0, failure});
@@ -288,6 +294,10 @@ bool DDevice::event(QEvent* event)
             continue;
         }
         DDeviceClient* client = request->second.client;
+        if (answer.lost > 0) {
+            client->repliesLost(answer.id, answer.lost);
+            continue;
+        }
         if (answer.failure || !request->second.recurring) {
             d->requests.erase(request);
         } else {

@@ -479,6 +479,14 @@ void DOrder::requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs)
     }
 }
 
+void DOrder::repliesLost(quint64 id, quint64 count)
+{
+    Q_UNUSED(id)
+    if (d->isRunning()) {
+        Q_EMIT eventsLost(count);
+    }
+}
+
 void DOrder::requestFailed(quint64 id, const DFailure& failure)
 {
     if (removeInstruction(id)) {

@@ -61,6 +61,11 @@ qint64 DScheduler::earliest() const
     return m_appointments.begin()->first.first;
 }
 
+bool DScheduler::isDue(qint64 timeUs, quint64 last) const
+{
+    return hasAppointments() && earliest() <= timeUs && m_appointments.begin()->first.second <= last;
+}
+
 void DScheduler::runEarliest()
 {
     const Action action = std::move(m_appointments.begin()->second);
@@ -113,8 +118,8 @@ void DSteadyScheduler::rearm()
     timerfd_settime(d->timer, TFD_TIMER_ABSTIME, &setting, nullptr);
 }
 
-/// What falls due while the others run waits for the next pass of the event loop, so that an action that
-/// makes its successor at once does not keep the loop.
+/// What falls due or is made while the others run waits for the next pass of the event loop, so that an
+/// action that makes its successor at once, for a time that has passed even, does not keep the loop.
 void DSteadyScheduler::runDue()
 {
     quint64 expirations = 0;
@@ -122,7 +127,8 @@ void DSteadyScheduler::runDue()
         return; // set anew since it was seen
     }
     const qint64 due = now();
-    while (hasAppointments() && earliest() <= due) {
+    const quint64 last = lastNumber();
+    while (isDue(due, last)) {
         runEarliest();
     }
     if (hasAppointments()) {

@@ -44,6 +44,9 @@ Q_SIGNALS:
     /// A line has another level, or it is no longer known. From here a device in a thread of its own may be
     /// destroyed; one in the same thread is at work.
     void lineChanged(int line, const LineLevel& level);
+    /// So many changes of lines up to timeUs, on the steady clock, came too fast and were left out; level has
+    /// the present ones. Followed by lineChanged for each line that had one.
+    void changesLost(quint64 count, qint64 timeUs);
 
 protected:
     void handleOpen() override;
@@ -54,11 +57,13 @@ protected:
 private:
     void requestAnswered(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
     void eventTold(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
+    void eventsLeftOut(quint64 id, quint64 count) override;
     void requestRefused(quint64 id, const DFailure& failure) override;
     void lineTold(int line, const LineLevel& level) override;
-    void stateTold(DDevice::State state, const QString& problem) override;
+    void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override;
+    void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override;
     void failureTold(const QString& text) override;
-    void forgetLevels();
+    void forgetLevels(qint64 timeUs);
 
     const QVector<DLine> m_lines;
     QVector<LineLevel> m_levels;

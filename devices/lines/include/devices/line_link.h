@@ -4,6 +4,8 @@
 
 #include <plugin_management/d_device.h>
 
+#include <QMap>
+
 #include <functional>
 #include <memory>
 
@@ -15,13 +17,17 @@ public:
     virtual void requestAnswered(quint64 id, const QVariantMap& reply, qint64 timeUs) = 0;
     /// A further reply to the recurring request id.
     virtual void eventTold(quint64 id, const QVariantMap& reply, qint64 timeUs) = 0;
+    /// So many further replies to the request id were left out.
+    virtual void eventsLeftOut(quint64 id, quint64 count) = 0;
     /// The request id is over, and why.
     virtual void requestRefused(quint64 id, const DFailure& failure) = 0;
     /// A line has another level, or it is no longer known.
     virtual void lineTold(int line, const LineLevel& level) = 0;
-    /// The device is Connected, and has told the levels of its lines, or it is Unreachable, and they are no
-    /// longer known.
-    virtual void stateTold(DDevice::State state, const QString& problem) = 0;
+    /// So many changes were left out; levels are the present ones of the lines that had them, by their lines.
+    virtual void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) = 0;
+    /// Since timeUs the device is Connected, and has told the levels of its lines, or it is Unreachable, and
+    /// they are no longer known.
+    virtual void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) = 0;
     /// Something failed that nobody waits for.
     virtual void failureTold(const QString& text) = 0;
 

@@ -73,11 +73,11 @@ protected:
     DFailure drive(int line, int level) override;
 
 private:
-    void propagate(int line, int wanted);
+    void propagate(int line, int wanted, qint64 dueUs);
     void settleWires();
     int carriedLevel(const SimulatedBoardSetup::Wire& wire) const;
     void sample(int line);
-    DScheduler::Appointment later(qint64 delayUs, DScheduler::Action action);
+    DScheduler::Appointment at(qint64 timeUs, DScheduler::Action action);
 
     const SimulatedBoardSetup m_setup;
     const qint64 m_startUs;

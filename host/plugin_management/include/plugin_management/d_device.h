@@ -18,6 +18,12 @@ class DDeviceClient
 public:
     /// A reply to the request id, true since timeUs on the steady clock. A one-shot request is over with it.
     virtual void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) = 0;
+    /// So many replies to the recurring request id came too fast and were left out.
+    virtual void repliesLost(quint64 id, quint64 count)
+    {
+        Q_UNUSED(id)
+        Q_UNUSED(count)
+    }
     /// The request id failed and is over.
     virtual void requestFailed(quint64 id, const DFailure& failure) = 0;
 
@@ -97,6 +103,8 @@ protected:
 
     /// Answers the request id with what is true since timeUs on the steady clock.
     void reply(quint64 id, const QVariantMap& reply, qint64 timeUs);
+    /// Tells that count replies (1 or more) to the recurring request id were left out since its last one.
+    void tellLost(quint64 id, quint64 count);
     /// Ends the request id with a failure.
     void fail(quint64 id, const DFailure& failure);
     /// The device's state has changed; problem says why it is unreachable. Pending requests of an unreachable

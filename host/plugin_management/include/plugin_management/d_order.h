@@ -8,9 +8,10 @@ class DTool;
 
 /// One run of one command of a tool. It ends exactly once, with success or with a reason.
 ///
-/// A listening order (a request of its command recurs) runs until it is stopped. Any other order ends with
-/// success when every declared result has been updated and no request is pending. It fails when it can no
-/// longer be completed: no request is pending, no timer of the command runs, and a result is missing.
+/// A listening order (a request of its command recurs, as the device says) runs until it is stopped. Any
+/// other order ends with success when every declared result has been updated and no request is pending. It
+/// fails when it can no longer be completed: no request is pending, no timer of the command runs, and a
+/// result is missing.
 ///
 /// The order of a stop name stops the latest running order of a command that has this stop name, among those
 /// that were given each of its own arguments with the same value. It ends with success when there was one.
@@ -62,6 +63,8 @@ Q_SIGNALS:
     void resultUpdated(const QString& name, const QVariant& value);
     /// A listening order reports an event, true since timeUs on the steady clock.
     void eventReceived(const QVariantMap& event, qint64 timeUs);
+    /// So many events of a listening order came too fast and were left out.
+    void eventsLost(quint64 count);
     /// The order has ended; its last signal.
     void finished(bool success);
 
@@ -79,6 +82,7 @@ private:
     void commandHasFinished(DAbstractCommand& command, bool ok);
 
     void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
+    void repliesLost(quint64 id, quint64 count) override;
     void requestFailed(quint64 id, const DFailure& failure) override;
 
     bool isStoppedBy(const QString& stopName, const QVariantMap& arguments) const;

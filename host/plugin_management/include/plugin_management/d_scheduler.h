@@ -44,6 +44,10 @@ protected:
     bool hasAppointments() const;
     /// Time of the earliest appointment; there must be one.
     qint64 earliest() const;
+    /// Number of the appointment that was made last.
+    quint64 lastNumber() const { return m_lastNumber; }
+    /// True when the earliest appointment is due at timeUs, and had been made when lastNumber() was last.
+    bool isDue(qint64 timeUs, quint64 last) const;
     /// Takes the earliest appointment and carries it out; there must be one.
     void runEarliest();
 
