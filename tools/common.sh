@@ -16,7 +16,7 @@ build_packages=(
     cmake ninja-build g++ pkg-config
     qtbase5-dev qtdeclarative5-dev qttools5-dev-tools
     qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-templates2
-    fonts-roboto-unhinted libedit-dev nlohmann-json3-dev libgpiod-dev
+    fonts-roboto-unhinted libedit-dev nlohmann-json3-dev libudev-dev
 )
 
 # What the tests need besides: nm, a reader of ELF files, a VCD reader of other people, a display that nobody sees, and
@@ -26,8 +26,8 @@ test_packages=(
     qml-module-qttest qtdeclarative5-dev-tools
 )
 
-# What builds the kernel of the kernel tests, and the GPIO tools that these are compared with.
-kernel_packages=(linux-source-6.1 make gcc bc bison flex xz-utils gpiod)
+# What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.
+kernel_packages=(linux-source make gcc bc bison flex xz-utils gpiod udev)
 
 # What the benchmarks need: the library that times them, a plugin of Qt to compare with, the counters of instructions and
 # of system calls, and what draws the picture.

@@ -188,12 +188,20 @@ private Q_SLOTS:
         const Mistakes row(c_chips);
         row("unknown entry", "'bias'", "'pull'",
             "device.lines[1].pull: unknown entry, expected one of: name, chip, line, direction, activeLow, "
-            "bias, drive, level, debounceUs, kind");
+            "bias, drive, level, onReturn, debounceUs, clock, kind");
         row("entry of the simulated board", "'lines'", "'wires': [], 'lines'",
             "device.wires: unknown entry, expected one of: type, lines");
         row("no lines", "'lines'", "'lines': [], 'type2'", "device.lines: expected at least one line");
-        row("line without a chip", "'chip': 'no-such-chip', 'line': 3,", "",
-            "device.lines[0].chip: expected a text, found nothing");
+        row("offset without a chip", "'chip': 'no-such-chip', 'line': 3,", "'line': 3,",
+            "device.lines[0].chip: expected the chip of line 3");
+        row("return", "'direction': 'out'", "'direction': 'out', 'onReturn': 'off'",
+            "device.lines[0].onReturn: expected one of 'configured', 'restore', 'leave', found 'off'");
+        row("return of an input", "'bias': 'pull-up'", "'onReturn': 'leave'",
+            "device.lines[1].onReturn: expected on an output only");
+        row("clock", "'bias': 'pull-up'", "'clock': 'tai'",
+            "device.lines[1].clock: expected one of 'monotonic', 'realtime', 'hte', found 'tai'");
+        row("clock of an output", "'direction': 'out'", "'direction': 'out', 'clock': 'realtime'",
+            "device.lines[0].clock: expected on an input only");
         row("name twice", "'name': 'button'", "'name': 'lamp'",
             "device.lines[1].name: expected a name of its own, 'lamp' is taken");
         row("line twice", "'line': 'GPIO4'", "'line': 3",

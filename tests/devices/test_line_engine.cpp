@@ -22,7 +22,7 @@ public:
         for (int line = 0; line < lines().size(); ++line) {
             setLevel(line, 0, scheduler()->now());
         }
-        setConnected();
+        setConnected(scheduler()->now());
     }
 
     using LineEngine::setLevel;

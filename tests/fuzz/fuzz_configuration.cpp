@@ -147,7 +147,10 @@ void workWithoutChips(const BenchConfiguration& configuration, const GpioChipSet
 {
     constexpr int longestDebounceUs = 1000000;
     for (const GpioChipSetup::Line& line : setup.lines) {
-        require(!line.name.isEmpty() && !line.chip.isEmpty() && !line.line.isEmpty(), "a line can be found");
+        bool isOffset = false;
+        line.line.toInt(&isOffset);
+        require(!line.name.isEmpty() && !line.line.isEmpty(), "a line can be found");
+        require(!isOffset || !line.chip.isEmpty(), "an offset is one of a chip");
         require(line.settings.debounceUs >= 0 && line.settings.debounceUs <= longestDebounceUs,
                 "a debounce time stays in its range");
     }

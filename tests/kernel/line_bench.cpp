@@ -4,7 +4,6 @@
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QTemporaryFile>
-#include <QTimer>
 
 #include <stdexcept>
 
@@ -15,7 +14,9 @@ QJsonObject line(const QString& name, const QString& chip, const QJsonValue& lin
 {
     QJsonObject entry = more;
     entry["name"_s] = name;
-    entry["chip"_s] = chip;
+    if (!chip.isEmpty()) {
+        entry["chip"_s] = chip;
+    }
     entry["line"_s] = line;
     entry["direction"_s] = QLatin1String(direction);
     return entry;
@@ -95,7 +96,6 @@ Outcome LineBench::run(const QString& command, const QVariantMap& arguments)
     QEventLoop loop;
     DOrder order(tool(), command, arguments);
     QObject::connect(&order, &DOrder::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
     order.start();
     if (order.state() != DOrder::State::Finished) {
         loop.exec();

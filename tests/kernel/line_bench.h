@@ -7,6 +7,8 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+Q_DECLARE_METATYPE(DevicePlace)
+
 /// What became of an order.
 struct Outcome
 {

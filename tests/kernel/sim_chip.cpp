@@ -23,9 +23,13 @@ void writeFile(const QString& name, const QByteArray& text)
     }
 }
 
+namespace {
+int numberOfChips = 0;
+}
+
 SimChip::SimChip(const QString& label, int lineCount, const QStringList& names)
     : m_label(label)
-    , m_folder("/sys/kernel/config/gpio-sim/"_s + label)
+    , m_folder("/sys/kernel/config/gpio-sim/%1-%2"_s.arg(label).arg(++numberOfChips))
     , m_lineCount(lineCount)
     , m_names(names)
 {
@@ -63,6 +67,7 @@ void SimChip::plugIn()
 
 void SimChip::unplug()
 {
+    m_pulls.clear();
     writeFile(m_folder + "/live"_s, "0");
 }
 
@@ -78,7 +83,15 @@ QString SimChip::lineFile(int line, const char* name) const
 
 void SimChip::pull(int line, int level) const
 {
-    writeFile(lineFile(line, "pull"), level != 0 ? "pull-up" : "pull-down");
+    std::unique_ptr<QFile>& file = m_pulls[line];
+    if (file == nullptr) {
+        file = std::make_unique<QFile>(lineFile(line, "pull"));
+        file->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+    const QByteArray text = level != 0 ? "pull-up" : "pull-down";
+    if (!file->seek(0) || file->write(text) != text.size()) {
+        throw std::runtime_error((file->fileName() + " cannot be written"_s).toStdString());
+    }
 }
 
 QByteArray SimChip::pullOf(int line) const

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <QStringList>
+
+#include <map>
+#include <memory>
 
 /// A simulated GPIO chip of the kernel, and the far side of its lines.
 class SimChip
 {
 public:
-    /// Plugs in a chip with lines of these names (or without names).
+    /// Plugs in a chip with lines of these names (or without names). Several chips may have one label.
     SimChip(const QString& label, int lineCount, const QStringList& names = QStringList());
     ~SimChip();
     Q_DISABLE_COPY(SimChip)
@@ -37,6 +41,7 @@ private:
     int m_lineCount;
     QStringList m_names;
     QString m_lines;
+    mutable std::map<int, std::unique_ptr<QFile>> m_pulls; ///< by their lines, once they were pulled
 };
 
 QByteArray readFile(const QString& file);

@@ -18,12 +18,18 @@ private Q_SLOTS:
     void anInputFollowsTheFarSide();
     void activeLowTurnsLevelsRound();
     void biasReachesTheLine();
+    void everySettingReachesTheKernel_data();
+    void everySettingReachesTheKernel();
     void anOutputStartsAtItsLevel();
     void switchingInvertsAnOutput();
     void aChipIsFoundByFileNameAndLabel();
     void aLineIsFoundByItsName();
+    void aLineIsFoundByItsNameAlone();
+    void aLineThatIsThereTwiceIsTold();
     void twoChipsWorkAtOnce();
     void sixtyFourLinesAreOneNumber();
+    void linesBeyondOneRequestWorkAsWell_data();
+    void linesBeyondOneRequestWorkAsWell();
     void linesAreFreeAfterwards();
     void initDrivesNothing();
     void aTraceHoldsTheKernelsTimes();
@@ -78,6 +84,51 @@ void TestLevels::biasReachesTheLine()
     QCOMPARE(bench.get("down"_s).results.value("value"_s).toInt(), 0);
 }
 
+void TestLevels::everySettingReachesTheKernel_data()
+{
+    QTest::addColumn<bool>("isOutput");
+    QTest::addColumn<QJsonObject>("settings");
+    QTest::addColumn<QStringList>("flags");
+    const auto row = [](const char* name, bool isOutput, const QJsonObject& settings,
+                        const QStringList& flags) { QTest::newRow(name) << isOutput << settings << flags; };
+    const QJsonObject up = {{"bias"_s, "pull-up"_s}};
+    const QJsonObject down = {{"bias"_s, "pull-down"_s}};
+    const QJsonObject none = {{"bias"_s, "none"_s}};
+    const QJsonObject low = {{"activeLow"_s, true}};
+    row("input as it is", false, {}, {});
+    row("input pulled up", false, up, {"pull-up"_s});
+    row("input pulled down", false, down, {"pull-down"_s});
+    row("input without bias", false, none, {"no-bias"_s});
+    row("input active low", false, low, {"active-low"_s});
+    row("input debounced", false, {{"debounceUs"_s, 1500}}, {"debounce=1500us"_s});
+    row("input on the wall clock", false, {{"clock"_s, "realtime"_s}}, {"clock-realtime"_s});
+    row("output as it is", true, {}, {});
+    row("output pulled up", true, up, {"pull-up"_s});
+    row("output pulled down", true, down, {"pull-down"_s});
+    row("output without bias", true, none, {"no-bias"_s});
+    row("output active low", true, low, {"active-low"_s});
+    row("output with an open drain", true, {{"drive"_s, "open-drain"_s}}, {"open-drain"_s});
+    row("output with an open source", true, {{"drive"_s, "open-source"_s}}, {"open-source"_s});
+}
+
+void TestLevels::everySettingReachesTheKernel()
+{
+    QFETCH(bool, isOutput);
+    QFETCH(QJsonObject, settings);
+    QFETCH(QStringList, flags);
+    const SimChip chip("levels"_s, 4);
+    // The line stands between two plain ones: what is special about it is its own.
+    const LineBench bench(
+        {input("before"_s, chip.name(), 0),
+         isOutput ? output("line"_s, chip.name(), 1, settings) : input("line"_s, chip.name(), 1, settings),
+         output("after"_s, chip.name(), 2)});
+    int error = 0;
+    const auto kernel = GpioChip::open("/dev/"_s + chip.name(), &error);
+    QCOMPARE(kernel->line(1)->flags, flags);
+    QCOMPARE(kernel->line(1)->output, isOutput);
+    QCOMPARE(kernel->line(0)->flags + kernel->line(2)->flags, QStringList());
+}
+
 void TestLevels::anOutputStartsAtItsLevel()
 {
     const SimChip chip("levels"_s, 8);
@@ -119,6 +170,33 @@ void TestLevels::aLineIsFoundByItsName()
     QCOMPARE(chip.level(0), 0);
 }
 
+void TestLevels::aLineIsFoundByItsNameAlone()
+{
+    const SimChip other("others"_s, 4, {"FIRST"_s});
+    const SimChip chip("levels"_s, 4, {"SECOND"_s, "THIRD"_s});
+    LineBench bench({output("THIRD"_s, QString(), "THIRD"_s)});
+    QVERIFY(bench.set("THIRD"_s, "ON"_s).success);
+    QCOMPARE(chip.level(1), 1);
+}
+
+void TestLevels::aLineThatIsThereTwiceIsTold()
+{
+    const SimChip one("twin"_s, 4, {"FIRST"_s, "SECOND"_s});
+    const SimChip two("twin"_s, 4, {"SECOND"_s});
+    const QString told =
+        "line \"lamp\": there is more than one \"%1\": line %2 of %3, line %4 of %5; \"chip\" and "
+        "\"line\" tell which is meant, by the name of the chip and the offset"_s;
+    QCOMPARE(LineBench({output("lamp"_s, QString(), "SECOND"_s)}).device().connectionProblem(),
+             told.arg("SECOND"_s, "1"_s, one.name(), "0"_s, two.name()));
+    QCOMPARE(LineBench({output("lamp"_s, "twin"_s, 3)}).device().connectionProblem(),
+             told.arg("3"_s, "3"_s, one.name(), "3"_s, two.name()));
+    QVERIFY(LineBench({output("lamp"_s, one.name(), "SECOND"_s)}).device().isConnected());
+    QCOMPARE(LineBench({output("a"_s, one.name(), 1), output("b"_s, one.name(), "SECOND"_s)})
+                 .device()
+                 .connectionProblem(),
+             "line \"b\": line 1 of %1 is \"a\" already; expected another"_s.arg(one.name()));
+}
+
 void TestLevels::twoChipsWorkAtOnce()
 {
     const SimChip first("one"_s, 8);
@@ -148,6 +226,35 @@ void TestLevels::sixtyFourLinesAreOneNumber()
         QTRY_COMPARE(listening.lastValue().toULongLong(), expected);
     }
     QCOMPARE(listening.events().size(), 6);
+}
+
+void TestLevels::linesBeyondOneRequestWorkAsWell_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("differ");
+    QTest::newRow("more lines than a request holds") << 65 << false;
+    QTest::newRow("more differences than a request holds") << 24 << true;
+}
+
+void TestLevels::linesBeyondOneRequestWorkAsWell()
+{
+    QFETCH(int, count);
+    QFETCH(bool, differ);
+    const SimChip chip("wide"_s, 2 * count);
+    QVector<QJsonObject> lines;
+    for (int line = 0; line < count; ++line) {
+        const QJsonObject debounced = {{"debounceUs"_s, line + 1}};
+        lines.append(input("in%1"_s.arg(line), chip.name(), line, differ ? debounced : QJsonObject()));
+        lines.append(output("out%1"_s.arg(line), chip.name(), count + line));
+    }
+    LineBench bench(lines);
+    QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem()));
+    for (const int line : {0, count / 2, count - 1}) {
+        chip.pull(line, 1);
+        QTRY_COMPARE(bench.device().level(2 * line).level, 1);
+        QVERIFY(bench.set("out%1"_s.arg(line), "ON"_s).success);
+        QCOMPARE(chip.level(count + line), 1);
+    }
 }
 
 void TestLevels::linesAreFreeAfterwards()

@@ -13,6 +13,7 @@ class TestPanel : public QObject
 
 private Q_SLOTS:
     void aClickOnThePageTogglesTheKernelLine();
+    void aChipThatGoesWhileThePageRefreshesIsShownAgain();
 };
 
 void TestPanel::aClickOnThePageTogglesTheKernelLine()
@@ -30,6 +31,29 @@ void TestPanel::aClickOnThePageTogglesTheKernelLine()
         QTRY_COMPARE(chip.level(2), level);
         QTRY_COMPARE(box->property("checked").toBool(), level == 1);
         QVERIFY(page.settle());
+    }
+}
+
+void TestPanel::aChipThatGoesWhileThePageRefreshesIsShownAgain()
+{
+    SimChip chip("panel"_s, 4);
+    LineBench bench({output("lamp"_s, "panel"_s, 2), input("button"_s, "panel"_s, 1)});
+    PanelFixture page(*bench.tool());
+    QVERIFY(page.settle());
+    page.setLive(true);
+    QQuickItem* box = page.part("lamp"_s, ".idIndicator.idDigitalOutput"_s);
+    QVERIFY(box != nullptr);
+    page.click(box);
+    QTRY_VERIFY(box->property("checked").toBool());
+    for (int time = 0; time < 3; ++time) {
+        chip.unplug();
+        QTRY_VERIFY(!bench.device().isConnected());
+        chip.plugIn();
+        QTRY_VERIFY(bench.device().isConnected());
+        QTRY_VERIFY(!box->property("checked").toBool());
+        page.click(box);
+        QTRY_COMPARE(chip.level(2), 1);
+        QTRY_VERIFY(box->property("checked").toBool());
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <chrono>
+#include <csignal>
 #include <thread>
 
 namespace {
@@ -34,6 +35,8 @@ private Q_SLOTS:
     void edgesAreThoseThatGpiomonReports();
     void discoveryShowsChipsLinesAndConsumers();
     void theConfigurationForAChipRuns();
+    void theWatchTellsWhatComesGoesIsTakenAndReleased();
+    void theWatchTellsLinesThatAreTakenAllAtOnce();
 };
 
 void TestTools::levelsAreThoseThatGpiogetReads()
@@ -115,6 +118,60 @@ void TestTools::theConfigurationForAChipRuns()
         {"--json"_s, "--config"_s, temporaryFile(found.output), "run"_s, "getValue"_s, "channel=BETA"_s});
     QVERIFY2(run.status == 0, run.errors.constData());
     QCOMPARE(run.json().value(0).value("results"_s).toObject().value("value"_s).toInt(), 1);
+}
+
+void TestTools::theWatchTellsWhatComesGoesIsTakenAndReleased()
+{
+    const SimChip chip("found"_s, 3, {"ALPHA"_s, "BETA"_s});
+    BenchProcess watch({"--json"_s, "discover"_s, "--watch"_s});
+    QVERIFY(watch.waitForOutput("ALPHA"));
+    QVERIFY(watch.waitUntilCaught(SIGINT));
+    {
+        LineBench holder({output("lamp"_s, chip.name(), "BETA"_s, {{"drive"_s, "open-drain"_s}})});
+        QVERIFY(watch.waitForOutput("taken"));
+    }
+    QVERIFY(watch.waitForOutput("released"));
+    {
+        const SimChip other("other"_s, 2);
+        QVERIFY(watch.waitForOutput("came"));
+    }
+    QVERIFY(watch.waitForOutput("gone"));
+    watch.send(SIGINT);
+    const BenchRun run = watch.end();
+    QCOMPARE(run.status, 0);
+    QStringList told;
+    for (const QJsonObject& line : run.json().mid(1)) {
+        QVERIFY(QDateTime::fromString(line.value("time"_s).toString(), Qt::ISODateWithMs).isValid());
+        told.append("%1 %2 %3"_s.arg(line.value("event"_s).toString(), line.value("name"_s).toString(),
+                                     line.value("consumer"_s).toString() + line.value("label"_s).toString()));
+    }
+    QCOMPARE(told, QStringList({"taken BETA appvantor"_s, "released BETA appvantor"_s, "came  other"_s,
+                                "gone  other"_s}));
+}
+
+void TestTools::theWatchTellsLinesThatAreTakenAllAtOnce()
+{
+    constexpr int lines = 60;
+    const SimChip chip("wide"_s, lines);
+    BenchProcess watch({"discover"_s, "--watch"_s});
+    QVERIFY(watch.waitForOutput("\n    59 "));
+    QVERIFY(watch.waitUntilCaught(SIGINT));
+    QVERIFY(kill(static_cast<pid_t>(watch.process().processId()), SIGSTOP) == 0);
+    QVERIFY(watch.waitUntilStopped());
+    QVector<QJsonObject> all;
+    for (int line = 0; line < lines; ++line) {
+        all.append(input("in%1"_s.arg(line), chip.name(), line));
+    }
+    const LineBench holder(all);
+    QVERIFY(kill(static_cast<pid_t>(watch.process().processId()), SIGCONT) == 0);
+    for (const int line : {0, lines - 1}) {
+        QVERIFY(watch.waitForOutput(
+            "line %1 of %2 by \"appvantor\": taken"_s.arg(line).arg(chip.name()).toUtf8()));
+    }
+    watch.send(SIGTERM);
+    const BenchRun run = watch.end();
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.output.count(": taken\n"), lines);
 }
 
 QTEST_GUILESS_MAIN(TestTools)

@@ -1,17 +1,20 @@
 #include "discover.h"
 
+#include "discover_watch.h"
+
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
+#include <process/unix_signals.h>
 
 #include <devices/gpio_chip.h>
 #include <devices/gpio_messages.h>
 
-#include <QFileInfo>
+#include <QEventLoop>
 #include <QSet>
+#include <QTimer>
 #include <QUuid>
 
 #include <algorithm>
-#include <cerrno>
 #include <vector>
 
 namespace {
@@ -45,10 +48,8 @@ std::vector<Chip> chipsOfThisMachine()
         const std::unique_ptr<GpioChip> chip = GpioChip::open(file, &error);
         if (chip != nullptr) {
             chips.push_back(describe(file, *chip));
-        } else if (error == EACCES || error == EPERM) {
-            diagnostic(GpioMessages::permissionDenied(file, QFileInfo(file).group()));
         } else {
-            diagnostic(GpioMessages::chipFailed(file, error));
+            diagnostic(GpioMessages::chipRefused(file, error));
         }
     }
     if (files.isEmpty()) {
@@ -166,12 +167,29 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
     return ExitSuccess;
 }
 
+/// Tells what changes until a signal, the end of the time, or that of the reader.
+void watchChips(const Options& options, Output* output)
+{
+    constexpr double msPerSecond = 1000.0;
+    UnixSignals unixSignals;
+    QEventLoop loop;
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
+    QObject::connect(output, &Output::failed, &loop, &QEventLoop::quit);
+    if (options.seconds) {
+        QTimer::singleShot(static_cast<int>(*options.seconds * msPerSecond), Qt::PreciseTimer, &loop,
+                           &QEventLoop::quit);
+    }
+    loop.exec();
+}
+
 } // namespace
 
 int discover(const Options& options, Output* output)
 {
+    const std::unique_ptr<DiscoverWatch> watch =
+        options.watch ? std::make_unique<DiscoverWatch>(output) : nullptr;
     const std::vector<Chip> chips = chipsOfThisMachine();
-    if (chips.empty()) {
+    if (chips.empty() && watch == nullptr) {
         return ExitDeviceUnreachable;
     }
     if (!options.configurationFor.isEmpty()) {
@@ -179,6 +197,9 @@ int discover(const Options& options, Output* output)
     }
     for (const Chip& chip : chips) {
         write(chip, output);
+    }
+    if (watch != nullptr) {
+        watchChips(options, output);
     }
     return ExitSuccess;
 }

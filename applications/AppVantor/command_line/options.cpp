@@ -65,7 +65,7 @@ const std::vector<SubcommandHelp>& subcommands()
          QString(),
          QStringLiteral("the GPIO chips of this machine and their lines"),
          QString(),
-         {QStringLiteral("config-for")}},
+         {QStringLiteral("config-for"), QStringLiteral("watch"), QStringLiteral("for")}},
         {Subcommand::Panel, QStringLiteral("panel"), QString(),
          QStringLiteral("the plugin's maintenance page alone"), QString(), pictureOptions},
     };
@@ -107,6 +107,8 @@ std::vector<QCommandLineOption> subcommandOptions()
         {QStringLiteral("config-for"),
          QStringLiteral("Write a configuration of the free lines of CHIP (its file, name or label) instead."),
          QStringLiteral("CHIP")},
+        {QStringLiteral("watch"),
+         QStringLiteral("Go on to tell which chips come and go, and which lines are taken and released.")},
         {QStringLiteral("echo"), QStringLiteral("Write each line before it is carried out.")},
         {QStringLiteral("screenshot"), QStringLiteral("Write a picture to FILE and end; needs no display."),
          QStringLiteral("FILE.png")},
@@ -249,6 +251,7 @@ QString readValues(const QCommandLineParser& parser, Options* options)
     options->realtime = isGiven("realtime");
     options->configurationFor =
         isGiven("config-for") ? parser.value(QStringLiteral("config-for")) : QString();
+    options->watch = isGiven("watch");
     options->echo = isGiven("echo");
     options->orders = isGiven("orders") ? parser.value(QStringLiteral("orders")) : QString();
     options->screenshot = isGiven("screenshot") ? parser.value(QStringLiteral("screenshot")) : QString();

@@ -30,9 +30,10 @@ struct Options
     /// The words after the subcommand.
     QStringList words;
 
-    std::optional<double> seconds; ///< of run, window and panel
+    std::optional<double> seconds; ///< of run, discover, window and panel
     std::optional<int> count;      ///< of run
     QString configurationFor;      ///< of discover: file, name or label of a chip
+    bool watch = false;            ///< of discover
     bool echo = false;             ///< of shell
     QString orders;                ///< of window: a file of lines that are carried out beside it
     QString screenshot;            ///< of window and panel

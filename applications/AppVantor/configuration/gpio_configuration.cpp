@@ -49,11 +49,15 @@ Settings readSettings(const ConfigObject& entry)
         QStringLiteral("drive"),
         {QStringLiteral("push-pull"), QStringLiteral("open-drain"), QStringLiteral("open-source")}, 0));
     settings.level = entry.numberOr(QStringLiteral("level"), 0, 1, 0);
+    settings.clock = static_cast<Settings::Clock>(
+        entry.choiceOr(QStringLiteral("clock"),
+                       {QStringLiteral("monotonic"), QStringLiteral("realtime"), QStringLiteral("hte")}, 0));
     settings.debounceUs = entry.numberOr(QStringLiteral("debounceUs"), 0, longestDebounceUs, 0);
     if (settings.output) {
-        refuse(entry, {QStringLiteral("debounceUs")}, QStringLiteral("an input"));
+        refuse(entry, {QStringLiteral("debounceUs"), QStringLiteral("clock")}, QStringLiteral("an input"));
     } else {
-        refuse(entry, {QStringLiteral("drive"), QStringLiteral("level")}, QStringLiteral("an output"));
+        refuse(entry, {QStringLiteral("drive"), QStringLiteral("level"), QStringLiteral("onReturn")},
+               QStringLiteral("an output"));
     }
     return settings;
 }
@@ -63,12 +67,22 @@ GpioChipSetup::Line readLine(const ConfigObject& entry)
     const QString kind = QStringLiteral("kind");
     entry.allowOnly({QStringLiteral("name"), QStringLiteral("chip"), lineKey(), QStringLiteral("direction"),
                      QStringLiteral("activeLow"), QStringLiteral("bias"), QStringLiteral("drive"),
-                     QStringLiteral("level"), QStringLiteral("debounceUs"), kind});
+                     QStringLiteral("level"), QStringLiteral("onReturn"), QStringLiteral("debounceUs"),
+                     QStringLiteral("clock"), kind});
     GpioChipSetup::Line line;
     line.name = entry.text(QStringLiteral("name"));
-    line.chip = entry.text(QStringLiteral("chip"));
+    line.chip = entry.textOr(QStringLiteral("chip"), QString());
     line.line = readLineKey(entry, line.name);
+    bool isOffset = false;
+    line.line.toInt(&isOffset);
+    if (line.chip.isEmpty() && isOffset) {
+        entry.addProblem(QStringLiteral("chip"),
+                         QStringLiteral("expected the chip of line %1").arg(line.line));
+    }
     line.settings = readSettings(entry);
+    line.onReturn = static_cast<GpioChipSetup::OnReturn>(entry.choiceOr(
+        QStringLiteral("onReturn"),
+        {QStringLiteral("configured"), QStringLiteral("restore"), QStringLiteral("leave")}, 0));
     if (entry.json().value(kind).toString() == QLatin1String("analog")) {
         entry.addProblem(
             kind,

@@ -1,65 +1,22 @@
 #include <devices/gpio_chip_device.h>
 
-#include "gpio_input.h"
+#include "gpio_lookup.h"
+#include "held_lines.h"
 
 #include <devices/gpio_messages.h>
 
-#include <QFileInfo>
-#include <QSocketNotifier>
-
 #include <algorithm>
 #include <cerrno>
-#include <poll.h>
-#include <sys/stat.h>
 
 namespace {
-
-constexpr qint64 c_nsPerUs = 1000;
-/// What tells a file from a later one of the same name.
-using FileMark = std::pair<quint64, quint64>;
-
-FileMark markOf(const QString& file)
-{
-    struct stat status = {};
-    if (stat(QFile::encodeName(file).constData(), &status) != 0) {
-        return {};
-    }
-    return {status.st_ino, status.st_rdev};
+constexpr qint64 c_retryUs = 500000;
 }
 
-/// A line by its offset, or by the kernel's name of it.
-std::optional<int> offsetOf(const GpioChip& chip, const QString& wanted)
+/// Lines of one chip that are wanted.
+struct GpioChipDevice::Group
 {
-    bool isNumber = false;
-    const int number = wanted.toInt(&isNumber);
-    if (isNumber) {
-        return number >= 0 && number < chip.lineCount() ? std::optional<int>(number) : std::nullopt;
-    }
-    for (int offset = 0; offset < chip.lineCount(); ++offset) {
-        const std::optional<GpioLineInfo> info = chip.line(offset);
-        if (info && info->name == wanted) {
-            return offset;
-        }
-    }
-    return std::nullopt;
-}
-
-} // namespace
-
-struct GpioChipDevice::HeldChip
-{
-    QString file;
-    FileMark mark;
-    std::unique_ptr<GpioChip> chip;
-};
-
-struct GpioChipDevice::HeldLine
-{
-    QString text;
-    QString chip;
-    std::unique_ptr<GpioOutput> output;
-    std::unique_ptr<GpioInput> input;
-    std::unique_ptr<QSocketNotifier> notifier;
+    std::shared_ptr<GpioChip> chip;
+    QVector<HeldLines::Line> lines;
 };
 
 QVector<DLine> GpioChipDevice::linesOf(const GpioChipSetup& setup)
@@ -75,171 +32,250 @@ QVector<DLine> GpioChipDevice::linesOf(const GpioChipSetup& setup)
 GpioChipDevice::GpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler, LineListener* listener)
     : LineEngine(linesOf(setup), scheduler, listener)
     , m_setup(setup)
+    , m_places(setup.lines.size())
 {}
 
-GpioChipDevice::~GpioChipDevice() = default;
+GpioChipDevice::~GpioChipDevice()
+{
+    awaitRelease(nullptr);
+}
 
 void GpioChipDevice::open()
 {
-    m_watcher = std::make_unique<QFileSystemWatcher>(QStringList{QStringLiteral("/dev")});
-    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, &GpioChipDevice::lookForChips);
+    m_returning = false;
+    m_toldMissing = false;
+    m_presence = std::make_unique<GpioPresence>();
+    connect(m_presence.get(), &GpioPresence::changed, this, &GpioChipDevice::lookForChips);
     connectLines();
 }
 
 void GpioChipDevice::close()
 {
-    m_watcher.reset();
-    releaseAll();
+    m_presence.reset();
+    awaitRelease(nullptr);
+    release([](const HeldLines&) { return true; });
     LineEngine::close();
 }
 
-/// Finds the chip that a line asks for among those that are open, or opens it.
-GpioChipDevice::HeldChip* GpioChipDevice::chipFor(const GpioChipSetup::Line& line, QString* problem)
+QString GpioChipDevice::textOf(int line) const
 {
-    const QStringList files = GpioChip::files();
-    const QString named =
-        line.chip.contains(QLatin1Char('/')) ? line.chip : QStringLiteral("/dev/") + line.chip;
-    const bool isFile = named == line.chip || files.contains(named);
-    const QStringList candidates = isFile ? QStringList{named} : files;
-    m_chipMissing = false;
-    for (const QString& file : candidates) {
-        const auto open = std::find_if(m_chips.cbegin(), m_chips.cend(),
-                                       [&file](const auto& chip) { return chip->file == file; });
-        HeldChip* chip = open != m_chips.cend() ? open->get() : openChip(file, problem);
-        if (chip != nullptr && (isFile || chip->chip->label() == line.chip)) {
-            return chip;
+    const Place& place = m_places.at(line);
+    return GpioMessages::lineText(lines().at(line).name, place.lines->lines().at(place.position).wish.offset,
+                                  place.lines->chip().name());
+}
+
+/// How a line is requested now.
+GpioLineSettings GpioChipDevice::settingsOf(int line) const
+{
+    const GpioChipSetup::Line& configured = m_setup.lines.at(line);
+    GpioLineSettings settings = configured.settings;
+    if (m_returning && configured.onReturn == GpioChipSetup::OnReturn::Restore) {
+        settings.level = level(line);
+    } else if (m_returning && configured.onReturn == GpioChipSetup::OnReturn::Leave) {
+        settings.level.reset();
+    }
+    return settings;
+}
+
+/// Finds the lines that are not held, those of each chip together.
+std::vector<GpioChipDevice::Group> GpioChipDevice::findLines(GpioLookup* lookup, QString* problem) const
+{
+    std::vector<Group> groups;
+    for (int line = 0; line < m_setup.lines.size(); ++line) {
+        if (m_places.at(line).lines != nullptr) {
+            continue;
         }
+        const GpioChipSetup::Line& wanted = m_setup.lines.at(line);
+        const GpioLookup::Place place = lookup->find(wanted.name, wanted.chip, wanted.line, problem);
+        if (place.chip == nullptr) {
+            return {};
+        }
+        auto group = std::find_if(groups.begin(), groups.end(),
+                                  [&place](const Group& one) { return one.chip == place.chip; });
+        if (group == groups.end()) {
+            group = groups.insert(group, {place.chip, {}});
+        }
+        for (const HeldLines::Line& other : qAsConst(group->lines)) {
+            if (other.wish.offset == place.offset) {
+                *problem = GpioMessages::sameLine(wanted.name, lines().at(other.number).name,
+                                                  GpioMessages::placeText(place.offset, place.chip->name()));
+                return {};
+            }
+        }
+        group->lines.append({line, {place.offset, settingsOf(line)}});
     }
-    if (problem->isEmpty()) {
-        m_chipMissing = true;
-        *problem = QStringLiteral("line \"%1\": %2").arg(line.name, GpioMessages::noSuchChip(line.chip));
-    }
-    return nullptr;
+    return groups;
 }
 
-/// Null when the file cannot be opened; without a problem when there is no such chip.
-GpioChipDevice::HeldChip* GpioChipDevice::openChip(const QString& file, QString* problem)
+/// Requests the lines of a chip, all or none. Returns an empty text, or why they cannot be had.
+QString GpioChipDevice::hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held)
 {
-    int error = 0;
-    const FileMark mark = markOf(file);
-    std::unique_ptr<GpioChip> chip = GpioChip::open(file, &error);
-    if (chip != nullptr) {
-        m_chips.push_back(std::make_unique<HeldChip>(HeldChip{file, mark, std::move(chip)}));
-        return m_chips.back().get();
+    Group left = group;
+    while (!left.lines.isEmpty()) {
+        QVector<GpioWish> wishes;
+        for (const HeldLines::Line& line : qAsConst(left.lines)) {
+            wishes.append(line.wish);
+        }
+        int error = 0;
+        std::unique_ptr<GpioRequest> request = group.chip->request(wishes, &error);
+        if (request == nullptr) {
+            return error == ENODEV ? GpioMessages::chipGone(group.chip->name()) : whyRefused(left, error);
+        }
+        const int count = request->lineCount();
+        held->push_back(std::make_unique<HeldLines>(group.chip, std::move(request), left.lines.mid(0, count),
+                                                    scheduler()));
+        left.lines = left.lines.mid(count);
     }
-    if (error == EACCES || error == EPERM) {
-        *problem = GpioMessages::permissionDenied(file, QFileInfo(file).group());
-    } else if (error != ENOENT && error != ENODEV && error != ENXIO) {
-        *problem = GpioMessages::chipFailed(file, error);
-    }
-    return nullptr;
-}
-
-/// Requests a line and takes its level. Returns an empty text, or why it cannot be had.
-QString GpioChipDevice::hold(int line)
-{
-    const GpioChipSetup::Line& wanted = m_setup.lines.at(line);
-    QString problem;
-    const HeldChip* chip = chipFor(wanted, &problem);
-    if (chip == nullptr) {
-        return problem;
-    }
-    const std::optional<int> offset = offsetOf(*chip->chip, wanted.line);
-    if (!offset) {
-        return GpioMessages::noSuchLine(wanted.name, chip->chip->name(), wanted.line);
-    }
-    HeldLine held;
-    held.chip = chip->chip->name();
-    held.text = GpioMessages::lineText(wanted.name, *offset, held.chip);
-    int error = 0;
-    int level = wanted.settings.level;
-    if (wanted.settings.output) {
-        held.output = chip->chip->requestOutput(*offset, wanted.settings, &error);
-    } else {
-        held.input = GpioInput::request(chip->file, *offset, wanted.settings, &error);
-        level = held.input != nullptr ? held.input->level() : 0;
-        error = level < 0 ? errno : error;
-    }
-    if (error == EBUSY) {
-        const std::optional<GpioLineInfo> info = chip->chip->line(*offset);
-        return GpioMessages::lineBusy(held.text, info ? info->consumer : QString());
-    }
-    if (error != 0) {
-        return GpioMessages::lineRefused(held.text, wanted.settings.output, error);
-    }
-    if (held.input != nullptr) {
-        held.notifier = std::make_unique<QSocketNotifier>(held.input->descriptor(), QSocketNotifier::Read);
-        connect(held.notifier.get(), &QSocketNotifier::activated, this, &GpioChipDevice::readInputs);
-    }
-    m_held.push_back(std::move(held));
-    setLevel(line, level, scheduler()->now());
     return QString();
+}
+
+/// The kernel does not tell which one of the lines it refuses: the first that it refuses alone.
+QString GpioChipDevice::whyRefused(const Group& group, int error)
+{
+    const auto& [chip, refused] = group;
+    const auto culprit = std::find_if(
+        refused.cbegin(), refused.cend(), [chip = chip.get(), &error](const HeldLines::Line& line) {
+            int errorAlone = 0;
+            const bool isRefused = chip->request({line.wish}, &errorAlone) == nullptr;
+            error = isRefused ? errorAlone : error;
+            return isRefused;
+        });
+    const HeldLines::Line& line = culprit != refused.cend() ? *culprit : refused.constFirst();
+    const QString text = GpioMessages::lineText(lines().at(line.number).name, line.wish.offset, chip->name());
+    if (error != EBUSY) {
+        return GpioMessages::lineRefused(text, line.wish.settings.output, error);
+    }
+    const std::optional<GpioLineInfo> info = chip->watchLine(line.wish.offset);
+    awaitRelease(chip);
+    if (culprit == refused.cend() || (info && !info->used)) { // it was let go meanwhile
+        m_retry = scheduler()->at(scheduler()->now() + c_retryUs, [this] { lookForChips(); });
+    }
+    return GpioMessages::lineBusy(text, info ? info->consumer : QString());
+}
+
+/// Tries again when a watched line of chip is let go; without a chip no more.
+void GpioChipDevice::awaitRelease(const std::shared_ptr<GpioChip>& chip)
+{
+    scheduler()->cancel(m_retry);
+    m_awaited.reset();
+    m_awaitedChip = chip;
+    if (chip != nullptr) {
+        m_awaited = std::make_unique<QSocketNotifier>(chip->descriptor(), QSocketNotifier::Read);
+        connect(m_awaited.get(), &QSocketNotifier::activated, this, &GpioChipDevice::lookForChipsSoon);
+    }
 }
 
 void GpioChipDevice::connectLines()
 {
+    awaitRelease(nullptr);
     QString problem;
-    for (int line = 0; line < m_setup.lines.size() && problem.isEmpty(); ++line) {
-        problem = hold(line);
+    GpioLookup lookup;
+    std::vector<std::unique_ptr<HeldLines>> fresh;
+    for (const Group& group : findLines(&lookup, &problem)) {
+        problem = hold(group, &fresh);
+        if (!problem.isEmpty()) {
+            break;
+        }
     }
     if (problem.isEmpty()) {
-        setConnected();
-        return;
-    }
-    releaseAll();
-    const bool stillAway = m_chipMissing && state() == DDevice::State::Unreachable;
-    if (!stillAway) { // else its loss has been told already
+        for (std::unique_ptr<HeldLines>& held : fresh) {
+            take(std::move(held));
+        }
+        begin();
+    } else if (!(lookup.isMissing() && m_toldMissing)) {
+        m_toldMissing = lookup.isMissing();
         setUnreachable(problem);
     }
 }
 
-void GpioChipDevice::releaseAll()
+void GpioChipDevice::take(std::unique_ptr<HeldLines> held)
 {
-    m_held.clear();
-    m_chips.clear();
+    auto notifier = std::make_unique<QSocketNotifier>(held->descriptor(), QSocketNotifier::Read);
+    connect(notifier.get(), &QSocketNotifier::activated, this, &GpioChipDevice::readCourses);
+    for (int position = 0; position < held->lines().size(); ++position) {
+        const HeldLines::Line& line = held->lines().at(position);
+        m_places[line.number] = {held.get(), position};
+        if (line.wish.settings.output && line.wish.settings.level) {
+            setLevel(line.number, *line.wish.settings.level, scheduler()->now());
+        }
+    }
+    m_held.push_back({std::move(held), std::move(notifier)});
 }
 
-/// The files of the chips have changed: one may have gone, or come back.
+/// All lines are held: their levels are read, and what comes after that is told.
+void GpioChipDevice::begin()
+{
+    const qint64 timeUs = scheduler()->now();
+    std::vector<HeldLines::Change> levels;
+    for (const Held& held : m_held) {
+        const int error = held.lines->begin(&levels);
+        if (error != 0) {
+            const DFailure failure = failed(held.lines->lines().constFirst().number, error);
+            release([](const HeldLines&) { return true; });
+            setUnreachable(failure.text);
+            return;
+        }
+    }
+    for (const HeldLines::Change& change : levels) {
+        setLevel(change.number, change.level, timeUs);
+    }
+    m_returning = true;
+    m_toldMissing = false;
+    setConnected(timeUs);
+    readCourses();
+}
+
+void GpioChipDevice::release(const std::function<bool(const HeldLines&)>& isOver)
+{
+    for (Place& place : m_places) {
+        if (place.lines != nullptr && isOver(*place.lines)) {
+            place = Place();
+        }
+    }
+    m_held.erase(std::remove_if(m_held.begin(), m_held.end(),
+                                [&isOver](const Held& held) { return isOver(*held.lines); }),
+                 m_held.end());
+}
+
+/// The chips of the machine have changed, or who holds their lines: one may have gone, or come back.
 void GpioChipDevice::lookForChips()
 {
-    if (isConnected()) {
-        const auto gone = std::find_if(m_chips.cbegin(), m_chips.cend(),
-                                       [](const auto& chip) { return markOf(chip->file) != chip->mark; });
-        if (gone != m_chips.cend()) {
-            lose((*gone)->chip->name());
-        }
-    } else {
-        connectLines();
+    QString gone;
+    release([&gone](const HeldLines& held) {
+        const bool isGone = !held.chip().isThere();
+        gone = isGone ? held.chip().name() : gone;
+        return isGone;
+    });
+    if (isConnected() && !gone.isEmpty()) {
+        m_toldMissing = true;
+        setUnreachable(GpioMessages::chipGone(gone));
     }
-}
-
-void GpioChipDevice::lose(const QString& chip)
-{
     if (!isConnected()) {
-        return;
+        connectLines(); // it may be back before its loss was seen
     }
-    releaseAll();
-    setUnreachable(GpioMessages::chipGone(chip));
-    connectLines(); // it may be back before its loss was seen
 }
 
-/// The text of a failure. A lost chip is dealt with afterwards: whoever calls still works with its lines.
+/// Whoever calls still works with the lines.
+void GpioChipDevice::lookForChipsSoon()
+{
+    QMetaObject::invokeMethod(this, &GpioChipDevice::lookForChips, Qt::QueuedConnection);
+}
+
 DFailure GpioChipDevice::failed(int line, int error)
 {
-    const HeldLine& held = m_held.at(static_cast<std::size_t>(line));
     if (error != ENODEV) {
-        return {DFailure::Kind::RefusedByDevice, GpioMessages::lineFailed(held.text, error)};
+        return {DFailure::Kind::RefusedByDevice, GpioMessages::lineFailed(textOf(line), error)};
     }
-    const QString chip = held.chip;
-    QMetaObject::invokeMethod(
-        this, [this, chip] { lose(chip); }, Qt::QueuedConnection);
-    return {DFailure::Kind::DeviceUnreachable, GpioMessages::chipGone(chip)};
+    lookForChipsSoon();
+    return {DFailure::Kind::DeviceUnreachable,
+            GpioMessages::chipGone(m_places.at(line).lines->chip().name())};
 }
 
 DFailure GpioChipDevice::drive(int line, int level)
 {
     const qint64 timeUs = scheduler()->now();
-    const int error = m_held.at(static_cast<std::size_t>(line)).output->setLevel(level);
+    const Place& place = m_places.at(line);
+    const int error = place.lines->drive(place.position, level);
     if (error != 0) {
         return failed(line, error);
     }
@@ -255,12 +291,12 @@ void GpioChipDevice::request(quint64 id, const QString& instruction, const QVari
     }
     const int line = lineNamed(arguments.value(QStringLiteral("channel")).toString());
     const bool isInput = line >= 0 && !m_setup.lines.at(line).settings.output;
-    readInputs(); // what has happened before the request is told before its answer
+    readCourses(); // what has happened before the request is told before its answer
     if (isInput && instruction == QLatin1String("getValue")) {
         readInput(id, line);
     } else if (isInput &&
                (instruction == QLatin1String("setValues") || instruction == QLatin1String("setBlink"))) {
-        refuse(id, GpioMessages::lineIsInput(m_held.at(static_cast<std::size_t>(line)).text));
+        refuse(id, GpioMessages::lineIsInput(textOf(line)));
     } else {
         LineEngine::request(id, instruction, arguments);
     }
@@ -269,65 +305,57 @@ void GpioChipDevice::request(quint64 id, const QString& instruction, const QVari
 /// Answers with the kernel's own reading. A change that it shows is told when its edge arrives.
 void GpioChipDevice::readInput(quint64 id, int line)
 {
-    const int level = m_held.at(static_cast<std::size_t>(line)).input->level();
-    if (level < 0) {
-        listener().requestRefused(id, failed(line, errno));
+    const Place& place = m_places.at(line);
+    int level = 0;
+    const int error = place.lines->read(place.position, &level);
+    if (error != 0) {
+        listener().requestRefused(id, failed(line, error));
     } else {
         listener().requestAnswered(id, {{QStringLiteral("value"), level}}, scheduler()->now());
     }
 }
 
-/// Tells the edges of all lines in the order of their times.
-void GpioChipDevice::readInputs()
+/// Tells what has happened on all lines: those of one request as the kernel has numbered it, those of several
+/// by their times.
+void GpioChipDevice::readCourses()
 {
-    struct Change
-    {
-        int line = 0;
-        GpioEdge edge;
-    };
-    std::vector<Change> changes;
-    const std::vector<int> ready = readyInputs();
-    for (const int line : ready) {
-        HeldLine& held = m_held.at(static_cast<std::size_t>(line));
-        QVector<GpioEdge> edges;
-        quint32 lost = 0;
-        const int error = held.input->readEdges(&edges, &lost);
-        if (lost > 0) {
-            listener().failureTold(GpioMessages::edgesLost(held.text, lost));
+    std::vector<HeldLines::Change> changes;
+    for (const Held& held : m_held) {
+        const HeldLines::Course course = held.lines->readCourse();
+        changes.insert(changes.end(), course.changes.cbegin(), course.changes.cend());
+        for (const HeldLines::Loss& loss : course.losses) {
+            listener().failureTold(
+                loss.number ? GpioMessages::edgesLost(textOf(*loss.number), loss.count)
+                            : GpioMessages::edgesLostElsewhere(held.lines->chip().name(), loss.count));
         }
-        if (error != 0) {
-            held.notifier->setEnabled(false); // or it would call again and again
-            setUnreadable(line, failed(line, error));
-        }
-        for (const GpioEdge& edge : qAsConst(edges)) {
-            changes.push_back({line, edge});
+        if (course.error != 0) {
+            endCourse(held, course.error);
         }
     }
-    std::stable_sort(changes.begin(), changes.end(), [](const Change& first, const Change& second) {
-        return first.edge.timeNs < second.edge.timeNs;
-    });
-    for (const Change& change : changes) {
-        setLevel(change.line, change.edge.level,
-                 change.edge.timeNs / c_nsPerUs); // the kernel's clock is ours
+    if (m_held.size() > 1) {
+        std::stable_sort(changes.begin(), changes.end(),
+                         [](const HeldLines::Change& first, const HeldLines::Change& second) {
+                             return first.orderUs < second.orderUs;
+                         });
+    }
+    for (const HeldLines::Change& change : changes) {
+        setLevel(change.number, change.level, change.timeUs);
     }
 }
 
-/// The input lines that have edges to read.
-std::vector<int> GpioChipDevice::readyInputs() const
+/// The edges of some lines cannot be read any more.
+void GpioChipDevice::endCourse(const Held& held, int error)
 {
-    std::vector<pollfd> descriptors;
-    for (const HeldLine& held : m_held) {
-        descriptors.push_back({held.input != nullptr ? held.input->descriptor() : -1, POLLIN, 0});
+    held.notifier->setEnabled(false); // or it would call again and again
+    if (error == ENODEV) {
+        lookForChipsSoon();
+        return;
     }
-    std::vector<int> ready;
-    if (poll(descriptors.data(), descriptors.size(), 0) > 0) {
-        for (std::size_t line = 0; line < descriptors.size(); ++line) {
-            if (descriptors.at(line).revents != 0) {
-                ready.push_back(static_cast<int>(line));
-            }
+    for (const HeldLines::Line& line : held.lines->lines()) {
+        if (!line.wish.settings.output) {
+            setUnreadable(line.number, failed(line.number, error));
         }
     }
-    return ready;
 }
 
 std::unique_ptr<LineDevice> makeGpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler,

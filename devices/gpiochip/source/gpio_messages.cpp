@@ -1,5 +1,8 @@
 #include <devices/gpio_messages.h>
 
+#include <QFileInfo>
+
+#include <cerrno>
 #include <cstring>
 
 namespace {
@@ -13,9 +16,25 @@ QString errorText(int error)
 
 namespace GpioMessages {
 
+QString permissionDenied(const QString& file, const QString& group)
+{
+    const QString remedy =
+        group.isEmpty() || group == QLatin1String("root")
+            ? QStringLiteral("a file in /etc/udev/rules.d with the rule SUBSYSTEM==\"gpio\", GROUP=\"gpio\", "
+                             "MODE=\"0660\" gives it to the group \"gpio\", which you then join")
+            : QStringLiteral("join its group with \"sudo usermod -aG %1 $USER\", and log in again")
+                  .arg(group);
+    return QStringLiteral("the chip %1: permission denied; %2").arg(file, remedy);
+}
+
 QString lineText(const QString& name, int offset, const QString& chip)
 {
-    return QStringLiteral("\"%1\" (line %2 of %3)").arg(name, QString::number(offset), chip);
+    return QStringLiteral("\"%1\" (%2)").arg(name, placeText(offset, chip));
+}
+
+QString placeText(int offset, const QString& chip)
+{
+    return QStringLiteral("line %1 of %2").arg(QString::number(offset), chip);
 }
 
 QString noChips()
@@ -38,29 +57,46 @@ QString noSuchLine(const QString& line, const QString& chip, const QString& want
         .arg(line, chip, wanted);
 }
 
-QString permissionDenied(const QString& file, const QString& group)
+QString lineWithoutChip(const QString& line, const QString& chip)
 {
-    const QString remedy =
-        group.isEmpty() || group == QLatin1String("root")
-            ? QStringLiteral("a file in /etc/udev/rules.d with the rule SUBSYSTEM==\"gpio\", GROUP=\"gpio\", "
-                             "MODE=\"0660\" gives it to the group \"gpio\", which you then join")
-            : QStringLiteral("join its group with \"sudo usermod -aG %1 $USER\", and log in again")
-                  .arg(group);
-    return QStringLiteral("the chip %1: permission denied; %2").arg(file, remedy);
+    return QStringLiteral("line \"%1\": %2").arg(line, noSuchChip(chip));
 }
 
-QString chipFailed(const QString& chip, int error)
+QString noLineOfName(const QString& line, const QString& wanted)
+{
+    return QStringLiteral("line \"%1\": no GPIO chip has a line \"%2\"; \"appvantor discover\" lists those "
+                          "of this machine")
+        .arg(line, wanted);
+}
+
+QString lineTwice(const QString& line, const QString& wanted, const QStringList& places)
 {
     return QStringLiteral(
-               "the chip %1 cannot be opened: %2; \"appvantor discover\" lists those of this machine")
-        .arg(chip, errorText(error));
+               "line \"%1\": there is more than one \"%2\": %3; \"chip\" and \"line\" tell which is "
+               "meant, by the name of the chip and the offset")
+        .arg(line, wanted, places.join(QStringLiteral(", ")));
+}
+
+QString sameLine(const QString& line, const QString& other, const QString& place)
+{
+    return QStringLiteral("line \"%1\": %2 is \"%3\" already; expected another").arg(line, place, other);
+}
+
+QString chipRefused(const QString& file, int error)
+{
+    if (error != EACCES && error != EPERM) {
+        return QStringLiteral(
+                   "the chip %1 cannot be opened: %2; \"appvantor discover\" lists those of this machine")
+            .arg(file, errorText(error));
+    }
+    return permissionDenied(file, QFileInfo(file).group());
 }
 
 QString lineBusy(const QString& line, const QString& consumer)
 {
     const QString holder = consumer.isEmpty() ? QStringLiteral("another program or driver")
                                               : QStringLiteral("\"%1\"").arg(consumer);
-    return QStringLiteral("%1 is busy: %2 holds it; end that, then start the bench again").arg(line, holder);
+    return QStringLiteral("%1 is busy: %2 holds it; end that, and the bench goes on").arg(line, holder);
 }
 
 QString lineRefused(const QString& line, bool output, int error)
@@ -95,6 +131,13 @@ QString edgesLost(const QString& line, quint32 count)
 {
     return QStringLiteral("%1: %2 edges came faster than they could be read, and are lost")
         .arg(line, QString::number(count));
+}
+
+QString edgesLostElsewhere(const QString& chip, quint32 count)
+{
+    return QStringLiteral(
+               "%1: %2 edges of lines that are still now came faster than they could be read, and are lost")
+        .arg(chip, QString::number(count));
 }
 
 } // namespace GpioMessages

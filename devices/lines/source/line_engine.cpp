@@ -46,13 +46,12 @@ void LineEngine::setPluggedIn(bool pluggedIn)
     Q_UNUSED(pluggedIn)
 }
 
-/// Whatever the lines did meanwhile, nobody saw it.
-void LineEngine::setConnected()
+void LineEngine::setConnected(qint64 sinceUs)
 {
     m_state = DDevice::State::Connected;
     m_problem.clear();
     for (int line = 0; line < m_lines.size(); ++line) {
-        m_levels[line].sinceUs = m_scheduler->now();
+        m_levels[line].sinceUs = sinceUs;
         m_listener->lineTold(line, m_levels.at(line));
     }
     m_listener->stateTold(m_state, m_problem, m_scheduler->now());
@@ -269,6 +268,8 @@ void LineEngine::blinkPhase(int line)
     const DFailure failure = drive(line, level);
     if (failure) {
         stopBlinking(line);
+    }
+    if (failure && failure.kind != DFailure::Kind::DeviceUnreachable) { // else its loss is told, once
         m_listener->failureTold(
             QStringLiteral("line \"%1\" blinks no more: %2").arg(m_lines.at(line).name, failure.text));
     }

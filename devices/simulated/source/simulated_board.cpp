@@ -51,7 +51,7 @@ SimulatedBoard::~SimulatedBoard()
 void SimulatedBoard::open()
 {
     if (m_pluggedIn) {
-        setConnected();
+        setConnected(scheduler()->now());
     } else {
         setUnreachable(QStringLiteral("the simulated board is unplugged"));
     }

@@ -1,28 +1,42 @@
 #pragma once
 
 #include <devices/gpio_chip.h>
+#include <devices/gpio_presence.h>
 #include <devices/line_device.h>
 #include <devices/line_engine.h>
 
-#include <QFileSystemWatcher>
+#include <QSocketNotifier>
+
+#include <functional>
 
 /// Which GPIO lines a bench uses.
 struct GpioChipSetup
 {
+    /// How an output starts when its chip has been away.
+    enum class OnReturn
+    {
+        Configured, ///< at its configured level
+        Restore,    ///< at the level that it had
+        Leave       ///< at the level that it is found with
+    };
     struct Line
     {
         QString name; ///< what channels link to
-        QString chip; ///< its file, name or label
+        QString chip; ///< its file, name or label; empty for any chip
         QString line; ///< the kernel's name of the line, or its offset
         GpioLineSettings settings;
+        OnReturn onReturn = OnReturn::Configured;
     };
 
     QVector<Line> lines;
 };
 
+class GpioLookup;
+class HeldLines;
+
 /// GPIO lines of this machine, through the kernel's character devices. The lines are held as long as the
-/// device is open and its chips are there; a chip that disappears makes the device unreachable until it
-/// returns.
+/// device is open and their chips are there; a chip that disappears makes the device unreachable until it
+/// returns, and the lines of other chips stay as they are.
 class GpioChipDevice : public QObject, public LineEngine
 {
     Q_OBJECT
@@ -30,7 +44,7 @@ class GpioChipDevice : public QObject, public LineEngine
 
 public:
     /// scheduler and listener must outlive the device. A device whose lines cannot be had tries again when
-    /// the chips of the machine change.
+    /// the chips of the machine change, or a line is let go that another program held.
     GpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler, LineListener* listener);
     ~GpioChipDevice() override;
 
@@ -44,26 +58,45 @@ protected:
     DFailure drive(int line, int level) override;
 
 private:
-    struct HeldLine;
-    struct HeldChip;
+    struct Group;
+    struct Held
+    {
+        std::unique_ptr<HeldLines> lines;
+        std::unique_ptr<QSocketNotifier> notifier;
+    };
+    /// Where a line is held; nowhere without lines.
+    struct Place
+    {
+        HeldLines* lines = nullptr;
+        int position = 0;
+    };
 
-    HeldChip* chipFor(const GpioChipSetup::Line& line, QString* problem);
-    HeldChip* openChip(const QString& file, QString* problem);
-    QString hold(int line);
+    std::vector<Group> findLines(GpioLookup* lookup, QString* problem) const;
+    GpioLineSettings settingsOf(int line) const;
+    QString hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held);
+    QString whyRefused(const Group& group, int error);
+    void awaitRelease(const std::shared_ptr<GpioChip>& chip);
     void connectLines();
-    void releaseAll();
+    void take(std::unique_ptr<HeldLines> held);
+    void begin();
+    void release(const std::function<bool(const HeldLines&)>& isOver);
     void lookForChips();
-    void lose(const QString& chip);
+    void lookForChipsSoon();
     DFailure failed(int line, int error);
-    void readInputs();
-    std::vector<int> readyInputs() const;
+    void readCourses();
+    void endCourse(const Held& held, int error);
     void readInput(quint64 id, int line);
+    QString textOf(int line) const;
 
     GpioChipSetup m_setup;
-    std::vector<std::unique_ptr<HeldChip>> m_chips;
-    std::vector<HeldLine> m_held; ///< all lines, or none
-    bool m_chipMissing = false;
-    std::unique_ptr<QFileSystemWatcher> m_watcher; ///< while the device is open
+    std::vector<Held> m_held;
+    QVector<Place> m_places;                  ///< of the lines
+    std::unique_ptr<GpioPresence> m_presence; ///< while the device is open
+    std::shared_ptr<GpioChip> m_awaitedChip;  ///< of a line that another program holds
+    std::unique_ptr<QSocketNotifier> m_awaited;
+    DScheduler::Appointment m_retry;
+    bool m_returning = false;   ///< the lines have been held before
+    bool m_toldMissing = false; ///< what was told last is that a chip is not there
 };
 
 /// Makes the device of these lines behind its front, closed; see LineDevice.

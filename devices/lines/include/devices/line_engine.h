@@ -29,11 +29,12 @@ protected:
     LineEngine(const QVector<DLine>& lines, DScheduler* scheduler, LineListener* listener);
 
     /// Drives an output line to level. Returns why it cannot be driven, or no failure; a line that changed is
-    /// told with setLevel, by the subclass.
+    /// told with setLevel, by the subclass. A device that is lost tells its loss with setUnreachable, later.
     virtual DFailure drive(int line, int level) = 0;
 
-    /// The device can be reached, and the levels of its lines have been set.
-    void setConnected();
+    /// The device can be reached, and the levels of its lines have been set; whatever they did before
+    /// sinceUs, nobody saw it.
+    void setConnected(qint64 sinceUs);
     /// The device cannot be reached: its requests and its blinking are over, no level is known.
     void setUnreachable(const QString& problem);
     DDevice::State state() const { return m_state; }
