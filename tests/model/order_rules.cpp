@@ -260,6 +260,8 @@ void OrderRules::sendBegins(Order& order, const QString& instruction, int timeou
         order.outcomes.push_back({Kind::DeviceUnreachable, "the tool has no device"_s});
     } else if (request->device->going) {
         order.outcomes.push_back({Kind::DeviceUnreachable, "the device is gone"_s});
+        // An event loop that runs before the device is gone brings its answer.
+        order.outcomes.push_back({Kind::DeviceUnreachable, "the device is closed"_s});
     } else if (!request->device->connected) {
         request->device->answers.push_back({request, {Kind::DeviceUnreachable, request->device->problem}});
     }

@@ -6,7 +6,7 @@
 
 QVector<Message> QuietTest::takeMessages()
 {
-    const QVector<Message> messages = m_log->messages();
+    QVector<Message> messages = m_log->messages();
     m_log.reset();
     m_log.emplace();
     return messages;
@@ -14,7 +14,7 @@ QVector<Message> QuietTest::takeMessages()
 
 QStringList QuietTest::takeTexts()
 {
-    const QStringList texts = m_log->texts();
+    QStringList texts = m_log->texts();
     takeMessages();
     return texts;
 }
