@@ -75,8 +75,8 @@ def positive(text):
 def arguments():
     parser = argparse.ArgumentParser(prog="tests/mutation/run", description=__doc__)
     parser.add_argument("--of", choices=SUBJECTS, default="plugin",
-                        help="where: the plugin and its page (the default), or the engine, that is the host's stand-ins, the"
-                        " shared part of the devices of lines and the simulated board")
+                        help="where: the plugin and its page (the default), or the engine, that is the host's"
+                        " stand-ins, the shared part of the devices of lines and the simulated board")
     parser.add_argument("--jobs", type=positive, default=os.cpu_count(), metavar="N", help="work copies and processes")
     parser.add_argument("--only", metavar="FILE", help="faults of this file (or of files whose path ends so) alone")
     parser.add_argument("--sample", type=positive, metavar="N", help="plant N faults drawn by chance")
