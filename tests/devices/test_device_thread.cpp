@@ -130,12 +130,11 @@ private Q_SLOTS:
                 listener.eventTold(2, {}, event);
             }
         });
-        RecordingClient client;
-        m_device->send(1, "listenToAll"_s, {}, 0, &client);
-        m_device->send(2, "listenToAll"_s, {}, 0, &client);
+        m_device->send(1, "listenToAll"_s, {}, 0, &m_listener);
+        m_device->send(2, "listenToAll"_s, {}, 0, &m_listener);
         work();
-        QCOMPARE(client.ids(), QVector<quint64>{1});
-        QCOMPARE(client.lost, (QVector<QPair<quint64, quint64>>{{1, 3}, {2, 4}}));
+        QCOMPARE(m_listener.ids(), QVector<quint64>{1});
+        QCOMPARE(m_listener.lost, (QVector<QPair<quint64, quint64>>{{1, 3}, {2, 4}}));
         QVERIFY(m_problems.isEmpty()); // it is told to who asked
     }
 
@@ -187,7 +186,7 @@ private Q_SLOTS:
             done.acquire(); // this thread's event loop stands meanwhile
         }
         QTRY_COMPARE(client.heard.size(), 3);
-        QCOMPARE(m_problems, QStringList{"%1 events came too fast and were left out"_s.arg(c_bound)});
+        QCOMPARE(m_problems, QStringList{"%1 changes of lines came too fast and were left out"_s.arg(c_bound)});
     }
 
     void theFrontMayGoWhereAChangeIsTold_data()
@@ -278,6 +277,7 @@ private:
     }
 
     ManualScheduler m_scheduler;
+    RecordingClient m_listener; ///< of requests that end with the device
     std::unique_ptr<LineDevice> m_device;
     QStringList m_problems;
 };

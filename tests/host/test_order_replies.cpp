@@ -104,6 +104,24 @@ private Q_SLOTS:
         QCOMPARE(order->results(), (QVariantMap{{"doneOk"_s, false}, {"value"_s, 5}}));
     }
 
+    void lostEventsAreToldWhereTheyAreMissing()
+    {
+        Workbench bench(fillListener);
+        const auto order = bench.start();
+        QStringList heard;
+        connect(order.get(), &DOrder::eventReceived, this, [&] { heard.append("event"_s); });
+        connect(order.get(), &DOrder::eventsLost, this,
+                [&](quint64 count) { heard.append(QString::number(count)); });
+        bench.device->reply(bench.device->lastId(), value(1));
+        bench.device->tellLost(bench.device->lastId(), 3);
+        bench.answer(value(0));
+        QCOMPARE(heard, (QStringList{"event"_s, "3"_s, "event"_s}));
+        bench.device->tellLost(bench.device->lastId(), 1);
+        order->stop();
+        deliver();
+        QCOMPARE(heard.size(), 3);
+    }
+
     void aListeningOrderCountsRejectedRepliesAndGoesOn()
     {
         Workbench bench(fillListener);

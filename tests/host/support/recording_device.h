@@ -27,6 +27,7 @@ public:
 
     using DDevice::reply;
     using DDevice::setState;
+    using DDevice::tellLost;
 
     /// Answers with what is true since now.
     void reply(quint64 id, const QVariantMap& reply);
