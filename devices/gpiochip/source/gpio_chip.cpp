@@ -56,12 +56,19 @@ quint64 flagsAsIs(const Settings& settings)
     return settings.activeLow ? GPIO_V2_LINE_FLAG_ACTIVE_LOW : 0;
 }
 
+bool areSame(const gpio_v2_line_attribute& one, const gpio_v2_line_attribute& other)
+{
+    return one.id == other.id &&
+           (one.id == GPIO_V2_LINE_ATTR_ID_DEBOUNCE ? one.debounce_period_us == other.debounce_period_us
+                                                    : one.flags == other.flags);
+}
+
 /// Adds a line to those that share an attribute; false when there is no room for another attribute.
 bool share(gpio_v2_line_config* config, int position, const gpio_v2_line_attribute& attribute)
 {
     for (quint32 index = 0; index < config->num_attrs; ++index) {
         gpio_v2_line_config_attribute& shared = config->attrs[index];
-        if (std::memcmp(&shared.attr, &attribute, sizeof attribute) == 0) {
+        if (areSame(shared.attr, attribute)) {
             shared.mask |= bitOf(position);
             return true;
         }
