@@ -218,4 +218,5 @@ def main():
     sys.exit(0 if report(mutation_pass.verdicts, equivalents, vanished) else 1)
 
 
-main()
+if __name__ == "__main__":
+    main()

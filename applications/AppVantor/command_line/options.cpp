@@ -294,10 +294,12 @@ ParsedOptions parseOptions(const QStringList& arguments)
     const QString name = anyParser->positionalArguments().value(0);
     const SubcommandHelp* help = find(name);
     if (help == nullptr && !name.isEmpty()) {
-        return wrongUsage(
-            QStringLiteral("unknown subcommand \"%1\"; expected one of: window, commands, channels, run, "
-                           "shell, discover, panel")
-                .arg(name));
+        QStringList names;
+        for (const SubcommandHelp& known : subcommands()) {
+            names.append(known.name);
+        }
+        return wrongUsage(QStringLiteral("unknown subcommand \"%1\"; expected one of: %2")
+                              .arg(name, names.join(QStringLiteral(", "))));
     }
     if (anyParser->isSet(QStringLiteral("help"))) {
         return {std::nullopt, help != nullptr ? makeParser(help)->helpText() : overview(*anyParser),

@@ -1,6 +1,7 @@
 #include "command_form.h"
 
 #include "order_log_model.h"
+
 #include <configuration/value_text.h>
 
 #include <QJsonDocument>
