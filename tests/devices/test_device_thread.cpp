@@ -186,7 +186,8 @@ private Q_SLOTS:
             done.acquire(); // this thread's event loop stands meanwhile
         }
         QTRY_COMPARE(client.heard.size(), 3);
-        QCOMPARE(m_problems, QStringList{"%1 changes of lines came too fast and were left out"_s.arg(c_bound)});
+        QCOMPARE(m_problems,
+                 QStringList{"%1 changes of lines came too fast and were left out"_s.arg(c_bound)});
     }
 
     void theFrontMayGoWhereAChangeIsTold_data()

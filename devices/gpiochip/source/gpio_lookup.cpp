@@ -31,7 +31,8 @@ GpioLookup::Place GpioLookup::find(const QString& name, const QString& chip, con
             refused = refused.isEmpty() ? known.problem : refused;
         } else if (isFile || chip.isEmpty() || known.chip->label() == chip) {
             nameOfChip = known.chip->name();
-            for (const int offset : offsetsOf(&known, wanted)) {
+            const auto offsets = offsetsOf(&known, wanted);
+            for (const int offset : offsets) {
                 places.append({known.chip, offset});
             }
         }
