@@ -320,6 +320,7 @@ void GpioChipDevice::readInput(quint64 id, int line)
 void GpioChipDevice::readCourses()
 {
     std::vector<HeldLines::Change> changes;
+    std::vector<std::pair<int, DFailure>> unreadable;
     for (const Held& held : m_held) {
         const HeldLines::Course course = held.lines->readCourse();
         changes.insert(changes.end(), course.changes.cbegin(), course.changes.cend());
@@ -329,7 +330,7 @@ void GpioChipDevice::readCourses()
                             : GpioMessages::edgesLostElsewhere(held.lines->chip().name(), loss.count));
         }
         if (course.error != 0) {
-            endCourse(held, course.error);
+            endCourse(held, course.error, &unreadable);
         }
     }
     if (m_held.size() > 1) {
@@ -341,10 +342,13 @@ void GpioChipDevice::readCourses()
     for (const HeldLines::Change& change : changes) {
         setLevel(change.number, change.level, change.timeUs);
     }
+    for (const auto& [line, failure] : unreadable) {
+        setUnreadable(line, failure);
+    }
 }
 
-/// The edges of some lines cannot be read any more.
-void GpioChipDevice::endCourse(const Held& held, int error)
+/// The edges of some lines cannot be read any more: appends why.
+void GpioChipDevice::endCourse(const Held& held, int error, std::vector<std::pair<int, DFailure>>* unreadable)
 {
     held.notifier->setEnabled(false); // or it would call again and again
     if (error == ENODEV) {
@@ -353,7 +357,7 @@ void GpioChipDevice::endCourse(const Held& held, int error)
     }
     for (const HeldLines::Line& line : held.lines->lines()) {
         if (!line.wish.settings.output) {
-            setUnreadable(line.number, failed(line.number, error));
+            unreadable->emplace_back(line.number, failed(line.number, error));
         }
     }
 }

@@ -84,7 +84,7 @@ private:
     void lookForChipsSoon();
     DFailure failed(int line, int error);
     void readCourses();
-    void endCourse(const Held& held, int error);
+    void endCourse(const Held& held, int error, std::vector<std::pair<int, DFailure>>* unreadable);
     void readInput(quint64 id, int line);
     QString textOf(int line) const;
 
