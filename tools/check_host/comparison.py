@@ -81,7 +81,7 @@ class Comparison:
         expected = [_common(tables) for tables in zip(*(each.tables for each in classes))]
         if len(expected) != len(found):
             self._report.reason(f"{name}: expected {len(expected)} virtual tables, found {len(found)}")
-        derived = _listed(self._class("_ZTI" + each.name) for each in classes)
+        derived = _listed(sorted(self._class("_ZTI" + each.name) for each in classes))
         for expected_table, found_table in zip(expected, found):
             print(f"Virtual table of {name} at offset {found_table.offset} (base of {derived})")
             if expected_table.offset != found_table.offset:
