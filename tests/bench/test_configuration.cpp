@@ -112,6 +112,9 @@ private Q_SLOTS:
         row("wires in a loop", "[ {'from': 'a', 'to': 'b'} ]",
             "[ {'from': 'a', 'to': 'b'}, {'from': 'b', 'to': 'a'} ]",
             "device.wires[1].to: the wires of 'a' form a loop");
+        row("wires in a longer loop", "[ {'from': 'a', 'to': 'b'} ]",
+            "[ {'from': 'a', 'to': 'b'}, {'from': 'b', 'to': 'c'}, {'from': 'c', 'to': 'a'} ]",
+            "device.wires[2].to: the wires of 'a' form a loop");
         row("wire delay", "'to': 'b'", "'to': 'b', 'delayMs': -1",
             "device.wires[0].delayMs: expected a whole number from 0 to 3600000, found -1");
         row("wire inversion", "'to': 'b'", "'to': 'b', 'inverted': 1",
