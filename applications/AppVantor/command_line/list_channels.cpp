@@ -51,17 +51,16 @@ void read(std::vector<ChannelRow>* rows)
             });
         }
     }
-    const int started = running;
     for (ChannelRow& row : *rows) {
         if (row.reading != nullptr) {
             row.reading->start();
         }
     }
-    if (started > 0 && running > 0) {
+    if (running > 0) {
         loop.exec();
     }
     for (ChannelRow& row : *rows) {
-        if (row.reading != nullptr && row.reading->state() == DOrder::State::Running) {
+        if (row.reading != nullptr) {
             row.reading->stop();
         }
     }

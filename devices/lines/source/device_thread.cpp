@@ -116,7 +116,7 @@ private:
         if (hasRoom()) {
             queue([id, reply, timeUs](LineListener& listener) { listener.eventTold(id, reply, timeUs); });
         } else {
-            ++m_lostEvents[id];
+            eventsLeftOut(id, 1);
         }
     }
 
