@@ -1,0 +1,29 @@
+#pragma once
+
+#include "invocation.h"
+
+#include <plugin_management/d_tool.h>
+
+#include <QVector>
+
+#include <vector>
+
+/// The channel id; null, and in problem why, when there is none.
+const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QString& id, QString* problem);
+
+/// The reading of a channel as people write it, and readLevel takes it: ON and OFF, or the number of an
+/// analogue channel (and of a level that is neither 0 nor 1).
+QString levelText(const DToolChannel& channel, const QVariant& reading);
+
+/// The level that text stands for: ON, OFF, 1 or 0, of an analogue channel a number from 0 to 65535 or OFF.
+/// problem receives what was expected instead, or nothing.
+int readLevel(const DToolChannel& channel, const QString& text, QString* problem);
+
+/// Reads CHANNEL=VALUE into the command that brings it about. VALUE is a level as readLevel takes it, of a
+/// digital channel also PULSE:MS, on for so many milliseconds, or BLINK:MS:PERCENT, a cycle of so many
+/// milliseconds of which the line is on for so many percent. problem receives what is wrong, or nothing.
+Invocation readSetting(const QVector<DToolChannel>& channels, const QString& word, QString* problem);
+
+/// What switches off everything that a tool drives: an order for each linked channel with the direction
+/// "out".
+std::vector<Invocation> switchingOff(const QVector<DToolChannel>& channels);
