@@ -1,4 +1,5 @@
 #include <command_line/discover.h>
+#include <command_line/failure_report.h>
 #include <command_line/list_channels.h>
 #include <command_line/list_commands.h>
 #include <command_line/options.h>
@@ -73,14 +74,19 @@ WindowOptions windowOptions(const Options& options)
     return window;
 }
 
+int refuseUsage(const QString& problem, Output* output)
+{
+    reportFailure("usage", {problem}, output);
+    return ExitWrongUsage;
+}
+
 /// The bench window, and beside it the orders of a file.
 int showWindowWithOrders(Bench* bench, DTool* tool, const Options& options, Output* output)
 {
     OrderFile orders(tool, output);
     const QString problem = options.orders.isEmpty() ? QString() : orders.begin(options.orders);
     if (!problem.isEmpty()) {
-        diagnostic(problem);
-        return ExitWrongUsage;
+        return refuseUsage(problem, output);
     }
     const int status = showWindow(*bench, windowOptions(options));
     return std::max(status, orders.end());
@@ -127,75 +133,91 @@ int writeOut(int status, Output* output, VcdTrace* trace = nullptr)
     return isWhole ? status : std::max<int>(status, ExitOrderFailed);
 }
 
-int runBench(const Options& options)
+/// The bench that the options name. Null, after telling why, when there is none.
+std::unique_ptr<Bench> makeBench(const Options& options, Output* output)
 {
-    QString problem;
+    QVector<Problem> problems;
     const std::optional<BenchConfiguration> configuration = readConfiguration(
-        options.configuration.isEmpty() ? builtInConfiguration() : options.configuration, &problem);
-    const std::unique_ptr<Bench> bench =
-        configuration ? Bench::make(*configuration, placeOf(options), &problem) : nullptr;
+        options.configuration.isEmpty() ? builtInConfiguration() : options.configuration, &problems);
+    std::unique_ptr<Bench> bench;
+    if (configuration) {
+        Problem problem;
+        bench = Bench::make(*configuration, placeOf(options), &problem.text);
+        if (bench == nullptr) {
+            problems.append(problem);
+        }
+    }
+    for (const Problem& problem : qAsConst(problems)) {
+        reportFailure("configuration", problem, output);
+    }
+    return bench;
+}
+
+int runBench(const Options& options, Output* output)
+{
+    const std::unique_ptr<Bench> bench = makeBench(options, output);
     if (bench == nullptr) {
-        diagnostic(problem);
-        return ExitWrongUsage;
+        return writeOut(ExitWrongUsage, output);
     }
     DTool* tool = findTool(*bench, options.tool);
     if (tool == nullptr) {
-        diagnostic(QStringLiteral("there is no tool \"%1\"").arg(options.tool));
-        return ExitWrongUsage;
+        return writeOut(refuseUsage(QStringLiteral("there is no tool \"%1\"").arg(options.tool), output),
+                        output);
     }
     QObject::connect(&bench->device(), &DDevice::problemTold, &bench->device(),
                      [](const QString& text) { diagnostic(text); });
     bench->device().open();
     VcdTrace trace(bench->device());
     if (!options.trace.isEmpty()) {
-        problem = trace.begin(options.trace);
+        const QString problem = trace.begin(options.trace);
         if (!problem.isEmpty()) {
-            diagnostic(problem);
-            return ExitWrongUsage;
+            return writeOut(refuseUsage(problem, output), output);
         }
     }
     QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
-    Output output(options.json);
-    const int status = runSubcommand(bench.get(), tool, options, &output);
-    return writeOut(status, &output, &trace);
+    const int status = runSubcommand(bench.get(), tool, options, output);
+    return writeOut(status, output, &trace);
 }
 
 /// The chips of the machine are there without a bench.
-int runDiscovery(const Options& options)
+int runDiscovery(const Options& options, Output* output)
 {
-    Output output(options.json);
-    return writeOut(discover(options, &output), &output);
+    return writeOut(discover(options, output), output);
 }
 
 /// Carries out what the arguments of the process ask for. Returns the exit status.
 int run(int argc, char* argv[])
 {
+    bool json = false; // also where the arguments are wrong
     const ParsedOptions parsed = [&] {
         const QCoreApplication application(argc, argv); // which kind the process needs, the arguments tell
+        json = QCoreApplication::arguments().contains(QStringLiteral("--json"));
         return parseOptions(QCoreApplication::arguments());
     }();
+    if (!parsed.options && parsed.exitStatus == ExitSuccess) {
+        Output help(false);
+        help.text(parsed.text);
+        return writeOut(ExitSuccess, &help);
+    }
+    Output output(json);
     if (!parsed.options) {
-        if (parsed.exitStatus == ExitSuccess) {
-            Output help(false);
-            help.text(parsed.text);
-            return writeOut(ExitSuccess, &help);
-        }
-        diagnostic(parsed.text);
-        return parsed.exitStatus;
+        return writeOut(refuseUsage(parsed.text, &output), &output);
     }
     installMessageLog(parsed.options->logLevel);
     if (!opensWindow(*parsed.options)) {
         const QCoreApplication application(argc, argv);
-        return parsed.options->subcommand == Options::Subcommand::Discover ? runDiscovery(*parsed.options)
-                                                                           : runBench(*parsed.options);
+        return parsed.options->subcommand == Options::Subcommand::Discover
+                   ? runDiscovery(*parsed.options, &output)
+                   : runBench(*parsed.options, &output);
     }
     const QString problem = prepareWindow(windowOptions(*parsed.options));
     if (!problem.isEmpty()) {
-        diagnostic(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"));
-        return ExitWrongUsage;
+        return writeOut(
+            refuseUsage(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"), &output),
+            &output);
     }
     const QGuiApplication application(argc, argv);
-    return runBench(*parsed.options);
+    return runBench(*parsed.options, &output);
 }
 
 } // namespace

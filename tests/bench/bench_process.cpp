@@ -1,4 +1,5 @@
 #include "bench_process.h"
+#include "json_lines.h"
 #include "literals.h"
 
 #include <QElapsedTimer>
@@ -107,7 +108,9 @@ BenchRun runScript(const QString& script)
     process.start("bash"_s, {"-c"_s, functions + script});
     process.waitForStarted(c_patienceMs);
     process.closeWriteChannel();
-    return endOf(&process);
+    const BenchRun run = endOf(&process);
+    checkJsonLines(run.output);
+    return run;
 }
 
 void BenchChild::setupChildProcess()
@@ -169,6 +172,7 @@ BenchRun BenchProcess::end()
     m_run.output += rest.output;
     m_run.errors += rest.errors;
     m_run.status = rest.status;
+    checkJsonLines(m_run.output);
     return m_run;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench_process.h"
+#include "json_lines.h"
 #include "literals.h"
 
 #include <QByteArray>
@@ -52,7 +53,9 @@ public:
             text += read();
             bench->process().waitForFinished(1);
         }
-        return text + read();
+        text += read();
+        checkJsonLines(text);
+        return text;
     }
 
     /// What it holds.

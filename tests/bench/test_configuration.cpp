@@ -69,7 +69,7 @@ private Q_SLOTS:
     void aMistakeNamesFilePlaceAndExpectation_data()
     {
         const Mistakes row(c_simulated);
-        row("JSON", "'tools'", "tools", "line 5, column 4 (offset 185): expected JSON: unterminated object");
+        row("JSON", "'tools'", "tools", "expected JSON: unterminated object");
         row("unknown entry", "'wires'", "'wire'",
             "device.wire: unknown entry, expected one of: type, connected, lines, wires, faults");
         row("entry without a name", "'device'", "'': 1, 'device'",
@@ -169,7 +169,7 @@ private Q_SLOTS:
         row("output channel on an input line", "'value': 'a'", "'value': 'b'",
             "tools[0].channels[0].value: channel 'A': 'direction' is 'out', expected 'link' to name an "
             "output line, 'b' is an input");
-        row("another shape", c_simulated, "[]", "line 1, column 1 (offset 0): expected an object");
+        row("another shape", c_simulated, "[]", "expected an object");
         row("a device that is no object", c_simulated, "{'device': 5, 'tools': []}",
             "device: expected an object, found 5");
     }
@@ -181,9 +181,11 @@ private Q_SLOTS:
         const QString file = temporaryFile(text);
         const BenchRun run = runBench({"--config"_s, file, "channels"_s});
         QCOMPARE(run, (BenchRun{2, "", run.errors}));
-        QVERIFY2(("\n" + run.errors).contains("\nappvantor: " + file.toUtf8() + ": " + message) ||
-                     run.errors.contains("\n" + file.toUtf8() + ": " + message),
-                 run.errors.constData());
+        const QRegularExpression told(
+            "^appvantor: %1(:\\d+:\\d+)?: %2"_s.arg(QRegularExpression::escape(file),
+                                                    QRegularExpression::escape(QString::fromUtf8(message))),
+            QRegularExpression::MultilineOption);
+        QVERIFY2(told.match(QString::fromUtf8(run.errors)).hasMatch(), run.errors.constData());
     }
 
     void aMistakeInALineOfAChipNamesPlaceAndExpectation_data()

@@ -33,8 +33,8 @@ private Q_SLOTS:
         QCOMPARE(run.json().size(), 10);
         for (
             const char* part :
-            {R"({"id":"START","name":"Start button","visibility":"public","type":"digitalInput","direction":"out","link":"line0","value":0})",
-             R"("type":"digitalOutput","direction":"in","link":"line5","value":1})"}) {
+            {R"({"type":"channel","tool":"Front panel","channel":"START","name":"Start button","visibility":"public","channelType":"digitalInput","direction":"out","link":"line0","value":0})",
+             R"("channelType":"digitalOutput","direction":"in","link":"line5","value":1})"}) {
             QVERIFY2(run.output.contains(part), part);
         }
     }
@@ -70,8 +70,8 @@ private Q_SLOTS:
         QCOMPARE(run.status, status);
         for (const QByteArray& part :
              {R"("value":null,)" + failure + "}\n",
-              QByteArray(R"({"id":"B","name":"","visibility":"","type":"","direction":"","link":null,)"
-                         R"("value":null})")}) {
+              QByteArray(R"("channel":"B","name":"","visibility":"","channelType":"","direction":"",)"
+                         R"("link":null,"value":null})")}) {
             QVERIFY2(run.output.contains(part), run.output.constData());
         }
     }

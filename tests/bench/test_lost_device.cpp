@@ -15,9 +15,10 @@ class TestLostDevice : public QObject
 private Q_SLOTS:
     void anOrderThatLosesItsDeviceMakesStatus3AlsoWhenItIsBackAtTheEnd()
     {
+        QVector<Problem> problems;
         QString problem;
         const auto configuration = readConfiguration(
-            boardFile(R"("lines": [ {"name": "a"} ])", QByteArray(), PLUGIN_FILE), &problem);
+            boardFile(R"("lines": [ {"name": "a"} ])", QByteArray(), PLUGIN_FILE), &problems);
         const auto bench =
             configuration ? Bench::make(*configuration, DevicePlace::SameThread, &problem) : nullptr;
         QVERIFY2(bench != nullptr, qPrintable(problem));

@@ -24,7 +24,9 @@ private Q_SLOTS:
     void getValuePrintsANumber()
     {
         QCOMPARE(runOrder("getValue channel=ALARM"_s), (BenchRun{0, "[1] getValue: value=1\n"}));
-        const QByteArray json = R"({"order":1,"command":"getValue","success":true,"results":{"value":1}})";
+        const QByteArray json =
+            R"({"type":"result","order":1,"tool":"Front panel","command":"getValue","channel":"ALARM",)"
+            R"("arguments":{"channel":"ALARM"},"results":{"value":1}})";
         QCOMPARE(runOrder("getValue channel=ALARM --json"_s), (BenchRun{0, json + '\n'}));
     }
 
@@ -100,10 +102,14 @@ private Q_SLOTS:
             R"("lines": [ {"name": "a"} ])" + device,
             R"({"id": "A", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": "a"} ]})");
         const BenchRun run = runOrder(words, {"--config"_s, file, "--json"_s});
-        const QString end =
-            R"({"order":1,"command":"%1","success":false,"kind":"%2","reason":"%3","results":%4})"_s;
-        QCOMPARE(run.lines(), QStringList{end.arg(words.section(QLatin1Char(' '), 0, 0),
-                                                  QLatin1String(QTest::currentDataTag()), reason, results)});
+        const QString begin = R"({"type":"failure","order":1,"tool":"T","command":"%1",)"_s;
+        const QString end = R"(},"kind":"%1","reason":"%2","results":%3})"_s;
+        QCOMPARE(run.lines().size(), 1);
+        QVERIFY2(run.lines().first().startsWith(begin.arg(words.section(QLatin1Char(' '), 0, 0))),
+                 run.output.constData());
+        QVERIFY2(
+            run.lines().first().endsWith(end.arg(QLatin1String(QTest::currentDataTag()), reason, results)),
+            run.output.constData());
         QCOMPARE(run.status, status);
     }
 
@@ -121,7 +127,7 @@ private Q_SLOTS:
         QCOMPARE(run.status, 0);
         QCOMPARE(run.output.count("\"event\""), 5);
         QCOMPARE(run.json().size(), 6);
-        QVERIFY(run.json().last().value(QLatin1String("success")).toBool());
+        QCOMPARE(run.json().last().value("type"_s).toString(), "result"_s);
     }
 
     void forStopsAListeningOrder()
@@ -163,7 +169,9 @@ private Q_SLOTS:
         const BenchRun run = runOrder("listenToAll --count 1 --json"_s,
                                       {"--config"_s, boardFile("\"lines\": [" + lines + "]")});
         QCOMPARE(run.status, 0);
-        QVERIFY2(run.output.contains(R"("event":{"value":9223372036854775809}})"), run.output.constData());
+        QVERIFY2(run.output.contains(
+                     R"("results":{"value":9223372036854775809,"valueText":"9223372036854775809"}})"),
+                 run.output.constData());
     }
 
     void extremeNumbersAreTaken_data()

@@ -277,8 +277,7 @@ private Q_SLOTS:
         QCOMPARE(run.status, 0);
         QCOMPARE(run.errors.count("ERROR: reply does not contain values"), 1);
         QVERIFY(run.errors.endsWith("\nappvantor: [1] startListening rejected replies of the device: 1\n"));
-        QVERIFY(run.output.endsWith(
-            "\"success\":true,\"results\":{\"lastValue\":null,\"value\":null},\"rejected\":1}\n"));
+        QVERIFY(run.output.endsWith("\"results\":{\"lastValue\":null,\"value\":null},\"rejected\":1}\n"));
     }
 
     void aLineWithoutEndIsRefused()

@@ -88,8 +88,10 @@ private Q_SLOTS:
         const Rows<QStringList, QString, QString, QByteArray> row("options", "event", "lost", "success");
         row("text", QStringList(), "^\\[(\\d+)\\] \\S+  lastValue=(\\d)",
             "^\\[(\\d+)\\] (\\d+) events lost: the reader was too slow$", "] setValue: doneOk=true\n");
-        row("JSON", QStringList{"--json"_s}, "^{\"order\":(\\d+),.*\"event\":{\"lastValue\":(\\d),",
-            "^{\"order\":(\\d+),\"lost\":(\\d+)}$", "\"success\":true,\"results\":{\"doneOk\":true}}\n");
+        row("JSON", QStringList{"--json"_s},
+            "^{\"type\":\"event\",\"order\":(\\d+),.*\"results\":{\"lastValue\":(\\d),",
+            "^{\"type\":\"lost\",\"order\":(\\d+),.*\"lost\":(\\d+),\"reason\":\"the reader was too slow\"}$",
+            "\"results\":{\"doneOk\":true}}\n");
     }
 
     /// Each listener hears of 0, 1, 0 … in turn, so that the level of an event tells whether the count before

@@ -261,7 +261,7 @@ private Q_SLOTS:
         Terminal terminal("--json run setValue channel=START state=PULSE duration=900"_words, m_home->path());
         QCOMPARE(terminal.end(), 0);
         QVERIFY(!terminal.seen().contains("PULSE ["));
-        QVERIFY(terminal.seen().contains("\"success\":true"));
+        QVERIFY(terminal.seen().contains("\"type\":\"result\""));
     }
 
     void aTerminalThatGoesAwayEndsTheShell_data()

@@ -40,9 +40,10 @@ class TestTwoTools : public QObject
 private Q_SLOTS:
     void init()
     {
+        QVector<Problem> problems;
+        const auto read = readConfiguration(temporaryFile(configuration()), &problems);
+        QVERIFY2(read, qPrintable(problems.value(0).toString()));
         QString problem;
-        const auto read = readConfiguration(temporaryFile(configuration()), &problem);
-        QVERIFY2(read, qPrintable(problem));
         m_bench = Bench::make(*read, DevicePlace::SameThread, &problem);
         QVERIFY2(m_bench != nullptr, qPrintable(problem));
         m_bench->device().open();

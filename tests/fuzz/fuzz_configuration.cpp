@@ -17,16 +17,14 @@
 
 namespace {
 
-/// "FILE: PLACE: TEXT", a line each.
-void checkRefusal(const QString& problem, const QString& file)
+void checkRefusal(const QVector<Problem>& problems, const QString& file)
 {
-    require(!problem.isEmpty(), "a refusal says why");
-    const QStringList lines = problem.split(QLatin1Char('\n'));
-    for (const QString& line : lines) {
-        require(line.startsWith(file + ": "_s), "each line of a refusal names the file");
-        const int place = file.size() + 2;
-        const int text = line.indexOf(": "_s, place);
-        require(text > place && text + 2 < line.size(), "each line of a refusal names a place and a mistake");
+    require(!problems.isEmpty(), "a refusal says why");
+    for (const Problem& problem : problems) {
+        require(problem.file == file, "each mistake names the file");
+        require(problem.line > 0 || !problem.entry.isEmpty(), "each mistake has a place");
+        require(!problem.text.isEmpty() && !problem.toString().contains(QLatin1Char('\n')),
+                "each mistake is told in one line");
     }
 }
 
@@ -164,13 +162,13 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
     beginInput();
     static MemoryFile file;
     file.write(bytes, size);
-    QString problem;
-    const std::optional<BenchConfiguration> configuration = readConfiguration(file.name(), &problem);
+    QVector<Problem> problems;
+    const std::optional<BenchConfiguration> configuration = readConfiguration(file.name(), &problems);
     if (!configuration) {
-        checkRefusal(problem, file.name());
+        checkRefusal(problems, file.name());
         return 0;
     }
-    require(problem.isEmpty(), "what is taken has no problem");
+    require(problems.isEmpty(), "what is taken has no mistake");
     if (const auto* board = std::get_if<SimulatedBoardSetup>(&configuration->device)) {
         workWithBoard(*configuration, *board);
     } else {

@@ -73,8 +73,9 @@ LineBench::LineBench(const QVector<QJsonObject>& lines, DevicePlace place)
     file.open();
     file.write(configurationOf(lines));
     file.close();
-    QString problem;
-    const std::optional<BenchConfiguration> configuration = readConfiguration(file.fileName(), &problem);
+    QVector<Problem> problems;
+    const std::optional<BenchConfiguration> configuration = readConfiguration(file.fileName(), &problems);
+    QString problem = problems.value(0).toString();
     m_bench = configuration ? Bench::make(*configuration, place, &problem) : nullptr;
     if (m_bench == nullptr) {
         throw std::runtime_error(problem.toStdString());

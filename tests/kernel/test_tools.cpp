@@ -105,7 +105,9 @@ void TestTools::discoveryShowsChipsLinesAndConsumers()
                           "     2                       in"_s}));
     const QJsonObject json = runBench({"--json"_s, "discover"_s}).json().value(0);
     QCOMPARE(json.value("label"_s).toString(), "found"_s);
-    QCOMPARE(json.value("lines"_s).toArray().at(1).toObject().value("consumer"_s).toString(), "appvantor"_s);
+    const QJsonArray lines = json.value("lines"_s).toArray();
+    QCOMPARE(lines.at(1).toObject().value("consumer"_s).toString(), "appvantor"_s);
+    QCOMPARE(lines.at(0).toObject().value("flags"_s).toArray(), QJsonArray());
 }
 
 void TestTools::theConfigurationForAChipRuns()
@@ -142,11 +144,11 @@ void TestTools::theWatchTellsWhatComesGoesIsTakenAndReleased()
     QStringList told;
     for (const QJsonObject& line : run.json().mid(1)) {
         QVERIFY(QDateTime::fromString(line.value("time"_s).toString(), Qt::ISODateWithMs).isValid());
-        told.append("%1 %2 %3"_s.arg(line.value("event"_s).toString(), line.value("name"_s).toString(),
+        told.append("%1 %2 %3"_s.arg(line.value("change"_s).toString(), line.value("name"_s).toString(),
                                      line.value("consumer"_s).toString() + line.value("label"_s).toString()));
     }
-    QCOMPARE(told, QStringList({"taken BETA appvantor"_s, "released BETA appvantor"_s, "came  other"_s,
-                                "gone  other"_s}));
+    QCOMPARE(told, QStringList({"taken BETA appvantorfound"_s, "released BETA appvantorfound"_s,
+                                "came  other"_s, "gone  other"_s}));
 }
 
 void TestTools::theWatchTellsLinesThatAreTakenAllAtOnce()

@@ -1,6 +1,7 @@
 #include "discover.h"
 
 #include "discover_watch.h"
+#include "failure_report.h"
 
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
@@ -38,8 +39,13 @@ Chip describe(const QString& file, const GpioChip& chip)
     return described;
 }
 
-/// The chips that can be opened; each of the others is told on standard error.
-std::vector<Chip> chipsOfThisMachine()
+void tell(const QString& reason, Output* output)
+{
+    reportFailure("deviceUnreachable", {reason}, output);
+}
+
+/// The chips that can be opened; each of the others is told.
+std::vector<Chip> chipsOfThisMachine(Output* output)
 {
     std::vector<Chip> chips;
     const QStringList files = GpioChip::files();
@@ -49,11 +55,11 @@ std::vector<Chip> chipsOfThisMachine()
         if (chip != nullptr) {
             chips.push_back(describe(file, *chip));
         } else {
-            diagnostic(GpioMessages::chipRefused(file, error));
+            tell(GpioMessages::chipRefused(file, error), output);
         }
     }
     if (files.isEmpty()) {
-        diagnostic(GpioMessages::noChips());
+        tell(GpioMessages::noChips(), output);
     }
     return chips;
 }
@@ -102,7 +108,8 @@ void write(const Chip& chip, Output* output)
     }
     output->write(
         [&] {
-            return Json{{"chip", toJson(chip.name)},
+            return Json{{"type", "chip"},
+                        {"chip", toJson(chip.name)},
                         {"label", toJson(chip.label)},
                         {"file", toJson(chip.file)},
                         {"lines", lines}};
@@ -151,7 +158,7 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
         return candidate.file == wanted || candidate.name == wanted || candidate.label == wanted;
     });
     if (chip == chips.cend()) {
-        diagnostic(GpioMessages::noSuchChip(wanted));
+        tell(GpioMessages::noSuchChip(wanted), output);
         return ExitDeviceUnreachable;
     }
     for (const GpioLineInfo& line : chip->lines) {
@@ -161,9 +168,13 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
         }
     }
     constexpr int indent = 2;
-    Json configuration = configurationOf(*chip, wanted);
-    output->write([&] { return configuration; },
-                  [&] { return QString::fromStdString(configuration.dump(indent)); });
+    const Json configuration = configurationOf(*chip, wanted);
+    output->write(
+        [&] {
+            return Json{
+                {"type", "configuration"}, {"chip", toJson(chip->name)}, {"configuration", configuration}};
+        },
+        [&] { return QString::fromStdString(configuration.dump(indent)); });
     return ExitSuccess;
 }
 
@@ -188,7 +199,7 @@ int discover(const Options& options, Output* output)
 {
     const std::unique_ptr<DiscoverWatch> watch =
         options.watch ? std::make_unique<DiscoverWatch>(output) : nullptr;
-    const std::vector<Chip> chips = chipsOfThisMachine();
+    const std::vector<Chip> chips = chipsOfThisMachine(output);
     if (chips.empty() && watch == nullptr) {
         return ExitDeviceUnreachable;
     }

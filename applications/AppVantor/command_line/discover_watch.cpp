@@ -1,6 +1,7 @@
 #include "discover_watch.h"
 
-#include <process/diagnostics.h>
+#include "failure_report.h"
+
 #include <process/time_text.h>
 
 #include <devices/gpio_messages.h>
@@ -58,7 +59,7 @@ void DiscoverWatch::watch(const QString& file, bool tells)
     std::unique_ptr<GpioChip> chip = GpioChip::open(file, &error);
     if (chip == nullptr) {
         if (tells && !m_refused.contains(file)) {
-            diagnostic(GpioMessages::chipRefused(file, error));
+            reportFailure("deviceUnreachable", {GpioMessages::chipRefused(file, error)}, m_output);
         }
         m_refused.insert(file);
         return;
@@ -105,19 +106,20 @@ void DiscoverWatch::askAgain(Watched* watched)
     }
 }
 
-void DiscoverWatch::tellChip(const char* event, const GpioChip& chip)
+void DiscoverWatch::tellChip(const char* change, const GpioChip& chip)
 {
     const qint64 timeUs = m_clock.wallClock(m_clock.now());
     m_output->write(
         [&] {
-            return Json{{"time", toJson(fullTime(timeUs))},
-                        {"event", event},
+            return Json{{"type", "notice"},
+                        {"time", toJson(fullTime(timeUs))},
+                        {"change", change},
                         {"chip", toJson(chip.name())},
                         {"label", toJson(chip.label())}};
         },
         [&] {
             return QStringLiteral("%1 %2 \"%3\": %4")
-                .arg(timeOfDay(timeUs), chip.name(), chip.label(), QLatin1String(event));
+                .arg(timeOfDay(timeUs), chip.name(), chip.label(), QLatin1String(change));
         });
 }
 
@@ -131,9 +133,11 @@ void DiscoverWatch::tellLine(GpioLineChange::Kind kind, const GpioLineInfo& line
     const QString chip = watched->chip->name();
     m_output->write(
         [&] {
-            return Json{{"time", toJson(fullTime(wallClockUs))},
-                        {"event", nameOf(kind)},
+            return Json{{"type", "notice"},
+                        {"time", toJson(fullTime(wallClockUs))},
+                        {"change", nameOf(kind)},
                         {"chip", toJson(chip)},
+                        {"label", toJson(watched->chip->label())},
                         {"line", line.offset},
                         {"name", toJson(line.name)},
                         {"consumer", toJson(consumer)},

@@ -35,7 +35,7 @@ private:
     void watch(const QString& file, bool tells);
     void readChanges(Watched* watched);
     void askAgain(Watched* watched);
-    void tellChip(const char* event, const GpioChip& chip);
+    void tellChip(const char* change, const GpioChip& chip);
     void tellLine(GpioLineChange::Kind kind, const GpioLineInfo& line, Watched* watched, qint64 timeUs);
 
     Output* const m_output;

@@ -76,7 +76,7 @@ QString tableRow(const QStringList& cells)
     return row + cells.last();
 }
 
-void write(const ChannelRow& row, Output* output)
+void write(const DTool& tool, const ChannelRow& row, Output* output)
 {
     const DToolChannel& channel = row.channel;
     const QVariant value =
@@ -84,10 +84,12 @@ void write(const ChannelRow& row, Output* output)
     const DFailure failure = row.reading != nullptr ? row.reading->failure() : DFailure();
     output->write(
         [&] {
-            Json json = {{"id", toJson(channel.id)},
+            Json json = {{"type", "channel"},
+                         {"tool", toJson(tool.objectName())},
+                         {"channel", toJson(channel.id)},
                          {"name", toJson(channel.name)},
                          {"visibility", toJson(channel.visibility)},
-                         {"type", toJson(row.type)},
+                         {"channelType", toJson(row.type)},
                          {"direction", toJson(row.direction)},
                          {"link", channel.link.isEmpty() ? Json() : toJson(channel.link)},
                          {"value", toJson(value)}};
@@ -113,7 +115,7 @@ int listChannels(DTool* tool, Output* output)
                            QStringLiteral("LINK"), QStringLiteral("VALUE"), QStringLiteral("NAME")}));
     int status = ExitSuccess;
     for (const ChannelRow& row : rows) {
-        write(row, output);
+        write(*tool, row, output);
         status =
             std::max(status, row.reading != nullptr ? exitStatusOf(row.reading->failure()) : ExitSuccess);
     }

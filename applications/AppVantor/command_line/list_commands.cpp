@@ -12,7 +12,7 @@ Json toJson(const DDeclarations& declarations)
     Json list = Json::array();
     for (const DDeclaration& declared : declarations) {
         list.push_back({{"name", toJson(declared.name)},
-                        {"type", toJson(declared.typeTag)},
+                        {"typeTag", toJson(declared.typeTag)},
                         {"description", toJson(declared.description)},
                         {"default", toJson(declared.defaultValue)}});
     }
@@ -35,12 +35,13 @@ QString toText(const QString& title, const DDeclarations& declarations)
 
 Json toJson(const DTool& tool, const DCommandDescription& command)
 {
-    return {{"tool", toJson(tool.objectName())},
-            {"name", toJson(command.name)},
+    return {{"type", "command"},
+            {"tool", toJson(tool.objectName())},
+            {"command", toJson(command.name)},
             {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
             {"description", toJson(command.description)},
             {"parameters", toJson(command.parameters)},
-            {"results", toJson(command.results)}};
+            {"returns", toJson(command.results)}};
 }
 
 QString toText(const DCommandDescription& command)

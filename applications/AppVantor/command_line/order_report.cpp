@@ -8,6 +8,8 @@
 #include <process/diagnostics.h>
 #include <process/time_text.h>
 
+#include <utility>
+
 namespace {
 
 /// The wall-clock time that belongs to timeUs of the steady clock.
@@ -17,20 +19,22 @@ qint64 wallClock(const DOrder& order, qint64 timeUs)
     return device != nullptr ? device->scheduler()->wallClock(timeUs) : timeUs;
 }
 
-void reportEvent(const DOrder& order, int number, const QVariantMap& event, qint64 timeUs, Output* output)
+Json failureJson(const DOrder& order, int number)
 {
-    const qint64 time = wallClock(order, timeUs);
-    output->writeEvent(
-        number,
-        [&] {
-            return Json{{"order", number},
-                        {"command", toJson(order.commandName())},
-                        {"time", toJson(fullTime(time))},
-                        {"event", toJson(QVariant(event))}};
-        },
-        [&] {
-            return QStringLiteral("[%1] %2  %3").arg(number).arg(timeOfDay(time), assignmentsText(event));
-        });
+    Json json = orderJson("failure", order, number);
+    json["kind"] = toJson(order.failure().kindName());
+    json["reason"] = toJson(order.failure().text);
+    return json;
+}
+
+Json endJson(const DOrder& order, int number)
+{
+    Json json = order.failure() ? failureJson(order, number) : orderJson("result", order, number);
+    json["results"] = toJson(QVariant(order.results()));
+    if (order.rejectedReplies() > 0) {
+        json["rejected"] = order.rejectedReplies();
+    }
+    return json;
 }
 
 QString successText(const DOrder& order, int number)
@@ -41,53 +45,120 @@ QString successText(const DOrder& order, int number)
         .arg(order.commandName(), results.isEmpty() ? QStringLiteral("done") : results);
 }
 
-Json endJson(const DOrder& order, int number)
+/// Reports an order as long as it lives. Events that find no room are counted, and the count is told in their
+/// place.
+class OrderReport : public QObject
 {
-    Json json = {
-        {"order", number}, {"command", toJson(order.commandName())}, {"success", order.isSuccessful()}};
-    if (order.failure()) {
-        json["kind"] = toJson(order.failure().kindName());
-        json["reason"] = toJson(order.failure().text);
-    }
-    json["results"] = toJson(QVariant(order.results()));
-    if (order.rejectedReplies() > 0) {
-        json["rejected"] = order.rejectedReplies();
-    }
-    return json;
-}
+public:
+    OrderReport(DOrder* order, int number, Output* output)
+        : QObject(order)
+        , m_order(*order)
+        , m_number(number)
+        , m_output(output)
+    {}
 
-void reportEnd(const DOrder& order, int number, Output* output)
-{
-    output->endOfEvents(number);
-    if (output->isJson() || order.isSuccessful()) {
-        output->write([&] { return endJson(order, number); }, [&] { return successText(order, number); });
+    void tellEvent(const QVariantMap& event, qint64 timeUs)
+    {
+        if (!m_output->hasRoomForEvents()) {
+            ++m_leftOut;
+            return;
+        }
+        tellLeftOut();
+        const qint64 time = wallClock(m_order, timeUs);
+        m_output->write(
+            [&] {
+                Json json = orderJson("event", m_order, m_number);
+                json["time"] = toJson(fullTime(time));
+                json["results"] = toJson(QVariant(event));
+                return json;
+            },
+            [&] {
+                return QStringLiteral("[%1] %2  %3")
+                    .arg(m_number)
+                    .arg(timeOfDay(time), assignmentsText(event));
+            });
     }
-    if (order.rejectedReplies() > 0) {
-        diagnostic(QStringLiteral("[%1] %2 rejected replies of the device: %3")
-                       .arg(number)
-                       .arg(order.commandName())
-                       .arg(order.rejectedReplies()));
+
+    void tellLost(quint64 count)
+    {
+        tellLeftOut();
+        tellLost(count, QStringLiteral("they came too fast"));
     }
-    if (order.failure()) {
-        diagnostic(
-            QStringLiteral("[%1] %2 failed: %3").arg(number).arg(order.commandName(), order.failure().text));
+
+    void tellEnd()
+    {
+        tellLeftOut();
+        if (m_output->isJson() || m_order.isSuccessful()) {
+            m_output->write([this] { return endJson(m_order, m_number); },
+                            [this] { return successText(m_order, m_number); });
+        }
+        if (m_order.rejectedReplies() > 0) {
+            diagnostic(QStringLiteral("[%1] %2 rejected replies of the device: %3")
+                           .arg(m_number)
+                           .arg(m_order.commandName())
+                           .arg(m_order.rejectedReplies()));
+        }
+        if (m_order.failure()) {
+            diagnostic(QStringLiteral("[%1] %2 failed: %3")
+                           .arg(m_number)
+                           .arg(m_order.commandName(), m_order.failure().text));
+        }
     }
-}
+
+private:
+    void tellLeftOut()
+    {
+        if (m_leftOut > 0) {
+            tellLost(std::exchange(m_leftOut, 0), QStringLiteral("the reader was too slow"));
+        }
+    }
+
+    void tellLost(quint64 count, const QString& reason)
+    {
+        m_output->write(
+            [&] {
+                Json json = orderJson("lost", m_order, m_number);
+                json["lost"] = count;
+                json["reason"] = toJson(reason);
+                return json;
+            },
+            [&] { return QStringLiteral("[%1] %2 events lost: %3").arg(m_number).arg(count).arg(reason); });
+    }
+
+    const DOrder& m_order;
+    const int m_number;
+    Output* const m_output;
+    quint64 m_leftOut = 0; ///< events since the last one that was written
+};
 
 } // namespace
 
+Json orderJson(const char* type, const DOrder& order, int number)
+{
+    const QVariantMap arguments = order.arguments();
+    const QString channel = arguments.value(QStringLiteral("channel")).toString();
+    return {{"type", type},
+            {"order", number > 0 ? Json(number) : Json()},
+            {"tool", order.tool() != nullptr ? toJson(order.tool()->objectName()) : Json()},
+            {"command", toJson(order.commandName())},
+            {"channel", channel.isEmpty() ? Json() : toJson(channel)},
+            {"arguments", toJson(QVariant(arguments))}};
+}
+
 void reportOrder(DOrder* order, int number, Output* output)
 {
+    auto* report = new OrderReport(order, number, output);
     if (order->state() == DOrder::State::Finished) {
-        reportEnd(*order, number, output);
+        report->tellEnd();
         return;
     }
-    QObject::connect(order, &DOrder::eventReceived, order,
-                     [order, number, output](const QVariantMap& event, qint64 timeUs) {
-                         reportEvent(*order, number, event, timeUs, output);
-                     });
-    QObject::connect(order, &DOrder::eventsLost, order,
-                     [number, output](quint64 count) { output->eventsLost(number, count); });
-    QObject::connect(order, &DOrder::finished, order,
-                     [order, number, output] { reportEnd(*order, number, output); });
+    QObject::connect(order, &DOrder::eventReceived, report, &OrderReport::tellEvent);
+    QObject::connect(order, &DOrder::eventsLost, report, qOverload<quint64>(&OrderReport::tellLost));
+    QObject::connect(order, &DOrder::finished, report, &OrderReport::tellEnd);
+}
+
+void reportRefusal(const DOrder& order, Output* output)
+{
+    diagnostic(order.failure().text);
+    output->json([&] { return failureJson(order, 0); });
 }

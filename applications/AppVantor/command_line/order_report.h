@@ -4,6 +4,13 @@
 
 class DOrder;
 
+/// An object about an order, of this type, with what stands in each of them. number is the order's number for
+/// the user, 0 for one that was refused before it had one.
+Json orderJson(const char* type, const DOrder& order, int number);
+
 /// Writes what becomes of an order that has been started: its events, and its end. number is the order's
 /// number for the user.
 void reportOrder(DOrder* order, int number, Output* output);
+
+/// Writes why an order was refused before anything ran, as what was wrong with it tells.
+void reportRefusal(const DOrder& order, Output* output);

@@ -1,5 +1,6 @@
 #include "run_order.h"
 
+#include "failure_report.h"
 #include "invocation.h"
 #include "order_report.h"
 #include "progress.h"
@@ -8,7 +9,6 @@
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
-#include <process/diagnostics.h>
 #include <process/failure_status.h>
 #include <process/unix_signals.h>
 
@@ -23,7 +23,7 @@ int runOrder(DTool* tool, const Options& options, Output* output)
     QString problem;
     const Invocation invocation = readInvocation(options.words, &problem);
     if (!problem.isEmpty()) {
-        diagnostic(problem);
+        reportFailure("syntax", {problem}, output);
         return ExitWrongUsage;
     }
     UnixSignals unixSignals;
@@ -31,7 +31,7 @@ int runOrder(DTool* tool, const Options& options, Output* output)
     DOrder order(tool, invocation.command, invocation.arguments);
     order.start();
     if (order.failure().kind == DFailure::Kind::WrongInvocation) {
-        diagnostic(order.failure().text);
+        reportRefusal(order, output);
         return ExitWrongUsage;
     }
     reportOrder(&order, 1, output);

@@ -1,5 +1,6 @@
 #include "shell.h"
 
+#include "failure_report.h"
 #include "invocation.h"
 #include "list_channels.h"
 #include "list_commands.h"
@@ -8,7 +9,6 @@
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
-#include <process/diagnostics.h>
 #include <process/failure_status.h>
 
 #include <algorithm>
@@ -230,7 +230,8 @@ void Shell::startOrder(const QStringList& words, bool background)
     auto order = std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments);
     order->start();
     if (order->failure().kind == DFailure::Kind::WrongInvocation) {
-        refuse(order->failure().text);
+        reportRefusal(*order, m_output);
+        raiseExitStatus(ExitWrongUsage);
         return;
     }
     const int number = ++m_lastNumber;
@@ -332,7 +333,7 @@ int Shell::readNumber(const QString& text)
 
 void Shell::refuse(const QString& problem)
 {
-    diagnostic(problem);
+    reportFailure("syntax", {problem}, m_output);
     raiseExitStatus(ExitWrongUsage);
 }
 

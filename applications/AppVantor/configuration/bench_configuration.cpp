@@ -12,17 +12,16 @@ namespace {
 
 constexpr int c_largestFile = 64 << 20;
 
-/// Line and column of a position in text, both from 1.
-QString placeAt(const QByteArray& text, int offset)
+/// Sets the line and the column of problem to those of a position in text.
+void setPlace(const QByteArray& text, int offset, Problem* problem)
 {
     const QByteArray before = text.left(offset);
-    const int line = before.count('\n') + 1;
-    const int column = before.size() - (before.lastIndexOf('\n') + 1) + 1;
-    return QStringLiteral("line %1, column %2 (offset %3)").arg(line).arg(column).arg(offset);
+    problem->line = before.count('\n') + 1;
+    problem->column = before.size() - (before.lastIndexOf('\n') + 1) + 1;
 }
 
 /// Reads a file, or a pipe or device, which may have no end.
-std::optional<QByteArray> readText(const QString& fileName, QString* problem)
+std::optional<QByteArray> readText(const QString& fileName, Problem* problem)
 {
     constexpr int chunkSize = 1 << 16;
     QFile file(fileName);
@@ -35,18 +34,17 @@ std::optional<QByteArray> readText(const QString& fileName, QString* problem)
         } while (!chunk.isEmpty() && text.size() <= c_largestFile);
     }
     if (file.error() != QFileDevice::NoError) {
-        *problem = QStringLiteral("%1: cannot be read: %2").arg(fileName, file.errorString());
+        problem->text = QStringLiteral("cannot be read: %1").arg(file.errorString());
         return std::nullopt;
     }
     if (text.size() > c_largestFile) {
-        *problem =
-            QStringLiteral("%1: expected at most %2 bytes").arg(fileName, QString::number(c_largestFile));
+        problem->text = QStringLiteral("expected at most %1 bytes").arg(c_largestFile);
         return std::nullopt;
     }
     return text;
 }
 
-std::optional<QJsonObject> readJson(const QString& fileName, QString* problem)
+std::optional<QJsonObject> readJson(const QString& fileName, Problem* problem)
 {
     const std::optional<QByteArray> text = readText(fileName, problem);
     if (!text) {
@@ -55,12 +53,13 @@ std::optional<QJsonObject> readJson(const QString& fileName, QString* problem)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
     if (document.isNull()) {
-        *problem = QStringLiteral("%1: %2: expected JSON: %3")
-                       .arg(fileName, placeAt(*text, error.offset), error.errorString());
+        setPlace(*text, error.offset, problem);
+        problem->text = QStringLiteral("expected JSON: %1").arg(error.errorString());
         return std::nullopt;
     }
     if (!document.isObject()) {
-        *problem = QStringLiteral("%1: %2: expected an object").arg(fileName, placeAt(*text, 0));
+        setPlace(*text, 0, problem);
+        problem->text = QStringLiteral("expected an object");
         return std::nullopt;
     }
     return document.object();
@@ -78,14 +77,17 @@ QVector<DLine> linesOf(const GpioChipSetup& chips)
 
 } // namespace
 
-std::optional<BenchConfiguration> readConfiguration(const QString& file, QString* problem)
+std::optional<BenchConfiguration> readConfiguration(const QString& file, QVector<Problem>* problems)
 {
-    const std::optional<QJsonObject> json = readJson(file, problem);
+    Problem problem;
+    problem.file = file;
+    const std::optional<QJsonObject> json = readJson(file, &problem);
     if (!json) {
+        *problems = {problem};
         return std::nullopt;
     }
-    ConfigProblems problems(file);
-    const ConfigObject root(*json, QString(), &problems);
+    ConfigProblems found(file);
+    const ConfigObject root(*json, QString(), &found);
     root.allowOnly({QStringLiteral("device"), QStringLiteral("tools")});
     const ConfigObject device = root.object(QStringLiteral("device"));
     device.text(QStringLiteral("type"));
@@ -101,8 +103,8 @@ std::optional<BenchConfiguration> readConfiguration(const QString& file, QString
         std::visit([](const auto& setup) { return linesOf(setup); }, configuration.device);
     configuration.tools = readTools(root, lines, type == 0 ? LineKinds::Any : LineKinds::DigitalOnly,
                                     QFileInfo(file).absolutePath());
-    if (!problems.isEmpty()) {
-        *problem = problems.text();
+    if (!found.all().isEmpty()) {
+        *problems = found.all();
         return std::nullopt;
     }
     return configuration;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "problem.h"
+
 #include <devices/gpio_chip_device.h>
 #include <devices/simulated_board.h>
 
@@ -25,6 +27,6 @@ struct BenchConfiguration
     QVector<Tool> tools;
 };
 
-/// Reads the configuration file. Returns nothing after a mistake; problem then names the file, the place, and
-/// what was expected there.
-std::optional<BenchConfiguration> readConfiguration(const QString& file, QString* problem);
+/// Reads the configuration file. Returns nothing after mistakes; problems then tells each of them: the file,
+/// the place, and what was expected there.
+std::optional<BenchConfiguration> readConfiguration(const QString& file, QVector<Problem>* problems);

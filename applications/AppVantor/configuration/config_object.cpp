@@ -36,9 +36,13 @@ QString inOneLine(const QString& text)
 
 } // namespace
 
-void ConfigProblems::add(const QString& place, const QString& text)
+void ConfigProblems::add(const QString& entry, const QString& text)
 {
-    m_lines.append(QStringLiteral("%1: %2: %3").arg(m_file, inOneLine(place), inOneLine(text)));
+    Problem problem;
+    problem.text = inOneLine(text);
+    problem.file = m_file;
+    problem.entry = inOneLine(entry);
+    m_all.append(problem);
 }
 
 ConfigObject::ConfigObject(const QJsonObject& object, const QString& place, ConfigProblems* problems)

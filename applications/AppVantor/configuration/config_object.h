@@ -1,8 +1,11 @@
 #pragma once
 
+#include "problem.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <vector>
 
@@ -14,15 +17,12 @@ public:
         : m_file(file)
     {}
 
-    /// Adds a mistake: "FILE: PLACE: TEXT".
-    void add(const QString& place, const QString& text);
-    bool isEmpty() const { return m_lines.isEmpty(); }
-    /// All mistakes, a line each.
-    QString text() const { return m_lines.join(QLatin1Char('\n')); }
+    void add(const QString& entry, const QString& text);
+    const QVector<Problem>& all() const { return m_all; }
 
 private:
     QString m_file;
-    QStringList m_lines;
+    QVector<Problem> m_all;
 };
 
 /// A JSON object of a configuration file, with the place where it stands. Every reading of an entry that is

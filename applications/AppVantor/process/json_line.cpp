@@ -3,6 +3,18 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+namespace {
+
+/// Many readers keep numbers as doubles, which are exact up to 2^53 only.
+bool isTooLarge(const Json& value)
+{
+    constexpr qint64 largest = 1LL << 53;
+    return value.is_number_unsigned() ? value.get<quint64>() > static_cast<quint64>(largest)
+                                      : value.is_number_integer() && value.get<qint64>() < -largest;
+}
+
+} // namespace
+
 Json toJson(const QString& text)
 {
     return Json(text.toStdString());
@@ -35,7 +47,11 @@ Json toJson(const QVariant& value)
         Json object = Json::object();
         const QVariantMap map = value.toMap();
         for (auto item = map.cbegin(); item != map.cend(); ++item) {
-            object[item.key().toStdString()] = toJson(item.value());
+            const std::string key = item.key().toStdString();
+            object[key] = toJson(item.value());
+            if (isTooLarge(object[key])) {
+                object[key + "Text"] = object[key].dump();
+            }
         }
         return object;
     }

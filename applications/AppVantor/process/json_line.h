@@ -8,6 +8,7 @@
 /// A JSON object that keeps the order of its keys and its whole numbers exact.
 using Json = nlohmann::ordered_json;
 
-/// The JSON value of a variant: what JSON cannot hold becomes its text, and without one null.
+/// The JSON value of a variant: what JSON cannot hold becomes its text, and without one null. Beside a whole
+/// number of a map that is beyond 2^53 stands its text, called as the number with "Text" behind it.
 Json toJson(const QVariant& value);
 Json toJson(const QString& text);

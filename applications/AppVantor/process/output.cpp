@@ -34,44 +34,16 @@ Output::Output(bool json)
 
 void Output::write(const JsonMaker& json, const TextMaker& text)
 {
-    // Text from outside may hold half a surrogate pair; it is replaced, never thrown at.
-    line(m_json ? json().dump(-1, ' ', false, Json::error_handler_t::replace) : text().toStdString());
-}
-
-void Output::writeEvent(int order, const JsonMaker& json, const TextMaker& text)
-{
-    if (m_outlet.waiting() >= Outlet::c_bound - c_keptForResults) {
-        ++m_lost[order];
-        return;
-    }
-    endOfEvents(order);
-    write(json, text);
-}
-
-void Output::endOfEvents(int order)
-{
-    if (m_lost.isEmpty()) {
-        return;
-    }
-    const quint64 lost = m_lost.take(order);
-    if (lost > 0) {
-        tellLost(order, lost, QStringLiteral("the reader was too slow"));
+    if (m_json) {
+        object(json());
+    } else {
+        line(text().toStdString());
     }
 }
 
-void Output::eventsLost(int order, quint64 count)
+bool Output::hasRoomForEvents() const
 {
-    endOfEvents(order);
-    tellLost(order, count, QStringLiteral("they came too fast"));
-}
-
-void Output::tellLost(int order, quint64 count, const QString& reason)
-{
-    write(
-        [&] {
-            return Json{{"order", order}, {"lost", count}};
-        },
-        [&] { return QStringLiteral("[%1] %2 events lost: %3").arg(order).arg(count).arg(reason); });
+    return m_outlet.waiting() < Outlet::c_bound - c_keptForResults;
 }
 
 void Output::text(const QString& text)
@@ -79,6 +51,19 @@ void Output::text(const QString& text)
     if (!m_json) {
         line(text.toStdString());
     }
+}
+
+void Output::json(const JsonMaker& json)
+{
+    if (m_json) {
+        object(json());
+    }
+}
+
+/// Text from outside may hold half a surrogate pair; it is replaced, never thrown at.
+void Output::object(const Json& object)
+{
+    line(object.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void Output::line(const std::string& line)

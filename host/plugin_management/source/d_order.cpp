@@ -189,6 +189,11 @@ QString DOrder::commandName() const
     return d->commandName;
 }
 
+QVariantMap DOrder::arguments() const
+{
+    return d->arguments;
+}
+
 DOrder::State DOrder::state() const
 {
     return d->state;

@@ -39,6 +39,8 @@ public:
     /// Process-wide number of the order, from 1.
     quint64 id() const;
     QString commandName() const;
+    /// The arguments that it was given; once it has started, as their declared types.
+    QVariantMap arguments() const;
     State state() const;
     /// The tool whose command runs; null when it is gone.
     DTool* tool() const;

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <configuration/problem.h>
+#include <process/output.h>
+
+/// Tells a failure that belongs to no order: people on standard error, programs as an object in output. kind
+/// is one of "usage", "configuration", "syntax" and the names of DFailure's kinds.
+void reportFailure(const char* kind, const Problem& problem, Output* output);

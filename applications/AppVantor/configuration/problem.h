@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// A mistake in what somebody wrote, and where it stands, as far as that is known.
+struct Problem
+{
+    QString text = {};
+    QString file = {};
+    int line = 0;       ///< from 1; 0 for none
+    int column = 0;     ///< from 1; 0 for none
+    QString entry = {}; ///< of a configuration: "device.lines[2].name"
+
+    /// For people, in one line: "bench.json:12:7: device.lines[2].name: expected …".
+    QString toString() const;
+};

@@ -1,0 +1,73 @@
+#!/usr/bin/python3
+"""Checks lines of JSON against docs/json.schema.json.
+
+    check_json.py SCHEMA                answers each line of standard input with one: empty, or what is wrong with it
+    check_json.py SCHEMA DOCUMENT       checks the examples of a document, of which each type must have one
+"""
+
+import json
+import re
+import sys
+
+import jsonschema
+
+
+class Checker:
+    def __init__(self, file):
+        with open(file, encoding="utf-8") as stream:
+            schema = json.load(stream)
+        jsonschema.Draft202012Validator.check_schema(schema)
+        self.definitions = schema["$defs"]
+        self.validators = {}
+        for alternative in schema["oneOf"]:
+            definition = self.definitions[alternative["$ref"].rpartition("/")[2]]
+            validator = jsonschema.Draft202012Validator({**definition, "$defs": self.definitions})
+            self.validators.setdefault(definition["properties"]["type"]["const"], []).append(validator)
+
+    def problem(self, line):
+        """What is wrong with a line; empty when it is right."""
+        try:
+            value = json.loads(line)
+        except ValueError as error:
+            return f"no JSON: {error}"
+        if not isinstance(value, dict) or value.get("type") not in self.validators:
+            return "no object of a known type"
+        problems = []
+        for validator in self.validators[value["type"]]:
+            error = jsonschema.exceptions.best_match(validator.iter_errors(value))
+            if error is None:
+                return ""
+            problems.append(f"{error.json_path}: {error.message}")
+        return "; or ".join(problems).replace("\n", " ")
+
+
+def examples_of(document):
+    with open(document, encoding="utf-8") as stream:
+        for block in re.findall(r"^```json\n(.*?)^```$", stream.read(), re.DOTALL | re.MULTILINE):
+            yield from block.splitlines()
+
+
+def check_document(checker, document):
+    problems = []
+    types = set(checker.validators)
+    for line in examples_of(document):
+        problem = checker.problem(line)
+        if problem:
+            problems.append(f"{line}\n    {problem}")
+        else:
+            types.discard(json.loads(line)["type"])
+    problems += [f'the type "{missing}" has no example' for missing in sorted(types)]
+    print("\n".join(problems))
+    return 1 if problems else 0
+
+
+def main():
+    checker = Checker(sys.argv[1])
+    if len(sys.argv) > 2:
+        return check_document(checker, sys.argv[2])
+    for line in sys.stdin:
+        print(checker.problem(line.rstrip("\n")), flush=True)
+    return 0
+
+
+sys.exit(main())
