@@ -55,18 +55,188 @@ public:
     }
     Q_DISABLE_COPY(Play)
 
-    void act();
+    void act()
+    {
+        switch (m_data->ConsumeIntegralInRange(0, 9)) {
+        case 0:
+        case 1:
+            startOrder();
+            break;
+        case 2:
+        case 3:
+        case 4:
+            answer(anyRequest());
+            break;
+        case 5:
+        case 6:
+            settle();
+            break;
+        case 7:
+            passTime(m_data->ConsumeBool()
+                         ? m_data->ConsumeIntegralInRange(0, 5000)
+                         : m_data->ConsumeIntegralInRange(0, std::numeric_limits<int>::max()));
+            break;
+        default:
+            react();
+            break;
+        }
+    }
+
     /// Every order is over or is stopped, and whatever is said to it then changes nothing.
-    void end();
+    void end()
+    {
+        // No bytes are left: from here on nothing reacts any more.
+        settle();
+        for (const auto& order : m_orders) {
+            order->stop();
+            require(order->state() == DOrder::State::Finished, "an order that was stopped has ended");
+        }
+        settle();
+        if (m_device == nullptr) {
+            return;
+        }
+        require(m_device->pendingRequests() == 0, "no request outlives its order");
+        const int logged = loggedMessages();
+        for (const quint64 id : m_requests) {
+            m_device->reply(id, {});
+        }
+        settle();
+        require(loggedMessages() == logged, "no command sees a reply after its order's end");
+    }
 
 private:
-    void startOrder();
-    void answer(quint64 id);
-    void react();
-    void changeConnection();
-    QString oneOf(const QStringList& texts);
-    DOrder* anyOrder();
-    quint64 anyRequest();
+    void startOrder()
+    {
+        static const QStringList commands = {"setValue"_s,       "switchValue"_s,   "getValue"_s,
+                                             "startListening"_s, "init"_s,          "listenToAll"_s,
+                                             "stopListening"_s,  "stopTheCommand"_s};
+        const QString command =
+            m_data->ConsumeIntegralInRange(0, 15) == 0 ? m_variants.text() : oneOf(commands);
+        QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
+        if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
+            arguments.insert("channel"_s, "LAMP"_s);
+        }
+        if (command == "setValue"_s) {
+            static const QStringList states = {"ON"_s, "OFF"_s, "BLINK"_s, "PULSE"_s};
+            arguments.insert("state"_s, oneOf(states));
+            arguments.insert("duration"_s,
+                             m_data->ConsumeBool() ? m_data->ConsumeIntegral<int>() : m_variants.value(0));
+        } else if (command == "startListening"_s) {
+            static const QStringList edges = {QString(), "RE"_s, "FE"_s, "HL"_s, "LL"_s};
+            arguments.insert("edge"_s, oneOf(edges));
+        }
+        m_orders.push_back(std::make_unique<DOrder>(m_tool.get(), command, arguments));
+        DOrder* order = m_orders.back().get();
+        watchOrder(order);
+        const auto sometimes = [this] {
+            if (m_data->ConsumeIntegralInRange(0, 3) == 3) {
+                react();
+            }
+        };
+        QObject::connect(order, &DOrder::resultUpdated, m_device.get(), sometimes);
+        QObject::connect(order, &DOrder::eventReceived, m_device.get(), sometimes);
+        QObject::connect(order, &DOrder::finished, m_device.get(), sometimes);
+        order->start();
+    }
+
+    void answer(quint64 id)
+    {
+        if (m_device == nullptr) {
+            return;
+        }
+        switch (m_data->ConsumeIntegralInRange(0, 4)) {
+        case 0:
+            m_device->refuse(id, m_variants.text() + QLatin1Char('.'));
+            break;
+        case 1:
+            m_device->reply(id, m_variants.map(2));
+            break;
+        case 2:
+            m_device->reply(id, {{"values"_s, QVariantList{m_variants.value(1)}}});
+            break;
+        case 3:
+            m_device->reply(id, {{"values"_s, m_variants.value(1)}});
+            break;
+        default:
+            m_device->reply(id, {{"value"_s, m_variants.value(1)}});
+            break;
+        }
+    }
+
+    /// What may come at any moment, also from inside of an order's signals.
+    void react()
+    {
+        DOrder* order = anyOrder();
+        switch (m_data->ConsumeIntegralInRange(0, 5)) {
+        case 0:
+            answer(anyRequest());
+            break;
+        case 1:
+            if (order != nullptr) {
+                order->stop();
+            }
+            break;
+        case 2:
+            if (!m_orders.empty()) {
+                const std::unique_ptr<DOrder> gone = std::move(m_orders.front());
+                m_orders.erase(m_orders.begin());
+            }
+            break;
+        case 3:
+            m_tool.reset();
+            break;
+        case 4:
+            if (order != nullptr) {
+                order->start();
+            }
+            break;
+        default:
+            changeConnection();
+            break;
+        }
+    }
+
+    void changeConnection()
+    {
+        if (m_device == nullptr) {
+            return;
+        }
+        switch (m_data->ConsumeIntegralInRange(0, 5)) {
+        case 0:
+            m_device.reset();
+            break;
+        case 1:
+        case 2:
+            m_device->restore();
+            break;
+        case 3:
+            m_device->close();
+            break;
+        default:
+            m_device->lose(m_variants.text() + QLatin1Char('.'));
+            break;
+        }
+    }
+
+    QString oneOf(const QStringList& texts)
+    {
+        return texts.at(m_data->ConsumeIntegralInRange(0, texts.size() - 1));
+    }
+
+    DOrder* anyOrder()
+    {
+        return m_orders.empty()
+                   ? nullptr
+                   : m_orders.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_orders.size() - 1)).get();
+    }
+
+    quint64 anyRequest()
+    {
+        if (m_requests.empty() || m_data->ConsumeIntegralInRange(0, 15) == 0) {
+            return m_data->ConsumeIntegral<quint64>();
+        }
+        return m_requests.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_requests.size() - 1));
+    }
 
     FuzzedDataProvider* m_data;
     Variants m_variants;
@@ -75,185 +245,6 @@ private:
     std::vector<std::unique_ptr<DOrder>> m_orders;
     std::vector<quint64> m_requests;
 };
-
-void Play::act()
-{
-    switch (m_data->ConsumeIntegralInRange(0, 9)) {
-    case 0:
-    case 1:
-        startOrder();
-        break;
-    case 2:
-    case 3:
-    case 4:
-        answer(anyRequest());
-        break;
-    case 5:
-    case 6:
-        settle();
-        break;
-    case 7:
-        passTime(m_data->ConsumeBool() ? m_data->ConsumeIntegralInRange(0, 5000)
-                                       : m_data->ConsumeIntegralInRange(0, std::numeric_limits<int>::max()));
-        break;
-    default:
-        react();
-        break;
-    }
-}
-
-void Play::startOrder()
-{
-    static const QStringList commands = {"setValue"_s,       "switchValue"_s,   "getValue"_s,
-                                         "startListening"_s, "init"_s,          "listenToAll"_s,
-                                         "stopListening"_s,  "stopTheCommand"_s};
-    const QString command = m_data->ConsumeIntegralInRange(0, 15) == 0 ? m_variants.text() : oneOf(commands);
-    QVariantMap arguments = m_data->ConsumeBool() ? QVariantMap() : m_variants.map(2);
-    if (m_data->ConsumeIntegralInRange(0, 3) != 0) {
-        arguments.insert("channel"_s, "LAMP"_s);
-    }
-    if (command == "setValue"_s) {
-        static const QStringList states = {"ON"_s, "OFF"_s, "BLINK"_s, "PULSE"_s};
-        arguments.insert("state"_s, oneOf(states));
-        arguments.insert("duration"_s,
-                         m_data->ConsumeBool() ? m_data->ConsumeIntegral<int>() : m_variants.value(0));
-    } else if (command == "startListening"_s) {
-        static const QStringList edges = {QString(), "RE"_s, "FE"_s, "HL"_s, "LL"_s};
-        arguments.insert("edge"_s, oneOf(edges));
-    }
-    m_orders.push_back(std::make_unique<DOrder>(m_tool.get(), command, arguments));
-    DOrder* order = m_orders.back().get();
-    watchOrder(order);
-    const auto sometimes = [this] {
-        if (m_data->ConsumeIntegralInRange(0, 3) == 3) {
-            react();
-        }
-    };
-    QObject::connect(order, &DOrder::resultUpdated, m_device.get(), sometimes);
-    QObject::connect(order, &DOrder::eventReceived, m_device.get(), sometimes);
-    QObject::connect(order, &DOrder::finished, m_device.get(), sometimes);
-    order->start();
-}
-
-void Play::answer(quint64 id)
-{
-    if (m_device == nullptr) {
-        return;
-    }
-    switch (m_data->ConsumeIntegralInRange(0, 4)) {
-    case 0:
-        m_device->refuse(id, m_variants.text() + QLatin1Char('.'));
-        break;
-    case 1:
-        m_device->reply(id, m_variants.map(2));
-        break;
-    case 2:
-        m_device->reply(id, {{"values"_s, QVariantList{m_variants.value(1)}}});
-        break;
-    case 3:
-        m_device->reply(id, {{"values"_s, m_variants.value(1)}});
-        break;
-    default:
-        m_device->reply(id, {{"value"_s, m_variants.value(1)}});
-        break;
-    }
-}
-
-/// What may come at any moment, also from inside of an order's signals.
-void Play::react()
-{
-    DOrder* order = anyOrder();
-    switch (m_data->ConsumeIntegralInRange(0, 5)) {
-    case 0:
-        answer(anyRequest());
-        break;
-    case 1:
-        if (order != nullptr) {
-            order->stop();
-        }
-        break;
-    case 2:
-        if (!m_orders.empty()) {
-            const std::unique_ptr<DOrder> gone = std::move(m_orders.front());
-            m_orders.erase(m_orders.begin());
-        }
-        break;
-    case 3:
-        m_tool.reset();
-        break;
-    case 4:
-        if (order != nullptr) {
-            order->start();
-        }
-        break;
-    default:
-        changeConnection();
-        break;
-    }
-}
-
-void Play::changeConnection()
-{
-    if (m_device == nullptr) {
-        return;
-    }
-    switch (m_data->ConsumeIntegralInRange(0, 5)) {
-    case 0:
-        m_device.reset();
-        break;
-    case 1:
-    case 2:
-        m_device->restore();
-        break;
-    case 3:
-        m_device->close();
-        break;
-    default:
-        m_device->lose(m_variants.text() + QLatin1Char('.'));
-        break;
-    }
-}
-
-QString Play::oneOf(const QStringList& texts)
-{
-    return texts.at(m_data->ConsumeIntegralInRange(0, texts.size() - 1));
-}
-
-DOrder* Play::anyOrder()
-{
-    return m_orders.empty()
-               ? nullptr
-               : m_orders.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_orders.size() - 1)).get();
-}
-
-quint64 Play::anyRequest()
-{
-    if (m_requests.empty() || m_data->ConsumeIntegralInRange(0, 15) == 0) {
-        return m_data->ConsumeIntegral<quint64>();
-    }
-    return m_requests.at(m_data->ConsumeIntegralInRange<std::size_t>(0, m_requests.size() - 1));
-}
-
-void Play::end()
-{
-    // No bytes are left: from here on nothing reacts any more.
-    settle();
-    for (const auto& order : m_orders) {
-        order->stop();
-        require(order->state() == DOrder::State::Finished, "an order that was stopped has ended");
-    }
-    settle();
-    if (m_device == nullptr) {
-        return;
-    }
-    require(m_device->pendingRequests() == 0, "no request outlives its order");
-    const int logged = loggedMessages();
-    for (const quint64 id : m_requests) {
-        m_device->reply(id, {});
-    }
-    settle();
-    require(loggedMessages() == logged, "no command sees a reply after its order's end");
-}
 
 } // namespace
 

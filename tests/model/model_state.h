@@ -9,8 +9,7 @@
 #include <optional>
 #include <vector>
 
-/// What the model knows of the objects of a run. It is kept up by the rules, and never asked of the objects.
-namespace model {
+// What the model knows of the objects of a run. It is kept up by the rules, and never asked of the objects.
 
 struct Order;
 struct Request;
@@ -91,7 +90,11 @@ struct Order
     std::vector<std::shared_ptr<Request>> requests; ///< those that are not over
 
     bool isRunning() const { return started && !decided; }
-    bool isListening() const;
+    bool isListening() const
+    {
+        return std::any_of(requests.cbegin(), requests.cend(),
+                           [](const auto& request) { return request->recurring; });
+    }
 };
 
 struct Treatment
@@ -115,5 +118,3 @@ struct Backend
     bool runningAsks = false;
     bool replied = false; ///< the results of the treatment that runs were told
 };
-
-} // namespace model

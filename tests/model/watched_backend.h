@@ -11,11 +11,21 @@ class WatchedBackend : public DAbstractPluginBackend
     Q_DISABLE_COPY(WatchedBackend)
 
 public:
-    WatchedBackend();
-    ~WatchedBackend() override;
+    WatchedBackend()
+        : DAbstractPluginBackend(QStringLiteral("TestLibrary"), nullptr)
+    {}
 
-    bool applyTreatmentReply(int id, const QString& name, const QVariantMap& reply) override;
-    void treatmentReleased(int id, const QString& name, bool success) override;
+    bool applyTreatmentReply(int id, const QString& name, const QVariantMap&) override
+    {
+        onReply(id, name);
+        return true;
+    }
+
+    void treatmentReleased(int id, const QString& name, bool success) override
+    {
+        const auto call = onRelease; // which may destroy this backend
+        call(id, name, success);
+    }
 
     std::function<void(int id, const QString& name)> onReply;
     std::function<void(int id, const QString& name, bool success)> onRelease;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "host_record.h"
 #include "message_log.h"
 
 #include <QObject>
+#include <QtTest>
 
 #include <optional>
 
@@ -14,12 +16,34 @@ class QuietTest : public QObject
 
 protected:
     /// What was logged since the last call, or since the function began.
-    QVector<Message> takeMessages();
-    QStringList takeTexts();
+    QVector<Message> takeMessages()
+    {
+        QVector<Message> messages = m_log->messages();
+        m_log.reset();
+        m_log.emplace();
+        return messages;
+    }
+
+    QStringList takeTexts()
+    {
+        QStringList texts = m_log->texts();
+        takeMessages();
+        return texts;
+    }
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        resetHostRecord();
+        m_log.emplace();
+    }
+
+    void cleanup()
+    {
+        const QStringList texts = takeTexts();
+        m_log.reset();
+        QCOMPARE(texts, QStringList());
+    }
 
 private:
     std::optional<MessageLog> m_log;

@@ -18,15 +18,48 @@ public:
 
     virtual ~RecordingClient() = default;
 
-    void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;
-    void requestFailed(quint64 id, const DFailure& failure) override;
+    void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override
+    {
+        remember({id, reply, timeUs, DFailure()});
+    }
+    void requestFailed(quint64 id, const DFailure& failure) override
+    {
+        remember({id, QVariantMap(), 0, failure});
+    }
     void repliesLost(quint64 id, quint64 count) override { lost.append({id, count}); }
 
-    QVector<quint64> ids() const;
+    QVector<quint64> ids() const
+    {
+        QVector<quint64> all;
+        for (const Heard& what : heard) {
+            all.append(what.id);
+        }
+        return all;
+    }
+
     /// The texts of the failures.
-    QStringList failures() const;
+    QStringList failures() const
+    {
+        QStringList texts;
+        for (const Heard& what : heard) {
+            if (what.failure) {
+                texts.append(what.failure.text);
+            }
+        }
+        return texts;
+    }
+
     /// The item key of every reply that has it; with an id, of those to that request only.
-    QVariantList replied(const QString& key, quint64 id = 0) const;
+    QVariantList replied(const QString& key, quint64 id = 0) const
+    {
+        QVariantList values;
+        for (const Heard& what : heard) {
+            if (what.reply.contains(key) && (id == 0 || what.id == id)) {
+                values.append(what.reply.value(key));
+            }
+        }
+        return values;
+    }
 
     QVector<Heard> heard;
     /// How many replies were lost, with their requests.
@@ -35,5 +68,12 @@ public:
     std::function<void(const Heard&)> then;
 
 private:
-    void remember(const Heard& what);
+    void remember(const Heard& what)
+    {
+        heard.append(what);
+        if (then) {
+            const auto call = then; // which may destroy this client
+            call(what);
+        }
+    }
 };

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "literals.h"
+
 #include <plugin_management/d_device.h>
+#include <plugin_management/d_scheduler.h>
 
 #include <functional>
 
@@ -19,26 +22,35 @@ public:
         QVariantMap arguments;
     };
 
-    explicit RecordingDevice(DScheduler* scheduler);
-    ~RecordingDevice() override;
+    explicit RecordingDevice(DScheduler* scheduler)
+        : DDevice("Recording device"_s, scheduler)
+    {}
 
     /// Instructions to listen recur.
-    bool isRecurring(const QString& instruction) const override;
+    bool isRecurring(const QString& instruction) const override { return instruction.startsWith("listen"_s); }
 
     using DDevice::reply;
     using DDevice::setState;
     using DDevice::tellLost;
 
     /// Answers with what is true since now.
-    void reply(quint64 id, const QVariantMap& reply);
+    void reply(quint64 id, const QVariantMap& reply) { DDevice::reply(id, reply, scheduler()->now()); }
     /// Refuses a request.
-    void refuse(quint64 id, const QString& reason);
-    void lose(const QString& problem);
-    void restore();
+    void refuse(quint64 id, const QString& reason) { fail(id, {DFailure::Kind::RefusedByDevice, reason}); }
+    void lose(const QString& problem) { setState(State::Unreachable, problem); }
+    void restore() { setState(State::Connected); }
 
     /// Identifier of the latest request; 0 when there was none.
-    quint64 lastId() const;
-    QStringList instructions() const;
+    quint64 lastId() const { return requests.isEmpty() ? 0 : requests.constLast().id; }
+
+    QStringList instructions() const
+    {
+        QStringList names;
+        for (const Request& request : requests) {
+            names.append(request.instruction);
+        }
+        return names;
+    }
 
     QVector<Request> requests;
     QVector<quint64> cancelled;
@@ -50,8 +62,28 @@ public:
     std::function<void(quint64 id)> onCancel;
 
 protected:
-    void handleOpen() override;
-    void handleClose() override;
-    void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
-    void handleCancel(quint64 id) override;
+    void handleOpen() override
+    {
+        reached.append("open"_s);
+        restore();
+    }
+
+    void handleClose() override { reached.append("close"_s); }
+
+    void handleRequest(quint64 id, const QString& instruction, const QVariantMap& arguments) override
+    {
+        const Request request{id, instruction, arguments};
+        requests.append(request);
+        if (onRequest) {
+            onRequest(request);
+        }
+    }
+
+    void handleCancel(quint64 id) override
+    {
+        cancelled.append(id);
+        if (onCancel) {
+            onCancel(id);
+        }
+    }
 };

@@ -40,20 +40,64 @@ class ScriptedCommand : public DAbstractCommand
 
 public:
     ScriptedCommand(const std::shared_ptr<CommandScript>& script, const QVariantMap& parameters,
-                    QObject* parent);
-    ~ScriptedCommand() override;
+                    QObject* parent)
+        : DAbstractCommand(script->name, script->stopName, parameters, parent)
+        , m_script(script)
+    {
+        setDescription(script->description);
+        for (const DDeclaration& declared : qAsConst(script->parameters)) {
+            declareAParameter(declared.name, declared.typeTag, declared.description, declared.defaultValue);
+        }
+        for (const DDeclaration& declared : qAsConst(script->results)) {
+            declareAResult(declared.name, declared.typeTag, declared.description, declared.defaultValue);
+        }
+        ++script->alive;
+        script->latest = this;
+    }
 
-    bool commandExecute() override;
-    void finishTheCommand(bool& ok) override;
-    QSharedPointer<ICommand> createCommand(const QVariantMap& parameters) override;
+    ~ScriptedCommand() override { --m_script->alive; }
+
+    bool commandExecute() override
+    {
+        if (!DAbstractCommand::commandExecute()) {
+            return false;
+        }
+        return !m_script->execute || m_script->execute(*this);
+    }
+
+    void finishTheCommand(bool& ok) override
+    {
+        ++m_script->finishes;
+        m_script->outcomes.append(ok);
+        if (m_script->onFinish) {
+            m_script->onFinish(*this);
+        }
+        commandFinish(ok);
+    }
+
+    QSharedPointer<ICommand> createCommand(const QVariantMap& parameters) override
+    {
+        return QSharedPointer<ICommand>(new ScriptedCommand(m_script, parameters, parent()));
+    }
 
     /// Sends a request to the device; its replies go to the script.
-    quint64 send(const QString& instruction, const QVariantMap& arguments = {}, int timeoutMs = 0);
+    quint64 send(const QString& instruction, const QVariantMap& arguments = {}, int timeoutMs = 0)
+    {
+        return addInstruction(QStringLiteral("device"), instruction, arguments, timeoutMs,
+                              ReplyDelegate(this, &ScriptedCommand::onReply));
+    }
+
     /// The same to any target.
-    quint64 sendTo(const QString& target, const QString& instruction);
+    quint64 sendTo(const QString& target, const QString& instruction)
+    {
+        return addInstruction(target, instruction, {}, 0, ReplyDelegate(this, &ScriptedCommand::onReply));
+    }
 
 private:
-    bool onReply(quint64 id, const QVariantMap& reply);
+    bool onReply(quint64 id, const QVariantMap& reply)
+    {
+        return !m_script->onReply || m_script->onReply(*this, id, reply);
+    }
 
     std::shared_ptr<CommandScript> m_script;
 };
