@@ -69,7 +69,7 @@ private Q_SLOTS:
     void aMistakeNamesFilePlaceAndExpectation_data()
     {
         const Mistakes row(c_simulated);
-        row("JSON", "'tools'", "tools", "expected JSON: unterminated object");
+        row("JSON", "'tools'", "tools", "expected JSON, found tools: [ { 'name': '");
         row("unknown entry", "'wires'", "'wire'",
             "device.wire: unknown entry, expected one of: type, connected, lines, wires, faults");
         row("entry without a name", "'device'", "'': 1, 'device'",
@@ -80,7 +80,8 @@ private Q_SLOTS:
             "device.wi\\u0000\\u000a\\u001bres: unknown entry");
         row("device type", "'simulated'", "'quantum'",
             "device.type: expected one of 'simulated', 'gpiochip', found 'quantum'");
-        row("device type missing", "'type': 'simulated',", "", "device.type: expected a text, found nothing");
+        row("device type missing", "'type': 'simulated',", "",
+            "device.type: expected one of 'simulated', 'gpiochip', found nothing");
         row("no lines", "[ {'name': 'a'}, {'name': 'b'}, {'name': 'c', 'kind': 'analog'} ]", "[]",
             "device.lines: expected at least one line");
         row("line without a name", "{'name': 'b'}", "{}",
@@ -123,7 +124,8 @@ private Q_SLOTS:
             "'kind': 'analog', 'waveform': {}} ], 'wires': [ {'from': 'a', 'to': 'c'}",
             "device.wires[0].to: 'c' follows a waveform, expected a free input");
         row("fault without a kind", "'wires'", "'faults': [ {'line': 'a'} ], 'wires'",
-            "device.faults[0].kind: expected a text, found nothing");
+
+            "device.faults[0].kind: expected one of 'silent', 'late', 'wrong', 'refused', found nothing");
         row("fault", "'wires'", "'faults': [ {'kind': 'moody'} ], 'wires'",
             "device.faults[0].kind: expected one of 'silent', 'late', 'wrong', 'refused', found 'moody'");
         row("fault of an unknown instruction", "'wires'", "'faults': [ {'instruction': 'sing'} ], 'wires'",
@@ -131,8 +133,10 @@ private Q_SLOTS:
             "'listenEvents', 'listenToAll', found 'sing'");
         row("no tools", "'tools': [", "'tools': [], 'toolz': [",
             "toolz: unknown entry, expected one of: device, tools");
-        row("tools that are no list", "'tools': [", "'tools': 5, 'tools': {}, 'x': [",
-            "tools: expected a list, found {}");
+        row("another entry", "'tools': [", "'tools': {}, 'x': [",
+            "x: unknown entry, expected one of: device, tools");
+        row("lines that are no list", "'lines': [", "'lines': {}, 'x': [",
+            "device.lines: expected a list, found {}");
         row("tool id", "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "seven",
             "tools[0].id: expected a uuid in braces, found 'seven'");
         row("tool name twice", "'tools': [",
@@ -149,7 +153,7 @@ private Q_SLOTS:
         row("unknown entry of a channel", "'id': 'A',", "'id': 'A', 'visibilty': 'public',",
             "tools[0].channels[0].visibilty: unknown entry, expected one of: id, name, visibility, value");
         row("visibility", "'id': 'A',", "'id': 'A', 'visibility': 'Public',",
-            "tools[0].channels[0].visibility: expected 'public', found 'Public'");
+            "tools[0].channels[0].visibility: expected one of 'public', 'private', 'hidden', found 'Public'");
         row("type twice", "{'id': 'type'", "{'id': 'type', 'value': 'digitalInput'}, {'id': 'type'",
             "tools[0].channels[0].value[1].id: expected 'type' once");
         row("direction that does not suit the type", "'value': 'out'", "'value': 'in'",
@@ -242,6 +246,76 @@ private Q_SLOTS:
 
     void aMistakeInALineOfAChipNamesPlaceAndExpectation() { aMistakeNamesFilePlaceAndExpectation(); }
 
+    void aMistakeStandsAtItsLineAndColumn_data()
+    {
+        const Rows<QByteArray, QByteArray> row("text", "place");
+        row("an entry", "{\n  \"device\": 5\n}", "2:3: device: ");
+        row("an element of a list",
+            "{ \"device\": { \"type\": \"simulated\", \"lines\": [\n 7 , {}\n, []] } }",
+            "2:2: device.lines[0]: ");
+        row("an element after others",
+            "{ \"device\": { \"type\": \"simulated\", \"lines\": [\n 7 , {}\n, []] } }",
+            "3:3: device.lines[2]: ");
+        row("an entry that is missing, that of its object",
+            "{ \"device\": { \"type\": \"simulated\", \"lines\": [\n 7 , {}\n, []] } }",
+            "2:6: device.lines[1].name: ");
+        row("a key that stands twice", "{ \"tools\": 5,\n \"t\\u006fols\": 6 }",
+            "2:2: the entry \"tools\" stands here for the second time, expected it once");
+        row("a comma too many", "{ \"device\": [1,,2] }", "1:16: expected JSON, found ,2] }");
+        row("a bracket that is missing", "{ \"device\": [1", "1:15: expected JSON, found nothing more");
+        row("a text without an end", "{ \"device\": \"a\n", "1:13: expected JSON, found \"a");
+        row("a number beyond all", "{ \"device\": 1e999 }", "1:13: expected JSON, found 1e999 }");
+    }
+
+    void aMistakeStandsAtItsLineAndColumn()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, place);
+        const QString file = temporaryFile(text);
+        const BenchRun run = runBench({"--config"_s, file, "channels"_s});
+        QCOMPARE(run.status, 2);
+        QVERIFY2(("\n" + run.errors).contains("\nappvantor: " + file.toUtf8() + ':' + place),
+                 run.errors.constData());
+    }
+
+    void oneMistakeIsToldOnce_data()
+    {
+        const Rows<QByteArray, QByteArray, QByteArray> row("text", "part", "replacement");
+        const auto chips = [&row](const char* name, const char* part, const char* replacement) {
+            row(name, c_chips, part, replacement);
+        };
+        const auto board = [&row](const char* name, const char* part, const char* replacement) {
+            row(name, c_simulated, part, replacement);
+        };
+        chips("an offset that is none", "\"line\": 3", "\"line\": -1");
+        chips("a line that is no name", "\"line\": 3", "\"line\": true");
+        chips("a chip that is no name", "\"chip\": \"no-such-chip\", \"line\": 3",
+              "\"chip\": 7, \"line\": 3");
+        chips("a direction that is none", "\"direction\": \"out\"}", "\"direction\": \"up\", \"level\": 1}");
+        chips("a name that is missing", "\"name\": \"lamp\", ", "");
+        chips("names that are missing", "\"name\": \"button\", ", "\"name\": 1, ");
+        board("the type", "\"simulated\"", "\"quantum\"");
+        board("no type", "\"type\": \"simulated\",", "");
+        row("no device", "{\"device\": 5, \"tools\": []}", "", "");
+        board("the kind of a fault", "\"wires\"", "\"faults\": [ {\"kind\": 1} ], \"wires\"");
+        board("no kind of a fault", "\"wires\"", "\"faults\": [ {} ], \"wires\"");
+        board("the line of a fault", "\"wires\"",
+              "\"faults\": [ {\"kind\": \"late\", \"line\": \"\"} ], \"wires\"");
+        board("the kind of a line", "\"analog\"", "\"analogue\", \"level\": 5, \"waveform\": {}");
+        board("the name of a line", "\"name\": \"a\"", "\"name\": 5");
+        board("the direction of a line", "{\"name\": \"a\"}", "{\"name\": \"a\", \"direction\": \"inn\"}");
+    }
+
+    void oneMistakeIsToldOnce()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, part);
+        QFETCH(QByteArray, replacement);
+        const BenchRun run = runWith(replaced(text, part, replacement));
+        QCOMPARE(run, (BenchRun{2, "", run.errors}));
+        QVERIFY2(run.errors.count('\n') == 1, run.errors.constData());
+    }
+
     void allMistakesAreToldAtOnce()
     {
         const BenchRun run =
@@ -254,6 +328,8 @@ private Q_SLOTS:
     {
         const Rows<QByteArray, QByteArray> row("plugin", "file");
         row("by its name", "p_tool_piano", "/plugins/libp_tool_piano.so");
+        row("by its file beside the configuration", "mine.so",
+            QFileInfo(temporaryFile({})).path().toUtf8() + "/mine.so");
         row("by its file, from the configuration on", "./mine.so",
             QFileInfo(temporaryFile({})).path().toUtf8() + "/mine.so");
     }

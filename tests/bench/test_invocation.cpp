@@ -96,9 +96,11 @@ private Q_SLOTS:
         row("no =", {"v"_s}, "expected NAME=VALUE, found \"v\"");
         row("no name", {"=v"_s}, "expected NAME=VALUE, found \"=v\"");
         row("twice", {"v=1"_s, "v=2"_s}, "parameter \"v\" is given twice");
-        row("two values", {"v=[1],[2]"_s}, "parameter \"v\": expected one JSON value, found [1],[2]");
-        row("broken list", {"v=[1"_s}, "parameter \"v\": unterminated array in [1");
-        row("broken text", {"v=\"a"_s}, "parameter \"v\": unterminated string in \"a");
+        row("two values", {"v=[1],[2]"_s},
+            "parameter \"v\": expected JSON, found ,[2] (character 4 of [1],[2])");
+        row("broken list", {"v=[1"_s},
+            "parameter \"v\": expected JSON, found nothing more (character 3 of [1)");
+        row("broken text", {"v=\"a"_s}, "parameter \"v\": expected JSON, found \"a (character 1 of \"a)");
     }
 
     void aWrongAssignmentIsRefused()

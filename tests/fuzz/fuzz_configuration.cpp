@@ -22,7 +22,7 @@ void checkRefusal(const QVector<Problem>& problems, const QString& file)
     require(!problems.isEmpty(), "a refusal says why");
     for (const Problem& problem : problems) {
         require(problem.file == file, "each mistake names the file");
-        require(problem.line > 0 || !problem.entry.isEmpty(), "each mistake has a place");
+        require(problem.line > 0 && problem.column > 0, "each mistake has a place");
         require(!problem.text.isEmpty() && !problem.toString().contains(QLatin1Char('\n')),
                 "each mistake is told in one line");
     }

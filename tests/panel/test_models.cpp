@@ -386,7 +386,7 @@ private Q_SLOTS:
         row("none", QString(), QString());
         row("a list", "{\"channels\": [1, 2]}", QString());
         row("no object", "[1]", "Sections: expected a JSON object, {\"name\": [ \u2026 ]}");
-        row("broken", "{\"channels\"", "Sections: unterminated string at offset 11");
+        row("broken", "{\"channels\"", "Sections: no JSON from character 12 on");
         row("no list", "{\"channels\": 1}", QString());
     }
 

@@ -1,7 +1,6 @@
 #include "invocation.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <configuration/json_text.h>
 
 namespace {
 
@@ -16,19 +15,16 @@ QVariant readValue(const QString& text, QString* problem)
     if (!looksLikeJson(text)) {
         return text;
     }
-    QJsonParseError error;
-    // A lone text is no document of its own for Qt's reader, an element of a list is.
-    const QByteArray list = '[' + text.toUtf8() + ']';
-    const QJsonArray elements = QJsonDocument::fromJson(list, &error).array();
-    if (error.error != QJsonParseError::NoError) {
-        *problem = QStringLiteral("%1 in %2").arg(error.errorString(), text);
+    QVector<JsonMistake> mistakes;
+    const QByteArray json = text.toUtf8();
+    const std::optional<JsonNode> node = readJson(json, &mistakes);
+    if (!mistakes.isEmpty()) {
+        const int character = QString::fromUtf8(json.left(mistakes.first().offset)).size() + 1;
+        *problem =
+            QStringLiteral("%1 (character %2 of %3)").arg(mistakes.first().text).arg(character).arg(text);
         return QVariant();
     }
-    if (elements.size() != 1) {
-        *problem = QStringLiteral("expected one JSON value, found %1").arg(text);
-        return QVariant();
-    }
-    return elements.first().toVariant();
+    return node->toVariant();
 }
 
 } // namespace

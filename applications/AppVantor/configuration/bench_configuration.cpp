@@ -6,19 +6,12 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
+
+#include <utility>
 
 namespace {
 
 constexpr int c_largestFile = 64 << 20;
-
-/// Sets the line and the column of problem to those of a position in text.
-void setPlace(const QByteArray& text, int offset, Problem* problem)
-{
-    const QByteArray before = text.left(offset);
-    problem->line = before.count('\n') + 1;
-    problem->column = before.size() - (before.lastIndexOf('\n') + 1) + 1;
-}
 
 /// Reads a file, or a pipe or device, which may have no end.
 std::optional<QByteArray> readText(const QString& fileName, Problem* problem)
@@ -44,27 +37,6 @@ std::optional<QByteArray> readText(const QString& fileName, Problem* problem)
     return text;
 }
 
-std::optional<QJsonObject> readJson(const QString& fileName, Problem* problem)
-{
-    const std::optional<QByteArray> text = readText(fileName, problem);
-    if (!text) {
-        return std::nullopt;
-    }
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(*text, &error);
-    if (document.isNull()) {
-        setPlace(*text, error.offset, problem);
-        problem->text = QStringLiteral("expected JSON: %1").arg(error.errorString());
-        return std::nullopt;
-    }
-    if (!document.isObject()) {
-        setPlace(*text, 0, problem);
-        problem->text = QStringLiteral("expected an object");
-        return std::nullopt;
-    }
-    return document.object();
-}
-
 QVector<DLine> linesOf(const SimulatedBoardSetup& board)
 {
     return SimulatedBoard::linesOf(board);
@@ -75,37 +47,60 @@ QVector<DLine> linesOf(const GpioChipSetup& chips)
     return GpioChipDevice::linesOf(chips);
 }
 
-} // namespace
-
-std::optional<BenchConfiguration> readConfiguration(const QString& file, QVector<Problem>* problems)
+/// The bench that text describes; nothing, after a problem, when not even the kind of the device is known.
+std::optional<BenchConfiguration> readBench(const QByteArray& text, const QString& folder,
+                                            ConfigProblems* problems)
 {
-    Problem problem;
-    problem.file = file;
-    const std::optional<QJsonObject> json = readJson(file, &problem);
+    QVector<JsonMistake> mistakes;
+    const std::optional<JsonNode> json = readJson(text, &mistakes);
+    for (const JsonMistake& mistake : qAsConst(mistakes)) {
+        problems->add(QString(), mistake.offset, mistake.text);
+    }
     if (!json) {
-        *problems = {problem};
         return std::nullopt;
     }
-    ConfigProblems found(file);
-    const ConfigObject root(*json, QString(), &found);
+    if (json->type != JsonNode::Type::Object) {
+        problems->add(QString(), json->offset, QStringLiteral("expected an object"));
+        return std::nullopt;
+    }
+    const ConfigObject root(*json, QString(), problems);
     root.allowOnly({QStringLiteral("device"), QStringLiteral("tools")});
+    const int before = problems->all().size();
     const ConfigObject device = root.object(QStringLiteral("device"));
-    device.text(QStringLiteral("type"));
-    const int type =
-        device.choiceOr(QStringLiteral("type"), {QStringLiteral("simulated"), QStringLiteral("gpiochip")}, 0);
+    const bool hasDevice = problems->all().size() == before;
+    const QStringList types = {QStringLiteral("simulated"), QStringLiteral("gpiochip")};
+    const int type = hasDevice ? device.choice(QStringLiteral("type"), types) : -1;
+    if (type < 0) {
+        return std::nullopt;
+    }
     BenchConfiguration configuration;
     if (type == 0) {
         configuration.device = readBoard(device);
     } else {
         configuration.device = readGpioLines(device);
     }
-    const QVector<DLine> lines =
-        std::visit([](const auto& setup) { return linesOf(setup); }, configuration.device);
-    configuration.tools = readTools(root, lines, type == 0 ? LineKinds::Any : LineKinds::DigitalOnly,
-                                    QFileInfo(file).absolutePath());
-    if (!found.all().isEmpty()) {
-        *problems = found.all();
+    std::optional<QVector<DLine>> lines;
+    if (problems->all().isEmpty()) {
+        lines = std::visit([](const auto& setup) { return linesOf(setup); }, configuration.device);
+    }
+    configuration.tools = readTools(root, lines, type == 0 ? LineKinds::Any : LineKinds::DigitalOnly, folder);
+    return configuration;
+}
+
+} // namespace
+
+std::optional<BenchConfiguration> readConfiguration(const QString& file, QVector<Problem>* problems)
+{
+    Problem unreadable;
+    unreadable.file = file;
+    const std::optional<QByteArray> text = readText(file, &unreadable);
+    if (!text) {
+        *problems = {unreadable};
         return std::nullopt;
     }
-    return configuration;
+    ConfigProblems found(file, *text);
+    std::optional<BenchConfiguration> configuration =
+        readBench(*text, QFileInfo(file).absolutePath(), &found);
+    *problems = found.all();
+    return problems->isEmpty() ? std::move(configuration) : std::nullopt;
 }

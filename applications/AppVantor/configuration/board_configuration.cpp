@@ -48,6 +48,9 @@ Setup::Line readLine(const ConfigObject& entry)
     const auto usual = analog ? DLine::Direction::In : DLine::Direction::Out;
     line.line.direction = static_cast<DLine::Direction>(entry.choiceOr(
         QStringLiteral("direction"), {QStringLiteral("in"), QStringLiteral("out")}, static_cast<int>(usual)));
+    if (!entry.isSound()) {
+        return line;
+    }
     line.level = entry.numberOr(QStringLiteral("level"), 0, line.line.highestLevel(), 0);
     if (entry.has(QStringLiteral("waveform"))) {
         line.waveform = readWaveform(entry.object(QStringLiteral("waveform")));
@@ -67,7 +70,8 @@ std::optional<int> readLineName(const ConfigObject& entry, const QString& key, c
     if (number != numbers.constEnd()) {
         return *number;
     }
-    if (!name.isEmpty()) {
+    const bool allHaveNames = !numbers.contains(QString());
+    if (!name.isEmpty() && allHaveNames) {
         entry.addProblem(key, QStringLiteral("expected the name of a line, found \"%1\"").arg(name));
     }
     return std::nullopt;
@@ -78,7 +82,7 @@ void readLines(const ConfigObject& device, const std::vector<ConfigObject>& entr
 {
     for (const ConfigObject& entry : entries) {
         const Setup::Line line = readLine(entry);
-        if (numbers->contains(line.line.name)) {
+        if (!line.line.name.isEmpty() && numbers->contains(line.line.name)) {
             entry.addProblem(
                 QStringLiteral("name"),
                 QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.line.name));
@@ -153,7 +157,7 @@ void makeWiredLinesInputs(const std::vector<ConfigObject>& entries, Setup* setup
     for (const Setup::Wire& wire : qAsConst(setup->wires)) {
         const ConfigObject& entry = entries.at(static_cast<std::size_t>(wire.to));
         const QString direction = QStringLiteral("direction");
-        if (entry.json().value(direction).toString() == QLatin1String("out")) {
+        if (entry.value(direction).toString() == QLatin1String("out")) {
             entry.addProblem(direction, QStringLiteral("a wire leads to \"%1\", expected \"in\"")
                                             .arg(setup->lines.at(wire.to).line.name));
         }
@@ -161,20 +165,18 @@ void makeWiredLinesInputs(const std::vector<ConfigObject>& entries, Setup* setup
     }
 }
 
-Setup::Fault readFault(const ConfigObject& entry, const LineNumbers& numbers)
+Setup::Fault readFault(const ConfigObject& entry, const Setup& setup, const LineNumbers& numbers)
 {
     const QString line = QStringLiteral("line");
     entry.allowOnly({QStringLiteral("kind"), line, QStringLiteral("instruction"), QStringLiteral("delayMs")});
     Setup::Fault fault;
-    entry.text(QStringLiteral("kind"));
-    fault.kind =
-        static_cast<Setup::Fault::Kind>(entry.choiceOr(QStringLiteral("kind"),
-                                                       {QStringLiteral("silent"), QStringLiteral("late"),
-                                                        QStringLiteral("wrong"), QStringLiteral("refused")},
-                                                       0));
+    fault.kind = static_cast<Setup::Fault::Kind>(
+        entry.choice(QStringLiteral("kind"), {QStringLiteral("silent"), QStringLiteral("late"),
+                                              QStringLiteral("wrong"), QStringLiteral("refused")}));
     if (entry.has(line)) {
-        readLineName(entry, line, numbers);
-        fault.line = entry.text(line);
+        if (const std::optional<int> number = readLineName(entry, line, numbers)) {
+            fault.line = setup.lines.at(*number).line.name;
+        }
     }
     const QStringList instructions = {QStringLiteral("getValue"), QStringLiteral("setValues"),
                                       QStringLiteral("setBlink"), QStringLiteral("listenEvents"),
@@ -198,7 +200,7 @@ SimulatedBoardSetup readBoard(const ConfigObject& device)
     readWires(device, numbers, &setup);
     makeWiredLinesInputs(lines, &setup);
     for (const ConfigObject& entry : device.objects(QStringLiteral("faults"))) {
-        setup.faults.append(readFault(entry, numbers));
+        setup.faults.append(readFault(entry, setup, numbers));
     }
     return setup;
 }

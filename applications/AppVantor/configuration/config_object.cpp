@@ -2,80 +2,87 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonValue>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 /// How a value stands in the file, cut where it is long.
-QString asWritten(const QJsonValue& value)
+QString asWritten(const JsonNode* node)
 {
     constexpr int longest = 40;
-    if (value.isUndefined()) {
+    if (node == nullptr) {
         return QStringLiteral("nothing");
     }
-    const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    const QString text = QString::fromUtf8(list.mid(1, list.size() - 2));
+    const QJsonArray list = {QJsonValue::fromVariant(node->toVariant())};
+    const QByteArray json = QJsonDocument(list).toJson(QJsonDocument::Compact);
+    const QString text = QString::fromUtf8(json.mid(1, json.size() - 2));
     return text.size() > longest ? text.left(longest) + QStringLiteral("…") : text;
-}
-
-/// text in one line that a terminal takes as text: control characters stand as JSON writes them.
-QString inOneLine(const QString& text)
-{
-    QString line;
-    for (const QChar character : text) {
-        if (character.category() == QChar::Other_Control) {
-            line += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
-        } else {
-            line += character;
-        }
-    }
-    return line;
 }
 
 } // namespace
 
-void ConfigProblems::add(const QString& entry, const QString& text)
+ConfigProblems::ConfigProblems(const QString& file, const QByteArray& text)
+    : m_file(file)
+    , m_lineStarts{0}
+{
+    for (int end = text.indexOf('\n'); end >= 0; end = text.indexOf('\n', end + 1)) {
+        m_lineStarts.push_back(end + 1);
+    }
+}
+
+void ConfigProblems::add(const QString& entry, int offset, const QString& text)
 {
     Problem problem;
     problem.text = inOneLine(text);
     problem.file = m_file;
     problem.entry = inOneLine(entry);
+    const auto next = std::upper_bound(m_lineStarts.cbegin(), m_lineStarts.cend(), offset);
+    problem.line = static_cast<int>(next - m_lineStarts.cbegin());
+    problem.column = offset - *(next - 1) + 1;
     m_all.append(problem);
 }
 
-ConfigObject::ConfigObject(const QJsonObject& object, const QString& place, ConfigProblems* problems)
-    : m_object(object)
-    , m_place(place)
+ConfigObject::ConfigObject(const JsonNode& node, const QString& entry, ConfigProblems* problems)
+    : m_node(node)
+    , m_entry(entry)
     , m_problems(problems)
 {}
 
-bool ConfigObject::has(const QString& key) const
+const JsonNode* ConfigObject::find(const QString& key) const
 {
-    return m_object.contains(key);
+    const auto found = m_node.entries.find(key);
+    return found != m_node.entries.end() ? &found->second : nullptr;
 }
 
-QString ConfigObject::placeOf(const QString& key) const
+QVariant ConfigObject::value(const QString& key) const
+{
+    const JsonNode* node = find(key);
+    return node != nullptr ? node->scalar : QVariant();
+}
+
+QString ConfigObject::entryOf(const QString& key) const
 {
     const QString shown = key.isEmpty() ? QStringLiteral("\"\"") : key;
-    return m_place.isEmpty() ? shown : m_place + QLatin1Char('.') + shown;
+    return m_entry.isEmpty() ? shown : m_entry + QLatin1Char('.') + shown;
 }
 
 void ConfigObject::addProblem(const QString& key, const QString& text) const
 {
-    m_problems->add(placeOf(key), text);
+    m_isSound = false;
+    const JsonNode* node = find(key);
+    m_problems->add(entryOf(key), node != nullptr ? node->offset : m_node.offset, text);
 }
 
 QString ConfigObject::quoted(const QString& key) const
 {
-    return asWritten(m_object.value(key));
+    return asWritten(find(key));
 }
 
 void ConfigObject::allowOnly(const QStringList& keys) const
 {
-    const QStringList found = m_object.keys();
-    for (const QString& key : found) {
+    for (const auto& [key, node] : m_node.entries) {
         if (!keys.contains(key)) {
             addProblem(
                 key,
@@ -86,11 +93,12 @@ void ConfigObject::allowOnly(const QStringList& keys) const
 
 QString ConfigObject::text(const QString& key) const
 {
-    QString text = m_object.value(key).toString();
-    if (text.isEmpty()) {
+    const QVariant found = value(key);
+    if (found.type() != QVariant::String || found.toString().isEmpty()) {
         addProblem(key, QStringLiteral("expected a text, found %1").arg(quoted(key)));
+        return QString();
     }
-    return text;
+    return found.toString();
 }
 
 QString ConfigObject::textOr(const QString& key, const QString& fallback) const
@@ -100,10 +108,11 @@ QString ConfigObject::textOr(const QString& key, const QString& fallback) const
 
 bool ConfigObject::flagOr(const QString& key, bool fallback) const
 {
-    if (has(key) && !m_object.value(key).isBool()) {
+    if (has(key) && value(key).type() != QVariant::Bool) {
         addProblem(key, QStringLiteral("expected true or false, found %1").arg(quoted(key)));
+        return fallback;
     }
-    return m_object.value(key).toBool(fallback);
+    return has(key) ? value(key).toBool() : fallback;
 }
 
 int ConfigObject::numberOr(const QString& key, int lowest, int highest, int fallback) const
@@ -111,9 +120,11 @@ int ConfigObject::numberOr(const QString& key, int lowest, int highest, int fall
     if (!has(key)) {
         return fallback;
     }
-    const QJsonValue value = m_object.value(key);
-    const double number = value.toDouble();
-    if (!value.isDouble() || std::trunc(number) != number || number < lowest || number > highest) {
+    const QVariant found = value(key);
+    const bool isNumber =
+        found.isValid() && found.type() != QVariant::String && found.type() != QVariant::Bool;
+    const double number = found.toDouble();
+    if (!isNumber || std::trunc(number) != number || number < lowest || number > highest) {
         addProblem(key, QStringLiteral("expected a whole number from %1 to %2, found %3")
                             .arg(lowest)
                             .arg(highest)
@@ -123,46 +134,50 @@ int ConfigObject::numberOr(const QString& key, int lowest, int highest, int fall
     return static_cast<int>(number);
 }
 
-int ConfigObject::choiceOr(const QString& key, const QStringList& choices, int fallback) const
+int ConfigObject::choice(const QString& key, const QStringList& choices) const
 {
-    if (!has(key)) {
-        return fallback;
-    }
-    const int choice = choices.indexOf(m_object.value(key).toString());
+    const QVariant found = value(key);
+    const int choice = found.type() == QVariant::String ? choices.indexOf(found.toString()) : -1;
     if (choice < 0) {
         addProblem(key, QStringLiteral("expected one of \"%1\", found %2")
                             .arg(choices.join(QStringLiteral("\", \"")), quoted(key)));
-        return fallback;
     }
     return choice;
 }
 
+int ConfigObject::choiceOr(const QString& key, const QStringList& choices, int fallback) const
+{
+    const int found = has(key) ? choice(key, choices) : -1;
+    return found >= 0 ? found : fallback;
+}
+
 ConfigObject ConfigObject::object(const QString& key) const
 {
-    const QJsonValue value = m_object.value(key);
-    if (!value.isObject()) {
+    static const JsonNode none;
+    const JsonNode* node = find(key);
+    if (node == nullptr || node->type != JsonNode::Type::Object) {
         addProblem(key, QStringLiteral("expected an object, found %1").arg(quoted(key)));
     }
-    return ConfigObject(value.toObject(), placeOf(key), m_problems);
+    return ConfigObject(node != nullptr ? *node : none, entryOf(key), m_problems);
 }
 
 std::vector<ConfigObject> ConfigObject::objects(const QString& key) const
 {
     std::vector<ConfigObject> objects;
-    if (!has(key)) {
+    const JsonNode* list = find(key);
+    if (list == nullptr) {
         return objects;
     }
-    if (!m_object.value(key).isArray()) {
+    if (list->type != JsonNode::Type::List) {
         addProblem(key, QStringLiteral("expected a list, found %1").arg(quoted(key)));
     }
-    const QJsonArray elements = m_object.value(key).toArray();
-    for (int index = 0; index < elements.size(); ++index) {
-        const QJsonValue element = elements.at(index);
-        const QString place = QStringLiteral("%1[%2]").arg(placeOf(key)).arg(index);
-        if (!element.isObject()) {
-            m_problems->add(place, QStringLiteral("expected an object, found %1").arg(asWritten(element)));
+    for (const JsonNode& element : list->elements) {
+        const QString entry = QStringLiteral("%1[%2]").arg(entryOf(key)).arg(objects.size());
+        if (element.type != JsonNode::Type::Object) {
+            m_problems->add(entry, element.offset,
+                            QStringLiteral("expected an object, found %1").arg(asWritten(&element)));
         }
-        objects.emplace_back(element.toObject(), place, m_problems);
+        objects.emplace_back(element, entry, m_problems);
     }
     return objects;
 }

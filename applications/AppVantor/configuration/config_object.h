@@ -1,8 +1,8 @@
 #pragma once
 
+#include "json_text.h"
 #include "problem.h"
 
-#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -13,15 +13,16 @@
 class ConfigProblems
 {
 public:
-    explicit ConfigProblems(const QString& file)
-        : m_file(file)
-    {}
+    /// Mistakes in file, which holds text.
+    ConfigProblems(const QString& file, const QByteArray& text);
 
-    void add(const QString& entry, const QString& text);
+    /// Adds a mistake in the entry ("device.lines[2].name", or empty), at offset bytes of the text.
+    void add(const QString& entry, int offset, const QString& text);
     const QVector<Problem>& all() const { return m_all; }
 
 private:
     QString m_file;
+    std::vector<int> m_lineStarts; ///< in bytes
     QVector<Problem> m_all;
 };
 
@@ -30,13 +31,17 @@ private:
 class ConfigObject
 {
 public:
-    ConfigObject(const QJsonObject& object, const QString& place, ConfigProblems* problems);
+    /// node, called entry in messages, counts as empty when it is no object; it must outlive this.
+    ConfigObject(const JsonNode& node, const QString& entry, ConfigProblems* problems);
 
-    const QJsonObject& json() const { return m_object; }
-    bool has(const QString& key) const;
-    /// The place of an entry, for messages.
-    QString placeOf(const QString& key) const;
+    bool has(const QString& key) const { return find(key) != nullptr; }
+    /// A text, number or flag as it stands there; invalid for anything else.
+    QVariant value(const QString& key) const;
+    /// All of it as it stands there.
+    QVariantMap toVariantMap() const { return m_node.toVariant().toMap(); }
     void addProblem(const QString& key, const QString& text) const;
+    /// True as long as nothing has been found wrong with its entries: else what they should be is not known.
+    bool isSound() const { return m_isSound; }
 
     /// Only these keys are known.
     void allowOnly(const QStringList& keys) const;
@@ -46,7 +51,8 @@ public:
     bool flagOr(const QString& key, bool fallback) const;
     /// A whole number from lowest to highest.
     int numberOr(const QString& key, int lowest, int highest, int fallback) const;
-    /// Position of a text in choices.
+    /// Position of a text in choices; a missing one counts as wrong.
+    int choice(const QString& key, const QStringList& choices) const;
     int choiceOr(const QString& key, const QStringList& choices, int fallback) const;
     /// An object; a missing one counts as wrong.
     ConfigObject object(const QString& key) const;
@@ -54,9 +60,12 @@ public:
     std::vector<ConfigObject> objects(const QString& key) const;
 
 private:
+    const JsonNode* find(const QString& key) const;
+    QString entryOf(const QString& key) const;
     QString quoted(const QString& key) const;
 
-    QJsonObject m_object;
-    QString m_place;
+    const JsonNode& m_node;
+    QString m_entry;
     ConfigProblems* m_problems;
+    mutable bool m_isSound = true;
 };

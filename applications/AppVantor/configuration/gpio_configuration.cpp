@@ -1,6 +1,5 @@
 #include "gpio_configuration.h"
 
-#include <QJsonValue>
 #include <QSet>
 
 namespace {
@@ -17,7 +16,8 @@ const QString& lineKey()
 QString readLineKey(const ConfigObject& entry, const QString& name)
 {
     constexpr int highestOffset = 65535;
-    if (entry.json().value(lineKey()).isDouble()) {
+    const QVariant line = entry.value(lineKey());
+    if (line.isValid() && line.type() != QVariant::String && line.type() != QVariant::Bool) {
         return QString::number(entry.numberOr(lineKey(), 0, highestOffset, 0));
     }
     return entry.textOr(lineKey(), name);
@@ -37,8 +37,10 @@ Settings readSettings(const ConfigObject& entry)
 {
     constexpr int longestDebounceUs = 1000000;
     Settings settings;
-    settings.output =
-        entry.choiceOr(QStringLiteral("direction"), {QStringLiteral("in"), QStringLiteral("out")}, 0) == 1;
+    const QString direction = QStringLiteral("direction");
+    const int output = entry.choiceOr(direction, {QStringLiteral("in"), QStringLiteral("out")},
+                                      entry.has(direction) ? -1 : 0);
+    settings.output = output == 1;
     settings.activeLow = entry.flagOr(QStringLiteral("activeLow"), false);
     settings.bias =
         static_cast<Settings::Bias>(entry.choiceOr(QStringLiteral("bias"),
@@ -53,9 +55,9 @@ Settings readSettings(const ConfigObject& entry)
         entry.choiceOr(QStringLiteral("clock"),
                        {QStringLiteral("monotonic"), QStringLiteral("realtime"), QStringLiteral("hte")}, 0));
     settings.debounceUs = entry.numberOr(QStringLiteral("debounceUs"), 0, longestDebounceUs, 0);
-    if (settings.output) {
+    if (output == 1) {
         refuse(entry, {QStringLiteral("debounceUs"), QStringLiteral("clock")}, QStringLiteral("an input"));
-    } else {
+    } else if (output == 0) {
         refuse(entry, {QStringLiteral("drive"), QStringLiteral("level"), QStringLiteral("onReturn")},
                QStringLiteral("an output"));
     }
@@ -75,7 +77,7 @@ GpioChipSetup::Line readLine(const ConfigObject& entry)
     line.line = readLineKey(entry, line.name);
     bool isOffset = false;
     line.line.toInt(&isOffset);
-    if (line.chip.isEmpty() && isOffset) {
+    if (entry.isSound() && line.chip.isEmpty() && isOffset) {
         entry.addProblem(QStringLiteral("chip"),
                          QStringLiteral("expected the chip of line %1").arg(line.line));
     }
@@ -83,7 +85,7 @@ GpioChipSetup::Line readLine(const ConfigObject& entry)
     line.onReturn = static_cast<GpioChipSetup::OnReturn>(entry.choiceOr(
         QStringLiteral("onReturn"),
         {QStringLiteral("configured"), QStringLiteral("restore"), QStringLiteral("leave")}, 0));
-    if (entry.json().value(kind).toString() == QLatin1String("analog")) {
+    if (entry.value(kind).toString() == QLatin1String("analog")) {
         entry.addProblem(
             kind,
             QStringLiteral("line \"%1\" of the chip \"%2\": a GPIO line is digital, expected \"digital\"")
@@ -104,6 +106,10 @@ GpioChipSetup readGpioLines(const ConfigObject& device)
     QSet<QString> places;
     for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
         const GpioChipSetup::Line line = readLine(entry);
+        setup.lines.append(line);
+        if (!entry.isSound()) {
+            continue;
+        }
         const QString place = line.chip + QLatin1Char('\n') + line.line;
         if (names.contains(line.name)) {
             entry.addProblem(QStringLiteral("name"),
@@ -116,7 +122,6 @@ GpioChipSetup readGpioLines(const ConfigObject& device)
         }
         names.insert(line.name);
         places.insert(place);
-        setup.lines.append(line);
     }
     if (setup.lines.isEmpty()) {
         device.addProblem(QStringLiteral("lines"), QStringLiteral("expected at least one line"));

@@ -8,7 +8,7 @@ struct Problem
     QString text = {};
     QString file = {};
     int line = 0;       ///< from 1; 0 for none
-    int column = 0;     ///< from 1; 0 for none
+    int column = 0;     ///< in bytes, from 1; 0 for none
     QString entry = {}; ///< of a configuration: "device.lines[2].name"
 
     /// For people, in one line: "bench.json:12:7: device.lines[2].name: expected …".

@@ -11,13 +11,14 @@ namespace {
 /// The lines that channels can be linked to.
 struct Lines
 {
+    bool known = false; ///< else nothing can be said about them
     QHash<QString, DLine::Direction> directions;
     LineKinds kinds = LineKinds::Any;
 };
 
 QString pluginFile(const QString& plugin, const QString& folder)
 {
-    if (plugin.contains(QLatin1Char('/'))) {
+    if (plugin.contains(QLatin1Char('/')) || plugin.endsWith(QLatin1String(".so"))) {
         return QDir::cleanPath(QDir(folder).absoluteFilePath(plugin));
     }
     const QString pluginFolder = QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins");
@@ -41,17 +42,17 @@ ChannelItems readItems(const ConfigObject& channel)
     for (const ConfigObject& item : channel.objects(value)) {
         item.allowOnly({id, value});
         const QString name = item.text(id);
-        if (names.contains(name)) {
+        if (!name.isEmpty() && names.contains(name)) {
             item.addProblem(id, QStringLiteral("expected \"%1\" once").arg(name));
         }
         names.insert(name);
         if (name == QLatin1String("type")) {
             const QStringList types = {QStringLiteral("analogInput"), QStringLiteral("analogOutput"),
                                        QStringLiteral("digitalInput"), QStringLiteral("digitalOutput")};
-            items.type = types.value(item.choiceOr(value, types, -1));
+            items.type = types.value(item.choice(value, types));
         } else if (name == QLatin1String("direction")) {
             const QStringList directions = {QStringLiteral("in"), QStringLiteral("out")};
-            items.direction = directions.value(item.choiceOr(value, directions, -1));
+            items.direction = directions.value(item.choice(value, directions));
         } else if (name == QLatin1String("link")) {
             items.link = item.text(value);
         }
@@ -80,7 +81,7 @@ void checkLink(const ConfigObject& channel, const QString& id, const ChannelItem
 {
     const QString value = QStringLiteral("value");
     const auto line = lines.directions.constFind(items.link);
-    if (items.link.isEmpty()) {
+    if (!lines.known || items.link.isEmpty()) {
         return;
     }
     if (line == lines.directions.constEnd()) {
@@ -104,13 +105,10 @@ void checkLink(const ConfigObject& channel, const QString& id, const ChannelItem
 void readChannel(const ConfigObject& channel, const QString& id, const Lines& lines)
 {
     const QString visibility = QStringLiteral("visibility");
-    const QString shown = QStringLiteral("public");
     channel.allowOnly({QStringLiteral("id"), QStringLiteral("name"), visibility, QStringLiteral("value")});
     channel.textOr(QStringLiteral("name"), id);
-    const QString found = channel.textOr(visibility, shown);
-    if (found != shown && found.trimmed().toLower() == shown) {
-        channel.addProblem(visibility, QStringLiteral("expected \"public\", found \"%1\"").arg(found));
-    }
+    channel.choiceOr(visibility,
+                     {QStringLiteral("public"), QStringLiteral("private"), QStringLiteral("hidden")}, 0);
     const ChannelItems items = readItems(channel);
     checkDirection(channel, id, items);
     checkLink(channel, id, items, lines);
@@ -122,7 +120,7 @@ void readChannels(const ConfigObject& tool, const Lines& lines)
     QSet<QString> ids;
     for (const ConfigObject& channel : tool.objects(QStringLiteral("channels"))) {
         const QString id = channel.text(key);
-        if (ids.contains(id)) {
+        if (!id.isEmpty() && ids.contains(id)) {
             channel.addProblem(key,
                                QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(id));
         }
@@ -133,15 +131,17 @@ void readChannels(const ConfigObject& tool, const Lines& lines)
 
 } // namespace
 
-QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root, const QVector<DLine>& lines,
-                                            LineKinds kinds, const QString& folder)
+QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root,
+                                            const std::optional<QVector<DLine>>& lines, LineKinds kinds,
+                                            const QString& folder)
 {
     const QString id = QStringLiteral("id");
     const QString name = QStringLiteral("name");
     const QString plugin = QStringLiteral("plugin");
     Lines known;
+    known.known = lines.has_value();
     known.kinds = kinds;
-    for (const DLine& line : lines) {
+    for (const DLine& line : lines.value_or(QVector<DLine>())) {
         known.directions.insert(line.name, line.direction);
     }
     QVector<BenchConfiguration::Tool> tools;
@@ -150,21 +150,22 @@ QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root, const QVec
     for (const ConfigObject& entry : root.objects(QStringLiteral("tools"))) {
         entry.allowOnly({name, id, plugin, QStringLiteral("channels")});
         const QString toolName = entry.text(name);
-        if (names.contains(toolName)) {
+        if (!toolName.isEmpty() && names.contains(toolName)) {
             entry.addProblem(name,
                              QStringLiteral("expected a name of its own, \"%1\" is taken").arg(toolName));
         }
         names.insert(toolName);
-        const QString toolId = entry.text(id);
-        if (!toolId.isEmpty() && QUuid(toolId).isNull()) {
-            entry.addProblem(id, QStringLiteral("expected a uuid in braces, found \"%1\"").arg(toolId));
-        } else if (ids.contains(QUuid(toolId))) {
+        const QString idText = entry.text(id);
+        const QUuid toolId(idText);
+        if (!idText.isEmpty() && toolId.isNull()) {
+            entry.addProblem(id, QStringLiteral("expected a uuid in braces, found \"%1\"").arg(idText));
+        } else if (!idText.isEmpty() && ids.contains(toolId)) {
             entry.addProblem(
-                id, QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(toolId));
+                id, QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(idText));
         }
-        ids.insert(QUuid(toolId));
+        ids.insert(toolId);
         readChannels(entry, known);
-        tools.append({entry.json().toVariantMap(), pluginFile(entry.text(plugin), folder)});
+        tools.append({entry.toVariantMap(), pluginFile(entry.text(plugin), folder)});
     }
     if (tools.isEmpty()) {
         root.addProblem(QStringLiteral("tools"), QStringLiteral("expected at least one tool"));

@@ -3,6 +3,8 @@
 #include "bench_configuration.h"
 #include "config_object.h"
 
+#include <optional>
+
 /// What kinds of channels the lines of a device can serve.
 enum class LineKinds
 {
@@ -10,7 +12,8 @@ enum class LineKinds
     DigitalOnly
 };
 
-/// Reads the tools whose channels are linked to these lines. Plugins are named ("p_tool_gpio", found beside
-/// the bench) or given as a library file, relative to folder.
-QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root, const QVector<DLine>& lines,
-                                            LineKinds kinds, const QString& folder);
+/// Reads the tools whose channels are linked to these lines, without them to some that are not known. Plugins
+/// are named ("p_tool_gpio", found beside the bench) or given as a library file, relative to folder.
+QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root,
+                                            const std::optional<QVector<DLine>>& lines, LineKinds kinds,
+                                            const QString& folder);

@@ -166,7 +166,7 @@
     </message>
     <message id="form_sections_broken">
         <source></source>
-        <translation>Sections: %1 at offset %2</translation>
+        <translation>Sections: no JSON from character %1 on</translation>
     </message>
     <message id="form_no_command">
         <source></source>

@@ -166,7 +166,7 @@
     </message>
     <message id="form_sections_broken">
         <source></source>
-        <translation>Sections : %1 à la position %2</translation>
+        <translation>Sections : pas de JSON à partir du caractère %1</translation>
     </message>
     <message id="form_no_command">
         <source></source>

@@ -2,10 +2,8 @@
 
 #include "order_log_model.h"
 
+#include <configuration/json_text.h>
 #include <configuration/value_text.h>
-
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 
@@ -151,15 +149,19 @@ QVariantMap CommandForm::arguments(QString* problem) const
 {
     QVariantMap values;
     if (!m_sections.trimmed().isEmpty()) {
-        QJsonParseError error{};
-        const QJsonDocument document = QJsonDocument::fromJson(m_sections.toUtf8(), &error);
-        if (!document.isObject()) {
-            *problem = error.error == QJsonParseError::NoError
-                           ? qtTrId("form_sections_expected")
-                           : qtTrId("form_sections_broken").arg(error.errorString()).arg(error.offset);
+        QVector<JsonMistake> mistakes;
+        const QByteArray text = m_sections.toUtf8();
+        const std::optional<JsonNode> json = readJson(text, &mistakes);
+        if (!mistakes.isEmpty()) {
+            const int before = QString::fromUtf8(text.left(mistakes.first().offset)).size();
+            *problem = qtTrId("form_sections_broken").arg(before + 1);
             return QVariantMap();
         }
-        values = document.object().toVariantMap();
+        if (json->type != JsonNode::Type::Object) {
+            *problem = qtTrId("form_sections_expected");
+            return QVariantMap();
+        }
+        values = json->toVariant().toMap();
     }
     for (int row = 0; row < count(); ++row) {
         const QString& text = m_texts.at(row);
