@@ -19,10 +19,10 @@ build_packages=(
     fonts-roboto-unhinted libedit-dev nlohmann-json3-dev libudev-dev
 )
 
-# What the tests need besides: nm, a reader of ELF files, a checker of JSON, a VCD reader of other people, a display that
-# nobody sees, and qmllint.
+# What the tests need besides: nm, a reader of ELF files, a checker of JSON, readers of VCD files and of JUnit reports by
+# other people, a display that nobody sees, and qmllint.
 test_packages=(
-    binutils python3 python3-pyelftools python3-jsonschema gtkwave xvfb xauth
+    binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
     qml-module-qttest qtdeclarative5-dev-tools
 )
 

@@ -25,9 +25,9 @@ private Q_SLOTS:
         LineDevice& board = bench->device();
         board.open();
         Output output(false);
-        Shell shell(bench->tools().front().get(), &output, false);
+        Shell shell(bench->tools().front().get(), &output, {});
         QSignalSpy ready(&shell, &Shell::ready);
-        shell.addLine("listenToAll"_s);
+        shell.addLine({{}, 0, "listenToAll"_s});
         QTRY_COMPARE(ready.size(), 1);
         QTRY_COMPARE(board.pendingRequests(), 1);
         board.setPluggedIn(false);
@@ -35,7 +35,7 @@ private Q_SLOTS:
         board.setPluggedIn(true);
         QVERIFY(board.connectionProblem().isEmpty());
         QSignalSpy ended(&shell, &Shell::ended);
-        shell.addLine("listenToAll"_s);
+        shell.addLine({{}, 0, "listenToAll"_s});
         shell.close();
         QTRY_COMPARE(ended.size(), 1);
         QCOMPARE(shell.exitStatus(), 3);

@@ -22,7 +22,7 @@ private Q_SLOTS:
     void aSessionGoesItsWay_data()
     {
         const Rows<int, QByteArray, QString> row("status", "errors", "session");
-        const char* const stopped = "setValue failed: stopped before it was complete\n";
+        const QByteArray stopped = "setValue failed: stopped before it was complete\n";
         row("switching twice brings the first level back", 0, "", R"(
 > switchValue channel=START
 [1] switchValue: doneOk=true
@@ -49,7 +49,7 @@ private Q_SLOTS:
 > getValue channel=START
 [3] getValue: value=0
 )");
-        row("a stopped pulse leaves the line on", 1, QByteArray("[1] ") + stopped, R"(
+        row("a stopped pulse leaves the line on", 1, "<stdin>:1: [1] " + stopped, R"(
 > setValue channel=START state=PULSE duration=60000 &
 [1] setValue runs; "stop 1" ends it
 > sleep 50
@@ -103,6 +103,7 @@ private Q_SLOTS:
 > setValue channel=DOOR state=ON
 [2] setValue: doneOk=true
 > stop 1
+[1] has ended already
 > wait 1
 )");
         row("the stop name ends the latest listener", 0, "", R"(
@@ -134,7 +135,7 @@ private Q_SLOTS:
 [3] stopListening: done
 [2] startListening: lastValue=0 value=0
 )");
-        row("the stop name ends a running pulse", 1, QByteArray("[1] ") + stopped, R"(
+        row("the stop name ends a running pulse", 1, "<stdin>:1: [1] " + stopped, R"(
 > setValue channel=START state=PULSE duration=60000 &
 [1] setValue runs; "stop 1" ends it
 > sleep 50
@@ -142,8 +143,8 @@ private Q_SLOTS:
 [2] stopTheCommand: done
 )");
         row("a stop name that finds nothing fails", 1,
-            "[2] stopTheCommand failed: no running order to stop\n"
-            "appvantor: [3] stopListening failed: no running order with these arguments to stop\n",
+            "<stdin>:2: [2] stopTheCommand failed: no running order to stop\n"
+            "appvantor: <stdin>:3: [3] stopListening failed: no running order with these arguments to stop\n",
             R"(
 > startListening channel=DOOR
 [1] startListening runs; "stop 1" ends it
@@ -152,7 +153,8 @@ private Q_SLOTS:
 > stopListening channel=ALARM
 [1] startListening: lastValue=0 value=0
 )");
-        row("what runs at the end is stopped", 1, QByteArray("[2] ") + stopped, R"(
+        row("what runs at the end is stopped, and a pulse told of", 1,
+            "still driven at the end: START (pulse)\nappvantor: <stdin>:2: [2] " + stopped, R"(
 > listenToAll
 [1] listenToAll runs; "stop 1" ends it
 [1] TIME  value=96
@@ -162,11 +164,53 @@ private Q_SLOTS:
 > sleep 20
 [1] listenToAll: value=97
 )");
-        row("a failed order makes status 1, and the rest goes on", 1,
-            "[1] setValue failed: the command refused to run\n", R"(
+        row("a failed order makes status 1, and the rest goes on where it is to", 1,
+            "<stdin>:1: [1] setValue failed: the command refused to run\n", R"(
 > setValue channel=ALARM state=ON
 > getValue channel=ALARM
 [2] getValue: value=1
+)");
+        row("a line that blinks at the end is told of", 0, "still driven at the end: DOOR (blinks)\n", R"(
+> setValue channel=DOOR state=BLINK duration=1000 dutyCycle=50
+[1] setValue: doneOk=true
+> setValue channel=STOP state=BLINK duration=1000 dutyCycle=50
+[2] setValue: doneOk=true
+> switchValue channel=STOP
+[3] switchValue: doneOk=true
+> setValue channel=START state=BLINK duration=1000 dutyCycle=100
+[4] setValue: doneOk=true
+)");
+        row("a name stands for its channel", 0, "", R"(
+> let LAMP = DOOR
+> let SAME=LAMP
+> setValue channel=SAME state=ON
+[1] setValue: doneOk=true
+> expect LAMP=ON
+LAMP=ON
+> getValue channel=DOOR
+[2] getValue: value=1
+)");
+        row("a level is expected at once", 1, "<stdin>:4: expected DOOR=ON, found OFF\n", R"(
+> expect ALARM=1
+ALARM=ON
+> expect SETPOINT=0
+SETPOINT=0
+> expect READY=on within 0
+READY=ON
+> expect DOOR=ON
+> expect DOOR=0 within 60000
+DOOR=OFF
+)");
+        row("a level is waited for", 1, "<stdin>:2: expected RUNNING=ON within 50 ms, found OFF\n", R"(
+> setValue channel=START state=ON
+[1] setValue: doneOk=true
+> expect RUNNING=ON within 50
+> expect RUNNING=ON within 60000
+RUNNING=ON
+> setValue channel=START state=OFF
+[2] setValue: doneOk=true
+> expect RUNNING=OFF within 60000
+RUNNING=OFF
 )");
         row("remarks and empty lines are left out", 0, "",
             "\n> # getValue channel=START\n> \n>    \n>   # more\n");
@@ -180,7 +224,8 @@ private Q_SLOTS:
         QFETCH(QString, session);
         QStringList lines = session.split(QLatin1Char('\n')).filter(QRegularExpression("^> "_s));
         lines.replaceInStrings(QRegularExpression("^> "_s), QString());
-        BenchRun run = runShell(lines.join(QLatin1Char('\n')).toUtf8(), "--echo --log-level off"_words);
+        BenchRun run =
+            runShell(lines.join(QLatin1Char('\n')).toUtf8(), "--echo --keep-going --log-level off"_words);
         const QRegularExpression time("\\d\\d:\\d\\d:\\d\\d\\.\\d{6}"_s);
         run.output = '\n' + QString::fromUtf8(run.output).replace(time, "TIME"_s).toUtf8();
         QCOMPARE(run,
@@ -212,9 +257,10 @@ private Q_SLOTS:
     {
         const BenchRun run = runShell("help\n");
         for (const char* word :
-             {"stop N", "stopTheCommand         Stops the latest running setValue",
-              "stopListening          Stops the latest running startListening or listenToAll", "wait N",
-              "sleep MS", "quit", "COMMAND NAME=VALUE", "commands, channels"}) {
+             {"stop N", "expect CHANNEL=VALUE [within MS] ", "repeat N … end", "let NAME = CHANNEL",
+              "stopTheCommand                   Stops the latest running setValue",
+              "stopListening                    Stops the latest running startListening or listenToAll",
+              "wait N", "sleep MS", "quit", "COMMAND NAME=VALUE", "commands", "channels"}) {
             QVERIFY2(run.output.contains(word), word);
         }
     }
@@ -227,12 +273,12 @@ private Q_SLOTS:
         QCOMPARE(run.json().at(1).value(QLatin1String("value")).toInt(), 1);
     }
 
-    void aWrongLineIsToldAndTheRestGoesOn_data()
+    void aWrongLineIsToldWithItsPlace_data()
     {
         const Rows<QByteArray> row("message");
         row("juggle", "unknown command \"juggle\"; the tool has: ");
         row("getValue START", "expected NAME=VALUE, found \"START\"");
-        row("stop", "expected \"stop\" and one number");
+        row("stop", "expected \"stop N\"");
         row("stop one", "expected the number of an order, 1 to 0, found \"one\"");
         row("wait 7", "expected the number of an order, 1 to 0, found \"7\"");
         row("sleep -1", "expected milliseconds from 0 to 86400000, found \"-1\"");
@@ -240,14 +286,28 @@ private Q_SLOTS:
         row("help me", "expected nothing after \"help\"");
         row("getValue channel=\"START", "expected a closing \"");
         row("init channels=[1", "expected a closing bracket");
+        row("expect DOOR", "expected \"expect CHANNEL=VALUE [within MS]\"");
+        row("expect DOOR=ON within", "expected \"expect CHANNEL=VALUE [within MS]\"");
+        row("expect DOOR=ON for 5", "expected \"expect CHANNEL=VALUE [within MS]\"");
+        row("expect DOOR=ON within -1", "expected milliseconds from 0 to 86400000, found \"-1\"");
+        row("expect DOR=ON", "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");
+        row("expect DOOR=2", "channel \"DOOR\": expected ON or OFF, found \"2\"");
+        row("expect SETPOINT=ON", "channel \"SETPOINT\": expected a number from 0 to 65535 or OFF");
+        row("let LAMP", "expected \"let NAME = CHANNEL\"");
+        row("let TWO WORDS = DOOR", "expected \"let NAME = CHANNEL\"");
+        row("let LAMP = DOR", "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");
+        row("let STOP = DOOR", "\"STOP\" stands for the channel STOP already");
+        row("end", "\"end\" without a \"repeat\"");
+        row("repeat 2 times\nend", "expected \"repeat N\", N from 1 to 1000000");
     }
 
     /// The rows are called by the lines.
-    void aWrongLineIsToldAndTheRestGoesOn()
+    void aWrongLineIsToldWithItsPlace()
     {
         QFETCH(QByteArray, message);
-        const BenchRun run = runShell(QByteArray(QTest::currentDataTag()) + "\ngetValue channel=ALARM\n");
-        QVERIFY2(run.errors.startsWith("appvantor: " + message), run.errors.constData());
+        const BenchRun run =
+            runShell(QByteArray(QTest::currentDataTag()) + "\ngetValue channel=ALARM\n", {"--keep-going"_s});
+        QVERIFY2(run.errors.startsWith("appvantor: <stdin>:1: " + message), run.errors.constData());
         QCOMPARE(run, (BenchRun{2, "[1] getValue: value=1\n", run.errors}));
     }
 
@@ -255,14 +315,15 @@ private Q_SLOTS:
     {
         const QByteArray line = QByteArrayLiteral("stop 1\0zero");
         const QByteArray refusal =
-            QByteArrayLiteral("appvantor: expected the number of an order, 1 to 0, found \"1\0zero\"\n");
-        QCOMPARE(runShell(line + '\n' + line), (BenchRun{2, "", refusal + refusal}));
+            QByteArrayLiteral(": expected the number of an order, 1 to 0, found \"1\0zero\"\n");
+        QCOMPARE(runShell(line + '\n' + line, {"--keep-going"_s}),
+                 (BenchRun{2, "", "appvantor: <stdin>:1" + refusal + "appvantor: <stdin>:2" + refusal}));
     }
 
     void aListHoldsTheNextLineBack()
     {
-        const BenchRun run =
-            runShell("channels\ngetValue channel=SLOW\n", {"--config"_s, example("fault_injection.json"_s)});
+        const BenchRun run = runShell("channels\ngetValue channel=SLOW\n",
+                                      {"--keep-going"_s, "--config"_s, example("fault_injection.json"_s)});
         QCOMPARE(run.lines().last(), "[1] getValue: value=0"_s);
         QCOMPARE(run.lines().size(), 1 + 5 + 1);
     }
@@ -276,7 +337,8 @@ private Q_SLOTS:
             runShell("startListening channel=A\nsleep 20\nstop 1\n", {"--config"_s, file, "--json"_s});
         QCOMPARE(run.status, 0);
         QCOMPARE(run.errors.count("ERROR: reply does not contain values"), 1);
-        QVERIFY(run.errors.endsWith("\nappvantor: [1] startListening rejected replies of the device: 1\n"));
+        QVERIFY(run.errors.endsWith(
+            "\nappvantor: <stdin>:1: [1] startListening rejected replies of the device: 1\n"));
         QVERIFY(run.output.endsWith("\"results\":{\"lastValue\":null,\"value\":null},\"rejected\":1}\n"));
     }
 

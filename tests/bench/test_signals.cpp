@@ -41,9 +41,10 @@ private Q_SLOTS:
             row("blinking", "run setValue channel=START state=BLINK duration=20 dutyCycle=50 --for 1000"_s,
                 "", "doneOk=true", 0, "[1] setValue: doneOk=true\n", "");
             row("pulse", "shell --echo"_s, "setValue channel=START state=PULSE duration=60000\n", "PULSE", 1,
-                "duration=60000\n", "appvantor: [1] setValue failed: stopped before it was complete\n");
+                "duration=60000\n",
+                "appvantor: <stdin>:1: [1] setValue failed: stopped before it was complete\n");
             row("waiting for the device", silent + "shell --echo"_s, "getValue channel=DEAD\n", "DEAD", 1,
-                "DEAD\n", "appvantor: [1] getValue failed: stopped before it was complete\n");
+                "DEAD\n", "appvantor: <stdin>:1: [1] getValue failed: stopped before it was complete\n");
             row("sleeping", "shell --echo"_s, "sleep 80000000\ngetValue channel=ALARM\n", "sleep", 0,
                 "80000000\n", "");
             row("waiting for an order", "shell --echo"_s, "listenToAll\nwait 1\n", "> wait", 0,

@@ -158,6 +158,10 @@ private Q_SLOTS:
         QVERIFY(terminal.answers("getV\tchannel=DOO\t\n", {"[2] getValue: value=1", "gpio> "}));
         QVERIFY(terminal.answers("startL\tch\tDO\ted\tH\t\n", {"lastValue=1 value=true"}));
         QVERIFY(terminal.answers("stopL\tch\tDO\t\n", {"[4] stopListening: done"}));
+        QVERIFY(terminal.answers("let L = DOO\t\n", {"gpio> "}));
+        QVERIFY(terminal.answers("exp\tL=O\tN\twit\t50\n", {"L=ON", "gpio> "}));
+        QVERIFY(terminal.answers("rep\t1\n", {"  ... "}));
+        QVERIFY(terminal.answers("en\t\n", {"gpio> "}));
         terminal.type("quit\n");
         QCOMPARE(terminal.end(), 0);
     }
@@ -221,13 +225,48 @@ private Q_SLOTS:
         QCOMPARE(terminal.exitStatus(), 0);
     }
 
-    void ctrlCAtThePromptStopsWhatRunsAndEnds()
+    void ctrlCForgetsALineThatIsHalfTyped()
     {
         Terminal terminal({"shell"_s}, m_home->path());
         QVERIFY(terminal.shows("gpio> "));
-        QVERIFY(terminal.answers("startListening channel=START\n", {"value=0"}));
-        QVERIFY(terminal.answers("\x03", {"[1] startListening: "}));
+        QVERIFY(terminal.answers("startListening channel=START\n", {"value=0", "gpio> "}));
+        QVERIFY(terminal.answers("getValue chan", {"getValue chan"}));
+        QVERIFY(terminal.answers("\x03", {"^C", "gpio> "}));
+        QVERIFY(terminal.answers("setValue channel=START state=ON\n", {"value=1", "[2] setValue: done"}));
+        terminal.type("quit\n");
         QCOMPARE(terminal.end(), 0);
+        QVERIFY(!terminal.seen().contains("Ctrl-D"));
+    }
+
+    void ctrlCAtAnEmptyPromptTellsHowToLeave()
+    {
+        Terminal terminal({"shell"_s}, m_home->path());
+        QVERIFY(terminal.shows("gpio> "));
+        QVERIFY(terminal.answers("\x03", {"\"quit\" or Ctrl-D ends the shell", "gpio> "}));
+        QVERIFY(terminal.answers("\x04", {"\n"}));
+        QCOMPARE(terminal.end(), 0);
+    }
+
+    void aBlockHasItsPromptAndCtrlCForgetsIt()
+    {
+        Terminal terminal({"shell"_s}, m_home->path());
+        QVERIFY(terminal.shows("gpio> "));
+        QVERIFY(terminal.answers("repeat 2\n", {"  ... "}));
+        QVERIFY(terminal.answers("getValue channel=ALARM\n", {"  ... "}));
+        QVERIFY(terminal.answers("end\n", {"[1] getValue: value=1", "[2] getValue: value=1", "gpio> "}));
+        QVERIFY(terminal.answers("repeat 2\n", {"  ... "}));
+        QVERIFY(terminal.answers("getValue channel=DOOR\n", {"  ... "}));
+        QVERIFY(terminal.answers("\x03", {"gpio> "}));
+        QVERIFY(terminal.answers("getValue channel=START\n", {"[3] getValue: value=0", "gpio> "}));
+    }
+
+    void aFailureEndsNoSessionAndHasNoPlace()
+    {
+        Terminal terminal({"shell"_s}, m_home->path());
+        QVERIFY(terminal.shows("gpio> "));
+        QVERIFY(
+            terminal.answers("expect ALARM=OFF\n", {"appvantor: expected ALARM=OFF, found ON", "gpio> "}));
+        QVERIFY(terminal.answers("getValue channel=ALARM\n", {"[1] getValue: value=1"}));
     }
 
     void ctrlCStopsWhatHoldsThePromptBack()

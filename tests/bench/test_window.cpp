@@ -130,6 +130,7 @@ private Q_SLOTS:
         row("orders", "getValue channel=START\nsleep 1\ngetValue channel=DOOR", 0);
         row("one that fails", "getValue channel=NOWHERE\ngetValue channel=START\n", 1);
         row("one that there is not", "getValue chanel=START\n", 2);
+        row("a line that is wrong", "repeat 2\nsleep now\nend\nnosuch\n", 2);
         row("the end", "quit\ngetValue channel=START\n", 0);
     }
 
@@ -139,7 +140,7 @@ private Q_SLOTS:
         const QString file = temporaryFile(orders, "orders"_s);
         const BenchRun run = runBench("window --for 0.5 --json --orders"_words << file);
         QTEST(run.status, "status");
-        QCOMPARE(run.output, runBench("shell --json"_words, orders).output);
+        QCOMPARE(run.output, runBench("shell --json"_words << file).output);
     }
 
     void whatRunsWhenTheWindowClosesIsStopped_data()

@@ -2,9 +2,7 @@
 
 #include <process/diagnostics.h>
 
-namespace {
-
-Json placeJson(const Problem& problem)
+void addPlace(const Problem& problem, Json* json)
 {
     Json place = Json::object();
     if (!problem.file.isEmpty()) {
@@ -19,20 +17,17 @@ Json placeJson(const Problem& problem)
     if (!problem.entry.isEmpty()) {
         place["entry"] = toJson(problem.entry);
     }
-    return place;
+    if (!place.empty()) {
+        (*json)["place"] = place;
+    }
 }
-
-} // namespace
 
 void reportFailure(const char* kind, const Problem& problem, Output* output)
 {
     diagnostic(problem.toString());
     output->json([&] {
         Json json = {{"type", "failure"}, {"kind", kind}, {"reason", toJson(problem.text)}};
-        const Json place = placeJson(problem);
-        if (!place.empty()) {
-            json["place"] = place;
-        }
+        addPlace(problem, &json);
         return json;
     });
 }

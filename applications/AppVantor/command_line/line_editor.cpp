@@ -104,8 +104,22 @@ void LineEditor::prompt()
 {
     if (!m_prompting) {
         m_prompting = true;
+        m_typed = false;
         show();
     }
+}
+
+bool LineEditor::cancelLine()
+{
+    const bool typed = m_prompting && m_typed;
+    if (m_prompting) {
+        stopPrompting();
+        if (takesOutput()) {
+            std::fputs("^C\n", stdout);
+        }
+        prompt();
+    }
+    return typed;
 }
 
 void LineEditor::hide()
@@ -125,7 +139,7 @@ void LineEditor::show()
         rl_forced_update_display();
     } else if (shows) {
         m_installed = true;
-        rl_callback_handler_install("gpio> ", takeLine);
+        rl_callback_handler_install(m_shell.isInBlock() ? "  ... " : "gpio> ", takeLine);
     }
 }
 
@@ -135,6 +149,7 @@ void LineEditor::readMore()
         stopPrompting();
         Q_EMIT ended();
     } else if (takesOutput()) {
+        m_typed = true;
         rl_callback_read_char();
     } else {
         show();

@@ -19,6 +19,8 @@ public:
 
     /// Asks for the next line.
     void prompt();
+    /// Forgets what was typed, and asks anew. Returns true when there was something.
+    bool cancelLine();
     /// Takes the prompt away, so that a line can be written in its place.
     void hide();
     /// Brings the prompt back, with what was typed.
@@ -40,5 +42,6 @@ private:
     QSocketNotifier m_room; ///< while the prompt waits for the terminal
     QString m_historyFile;
     bool m_prompting = false;
+    bool m_typed = false;     ///< something, since the prompt came
     bool m_installed = false; ///< the line editing library reads the line
 };

@@ -56,10 +56,10 @@ const std::vector<SubcommandHelp>& subcommands()
          {QStringLiteral("for"), QStringLiteral("count")}},
         {Subcommand::Shell,
          QStringLiteral("shell"),
+         QStringLiteral("[FILE …]"),
+         QStringLiteral("orders from files or standard input, one a line; \"help\" lists what it knows"),
          QString(),
-         QStringLiteral("orders from standard input, one a line; \"help\" lists what it knows"),
-         QString(),
-         {QStringLiteral("echo")}},
+         {QStringLiteral("echo"), QStringLiteral("keep-going"), QStringLiteral("report")}},
         {Subcommand::Discover,
          QStringLiteral("discover"),
          QString(),
@@ -110,6 +110,10 @@ std::vector<QCommandLineOption> subcommandOptions()
         {QStringLiteral("watch"),
          QStringLiteral("Go on to tell which chips come and go, and which lines are taken and released.")},
         {QStringLiteral("echo"), QStringLiteral("Write each line before it is carried out.")},
+        {QStringLiteral("keep-going"), QStringLiteral("Go on with the next line after a failure.")},
+        {QStringLiteral("report"),
+         QStringLiteral("Write what became of each \"expect\" to FILE, in JUnit's form."),
+         QStringLiteral("FILE.xml")},
         {QStringLiteral("screenshot"), QStringLiteral("Write a picture to FILE and end; needs no display."),
          QStringLiteral("FILE.png")},
         {QStringLiteral("size"), QStringLiteral("Width and height in pixels, 1280x800 for example."),
@@ -253,9 +257,11 @@ QString readValues(const QCommandLineParser& parser, Options* options)
         isGiven("config-for") ? parser.value(QStringLiteral("config-for")) : QString();
     options->watch = isGiven("watch");
     options->echo = isGiven("echo");
+    options->keepGoing = isGiven("keep-going");
+    options->report = isGiven("report") ? parser.value(QStringLiteral("report")) : QString();
     options->orders = isGiven("orders") ? parser.value(QStringLiteral("orders")) : QString();
     options->screenshot = isGiven("screenshot") ? parser.value(QStringLiteral("screenshot")) : QString();
-    for (const char* name : {"config", "tool", "trace", "orders", "screenshot", "config-for"}) {
+    for (const char* name : {"config", "tool", "trace", "orders", "report", "screenshot", "config-for"}) {
         if (isGiven(name) && parser.value(QLatin1String(name)).isEmpty()) {
             return QStringLiteral("--%1: expected a name, found nothing").arg(QLatin1String(name));
         }

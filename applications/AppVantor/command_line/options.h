@@ -35,6 +35,8 @@ struct Options
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool watch = false;            ///< of discover
     bool echo = false;             ///< of shell
+    bool keepGoing = false;        ///< of shell: after a failure
+    QString report;                ///< of shell: a file
     QString orders;                ///< of window: a file of lines that are carried out beside it
     QString screenshot;            ///< of window and panel
     QSize size;                    ///< of window and panel

@@ -1,5 +1,7 @@
 #include "order_report.h"
 
+#include "failure_report.h"
+
 #include <configuration/value_text.h>
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
@@ -19,17 +21,26 @@ qint64 wallClock(const DOrder& order, qint64 timeUs)
     return device != nullptr ? device->scheduler()->wallClock(timeUs) : timeUs;
 }
 
-Json failureJson(const DOrder& order, int number)
+/// For people: with its place.
+void complain(const QString& text, const Problem& place)
+{
+    Problem problem = place;
+    problem.text = text;
+    diagnostic(problem.toString());
+}
+
+Json failureJson(const DOrder& order, int number, const Problem& place)
 {
     Json json = orderJson("failure", order, number);
     json["kind"] = toJson(order.failure().kindName());
     json["reason"] = toJson(order.failure().text);
+    addPlace(place, &json);
     return json;
 }
 
-Json endJson(const DOrder& order, int number)
+Json endJson(const DOrder& order, int number, const Problem& place)
 {
-    Json json = order.failure() ? failureJson(order, number) : orderJson("result", order, number);
+    Json json = order.failure() ? failureJson(order, number, place) : orderJson("result", order, number);
     json["results"] = toJson(QVariant(order.results()));
     if (order.rejectedReplies() > 0) {
         json["rejected"] = order.rejectedReplies();
@@ -50,11 +61,12 @@ QString successText(const DOrder& order, int number)
 class OrderReport : public QObject
 {
 public:
-    OrderReport(DOrder* order, int number, Output* output)
+    OrderReport(DOrder* order, int number, Output* output, const Problem& place)
         : QObject(order)
         , m_order(*order)
         , m_number(number)
         , m_output(output)
+        , m_place(place)
     {}
 
     void tellEvent(const QVariantMap& event, qint64 timeUs)
@@ -89,19 +101,21 @@ public:
     {
         tellLeftOut();
         if (m_output->isJson() || m_order.isSuccessful()) {
-            m_output->write([this] { return endJson(m_order, m_number); },
+            m_output->write([this] { return endJson(m_order, m_number, m_place); },
                             [this] { return successText(m_order, m_number); });
         }
         if (m_order.rejectedReplies() > 0) {
-            diagnostic(QStringLiteral("[%1] %2 rejected replies of the device: %3")
-                           .arg(m_number)
-                           .arg(m_order.commandName())
-                           .arg(m_order.rejectedReplies()));
+            complain(QStringLiteral("[%1] %2 rejected replies of the device: %3")
+                         .arg(m_number)
+                         .arg(m_order.commandName())
+                         .arg(m_order.rejectedReplies()),
+                     m_place);
         }
         if (m_order.failure()) {
-            diagnostic(QStringLiteral("[%1] %2 failed: %3")
-                           .arg(m_number)
-                           .arg(m_order.commandName(), m_order.failure().text));
+            complain(QStringLiteral("[%1] %2 failed: %3")
+                         .arg(m_number)
+                         .arg(m_order.commandName(), m_order.failure().text),
+                     m_place);
         }
     }
 
@@ -128,6 +142,7 @@ private:
     const DOrder& m_order;
     const int m_number;
     Output* const m_output;
+    const Problem m_place;
     quint64 m_leftOut = 0; ///< events since the last one that was written
 };
 
@@ -145,9 +160,9 @@ Json orderJson(const char* type, const DOrder& order, int number)
             {"arguments", toJson(QVariant(arguments))}};
 }
 
-void reportOrder(DOrder* order, int number, Output* output)
+void reportOrder(DOrder* order, int number, Output* output, const Problem& place)
 {
-    auto* report = new OrderReport(order, number, output);
+    auto* report = new OrderReport(order, number, output, place);
     if (order->state() == DOrder::State::Finished) {
         report->tellEnd();
         return;
@@ -157,8 +172,8 @@ void reportOrder(DOrder* order, int number, Output* output)
     QObject::connect(order, &DOrder::finished, report, &OrderReport::tellEnd);
 }
 
-void reportRefusal(const DOrder& order, Output* output)
+void reportRefusal(const DOrder& order, Output* output, const Problem& place)
 {
-    diagnostic(order.failure().text);
-    output->json([&] { return failureJson(order, 0); });
+    complain(order.failure().text, place);
+    output->json([&] { return failureJson(order, 0, place); });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <configuration/problem.h>
 #include <process/output.h>
 
 class DOrder;
@@ -9,8 +10,8 @@ class DOrder;
 Json orderJson(const char* type, const DOrder& order, int number);
 
 /// Writes what becomes of an order that has been started: its events, and its end. number is the order's
-/// number for the user.
-void reportOrder(DOrder* order, int number, Output* output);
+/// number for the user; place is where it stands in a script, if it does.
+void reportOrder(DOrder* order, int number, Output* output, const Problem& place = {});
 
 /// Writes why an order was refused before anything ran, as what was wrong with it tells.
-void reportRefusal(const DOrder& order, Output* output);
+void reportRefusal(const DOrder& order, Output* output, const Problem& place = {});

@@ -1,37 +1,58 @@
 #include "run_shell.h"
 
+#include "junit_report.h"
 #include "line_editor.h"
+#include "script_reader.h"
 #include "shell.h"
 
-#include <process/line_reader.h>
+#include <process/diagnostics.h>
+#include <process/exit_status.h>
 #include <process/status_line.h>
 #include <process/unix_signals.h>
 
 #include <QEventLoop>
 
+#include <algorithm>
 #include <csignal>
 #include <unistd.h>
 
 namespace {
 
-void readFromPipe(Shell* shell, QEventLoop* loop)
+/// Returns what stands in the way of reading files, or an empty text.
+QString runScripts(Shell* shell, const QStringList& files, QEventLoop* loop)
 {
-    LineReader reader(STDIN_FILENO, QStringLiteral("standard input"));
-    QObject::connect(&reader, &LineReader::lineRead, shell, &Shell::addLine);
-    QObject::connect(&reader, &LineReader::ended, shell, [shell](const QString& problem) {
-        if (!problem.isEmpty()) {
-            shell->refuse(problem);
-        }
-        shell->close();
+    UnixSignals unixSignals;
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, shell, [shell] {
+        shell->breakOff(QStringLiteral("interrupted by a signal"));
+        shell->interrupt();
     });
-    QObject::connect(shell, &Shell::ready, &reader, &LineReader::resume);
-    loop->exec();
+    ScriptReader reader(shell);
+    QObject::connect(&reader, &ScriptReader::ended, shell, &Shell::close);
+    const QString problem = reader.begin(files);
+    if (problem.isEmpty()) {
+        loop->exec();
+    }
+    return problem;
 }
 
-void readFromTerminal(Shell* shell, QEventLoop* loop)
+void readFromTerminal(Shell* shell, Output* output, QEventLoop* loop)
 {
+    UnixSignals unixSignals;
     LineEditor editor(*shell);
-    QObject::connect(&editor, &LineEditor::lineRead, shell, &Shell::addLine);
+    // Ctrl-C ends what goes on, or the line that is being typed.
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, shell, [&](int number) {
+        if (number != SIGINT) {
+            shell->abandon();
+        }
+        const bool isIdle = !shell->isBusy() && !shell->isInBlock();
+        shell->interrupt();
+        if (number == SIGINT && !editor.cancelLine() && isIdle) {
+            output->text(QStringLiteral("\"quit\" or Ctrl-D ends the shell"));
+        }
+    });
+    QObject::connect(&editor, &LineEditor::lineRead, shell, [shell](const QString& text) {
+        shell->addLine({QStringLiteral("<stdin>"), 0, text});
+    });
     QObject::connect(&editor, &LineEditor::ended, shell, &Shell::close);
     QObject::connect(shell, &Shell::ready, &editor, &LineEditor::prompt);
     setStatusLine([&editor] { editor.hide(); }, [&editor] { editor.show(); });
@@ -44,27 +65,33 @@ void readFromTerminal(Shell* shell, QEventLoop* loop)
 
 bool isInteractive(const Options& options)
 {
-    return isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 && !options.json;
+    return options.words.isEmpty() && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0 &&
+           !options.json;
 }
 
 int runShell(DTool* tool, const Options& options, Output* output)
 {
-    Shell shell(tool, output, options.echo);
-    QEventLoop loop;
-    UnixSignals unixSignals;
-    QObject::connect(&shell, &Shell::ended, &loop, &QEventLoop::quit);
     const bool terminal = isInteractive(options);
-    // On a terminal, Ctrl-C ends what goes on, and only an idle shell; a script is ended whole.
-    QObject::connect(&unixSignals, &UnixSignals::interrupted, &shell, [&shell, terminal](int number) {
-        if (!terminal || number != SIGINT || !shell.isBusy()) {
-            shell.abandon();
-        }
-        shell.interrupt();
-    });
-    if (terminal) {
-        readFromTerminal(&shell, &loop);
-    } else {
-        readFromPipe(&shell, &loop);
+    Shell shell(tool, output, {options.echo, options.keepGoing || terminal});
+    QEventLoop loop;
+    QObject::connect(&shell, &Shell::ended, &loop, &QEventLoop::quit);
+    JUnitReport report;
+    QString problem = options.report.isEmpty() ? QString() : report.begin(options.report);
+    report.follow(shell);
+    if (problem.isEmpty() && terminal) {
+        readFromTerminal(&shell, output, &loop);
+    } else if (problem.isEmpty()) {
+        problem = runScripts(
+            &shell, options.words.isEmpty() ? QStringList{QStringLiteral("-")} : options.words, &loop);
+    }
+    if (!problem.isEmpty()) {
+        diagnostic(problem);
+        return ExitWrongUsage;
+    }
+    problem = options.report.isEmpty() ? QString() : report.write();
+    if (!problem.isEmpty()) {
+        diagnostic(problem);
+        return std::max<int>(shell.exitStatus(), ExitOrderFailed);
     }
     return shell.exitStatus();
 }

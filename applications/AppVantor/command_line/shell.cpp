@@ -1,65 +1,87 @@
 #include "shell.h"
 
+#include "completion.h"
 #include "failure_report.h"
 #include "invocation.h"
 #include "list_channels.h"
 #include "list_commands.h"
-#include "order_report.h"
 
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
+#include <process/diagnostics.h>
 #include <process/failure_status.h>
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace {
 
 constexpr int c_longestSleepMs = 86400000;
 constexpr qint64 c_usPerMs = 1000;
-
-QStringList builtins()
-{
-    return {QStringLiteral("channels"), QStringLiteral("commands"), QStringLiteral("help"),
-            QStringLiteral("quit"),     QStringLiteral("sleep"),    QStringLiteral("stop"),
-            QStringLiteral("wait")};
-}
-
-QStringList channelIds(const DTool& tool)
-{
-    QStringList ids;
-    for (const DToolChannel& channel : tool.channels()) {
-        ids.append(channel.id);
-    }
-    return ids;
-}
-
-/// What a parameter is usually given.
-QStringList usualValues(const DTool& tool, const QString& parameter)
-{
-    if (parameter == QLatin1String("channel")) {
-        return channelIds(tool);
-    }
-    if (parameter == QLatin1String("state")) {
-        return {QStringLiteral("ON"), QStringLiteral("OFF"), QStringLiteral("BLINK"),
-                QStringLiteral("PULSE")};
-    }
-    if (parameter == QLatin1String("edge")) {
-        return {QStringLiteral("RE"), QStringLiteral("FE"), QStringLiteral("HL"), QStringLiteral("LL")};
-    }
-    return {};
-}
+constexpr int c_usageWidth = -32;
 
 } // namespace
 
-Shell::Shell(DTool* tool, Output* output, bool echo)
+/// A word of the shell's own.
+struct Shell::Word
+{
+    QString name;
+    QString arguments;
+    QString meaning;
+    int fewest; ///< words that it takes
+    int most;
+    /// Carries out the words after it; null where the script itself does.
+    void (Shell::*run)(const QStringList& arguments);
+
+    QString usage() const { return (name + QLatin1Char(' ') + arguments).trimmed(); }
+};
+
+const std::vector<Shell::Word>& Shell::words()
+{
+    static const std::vector<Word> all = {
+        {QStringLiteral("channels"),
+         {},
+         QStringLiteral("lists the tool's channels"),
+         0,
+         0,
+         &Shell::listTheChannels},
+        {QStringLiteral("commands"),
+         {},
+         QStringLiteral("lists the tool's commands"),
+         0,
+         0,
+         &Shell::listTheCommands},
+        {QStringLiteral("expect"), QStringLiteral("CHANNEL=VALUE [within MS]"),
+         QStringLiteral("fails unless the channel has this level, or comes to it in time"), 1, 3,
+         &Shell::expect},
+        {QStringLiteral("help"), {}, QStringLiteral("shows this"), 0, 0, &Shell::writeHelp},
+        {QStringLiteral("let"), QStringLiteral("NAME = CHANNEL"),
+         QStringLiteral("lets NAME stand for the channel from here on"), 1, INT_MAX, &Shell::nameChannel},
+        {QStringLiteral("quit"), {}, QStringLiteral("stops what runs, and ends"), 0, 0, &Shell::quit},
+        {QStringLiteral("repeat"), QStringLiteral("N … end"),
+         QStringLiteral("carries out the lines up to \"end\" N times"), 0, 0, nullptr},
+        {QStringLiteral("sleep"), QStringLiteral("MS"), QStringLiteral("waits MS milliseconds"), 1, 1,
+         &Shell::sleep},
+        {QStringLiteral("stop"), QStringLiteral("N"), QStringLiteral("stops the order N"), 1, 1,
+         &Shell::stopOrder},
+        {QStringLiteral("wait"), QStringLiteral("N"), QStringLiteral("waits for the end of the order N"), 1,
+         1, &Shell::waitFor},
+    };
+    return all;
+}
+
+Shell::Shell(DTool* tool, Output* output, ShellManner manner)
     : m_tool(tool)
     , m_output(output)
-    , m_echo(echo)
+    , m_manner(manner)
+    , m_names(*tool)
+    , m_orders(tool, output)
 {
     connect(output, &Output::roomAgain, this, &Shell::resume);
     connect(output, &Output::failed, this, &Shell::resume);
+    connect(&m_orders, &ShellOrders::ended, this, &Shell::orderEnded);
 }
 
 Shell::~Shell()
@@ -67,9 +89,17 @@ Shell::~Shell()
     endSleep();
 }
 
-void Shell::addLine(const QString& line)
+void Shell::addLine(const ScriptLine& line)
 {
-    m_lines.push(line);
+    if (!m_brokenOff) {
+        m_script.add(line);
+        resume();
+    }
+}
+
+void Shell::endInput()
+{
+    m_script.endInput();
     resume();
 }
 
@@ -81,55 +111,44 @@ void Shell::close()
 
 void Shell::abandon()
 {
-    m_lines = {};
+    m_script.clear();
     close();
+}
+
+void Shell::breakOff(const QString& reason)
+{
+    if (!m_script.isEmpty() || isBusy()) {
+        Q_EMIT lineFailed(m_line, reason);
+    }
+    abandon();
 }
 
 void Shell::interrupt()
 {
     endSleep();
-    const auto awaited = m_orders.find(m_awaited);
-    if (awaited != m_orders.end()) {
-        awaited->second->stop();
+    m_script.dropOpenBlock();
+    if (m_expectation != nullptr) {
+        m_expectation->stop();
+    }
+    if (m_orders.isRunning(m_awaited)) {
+        m_orders.stop(m_awaited);
     }
     resume();
 }
 
 bool Shell::isBusy() const
 {
-    return m_inLine || m_sleep != DScheduler::Appointment() || m_orders.count(m_awaited) > 0;
+    return m_inLine || m_sleep != DScheduler::Appointment() || m_expectation != nullptr ||
+           m_orders.isRunning(m_awaited);
 }
 
 QStringList Shell::completions(const QStringList& before, const QString& word) const
 {
-    QStringList candidates;
-    const QVector<DCommandDescription> commands = m_tool->orderables();
-    if (before.isEmpty()) {
-        candidates = builtins();
-        for (const DCommandDescription& command : commands) {
-            candidates.append(command.name);
-        }
+    QStringList own = {QStringLiteral("end")};
+    for (const Word& known : words()) {
+        own.append(known.name);
     }
-    for (const DCommandDescription& command : commands) {
-        if (before.isEmpty() || command.name != before.first()) {
-            continue;
-        }
-        for (const DDeclaration& parameter : command.parameters) {
-            const QString prefix = parameter.name + QLatin1Char('=');
-            if (!word.startsWith(prefix)) {
-                candidates.append(prefix);
-                continue;
-            }
-            const QStringList values = usualValues(*m_tool, parameter.name);
-            for (const QString& value : values) {
-                candidates.append(prefix + value);
-            }
-        }
-    }
-    QStringList matching;
-    std::copy_if(candidates.cbegin(), candidates.cend(), std::back_inserter(matching),
-                 [&word](const QString& candidate) { return candidate.startsWith(word); });
-    return matching;
+    return completionsOf(before, word, own, *m_tool, m_names);
 }
 
 /// Goes on with the next line, from the event loop: a line never runs within another.
@@ -147,15 +166,14 @@ void Shell::next()
     if (isBusy() || m_ending) {
         return;
     }
-    if (!m_output->hasRoom() && !m_lines.empty()) {
+    if (!m_output->hasRoom() && !m_script.isEmpty()) {
         return; // results are never left out: the reader is given time
     }
     const bool goesOn = !m_output->hasFailed();
-    if (goesOn && !m_lines.empty()) {
-        const QString line = m_lines.front();
-        m_lines.pop();
+    if (goesOn && !m_script.isEmpty()) {
+        m_line = m_script.next();
         m_inLine = true; // some lines wait in an event loop of their own
-        runLine(line);
+        runLine();
         m_inLine = false;
         if (!isBusy()) {
             resume();
@@ -167,54 +185,43 @@ void Shell::next()
     }
 }
 
-void Shell::runLine(const QString& line)
+void Shell::runLine()
 {
-    if (m_echo) {
-        m_output->text(QStringLiteral("> ") + line);
+    if (m_manner.echo) {
+        m_output->text(QStringLiteral("> ") + m_line.text);
     }
-    if (line.trimmed().startsWith(QLatin1Char('#'))) {
+    if (m_line.text.trimmed().startsWith(QLatin1Char('#'))) {
         return;
     }
     QString problem;
-    QStringList words = splitLine(line, &problem);
+    QStringList words = splitLine(m_line.text, &problem);
+    problem = m_line.problem.isEmpty() ? problem : m_line.problem;
     if (!problem.isEmpty()) {
-        refuse(problem);
+        refuseThis(problem);
         return;
     }
     const bool background = words.size() > 1 && words.last() == QLatin1String("&");
     if (background) {
         words.removeLast();
     }
-    if (!words.isEmpty() && !runBuiltin(words)) {
+    if (!words.isEmpty() && !runWord(words)) {
         startOrder(words, background);
     }
 }
 
-bool Shell::runBuiltin(const QStringList& words)
+bool Shell::runWord(const QStringList& line)
 {
-    const QString& word = words.first();
-    if (!builtins().contains(word)) {
+    const auto word = std::find_if(words().cbegin(), words().cend(),
+                                   [&line](const Word& known) { return known.name == line.first(); });
+    if (word == words().cend()) {
         return false;
     }
-    const bool takesValue =
-        word == QLatin1String("stop") || word == QLatin1String("wait") || word == QLatin1String("sleep");
-    if (words.size() != (takesValue ? 2 : 1)) {
-        refuse(takesValue ? QStringLiteral("expected \"%1\" and one number").arg(word)
-                          : QStringLiteral("expected nothing after \"%1\"").arg(word));
-    } else if (word == QLatin1String("stop")) {
-        stopOrder(words.at(1));
-    } else if (word == QLatin1String("wait")) {
-        waitFor(words.at(1));
-    } else if (word == QLatin1String("sleep")) {
-        sleep(words.at(1));
-    } else if (word == QLatin1String("help")) {
-        writeHelp();
-    } else if (word == QLatin1String("channels")) {
-        raiseExitStatus(listChannels(m_tool, m_output));
-    } else if (word == QLatin1String("commands")) {
-        listCommands(*m_tool, m_output);
+    const QStringList arguments = line.mid(1);
+    if (arguments.size() >= word->fewest && arguments.size() <= word->most) {
+        (this->*word->run)(arguments);
     } else {
-        abandon();
+        refuseThis(word->most == 0 ? QStringLiteral("expected nothing after \"%1\"").arg(word->name)
+                                   : QStringLiteral("expected \"%1\"").arg(word->usage()));
     }
     return true;
 }
@@ -222,60 +229,123 @@ bool Shell::runBuiltin(const QStringList& words)
 void Shell::startOrder(const QStringList& words, bool background)
 {
     QString problem;
-    const Invocation invocation = readInvocation(words, &problem);
+    Invocation invocation = readInvocation(words, &problem);
     if (!problem.isEmpty()) {
-        refuse(problem);
+        refuseThis(problem);
         return;
     }
-    auto order = std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments);
-    order->start();
-    if (order->failure().kind == DFailure::Kind::WrongInvocation) {
-        reportRefusal(*order, m_output);
-        raiseExitStatus(ExitWrongUsage);
+    const auto channel = invocation.arguments.find(QStringLiteral("channel"));
+    if (channel != invocation.arguments.end() && channel->type() == QVariant::String) {
+        *channel = m_names.channel(channel->toString());
+    }
+    const DFailure refusal = m_orders.start(invocation, m_line);
+    if (refusal) {
+        Q_EMIT lineFailed(m_line, refusal.text);
+        noteFailure(ExitWrongUsage);
         return;
     }
-    const int number = ++m_lastNumber;
-    reportOrder(order.get(), number, m_output);
-    if (order->state() == DOrder::State::Finished) {
-        raiseExitStatus(exitStatusOf(order->failure()));
-    } else {
-        orderRuns(number, std::move(order), invocation.command, background);
+    const int number = m_orders.last();
+    if (!m_orders.isRunning(number)) {
+        return;
     }
-}
-
-void Shell::orderRuns(int number, std::unique_ptr<DOrder> running, const QString& command, bool background)
-{
-    const DOrder* order = running.get();
-    connect(order, &DOrder::finished, this, [this, number] { orderEnded(number); });
-    m_orders.emplace(number, std::move(running));
-    if (background || order->isListening()) {
-        m_output->text(QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(command));
+    if (background || m_orders.isListening(number)) {
+        m_output->text(
+            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(invocation.command));
     } else {
         m_awaited = number;
     }
 }
 
-void Shell::stopOrder(const QString& text)
+/// What a script has stopped itself is no reason to end it.
+void Shell::orderEnded(const ScriptLine& line, const DFailure& failure)
 {
-    const auto order = m_orders.find(readNumber(text));
-    if (order != m_orders.end()) {
-        order->second->stop();
+    const int status = exitStatusOf(failure);
+    if (failure.kind == DFailure::Kind::Stopped) {
+        raiseExitStatus(status);
+    } else if (failure) {
+        Q_EMIT lineFailed(line, failure.text);
+        noteFailure(status);
+    }
+    next(); // the next line needs no further pass of the event loop
+}
+
+void Shell::listTheChannels(const QStringList& arguments)
+{
+    Q_UNUSED(arguments)
+    const int status = listChannels(m_tool, m_output);
+    if (status != ExitSuccess) {
+        Q_EMIT lineFailed(m_line, QStringLiteral("a channel cannot be read"));
+        noteFailure(status);
     }
 }
 
-void Shell::waitFor(const QString& text)
+void Shell::listTheCommands(const QStringList& arguments)
 {
-    m_awaited = readNumber(text);
+    Q_UNUSED(arguments)
+    listCommands(*m_tool, m_output);
 }
 
-void Shell::sleep(const QString& text)
+void Shell::expect(const QStringList& arguments)
+{
+    QString problem;
+    const ExpectedLevel expected = readExpectedLevel(arguments, m_names, &problem);
+    if (!problem.isEmpty()) {
+        refuseThis(problem);
+        return;
+    }
+    m_expectation = std::make_unique<Expectation>(m_tool, expected);
+    connect(m_expectation.get(), &Expectation::ended, this, &Shell::endExpectation);
+    m_expectation->start();
+}
+
+void Shell::endExpectation()
+{
+    const std::unique_ptr<Expectation> done = std::move(m_expectation);
+    done->report(m_line.told(), m_output);
+    Q_EMIT expectationEnded(m_line, done->seconds(), done->isMet() ? QString() : done->complaint());
+    if (!done->isMet()) {
+        noteFailure(done->failure() ? exitStatusOf(done->failure()) : ExitOrderFailed);
+    }
+    resume();
+}
+
+void Shell::nameChannel(const QStringList& arguments)
+{
+    const QString problem = m_names.define(arguments);
+    if (!problem.isEmpty()) {
+        refuseThis(problem);
+    }
+}
+
+void Shell::quit(const QStringList& arguments)
+{
+    Q_UNUSED(arguments)
+    abandon();
+}
+
+void Shell::stopOrder(const QStringList& arguments)
+{
+    const int number = readNumber(arguments.first());
+    if (m_orders.isRunning(number)) {
+        m_orders.stop(number);
+    } else if (number > 0) {
+        m_output->text(QStringLiteral("[%1] has ended already").arg(number));
+    }
+}
+
+void Shell::waitFor(const QStringList& arguments)
+{
+    m_awaited = readNumber(arguments.first());
+}
+
+void Shell::sleep(const QStringList& arguments)
 {
     bool ok = false;
-    const int milliseconds = text.toInt(&ok);
+    const int milliseconds = arguments.first().toInt(&ok);
     if (!ok || milliseconds < 0 || milliseconds > c_longestSleepMs) {
-        refuse(QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
-                   .arg(c_longestSleepMs)
-                   .arg(text));
+        refuseThis(QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
+                       .arg(c_longestSleepMs)
+                       .arg(arguments.first()));
         return;
     }
     DScheduler* clock = m_tool->device()->scheduler();
@@ -292,57 +362,69 @@ void Shell::endSleep()
     }
 }
 
-void Shell::writeHelp()
+void Shell::writeHelp(const QStringList& arguments)
 {
-    QString text =
-        QStringLiteral("COMMAND NAME=VALUE …   runs an order; with \"&\" at the end, in the background\n"
-                       "stop N                 stops the order N\n"
-                       "wait N                 waits for the end of the order N\n"
-                       "sleep MS               waits MS milliseconds\n"
-                       "commands, channels     list what the tool has\n"
-                       "help                   shows this\n"
-                       "quit                   stops what runs, and ends\n"
-                       "# …                    a remark");
+    Q_UNUSED(arguments)
+    const auto row = [](const QString& usage, const QString& meaning) {
+        return QStringLiteral("%1 %2").arg(usage, c_usageWidth).arg(meaning);
+    };
+    QStringList rows = {row(QStringLiteral("COMMAND NAME=VALUE …"),
+                            QStringLiteral("runs an order; with \"&\" at the end, in the background"))};
+    for (const Word& word : words()) {
+        rows.append(row(word.usage(), word.meaning));
+    }
+    rows.append(row(QStringLiteral("# …"), QStringLiteral("a remark")));
     const QVector<DCommandDescription> stops = m_tool->stops();
     for (const DCommandDescription& stop : stops) {
-        text += QStringLiteral("\n%1 %2").arg(stop.name, -22).arg(stop.description);
+        rows.append(row(stop.name, stop.description));
     }
-    m_output->text(text);
-}
-
-void Shell::orderEnded(int number)
-{
-    const auto ended = m_orders.find(number);
-    raiseExitStatus(exitStatusOf(ended->second->failure()));
-    ended->second.release()->deleteLater(); // its signal is still on the stack
-    m_orders.erase(ended);
-    next(); // the next line needs no further pass of the event loop
+    m_output->text(rows.join(QLatin1Char('\n')));
 }
 
 int Shell::readNumber(const QString& text)
 {
     bool ok = false;
     const int number = text.toInt(&ok);
-    if (ok && number >= 1 && number <= m_lastNumber) {
+    if (ok && number >= 1 && number <= m_orders.last()) {
         return number;
     }
-    refuse(
-        QStringLiteral("expected the number of an order, 1 to %1, found \"%2\"").arg(m_lastNumber).arg(text));
+    refuseThis(QStringLiteral("expected the number of an order, 1 to %1, found \"%2\"")
+                   .arg(m_orders.last())
+                   .arg(text));
     return 0;
 }
 
-void Shell::refuse(const QString& problem)
+void Shell::refuse(const ScriptLine& line, const QString& problem)
 {
-    reportFailure("syntax", {problem}, m_output);
-    raiseExitStatus(ExitWrongUsage);
+    reportFailure("syntax", line.told(problem), m_output);
+    Q_EMIT lineFailed(line, problem);
+    noteFailure(ExitWrongUsage);
+}
+
+/// A script ends at its first failure, whatever it waits for.
+void Shell::noteFailure(int status)
+{
+    raiseExitStatus(status);
+    if (m_manner.keepsGoing || m_brokenOff || m_ending) {
+        return;
+    }
+    m_brokenOff = true;
+    m_script.clear();
+    m_awaited = 0;
+    m_expectation.reset();
+    endSleep();
+    resume();
+    Q_EMIT brokenOff();
 }
 
 void Shell::end()
 {
     m_ending = true;
-    while (!m_orders.empty()) {
-        m_orders.begin()->second->stop(); // its end takes it out
+    const QStringList driven = m_orders.driven();
+    if (!driven.isEmpty() && !m_line.place().isEmpty()) { // who types knows
+        diagnostic(QStringLiteral("still driven at the end: %1").arg(driven.join(QStringLiteral(", "))));
     }
+    m_orders.stopAll();
     if (m_output->hasFailed()) {
         raiseExitStatus(ExitOrderFailed);
     }

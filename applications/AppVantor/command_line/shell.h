@@ -1,44 +1,60 @@
 #pragma once
 
+#include "channel_names.h"
+#include "expectation.h"
+#include "script.h"
+#include "shell_orders.h"
+
 #include <plugin_management/d_scheduler.h>
 #include <process/output.h>
 
 #include <QStringList>
 
-#include <map>
 #include <memory>
-#include <queue>
+#include <vector>
 
-class DOrder;
 class DTool;
 
-/// Runs lines: orders and built-in words. Lines wait their turn: an order that does not listen,
-/// a wait and a sleep hold the next line back. Listening orders, and those whose line ends with "&", run in
-/// the background. While so much waits for the reader of the output that results would have to be left out,
-/// lines wait too.
+/// How a shell does its work.
+struct ShellManner
+{
+    bool echo = false;      ///< it writes each line before it carries it out
+    bool keepsGoing = true; ///< after a failure
+};
+
+/// Runs lines: orders and words of its own. Lines wait their turn: an order that does not listen, an
+/// expectation, a wait and a sleep hold the next line back. Listening orders, and those whose line ends with
+/// "&", run in the background. While so much waits for the reader of the output that results would have to be
+/// left out, lines wait too.
 class Shell : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(Shell)
 
 public:
-    Shell(DTool* tool, Output* output, bool echo);
+    Shell(DTool* tool, Output* output, ShellManner manner);
     ~Shell() override;
 
     /// Adds a line.
-    void addLine(const QString& line);
-    /// Says what is wrong with the input; the exit status tells it too.
-    void refuse(const QString& problem);
+    void addLine(const ScriptLine& line);
+    /// The lines of one input end here.
+    void endInput();
+    /// Says what is wrong with line, or with the input as a whole; it counts as a failure.
+    void refuse(const ScriptLine& line, const QString& problem);
     /// No line will come any more: once the lines are done, everything that runs is stopped, and ended is
     /// emitted.
     void close();
     /// Forgets the lines that wait, and takes no more.
     void abandon();
-    /// Stops what holds the next line back.
+    /// The same, from outside: what is left out counts as a failure of the line that is being carried out.
+    void breakOff(const QString& reason);
+    /// Stops what holds the next line back, and forgets a block that is still open.
     void interrupt();
 
     /// True while a line is being carried out.
     bool isBusy() const;
+    /// True while the lines of a block are awaited.
+    bool isInBlock() const { return m_script.isInBlock(); }
     /// The worst of what happened so far.
     int exitStatus() const { return m_exitStatus; }
 
@@ -48,37 +64,56 @@ public:
 Q_SIGNALS:
     /// The shell waits for the next line.
     void ready();
+    /// A line "expect" is done, after so many seconds; complaint is empty when it was met.
+    void expectationEnded(const ScriptLine& line, double seconds, const QString& complaint);
+    /// Another line has failed.
+    void lineFailed(const ScriptLine& line, const QString& reason);
+    /// Because of a failure, all further lines are left out.
+    void brokenOff();
     void ended();
 
 private:
+    struct Word;
+    static const std::vector<Word>& words();
+
     void next();
-    void runLine(const QString& line);
-    bool runBuiltin(const QStringList& words);
+    void runLine();
+    bool runWord(const QStringList& line);
     void startOrder(const QStringList& words, bool background);
-    void orderRuns(int number, std::unique_ptr<DOrder> running, const QString& command, bool background);
-    void stopOrder(const QString& text);
-    void waitFor(const QString& text);
-    void sleep(const QString& text);
+    void orderEnded(const ScriptLine& line, const DFailure& failure);
+    void listTheChannels(const QStringList& arguments);
+    void listTheCommands(const QStringList& arguments);
+    void expect(const QStringList& arguments);
+    void endExpectation();
+    void nameChannel(const QStringList& arguments);
+    void quit(const QStringList& arguments);
+    void sleep(const QStringList& arguments);
+    void stopOrder(const QStringList& arguments);
+    void waitFor(const QStringList& arguments);
+    void writeHelp(const QStringList& arguments);
     void endSleep();
-    void writeHelp();
-    void orderEnded(int number);
     /// Reads the number of an order that was started; 0, after a refusal, when it is none.
     int readNumber(const QString& text);
+    void refuseThis(const QString& problem) { refuse(m_line, problem); }
+    void noteFailure(int status);
     void resume();
     void end();
     void raiseExitStatus(int status);
 
     DTool* m_tool;
     Output* m_output;
-    bool m_echo;
-    std::queue<QString> m_lines;
-    std::map<int, std::unique_ptr<DOrder>> m_orders;
-    int m_lastNumber = 0;
+    const ShellManner m_manner;
+    Script m_script;
+    ScriptLine m_line; ///< the one that is being carried out, or was last
+    ChannelNames m_names;
+    ShellOrders m_orders;
     int m_awaited = 0;               ///< number of the order that holds the next line back
     DScheduler::Appointment m_sleep; ///< the end of a sleep; none without one
+    std::unique_ptr<Expectation> m_expectation;
     bool m_resuming = false;
     bool m_inLine = false;
     bool m_closed = false;
+    bool m_brokenOff = false;
     bool m_ending = false;
     int m_exitStatus = 0;
 };

@@ -1,0 +1,78 @@
+#include "shell_orders.h"
+
+#include "order_report.h"
+
+#include <plugin_management/d_order.h>
+
+#include <utility>
+
+ShellOrders::ShellOrders(DTool* tool, Output* output)
+    : m_tool(tool)
+    , m_output(output)
+    , m_driven(*tool)
+{}
+
+ShellOrders::~ShellOrders() = default;
+
+DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line)
+{
+    auto order = std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments);
+    order->start();
+    if (order->failure().kind == DFailure::Kind::WrongInvocation) {
+        reportRefusal(*order, m_output, line.told());
+        return order->failure();
+    }
+    const int number = ++m_last;
+    reportOrder(order.get(), number, m_output, line.told());
+    connect(order.get(), &DOrder::finished, this, [this, number] { orderEnded(number); });
+    const bool hasEnded = order->state() == DOrder::State::Finished;
+    m_running.emplace(number, Running{std::move(order), invocation, line});
+    if (hasEnded) {
+        orderEnded(number);
+    }
+    return DFailure();
+}
+
+void ShellOrders::orderEnded(int number)
+{
+    const auto found = m_running.find(number);
+    Running ended = std::move(found->second);
+    m_running.erase(found);
+    const DFailure failure = ended.order->failure();
+    ended.order.release()->deleteLater(); // its signal is still on the stack
+    if (!failure) {
+        m_driven.note(ended.invocation);
+    }
+    Q_EMIT this->ended(ended.line, failure);
+}
+
+bool ShellOrders::isListening(int number) const
+{
+    return m_running.at(number).order->isListening();
+}
+
+void ShellOrders::stop(int number)
+{
+    m_running.at(number).order->stop();
+}
+
+void ShellOrders::stopAll()
+{
+    while (!m_running.empty()) {
+        m_running.begin()->second.order->stop(); // its end takes it out
+    }
+}
+
+QStringList ShellOrders::driven() const
+{
+    QStringList channels = m_driven.blinking();
+    for (QString& channel : channels) {
+        channel += QStringLiteral(" (blinks)");
+    }
+    for (const auto& [number, running] : m_running) {
+        if (DrivenChannels::isPulse(running.invocation)) {
+            channels.append(DrivenChannels::channelOf(running.invocation) + QStringLiteral(" (pulse)"));
+        }
+    }
+    return channels;
+}
