@@ -187,7 +187,7 @@ def report(verdicts, equivalents, vanished):
     for mutant in wrong:
         print(f"listed as equivalent, but killed by {planted[mutant]}: {mutant}")
     for file, before, after in vanished:
-        print(f"listed as equivalent, but not among the faults: {file}\n    - {before}\n    + {after}")
+        print(f"listed as equivalent, but not among the faults: {file}\n    - {before}\n    + {after or '(whatever)'}")
     for mutant in survived:
         print(f"survived: {mutant}")
     killed = sum(killers.values())
