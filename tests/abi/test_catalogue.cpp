@@ -1,21 +1,14 @@
 #include "literals.h"
+#include "rows.h"
 
 #include <plugin_management/d_abstract_plugin.h>
-
-#include <QPluginLoader>
-#include <QSignalSpy>
-#include <QtTest>
-
-namespace {
-
-const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_s);
-
-} // namespace
 
 /// The plugin as the stand-ins see it: through its library and the interface alone.
 class TestCatalogue : public QObject
 {
     Q_OBJECT
+
+    static inline const QUuid c_objectUuid{"{00112233-4455-6677-8899-aabbccddeeff}"_s};
 
 private Q_SLOTS:
     void initTestCase()
@@ -56,14 +49,14 @@ private Q_SLOTS:
 
     void descriptionsAreReadBack_data()
     {
-        QTest::addColumn<QString>("description");
-        QTest::newRow("setValue") << "Set the value of a GPIO pin"_s;
-        QTest::newRow("switchValue") << "Set the value of a GPIO pin"_s;
-        QTest::newRow("getValue") << "Get the value of a GPIO pin"_s;
-        QTest::newRow("startListening") << "Listen events from the gpio channel"_s;
-        QTest::newRow("init") << "Set initia values of a GPIO pin"_s;
-        QTest::newRow("listenToAll") << "Listen events from the gpio channel"_s;
-        QTest::newRow("listenEvents") << QString();
+        const Rows<QString> row("description");
+        row("setValue", "Set the value of a GPIO pin");
+        row("switchValue", "Set the value of a GPIO pin");
+        row("getValue", "Get the value of a GPIO pin");
+        row("startListening", "Listen events from the gpio channel");
+        row("init", "Set initia values of a GPIO pin");
+        row("listenToAll", "Listen events from the gpio channel");
+        row("listenEvents", QString());
     }
     void descriptionsAreReadBack()
     {

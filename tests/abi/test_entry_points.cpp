@@ -1,26 +1,19 @@
 #include "literals.h"
 #include "message_log.h"
 
-#include <QLibrary>
-#include <QPluginLoader>
-#include <QPointer>
 #include <QtTest>
-
-namespace {
-
-QObject* pluginInstance()
-{
-    QLibrary library(QStringLiteral(PLUGIN_FILE));
-    using Instance = QObject* (*)();
-    const auto instance = reinterpret_cast<Instance>(library.resolve("qt_plugin_instance"));
-    return instance != nullptr ? instance() : nullptr;
-}
-
-} // namespace
 
 class TestEntryPoints : public QObject
 {
     Q_OBJECT
+
+    static QObject* pluginInstance()
+    {
+        QLibrary library(QStringLiteral(PLUGIN_FILE));
+        using Instance = QObject* (*)();
+        const auto instance = reinterpret_cast<Instance>(library.resolve("qt_plugin_instance"));
+        return instance != nullptr ? instance() : nullptr;
+    }
 
 private Q_SLOTS:
     void instanceIsThePluginWithoutAParent()

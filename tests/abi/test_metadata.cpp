@@ -1,10 +1,5 @@
 #include "literals.h"
 
-#include <QJsonObject>
-#include <QLibrary>
-#include <QPluginLoader>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace {

@@ -1,33 +1,28 @@
 #include "literals.h"
 #include "message_log.h"
+#include "rows.h"
 
-#include <QPluginLoader>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QtTest>
-
-namespace {
-
-/// Makes the object of a QML document that imports the plugin's module, and returns its property "answer", or
-/// its class when it has none; the errors when it cannot be made.
-QVariant answerOf(const QByteArray& object)
-{
-    QQmlEngine engine;
-    QQmlComponent component(&engine);
-    component.setData("import QtQml 2.15\nimport PlgLibToolGpio 1.0\n" + object, QUrl());
-    const QScopedPointer<QObject> made(component.create());
-    if (made.isNull()) {
-        return component.errorString();
-    }
-    const QVariant answer = made->property("answer");
-    return answer.isValid() ? answer : QVariant(QString::fromLatin1(made->metaObject()->className()));
-}
-
-} // namespace
 
 class TestQmlTypes : public QObject
 {
     Q_OBJECT
+
+    /// Makes the object of a QML document that imports the plugin's module, and returns its property
+    /// "answer", or its class when it has none; the errors when it cannot be made.
+    static QVariant answerOf(const QByteArray& object)
+    {
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.15\nimport PlgLibToolGpio 1.0\n" + object, QUrl());
+        const QScopedPointer<QObject> made(component.create());
+        if (made.isNull()) {
+            return component.errorString();
+        }
+        const QVariant answer = made->property("answer");
+        return answer.isValid() ? answer : QVariant(QString::fromLatin1(made->metaObject()->className()));
+    }
 
 private Q_SLOTS:
     void initTestCase()
@@ -81,10 +76,10 @@ private Q_SLOTS:
 
     void propertiesCannotBeWritten_data()
     {
-        QTest::addColumn<QByteArray>("object");
-        QTest::newRow("name of a channel") << QByteArray("DGpioChannel { name: 'x' }");
-        QTest::newRow("value of a channel") << QByteArray("DGpioChannel { value: 1 }");
-        QTest::newRow("version of a backend") << QByteArray("BeMaintenanceToolGpio { version: '1' }");
+        const Rows<QByteArray> row("object");
+        row("name of a channel", QByteArray("DGpioChannel { name: 'x' }"));
+        row("value of a channel", QByteArray("DGpioChannel { value: 1 }"));
+        row("version of a backend", QByteArray("BeMaintenanceToolGpio { version: '1' }"));
     }
     void propertiesCannotBeWritten()
     {

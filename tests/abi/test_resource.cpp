@@ -1,9 +1,5 @@
 #include "literals.h"
 
-#include <QDir>
-#include <QFile>
-#include <QLibrary>
-#include <QResource>
 #include <QtTest>
 
 #include <dlfcn.h>

@@ -1,67 +1,60 @@
 #include "literals.h"
 
-#include <QFile>
-#include <QProcess>
-#include <QSet>
 #include <QtTest>
-
-namespace {
-
-const QString c_pluginFile = QStringLiteral(PLUGIN_FILE);
-
-/// Names of the symbols of a library, sorted and each once. The arguments go to nm.
-QStringList symbolsOf(const QString& file, const QStringList& arguments)
-{
-    QProcess nm;
-    nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_s) + arguments + QStringList(file));
-    if (!nm.waitForFinished() || nm.exitCode() != 0) {
-        return {"nm failed: "_s + nm.errorString()};
-    }
-    QStringList symbols;
-    const QString output = QString::fromUtf8(nm.readAllStandardOutput());
-    for (const QString& line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        // "name type [value size]", where a demangled name has blanks of its own.
-        static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_s);
-        symbols.append(line.left(line.indexOf(afterName)));
-    }
-    symbols.removeDuplicates();
-    symbols.sort();
-    return symbols;
-}
-
-QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
-{
-    return symbolsOf(file, QStringList("-D"_s) + arguments);
-}
-
-QStringList linesOf(const QString& name)
-{
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    lines.sort();
-    return lines;
-}
-
-QStringList difference(const QStringList& list, const QStringList& other)
-{
-    const QSet<QString> others(other.cbegin(), other.cend());
-    QStringList rest;
-    for (const QString& element : list) {
-        if (!others.contains(element)) {
-            rest.append(element);
-        }
-    }
-    return rest;
-}
-
-} // namespace
 
 class TestSymbols : public QObject
 {
     Q_OBJECT
+
+    static inline const QString c_pluginFile = QStringLiteral(PLUGIN_FILE);
+
+    /// Names of the symbols of a library, sorted and each once. The arguments go to nm.
+    static QStringList symbolsOf(const QString& file, const QStringList& arguments)
+    {
+        QProcess nm;
+        nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_s) + arguments + QStringList(file));
+        if (!nm.waitForFinished() || nm.exitCode() != 0) {
+            return {"nm failed: "_s + nm.errorString()};
+        }
+        QStringList symbols;
+        const QString output = QString::fromUtf8(nm.readAllStandardOutput());
+        for (const QString& line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            // "name type [value size]", where a demangled name has blanks of its own.
+            static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_s);
+            symbols.append(line.left(line.indexOf(afterName)));
+        }
+        symbols.removeDuplicates();
+        symbols.sort();
+        return symbols;
+    }
+
+    static QStringList dynamicSymbols(const QString& file, const QStringList& arguments)
+    {
+        return symbolsOf(file, QStringList("-D"_s) + arguments);
+    }
+
+    static QStringList linesOf(const QString& name)
+    {
+        QFile file(name);
+        if (!file.open(QIODevice::ReadOnly)) {
+            return {};
+        }
+        QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        lines.sort();
+        return lines;
+    }
+
+    static QStringList difference(const QStringList& list, const QStringList& other)
+    {
+        const QSet<QString> others(other.cbegin(), other.cend());
+        QStringList rest;
+        for (const QString& element : list) {
+            if (!others.contains(element)) {
+                rest.append(element);
+            }
+        }
+        return rest;
+    }
 
 private Q_SLOTS:
     void libraryShowsItsTwoEntryPointsOnly()

@@ -9,18 +9,21 @@
 
 namespace {
 
-using Slots = QVector<QPair<QString, int>>;
-
-/// The slots that do not come one after another, right after those of QObject.
-QStringList outOfOrder(const Slots& table)
+/// The slots of these functions that do not come one after another, right after those of QObject. The names
+/// stand in one text, as they are called.
+template <typename... Functions>
+QStringList outOfOrder(const QString& names, Functions... functions)
 {
+    int expected = 12;
     QStringList problems;
-    for (int i = 0; i < table.size(); ++i) {
-        if (table.at(i).second != 12 + i) {
-            problems.append(
-                "%1 at %2, expected at %3"_s.arg(table.at(i).first).arg(table.at(i).second).arg(12 + i));
+    const auto check = [&](int slot) {
+        if (slot != expected) {
+            const QString name = names.section(QLatin1Char(','), expected - 12, expected - 12).trimmed();
+            problems.append("%1 at %2, expected at %3"_s.arg(name).arg(slot).arg(expected));
         }
-    }
+        ++expected;
+    };
+    (check(virtualSlotOf(functions)), ...);
     return problems;
 }
 
@@ -31,69 +34,50 @@ public:
     virtual void first();
 };
 
-#define SLOT_ENTRY(function)                                                                                 \
-    {                                                                                                        \
-        QStringLiteral(#function), virtualSlotOf(&Seen::function)                                            \
-    }
+#define OUT_OF_ORDER(...) outOfOrder(QStringLiteral(#__VA_ARGS__), __VA_ARGS__)
 
 /// Names the operations from inside a subclass, where protected ones can be named too.
 class SeenCommand : public DAbstractCommand
 {
 public:
-    static Slots table()
+    static QStringList problems()
     {
         using Seen = SeenCommand;
-        return {SLOT_ENTRY(linkWithItsOrder), SLOT_ENTRY(commandName),         SLOT_ENTRY(stopCommandName),
-                SLOT_ENTRY(getOrderId),       SLOT_ENTRY(getParameterOrderId), SLOT_ENTRY(isRecurrent),
-                SLOT_ENTRY(isValid),          SLOT_ENTRY(description),         SLOT_ENTRY(fullDescription),
-                SLOT_ENTRY(commandArguments), SLOT_ENTRY(commandExecute),      SLOT_ENTRY(setReply),
-                SLOT_ENTRY(finishTheCommand), SLOT_ENTRY(sigCommandFinished),  SLOT_ENTRY(addInstruction),
-                SLOT_ENTRY(createCommand)};
+        return OUT_OF_ORDER(&Seen::linkWithItsOrder, &Seen::commandName, &Seen::stopCommandName,
+                            &Seen::getOrderId, &Seen::getParameterOrderId, &Seen::isRecurrent, &Seen::isValid,
+                            &Seen::description, &Seen::fullDescription, &Seen::commandArguments,
+                            &Seen::commandExecute, &Seen::setReply, &Seen::finishTheCommand,
+                            &Seen::sigCommandFinished, &Seen::addInstruction, &Seen::createCommand);
     }
 };
 
 class SeenPlugin : public DAbstractPlugin
 {
 public:
-    static Slots table()
+    static QStringList problems()
     {
         using Seen = SeenPlugin;
-        using GetProperty = QVariant (DAbstractPlugin::*)(const QString&) const;
-        using GetPropertyOr = QVariant (DAbstractPlugin::*)(const QString&, const QVariant&) const;
-        return {
-            SLOT_ENTRY(initPluginCommands),
-            SLOT_ENTRY(createInstance),
-            SLOT_ENTRY(pluginSubTypeName),
-            SLOT_ENTRY(objectUuid),
-            SLOT_ENTRY(getName),
-            SLOT_ENTRY(pluginUuid),
-            SLOT_ENTRY(pluginName),
-            SLOT_ENTRY(pluginVersion),
-            SLOT_ENTRY(pluginType),
-            SLOT_ENTRY(compatiblePlugins),
-            SLOT_ENTRY(compatibilityString),
-            {"getProperty"_s, virtualSlotOf(static_cast<GetProperty>(&Seen::getProperty))},
-            {"getProperty with a fallback"_s, virtualSlotOf(static_cast<GetPropertyOr>(&Seen::getProperty))},
-            SLOT_ENTRY(getFunctions),
-            SLOT_ENTRY(getFunctionDescription),
-            SLOT_ENTRY(getCommandParameters),
-            SLOT_ENTRY(setMainConfig),
-            SLOT_ENTRY(getInMainConfig),
-            SLOT_ENTRY(getInPluginConfig),
-            SLOT_ENTRY(getDebugIdentification),
-            SLOT_ENTRY(getMainConfig),
-            SLOT_ENTRY(setInPluginConfig),
-            SLOT_ENTRY(setInMainConfig)};
+        const auto getProperty =
+            static_cast<QVariant (DAbstractPlugin::*)(const QString&) const>(&Seen::getProperty);
+        const auto getPropertyOr =
+            static_cast<QVariant (DAbstractPlugin::*)(const QString&, const QVariant&) const>(
+                &Seen::getProperty);
+        return OUT_OF_ORDER(&Seen::initPluginCommands, &Seen::createInstance, &Seen::pluginSubTypeName,
+                            &Seen::objectUuid, &Seen::getName, &Seen::pluginUuid, &Seen::pluginName,
+                            &Seen::pluginVersion, &Seen::pluginType, &Seen::compatiblePlugins,
+                            &Seen::compatibilityString, getProperty, getPropertyOr, &Seen::getFunctions,
+                            &Seen::getFunctionDescription, &Seen::getCommandParameters, &Seen::setMainConfig,
+                            &Seen::getInMainConfig, &Seen::getInPluginConfig, &Seen::getDebugIdentification,
+                            &Seen::getMainConfig, &Seen::setInPluginConfig, &Seen::setInMainConfig);
     }
 };
 
 class SeenBackend : public DAbstractPluginBackend
 {
 public:
-    static Slots table()
+    static QStringList problems()
     {
-        using Seen = SeenBackend;
-        return {SLOT_ENTRY(applyTreatmentReply), SLOT_ENTRY(treatmentReleased)};
+        return OUT_OF_ORDER(&SeenBackend::applyTreatmentReply, &SeenBackend::treatmentReleased);
     }
 };
 
@@ -110,9 +94,9 @@ private Q_SLOTS:
 
     void operationsComeInOneRun()
     {
-        QCOMPARE(outOfOrder(SeenCommand::table()), QStringList());
-        QCOMPARE(outOfOrder(SeenPlugin::table()), QStringList());
-        QCOMPARE(outOfOrder(SeenBackend::table()), QStringList());
+        QCOMPARE(SeenCommand::problems(), QStringList());
+        QCOMPARE(SeenPlugin::problems(), QStringList());
+        QCOMPARE(SeenBackend::problems(), QStringList());
     }
 
     void interfacesComeSecondAndKeepTheOrder()

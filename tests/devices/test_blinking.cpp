@@ -1,6 +1,5 @@
 #include "board_bench.h"
-
-#include <QTest>
+#include "rows.h"
 
 using Changes = QVector<BoardBench::Change>;
 
@@ -78,16 +77,12 @@ private Q_SLOTS:
 
     void aWidthOfZeroIsSteady_data()
     {
-        QTest::addColumn<int>("on");
-        QTest::addColumn<int>("off");
-        QTest::addColumn<int>("values");
-        QTest::addColumn<int>("level");
-        QTest::newRow("never off") << 1000 << 0 << 1 << 1;
-        QTest::newRow("never on") << 0 << 1000 << 1 << 0;
-        QTest::newRow("neither") << 0 << 0 << 1 << 1;
-        QTest::newRow("level 0") << 500 << 500 << 0 << 0;
+        const Rows<int, int, int, int> row("on", "off", "values", "level");
+        row("never off", 1000, 0, 1, 1);
+        row("never on", 0, 1000, 1, 0);
+        row("neither", 0, 0, 1, 1);
+        row("level 0", 500, 500, 0, 0);
     }
-
     void aWidthOfZeroIsSteady()
     {
         QFETCH(int, on);
@@ -188,5 +183,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestBlinking)
-
 #include "test_blinking.moc"

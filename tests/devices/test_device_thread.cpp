@@ -1,11 +1,7 @@
 #include "boards.h"
 #include "recording_client.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QSemaphore>
-#include <QSignalSpy>
-#include <QTest>
-#include <QThread>
 
 #include <linux/capability.h>
 #include <sys/resource.h>
@@ -192,13 +188,12 @@ private Q_SLOTS:
 
     void theFrontMayGoWhereAChangeIsTold_data()
     {
-        QTest::addColumn<QByteArray>("signal");
-        QTest::newRow("level") << QByteArray(SIGNAL(lineChanged(int, LineLevel)));
-        QTest::newRow("state") << QByteArray(SIGNAL(stateChanged()));
-        QTest::newRow("problem") << QByteArray(SIGNAL(problemTold(QString)));
-        QTest::newRow("loss") << QByteArray(SIGNAL(changesLost(quint64, qint64)));
+        const Rows<QByteArray> row("signal");
+        row("level", QByteArray(SIGNAL(lineChanged(int, LineLevel))));
+        row("state", QByteArray(SIGNAL(stateChanged())));
+        row("problem", QByteArray(SIGNAL(problemTold(QString))));
+        row("loss", QByteArray(SIGNAL(changesLost(quint64, qint64))));
     }
-
     void theFrontMayGoWhereAChangeIsTold()
     {
         QFETCH(QByteArray, signal);
@@ -218,11 +213,10 @@ private Q_SLOTS:
 
     void theFrontMayGoWhereALevelIsForgotten_data()
     {
-        QTest::addColumn<bool>("lost");
-        QTest::newRow("lost") << true;
-        QTest::newRow("closed") << false;
+        const Rows<bool> row("lost");
+        row("lost", true);
+        row("closed", false);
     }
-
     void theFrontMayGoWhereALevelIsForgotten()
     {
         QFETCH(bool, lost);
@@ -284,5 +278,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestDeviceThread)
-
 #include "test_device_thread.moc"

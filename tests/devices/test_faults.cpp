@@ -1,27 +1,22 @@
 #include "board_bench.h"
-
-#include <QTest>
-
-namespace {
-
-using Fault = SimulatedBoardSetup::Fault;
-
-SimulatedBoardSetup faulty(const QVector<Fault>& faults)
-{
-    SimulatedBoardSetup setup = boardOf({output("out"_s), input("in"_s, 1)});
-    setup.faults = faults;
-    return setup;
-}
-
-const QVariantMap c_out{{"channel"_s, "out"_s}};
-const QVariantMap c_high{{"channel"_s, "out"_s}, {"values"_s, 1}};
-const QVariantMap c_in{{"channel"_s, "in"_s}};
-
-} // namespace
+#include "rows.h"
 
 class TestFaults : public QObject
 {
     Q_OBJECT
+
+    using Fault = SimulatedBoardSetup::Fault;
+
+    static SimulatedBoardSetup faulty(const QVector<Fault>& faults)
+    {
+        SimulatedBoardSetup setup = boardOf({output("out"_s), input("in"_s, 1)});
+        setup.faults = faults;
+        return setup;
+    }
+
+    static inline const QVariantMap c_out{{"channel"_s, "out"_s}};
+    static inline const QVariantMap c_high{{"channel"_s, "out"_s}, {"values"_s, 1}};
+    static inline const QVariantMap c_in{{"channel"_s, "in"_s}};
 
 private Q_SLOTS:
     void aSilentLineNeverAnswers()
@@ -81,20 +76,14 @@ private Q_SLOTS:
 
     void aFaultStrikesWhatItNamesOnly_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("instruction");
-        QTest::addColumn<bool>("readsOut");
-        QTest::addColumn<bool>("readsIn");
-        QTest::addColumn<bool>("listensToAll");
-        QTest::newRow("a line") << "in"_s << QString() << true << false << true;
-        QTest::newRow("an instruction") << QString() << "getValue"_s << false << false << true;
-        QTest::newRow("both") << "in"_s
-                              << "getValue"_s << true << false << true;
-        QTest::newRow("another instruction") << "in"_s
-                                             << "setValues"_s << true << true << true;
-        QTest::newRow("anything") << QString() << QString() << false << false << false;
+        const Rows<QString, QString, bool, bool, bool> row("line", "instruction", "readsOut", "readsIn",
+                                                           "listensToAll");
+        row("a line", "in", QString(), true, false, true);
+        row("an instruction", QString(), "getValue", false, false, true);
+        row("both", "in", "getValue", true, false, true);
+        row("another instruction", "in", "setValues", true, true, true);
+        row("anything", QString(), QString(), false, false, false);
     }
-
     void aFaultStrikesWhatItNamesOnly()
     {
         QFETCH(QString, line);
@@ -137,5 +126,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestFaults)
-
 #include "test_faults.moc"

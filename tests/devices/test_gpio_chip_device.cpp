@@ -4,8 +4,7 @@
 #include <devices/gpio_chip_device.h>
 #include <devices/gpio_messages.h>
 
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 /// GPIO lines where there are none.
 class TestGpioChipDevice : public QObject
@@ -33,5 +32,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestGpioChipDevice)
-
 #include "test_gpio_chip_device.moc"

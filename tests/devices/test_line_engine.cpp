@@ -1,9 +1,7 @@
 #include "board_bench.h"
+#include "rows.h"
 
 #include <devices/line_engine.h>
-
-#include <QSignalSpy>
-#include <QTest>
 
 namespace {
 
@@ -70,11 +68,10 @@ private Q_SLOTS:
 
     void aDriveThatFailsFailsItsRequest_data()
     {
-        QTest::addColumn<QString>("instruction");
-        QTest::newRow("setValues") << "setValues"_s;
-        QTest::newRow("setBlink") << "setBlink"_s;
+        const Rows<QString> row("instruction");
+        row("setValues", "setValues");
+        row("setBlink", "setBlink");
     }
-
     void aDriveThatFailsFailsItsRequest()
     {
         QFETCH(QString, instruction);
@@ -188,5 +185,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestLineEngine)
-
 #include "test_line_engine.moc"

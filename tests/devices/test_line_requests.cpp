@@ -1,21 +1,17 @@
 #include "board_bench.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <limits>
-
-namespace {
-
-SimulatedBoardSetup board()
-{
-    return boardOf({output("out"_s), input("in"_s, 1), analogOutput("dac"_s), analogInput("adc"_s, 40000)});
-}
-
-} // namespace
 
 class TestLineRequests : public QObject
 {
     Q_OBJECT
+
+    static SimulatedBoardSetup board()
+    {
+        return boardOf(
+            {output("out"_s), input("in"_s, 1), analogOutput("dac"_s), analogInput("adc"_s, 40000)});
+    }
 
 private Q_SLOTS:
     void theBoardTellsItsLinesAndTheirLevels()
@@ -50,21 +46,18 @@ private Q_SLOTS:
 
     void setValuesDrivesTheLineAndRepliesWhatItTook_data()
     {
-        QTest::addColumn<QString>("channel");
-        QTest::addColumn<QVariant>("values");
-        QTest::addColumn<int>("taken");
-        QTest::newRow("digital 0") << "out"_s << QVariant(0) << 0;
-        QTest::newRow("digital 1") << "out"_s << QVariant(1) << 1;
-        QTest::newRow("digital 2") << "out"_s << QVariant(2) << 1;
-        QTest::newRow("digital 65535") << "out"_s << QVariant(65535) << 1;
-        QTest::newRow("digital true") << "out"_s << QVariant(true) << 1;
-        QTest::newRow("digital text") << "out"_s << QVariant("1"_s) << 1;
-        QTest::newRow("analogue 0") << "dac"_s << QVariant(0) << 0;
-        QTest::newRow("analogue 1") << "dac"_s << QVariant(1) << 1;
-        QTest::newRow("analogue 65535") << "dac"_s << QVariant(65535) << 65535;
-        QTest::newRow("analogue whole double") << "dac"_s << QVariant(300.0) << 300;
+        const Rows<QString, QVariant, int> row("channel", "values", "taken");
+        row("digital 0", "out", 0, 0);
+        row("digital 1", "out", 1, 1);
+        row("digital 2", "out", 2, 1);
+        row("digital 65535", "out", 65535, 1);
+        row("digital true", "out", true, 1);
+        row("digital text", "out", "1"_s, 1);
+        row("analogue 0", "dac", 0, 0);
+        row("analogue 1", "dac", 1, 1);
+        row("analogue 65535", "dac", 65535, 65535);
+        row("analogue whole double", "dac", 300.0, 300);
     }
-
     void setValuesDrivesTheLineAndRepliesWhatItTook()
     {
         QFETCH(QString, channel);
@@ -98,9 +91,7 @@ private Q_SLOTS:
 
     void aRequestThatCannotBeCarriedOutFailsSayingWhy_data()
     {
-        QTest::addColumn<QString>("instruction");
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::addColumn<QString>("reason");
+        const Rows<QString, QVariantMap, QString> columns("instruction", "arguments", "reason");
         // One argument of a sound request is another one, or is left out.
         const auto row = [](const QString& instruction, const QString& key, const QVariant& value,
                             const QString& reason) {
@@ -161,7 +152,6 @@ private Q_SLOTS:
             malformed("setBlink"_s, width, -7, "-7"_s);
         }
     }
-
     void aRequestThatCannotBeCarriedOutFailsSayingWhy()
     {
         QFETCH(QString, instruction);
@@ -186,20 +176,17 @@ private Q_SLOTS:
 
     void inputsAreSetFromOutsideWithinTheirLine_data()
     {
-        QTest::addColumn<int>("line");
-        QTest::addColumn<int>("set");
-        QTest::addColumn<int>("level");
-        QTest::newRow("digital low") << 1 << 0 << 0;
-        QTest::newRow("digital above") << 1 << 7 << 1;
-        QTest::newRow("digital below") << 1 << -1 << 0;
-        QTest::newRow("analogue") << 3 << 123 << 123;
-        QTest::newRow("analogue above") << 3 << 70000 << 65535;
-        QTest::newRow("analogue below") << 3 << -5 << 0;
-        QTest::newRow("an output stays") << 0 << 1 << 0;
-        QTest::newRow("no line") << 4 << 1 << -1;
-        QTest::newRow("a negative line") << -1 << 1 << -1;
+        const Rows<int, int, int> row("line", "set", "level");
+        row("digital low", 1, 0, 0);
+        row("digital above", 1, 7, 1);
+        row("digital below", 1, -1, 0);
+        row("analogue", 3, 123, 123);
+        row("analogue above", 3, 70000, 65535);
+        row("analogue below", 3, -5, 0);
+        row("an output stays", 0, 1, 0);
+        row("no line", 4, 1, -1);
+        row("a negative line", -1, 1, -1);
     }
-
     void inputsAreSetFromOutsideWithinTheirLine()
     {
         QFETCH(int, line);
@@ -245,5 +232,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestLineRequests)
-
 #include "test_line_requests.moc"

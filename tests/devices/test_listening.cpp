@@ -200,5 +200,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestListening)
-
 #include "test_listening.moc"

@@ -1,38 +1,33 @@
 #include "boards.h"
 #include "recording_client.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QElapsedTimer>
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-const QVariantMap c_in = {{"channel"_s, "in"_s}};
-const QVariantMap c_out = {{"channel"_s, "out"_s}};
-const QVariantMap c_high = {{"channel"_s, "out"_s}, {"values"_s, 1}};
-const QString c_unplugged = "the simulated board is unplugged"_s;
-
-QVariantMap blink(const QString& channel, int widthMs)
-{
-    return {
-        {"channel"_s, channel}, {"values"_s, 1}, {"pulseOnWidth"_s, widthMs}, {"pulseOffWidth"_s, widthMs}};
-}
-
-} // namespace
 
 /// A board in real time, wherever it lives: what must happen is waited for, and never comes too early.
 class TestPlaces : public QObject
 {
     Q_OBJECT
 
+    static inline const QVariantMap c_in = {{"channel"_s, "in"_s}};
+    static inline const QVariantMap c_out = {{"channel"_s, "out"_s}};
+    static inline const QVariantMap c_high = {{"channel"_s, "out"_s}, {"values"_s, 1}};
+    static inline const QString c_unplugged = "the simulated board is unplugged"_s;
+
+    static QVariantMap blink(const QString& channel, int widthMs)
+    {
+        return {{"channel"_s, channel},
+                {"values"_s, 1},
+                {"pulseOnWidth"_s, widthMs},
+                {"pulseOffWidth"_s, widthMs}};
+    }
+
 private Q_SLOTS:
     void initTestCase_data()
     {
-        QTest::addColumn<int>("place");
-        QTest::newRow("same thread") << static_cast<int>(DevicePlace::SameThread);
-        QTest::newRow("own thread") << static_cast<int>(DevicePlace::OwnThread);
-        QTest::newRow("real-time thread") << static_cast<int>(DevicePlace::RealtimeThread);
+        const Rows<int> row("place");
+        row("same thread", static_cast<int>(DevicePlace::SameThread));
+        row("own thread", static_cast<int>(DevicePlace::OwnThread));
+        row("real-time thread", static_cast<int>(DevicePlace::RealtimeThread));
     }
 
     void init()
@@ -248,5 +243,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestPlaces)
-
 #include "test_places.moc"

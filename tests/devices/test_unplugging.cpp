@@ -1,18 +1,13 @@
 #include "board_bench.h"
 
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-const QString c_unplugged = "the simulated board is unplugged"_s;
-const QStringList c_states = {"closed"_s, "connecting"_s, "connected"_s, "unreachable"_s};
-
-} // namespace
+#include <QtTest>
 
 class TestUnplugging : public QObject
 {
     Q_OBJECT
+
+    static inline const QString c_unplugged = "the simulated board is unplugged"_s;
+    static inline const QStringList c_states = {"closed"_s, "connecting"_s, "connected"_s, "unreachable"_s};
 
 private Q_SLOTS:
     void aBoardMayBeUnpluggedFromTheStart()
@@ -148,5 +143,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestUnplugging)
-
 #include "test_unplugging.moc"

@@ -1,36 +1,31 @@
 #include "board_bench.h"
 
-#include <QSet>
-#include <QTest>
-
-namespace {
-
-Waveform form(Waveform::Shape shape, int low, int high, quint32 seed = 0)
-{
-    Waveform waveform;
-    waveform.shape = shape;
-    waveform.low = low;
-    waveform.high = high;
-    waveform.periodUs = 1000;
-    waveform.intervalUs = 100;
-    waveform.seed = seed;
-    return waveform;
-}
-
-QVector<int> course(const Waveform& waveform, int samples)
-{
-    QVector<int> levels;
-    for (int sample = 0; sample < samples; ++sample) {
-        levels.append(waveform.level(sample * waveform.intervalUs));
-    }
-    return levels;
-}
-
-} // namespace
+#include <QtTest>
 
 class TestWaveforms : public QObject
 {
     Q_OBJECT
+
+    static Waveform form(Waveform::Shape shape, int low, int high, quint32 seed = 0)
+    {
+        Waveform waveform;
+        waveform.shape = shape;
+        waveform.low = low;
+        waveform.high = high;
+        waveform.periodUs = 1000;
+        waveform.intervalUs = 100;
+        waveform.seed = seed;
+        return waveform;
+    }
+
+    static QVector<int> course(const Waveform& waveform, int samples)
+    {
+        QVector<int> levels;
+        for (int sample = 0; sample < samples; ++sample) {
+            levels.append(waveform.level(sample * waveform.intervalUs));
+        }
+        return levels;
+    }
 
 private Q_SLOTS:
     void aConstantIsAlwaysHigh()
@@ -134,5 +129,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestWaveforms)
-
 #include "test_waveforms.moc"

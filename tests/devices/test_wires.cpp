@@ -1,17 +1,12 @@
 #include "board_bench.h"
-
-#include <QTest>
-
-namespace {
-
-using Change = BoardBench::Change;
-using Wire = SimulatedBoardSetup::Wire;
-
-} // namespace
+#include "rows.h"
 
 class TestWires : public QObject
 {
     Q_OBJECT
+
+    using Change = BoardBench::Change;
+    using Wire = SimulatedBoardSetup::Wire;
 
 private Q_SLOTS:
     void aWireDelaysEachChange()
@@ -76,27 +71,22 @@ private Q_SLOTS:
 
     void wiresBetweenKindsOfLinesConvert_data()
     {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<QString>("to");
-        QTest::addColumn<int>("written");
-        QTest::addColumn<bool>("inverted");
-        QTest::addColumn<int>("level");
+        const Rows<QString, QString, int, bool, int> row("from", "to", "written", "inverted", "level");
         const QString dac = "dac"_s;
         const QString in = "in"_s;
         const QString adc = "adc"_s;
-        QTest::newRow("lowest") << dac << in << 0 << false << 0;
-        QTest::newRow("top of the lower half") << dac << in << 32767 << false << 0;
-        QTest::newRow("bottom of the upper half") << dac << in << 32768 << false << 1;
-        QTest::newRow("highest") << dac << in << 65535 << false << 1;
-        QTest::newRow("lowest, inverted") << dac << in << 0 << true << 1;
-        QTest::newRow("top of the lower half, inverted") << dac << in << 32767 << true << 1;
-        QTest::newRow("bottom of the upper half, inverted") << dac << in << 32768 << true << 0;
-        QTest::newRow("digital, high") << "out"_s << adc << 1 << false << 65535;
-        QTest::newRow("digital, low") << "out"_s << adc << 0 << false << 0;
-        QTest::newRow("analogue only") << dac << adc << 1000 << false << 1000;
-        QTest::newRow("analogue only, inverted") << dac << adc << 1000 << true << 64535;
+        row("lowest", dac, in, 0, false, 0);
+        row("top of the lower half", dac, in, 32767, false, 0);
+        row("bottom of the upper half", dac, in, 32768, false, 1);
+        row("highest", dac, in, 65535, false, 1);
+        row("lowest, inverted", dac, in, 0, true, 1);
+        row("top of the lower half, inverted", dac, in, 32767, true, 1);
+        row("bottom of the upper half, inverted", dac, in, 32768, true, 0);
+        row("digital, high", "out", adc, 1, false, 65535);
+        row("digital, low", "out", adc, 0, false, 0);
+        row("analogue only", dac, adc, 1000, false, 1000);
+        row("analogue only, inverted", dac, adc, 1000, true, 64535);
     }
-
     void wiresBetweenKindsOfLinesConvert()
     {
         QFETCH(QString, from);
@@ -162,5 +152,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestWires)
-
 #include "test_wires.moc"

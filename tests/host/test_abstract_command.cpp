@@ -1,39 +1,35 @@
 #include "workbench.h"
 
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-std::shared_ptr<CommandScript> scriptWithDeclarations()
-{
-    auto script = std::make_shared<CommandScript>();
-    script->stopName = "rest"_s;
-    script->parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
-                          {"value"_s, "ui16"_s, "Value"_s, 1}};
-    script->results = {{"doneOk"_s, "bool"_s, "Job done"_s, false}};
-    return script;
-}
-
-/// Runs look inside the command of a started order.
-void insideAnOrder(const QVariantMap& arguments, const std::function<void(ScriptedCommand&)>& look)
-{
-    bool looked = false;
-    Workbench bench([](CommandScript& script) { script.parameters = scriptWithDeclarations()->parameters; });
-    bench.script->execute = [&](ScriptedCommand& command) {
-        look(command);
-        looked = true;
-        return false;
-    };
-    bench.start(arguments);
-    QVERIFY(looked);
-}
-
-} // namespace
+#include <QtTest>
 
 class TestAbstractCommand : public QObject
 {
     Q_OBJECT
+
+    static std::shared_ptr<CommandScript> scriptWithDeclarations()
+    {
+        auto script = std::make_shared<CommandScript>();
+        script->stopName = "rest"_s;
+        script->parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
+                              {"value"_s, "ui16"_s, "Value"_s, 1}};
+        script->results = {{"doneOk"_s, "bool"_s, "Job done"_s, false}};
+        return script;
+    }
+
+    /// Runs look inside the command of a started order.
+    static void insideAnOrder(const QVariantMap& arguments, const std::function<void(ScriptedCommand&)>& look)
+    {
+        bool looked = false;
+        Workbench bench(
+            [](CommandScript& script) { script.parameters = scriptWithDeclarations()->parameters; });
+        bench.script->execute = [&](ScriptedCommand& command) {
+            look(command);
+            looked = true;
+            return false;
+        };
+        bench.start(arguments);
+        QVERIFY(looked);
+    }
 
 private Q_SLOTS:
     void aCommandTellsWhatItDeclared()
@@ -158,5 +154,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestAbstractCommand)
-
 #include "test_abstract_command.moc"

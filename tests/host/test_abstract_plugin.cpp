@@ -1,30 +1,25 @@
 #include "literals.h"
 #include "scripted_plugin.h"
 
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-const QUuid c_object("{11111111-2222-3333-4444-555555555555}");
-
-ScriptedPlugin::Scripts scriptsNamed(const QStringList& names)
-{
-    ScriptedPlugin::Scripts scripts;
-    for (const QString& name : names) {
-        auto script = std::make_shared<CommandScript>();
-        script->name = name;
-        script->description = "Does "_s + name;
-        scripts.append(script);
-    }
-    return scripts;
-}
-
-} // namespace
+#include <QtTest>
 
 class TestAbstractPlugin : public QObject
 {
     Q_OBJECT
+
+    static inline const QUuid c_object{"{11111111-2222-3333-4444-555555555555}"};
+
+    static ScriptedPlugin::Scripts scriptsNamed(const QStringList& names)
+    {
+        ScriptedPlugin::Scripts scripts;
+        for (const QString& name : names) {
+            auto script = std::make_shared<CommandScript>();
+            script->name = name;
+            script->description = "Does "_s + name;
+            scripts.append(script);
+        }
+        return scripts;
+    }
 
 private Q_SLOTS:
     void theIdentityIsTheOneGivenAtConstruction()
@@ -136,5 +131,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestAbstractPlugin)
-
 #include "test_abstract_plugin.moc"

@@ -1,21 +1,15 @@
 #include "recording_backend.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-QVariantMap configuration(const QVariantList& channels = {})
-{
-    return {{"name"_s, "Bench"_s}, {"id"_s, "1"_s}, {"channels"_s, channels}};
-}
-
-} // namespace
 
 class TestBackendBinding : public QObject
 {
     Q_OBJECT
+
+    static QVariantMap configuration(const QVariantList& channels = {})
+    {
+        return {{"name"_s, "Bench"_s}, {"id"_s, "1"_s}, {"channels"_s, channels}};
+    }
 
 private Q_SLOTS:
     void init()
@@ -74,18 +68,13 @@ private Q_SLOTS:
 
     void nameOrIdentifierAloneIsEnough_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<bool>("bound");
-        QTest::newRow("name") << "Bench"_s << QString() << true;
-        QTest::newRow("identifier") << QString() << "1"_s << true;
-        QTest::newRow("neither") << QString() << QString() << false;
-        QTest::newRow("another name") << "Rack"_s
-                                      << "1"_s << false;
-        QTest::newRow("another identifier") << "Bench"_s
-                                            << "2"_s << false;
+        const Rows<QString, QString, bool> row("name", "id", "bound");
+        row("name", "Bench", QString(), true);
+        row("identifier", QString(), "1", true);
+        row("neither", QString(), QString(), false);
+        row("another name", "Rack", "1", false);
+        row("another identifier", "Bench", "2", false);
     }
-
     void nameOrIdentifierAloneIsEnough()
     {
         QFETCH(QString, name);
@@ -228,5 +217,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestBackendBinding)
-
 #include "test_backend_binding.moc"

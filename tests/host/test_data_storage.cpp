@@ -29,5 +29,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestDataStorage)
-
 #include "test_data_storage.moc"

@@ -1,7 +1,5 @@
 #include "device_fixture.h"
-
-#include <QSignalSpy>
-#include <QTest>
+#include "rows.h"
 
 using State = DDevice::State;
 using Deeds = QVector<std::function<void(RecordingDevice&)>>;
@@ -144,14 +142,7 @@ private Q_SLOTS:
 
     void requestsInEachStateReachTheDeviceOrFail_data()
     {
-        QTest::addColumn<Deeds>("deeds");
-        QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("problem");
-        QTest::addColumn<QString>("failure");
-        const auto row = [](const char* name, const Deeds& deeds, State state, const QString& problem,
-                            const QString& failure) {
-            QTest::newRow(name) << deeds << static_cast<int>(state) << problem << failure;
-        };
+        const Rows<Deeds, State, QString, QString> row("deeds", "state", "problem", "failure");
         const auto reach = [](RecordingDevice& device) { device.setState(State::Connecting); };
         const auto pull = [](RecordingDevice& device) { device.lose("cable pulled"_s); };
         const auto burn = [](RecordingDevice& device) { device.lose("board burnt"_s); };
@@ -159,29 +150,28 @@ private Q_SLOTS:
         const auto close = &DDevice::close;
         const auto restore = &RecordingDevice::restore;
         const QString closed = "the device is closed"_s;
-        row("never opened", {}, State::Closed, {}, closed);
-        row("opened", {open}, State::Connected, {}, {});
-        row("connecting", {open, reach}, State::Connecting, {}, {});
-        row("lost", {open, pull}, State::Unreachable, "cable pulled"_s, "cable pulled"_s);
-        row("lost, now for another reason", {open, pull, burn}, State::Unreachable, "board burnt"_s,
-            "board burnt"_s);
-        row("back again", {open, pull, restore}, State::Connected, {}, {});
-        row("closed", {open, close}, State::Closed, {}, closed);
-        row("closed when lost", {open, pull, close}, State::Closed, {}, closed);
-        row("opened again", {open, close, open}, State::Connected, {}, {});
+        row("never opened", {}, State::Closed, QString(), closed);
+        row("opened", {open}, State::Connected, QString(), QString());
+        row("connecting", {open, reach}, State::Connecting, QString(), QString());
+        row("lost", {open, pull}, State::Unreachable, "cable pulled", "cable pulled");
+        row("lost, now for another reason", {open, pull, burn}, State::Unreachable, "board burnt",
+            "board burnt");
+        row("back again", {open, pull, restore}, State::Connected, QString(), QString());
+        row("closed", {open, close}, State::Closed, QString(), closed);
+        row("closed when lost", {open, pull, close}, State::Closed, QString(), closed);
+        row("opened again", {open, close, open}, State::Connected, QString(), QString());
     }
-
     void requestsInEachStateReachTheDeviceOrFail()
     {
         QFETCH(Deeds, deeds);
-        QFETCH(int, state);
+        QFETCH(State, state);
         QFETCH(QString, problem);
         QFETCH(QString, failure);
         m_device = std::make_unique<RecordingDevice>(m_scheduler.get());
         for (const auto& deed : qAsConst(deeds)) {
             deed(*m_device);
         }
-        QCOMPARE(static_cast<int>(m_device->state()), state);
+        QCOMPARE(m_device->state(), state);
         QCOMPARE(m_device->isConnected(), m_device->state() == State::Connected);
         QCOMPARE(m_device->connectionProblem(), problem);
         send(1, "getValue"_s);
@@ -289,5 +279,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestDevice)
-
 #include "test_device.moc"

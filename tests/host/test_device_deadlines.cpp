@@ -1,6 +1,5 @@
 #include "device_fixture.h"
-
-#include <QTest>
+#include "rows.h"
 
 #include <limits>
 
@@ -74,12 +73,11 @@ private Q_SLOTS:
 
     void withoutALimitARequestWaits_data()
     {
-        QTest::addColumn<int>("limit");
-        QTest::newRow("none") << 0;
-        QTest::newRow("negative") << -5;
-        QTest::newRow("the longest") << std::numeric_limits<int>::max();
+        const Rows<int> row("limit");
+        row("none", 0);
+        row("negative", -5);
+        row("the longest", std::numeric_limits<int>::max());
     }
-
     void withoutALimitARequestWaits()
     {
         QFETCH(int, limit);
@@ -127,5 +125,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestDeviceDeadlines)
-
 #include "test_device_deadlines.moc"

@@ -1,8 +1,6 @@
 #include "device_fixture.h"
 
-#include <QEventLoop>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
 
 class TestDeviceReentrancy : public DeviceFixture
 {
@@ -212,5 +210,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestDeviceReentrancy)
-
 #include "test_device_reentrancy.moc"

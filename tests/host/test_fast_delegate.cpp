@@ -187,5 +187,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestFastDelegate)
-
 #include "test_fast_delegate.moc"

@@ -1,10 +1,8 @@
 #include "common_scripts.h"
+#include "rows.h"
 #include "workbench.h"
 
 #include <utilities/d_timer.h>
-
-#include <QSignalSpy>
-#include <QTest>
 
 using Report = bool (*)(ScriptedCommand&);
 Q_DECLARE_METATYPE(Report)
@@ -78,13 +76,11 @@ private Q_SLOTS:
 
     void aCommandMayReportFromItsTimer_data()
     {
-        QTest::addColumn<Report>("report");
-        QTest::addColumn<QString>("failure");
-        QTest::newRow("result by result") << &reportOneByOne << QString();
-        QTest::newRow("as a whole reply") << &reportWhole << QString();
-        QTest::newRow("nothing") << &reportNothing << c_missing;
+        const Rows<Report, QString> row("report", "failure");
+        row("result by result", &reportOneByOne, QString());
+        row("as a whole reply", &reportWhole, QString());
+        row("nothing", &reportNothing, c_missing);
     }
-
     void aCommandMayReportFromItsTimer()
     {
         QFETCH(Report, report);
@@ -110,12 +106,10 @@ private Q_SLOTS:
 
     void theCommandMayFinishItself_data()
     {
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("with success") << true << QString();
-        QTest::newRow("as failed") << false << "the command failed"_s;
+        const Rows<bool, QString> row("ok", "reason");
+        row("with success", true, QString());
+        row("as failed", false, "the command failed");
     }
-
     void theCommandMayFinishItself()
     {
         QFETCH(bool, ok);
@@ -262,5 +256,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestOrderEnd)
-
 #include "test_order_end.moc"

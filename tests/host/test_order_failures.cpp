@@ -1,12 +1,12 @@
 #include "common_scripts.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QTest>
 
 using Kind = DFailure::Kind;
 using State = DDevice::State;
 using Fill = std::function<void(CommandScript&)>;
 using Deed = std::function<void(Workbench&)>;
+Q_DECLARE_METATYPE(Kind)
 Q_DECLARE_METATYPE(Fill)
 Q_DECLARE_METATYPE(Deed)
 
@@ -86,15 +86,12 @@ private Q_SLOTS:
 
     void anOrderFailsWithKindAndText_data()
     {
-        QTest::addColumn<Fill>("fill");
-        QTest::addColumn<Deed>("before");
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::addColumn<Deed>("after");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, Kind kind, const QString& text, const Fill& fill,
-                            const Deed& before, const Deed& after, const QVariantMap& arguments = {}) {
-            QTest::newRow(name) << fill << before << arguments << after << static_cast<int>(kind) << text;
+        const Rows<Fill, Deed, QVariantMap, Deed, Kind, QString> columns("fill", "before", "arguments",
+                                                                         "after", "kind", "text");
+        const auto row = [&columns](const char* name, Kind kind, const QString& text, const Fill& fill,
+                                    const Deed& before, const Deed& after,
+                                    const QVariantMap& arguments = {}) {
+            columns(name, fill, before, arguments, after, kind, text);
         };
 
         row("unknown parameter", Kind::WrongInvocation,
@@ -168,7 +165,7 @@ private Q_SLOTS:
         QFETCH(Deed, before);
         QFETCH(QVariantMap, arguments);
         QFETCH(Deed, after);
-        QFETCH(int, kind);
+        QFETCH(Kind, kind);
         QFETCH(QString, text);
         Workbench bench(fill);
         if (before) {
@@ -183,10 +180,10 @@ private Q_SLOTS:
         deliver();
         QCOMPARE(order->state(), DOrder::State::Finished);
         QVERIFY(!order->isSuccessful());
-        QCOMPARE(static_cast<int>(order->failure().kind), kind);
+        QCOMPARE(order->failure().kind, kind);
         QCOMPARE(order->failure().text, text);
         QCOMPARE(bench.ended, QVector<bool>{false});
-        const bool hadCommand = kind != static_cast<int>(Kind::WrongInvocation);
+        const bool hadCommand = kind != Kind::WrongInvocation;
         QCOMPARE(bench.script->outcomes, hadCommand ? QVector<bool>{false} : QVector<bool>());
         QCOMPARE(bench.workingCommands(), 0);
         QVERIFY(bench.device == nullptr || bench.device->pendingRequests() == 0);
@@ -194,11 +191,10 @@ private Q_SLOTS:
 
     void aStoppedOneShotOrderFails_data()
     {
-        QTest::addColumn<bool>("started");
-        QTest::newRow("while it runs") << true;
-        QTest::newRow("before it runs, for good") << false;
+        const Rows<bool> row("started");
+        row("while it runs", true);
+        row("before it runs, for good", false);
     }
-
     void aStoppedOneShotOrderFails()
     {
         QFETCH(bool, started);
@@ -253,5 +249,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestOrderFailures)
-
 #include "test_order_failures.moc"

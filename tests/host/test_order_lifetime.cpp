@@ -1,11 +1,8 @@
 #include "common_scripts.h"
+#include "rows.h"
 #include "workbench.h"
 
 #include <utilities/d_timer.h>
-
-#include <QEventLoop>
-#include <QTest>
-#include <QTimer>
 
 #include <utility>
 
@@ -50,11 +47,7 @@ private Q_SLOTS:
 
     void whoeverHearsOfAnOrderMayEndItThere_data()
     {
-        QTest::addColumn<bool>("listens");
-        QTest::addColumn<bool>("whole");
-        QTest::addColumn<bool>("fails");
-        QTest::addColumn<QString>("place");
-        QTest::addColumn<QString>("deed");
+        const Rows<bool, bool, bool, QString, QString> columns("listens", "whole", "fails", "place", "deed");
         const auto addRows = [](bool listens, bool whole, bool fails, const QStringList& places) {
             for (const QString& place : places) {
                 for (const char* deed : {"stop", "destroy order", "close tool", "destroy device"}) {
@@ -78,7 +71,6 @@ private Q_SLOTS:
         addRows(false, true, false, heard);
         addRows(false, false, true, ends);
     }
-
     void whoeverHearsOfAnOrderMayEndItThere()
     {
         QFETCH(bool, listens);
@@ -191,11 +183,10 @@ private Q_SLOTS:
 
     void theCommandOutlivesANestedEventLoopBelowItsOwnCode_data()
     {
-        QTest::addColumn<bool>("fromTimer");
-        QTest::newRow("a delegate") << false;
-        QTest::newRow("a timer") << true;
+        const Rows<bool> row("fromTimer");
+        row("a delegate", false);
+        row("a timer", true);
     }
-
     void theCommandOutlivesANestedEventLoopBelowItsOwnCode()
     {
         QFETCH(bool, fromTimer);
@@ -389,5 +380,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestOrderLifetime)
-
 #include "test_order_lifetime.moc"

@@ -1,27 +1,14 @@
 #include "common_scripts.h"
 #include "workbench.h"
 
-#include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-
-namespace {
-
-QVariantMap value(int level)
-{
-    return {{"value"_s, level}};
-}
-
-bool reject(ScriptedCommand&, quint64, const QVariantMap&)
-{
-    return false;
-}
-
-} // namespace
+#include <QtTest>
 
 class TestOrderReplies : public QObject
 {
     Q_OBJECT
+
+    static QVariantMap value(int level) { return {{"value"_s, level}}; }
+    static bool reject(ScriptedCommand&, quint64, const QVariantMap&) { return false; }
 
 private Q_SLOTS:
     void initTestCase()
@@ -294,5 +281,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestOrderReplies)
-
 #include "test_order_replies.moc"

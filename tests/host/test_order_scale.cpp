@@ -5,34 +5,30 @@
 
 #include <vector>
 
-namespace {
-
-constexpr int c_count = 10000;
-
-using Orders = std::vector<std::unique_ptr<DOrder>>;
-
-Orders startMany(Workbench& bench)
-{
-    Orders orders;
-    for (int i = 0; i < c_count; ++i) {
-        orders.push_back(bench.start());
-    }
-    return orders;
-}
-
-void answerAll(Workbench& bench)
-{
-    for (const auto& request : qAsConst(bench.device->requests)) {
-        bench.device->reply(request.id, {{"value"_s, 1}});
-    }
-    deliver();
-}
-
-} // namespace
-
 class TestOrderScale : public QObject
 {
     Q_OBJECT
+
+    static constexpr int c_count = 10000;
+
+    using Orders = std::vector<std::unique_ptr<DOrder>>;
+
+    static Orders startMany(Workbench& bench)
+    {
+        Orders orders;
+        for (int i = 0; i < c_count; ++i) {
+            orders.push_back(bench.start());
+        }
+        return orders;
+    }
+
+    static void answerAll(Workbench& bench)
+    {
+        for (const auto& request : qAsConst(bench.device->requests)) {
+            bench.device->reply(request.id, {{"value"_s, 1}});
+        }
+        deliver();
+    }
 
 private Q_SLOTS:
     void tenThousandOrdersRunAtOnceAndAllEnd()
@@ -102,5 +98,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestOrderScale)
-
 #include "test_order_scale.moc"

@@ -1,28 +1,23 @@
 #include "common_scripts.h"
+#include "rows.h"
 #include "workbench.h"
 
-#include <QTest>
-
 #include <array>
-
-namespace {
-
-/// A command that is stopped as "rest" and listens on a channel at a level.
-std::shared_ptr<CommandScript> listenerNamed(const QString& name)
-{
-    auto script = std::make_shared<CommandScript>();
-    fillListener(*script);
-    script->name = name;
-    script->parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
-                          {"level"_s, "ui16"_s, "Level"_s, 1}};
-    return script;
-}
-
-} // namespace
 
 class TestOrderStopNames : public QObject
 {
     Q_OBJECT
+
+    /// A command that is stopped as "rest" and listens on a channel at a level.
+    static std::shared_ptr<CommandScript> listenerNamed(const QString& name)
+    {
+        auto script = std::make_shared<CommandScript>();
+        fillListener(*script);
+        script->name = name;
+        script->parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
+                              {"level"_s, "ui16"_s, "Level"_s, 1}};
+        return script;
+    }
 
 private Q_SLOTS:
     void initTestCase() { m_device.open(); }
@@ -90,20 +85,18 @@ private Q_SLOTS:
 
     void itsArgumentsChooseTheOrder_data()
     {
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::addColumn<int>("stopped");
-        QTest::newRow("a channel") << QVariantMap{{"channel"_s, "A"_s}} << 1;
-        QTest::newRow("another channel") << QVariantMap{{"channel"_s, "B"_s}} << 2;
-        QTest::newRow("two arguments") << QVariantMap{{"channel"_s, "A"_s}, {"level"_s, 3}} << 0;
-        QTest::newRow("as a text") << QVariantMap{{"level"_s, "3"_s}} << 0;
-        QTest::newRow("of the other command") << QVariantMap{{"rate"_s, 7}} << 3;
-        QTest::newRow("a section") << QVariantMap{{"zones"_s, QVariantList{1, 2}}} << 2;
-        QTest::newRow("no such channel") << QVariantMap{{"channel"_s, "C"_s}} << -1;
-        QTest::newRow("one of two differs") << QVariantMap{{"channel"_s, "B"_s}, {"level"_s, 3}} << -1;
-        QTest::newRow("an empty text is one") << QVariantMap{{"channel"_s, QString()}} << -1;
-        QTest::newRow("another section") << QVariantMap{{"zones"_s, QVariantList{2, 1}}} << -1;
+        const Rows<QVariantMap, int> row("arguments", "stopped");
+        row("a channel", {{"channel"_s, "A"_s}}, 1);
+        row("another channel", {{"channel"_s, "B"_s}}, 2);
+        row("two arguments", {{"channel"_s, "A"_s}, {"level"_s, 3}}, 0);
+        row("as a text", {{"level"_s, "3"_s}}, 0);
+        row("of the other command", {{"rate"_s, 7}}, 3);
+        row("a section", {{"zones"_s, QVariantList{1, 2}}}, 2);
+        row("no such channel", {{"channel"_s, "C"_s}}, -1);
+        row("one of two differs", {{"channel"_s, "B"_s}, {"level"_s, 3}}, -1);
+        row("an empty text is one", {{"channel"_s, QString()}}, -1);
+        row("another section", {{"zones"_s, QVariantList{2, 1}}}, -1);
     }
-
     void itsArgumentsChooseTheOrder()
     {
         QFETCH(QVariantMap, arguments);
@@ -125,16 +118,14 @@ private Q_SLOTS:
 
     void anArgumentThatNoStoppedCommandTakesIsRefused_data()
     {
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("unknown") << QVariantMap{{"zone"_s, 1}}
-                                 << "unknown parameter \"zone\" of command \"rest\"; it takes: \"channel\", "
-                                    "\"level\", \"rate\""_s;
-        QTest::newRow("of the wrong type") << QVariantMap{{"rate"_s, "fast"_s}}
-                                           << "parameter \"rate\" of command \"rest\" cannot hold \"fast\"; "
-                                              "expected a whole number from -2147483648 to 2147483647"_s;
+        const Rows<QVariantMap, QString> row("arguments", "reason");
+        row("unknown", {{"zone"_s, 1}},
+            "unknown parameter \"zone\" of command \"rest\"; it takes: \"channel\", "
+            "\"level\", \"rate\""_s);
+        row("of the wrong type", {{"rate"_s, "fast"_s}},
+            "parameter \"rate\" of command \"rest\" cannot hold \"fast\"; "
+            "expected a whole number from -2147483648 to 2147483647"_s);
     }
-
     void anArgumentThatNoStoppedCommandTakesIsRefused()
     {
         QFETCH(QVariantMap, arguments);
@@ -239,5 +230,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestOrderStopNames)
-
 #include "test_order_stop_names.moc"

@@ -1,25 +1,18 @@
 #include "literals.h"
+#include "rows.h"
 
 #include <plugin_management/d_plugin_loader.h>
 #include <plugin_management/d_tool.h>
 #include <plugin_management/i_plugin.h>
 
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
-namespace {
-
-QString plugin(const QString& name)
-{
-    return "%1/lib%2_plugin.so"_s.arg(QStringLiteral(PLUGIN_DIR), name);
-}
-
-} // namespace
-
 class TestPluginLoader : public QObject
 {
     Q_OBJECT
+
+    static QString plugin(const QString& name)
+    {
+        return "%1/lib%2_plugin.so"_s.arg(QStringLiteral(PLUGIN_DIR), name);
+    }
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_directory.isValid()); }
@@ -44,22 +37,18 @@ private Q_SLOTS:
 
     void whatIsNoPluginIsRefusedWithTheReason_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("missing file") << plugin("missing"_s) << "no such plugin library"_s;
-        QTest::newRow("no name") << QString() << "no such plugin library"_s;
-        QTest::newRow("foreign interface") << plugin("foreign"_s)
-                                           << "interface identifier \"org.example.ForeignPlugin\", expected "
-                                              "\"fr.velt.rd.tav.ForeignPlugin\""_s;
-        QTest::newRow("instance that throws")
-            << plugin("throwing"_s) << "its instance could not be made: out of magic"_s;
-        QTest::newRow("instance that throws a number")
-            << plugin("hurling"_s) << "its instance could not be made: it threw something unknown"_s;
-        QTest::newRow("instance of another host")
-            << plugin("plain_object"_s) << "its instance is no plugin of this host"_s;
-        QTest::newRow("no instance") << plugin("null"_s) << "it gave no instance"_s;
+        const Rows<QString, QString> row("file", "reason");
+        row("missing file", plugin("missing"_s), "no such plugin library");
+        row("no name", QString(), "no such plugin library");
+        row("foreign interface", plugin("foreign"_s),
+            "interface identifier \"org.example.ForeignPlugin\", expected "
+            "\"fr.velt.rd.tav.ForeignPlugin\""_s);
+        row("instance that throws", plugin("throwing"_s), "its instance could not be made: out of magic");
+        row("instance that throws a number", plugin("hurling"_s),
+            "its instance could not be made: it threw something unknown");
+        row("instance of another host", plugin("plain_object"_s), "its instance is no plugin of this host");
+        row("no instance", plugin("null"_s), "it gave no instance");
     }
-
     void whatIsNoPluginIsRefusedWithTheReason()
     {
         QFETCH(QString, file);
@@ -79,18 +68,16 @@ private Q_SLOTS:
 
     void aFileThatIsNoPluginIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("content");
+        const Rows<QByteArray> row("content");
         const QByteArray whole = contentOf(plugin("sound"_s));
-        QTest::newRow("no Qt plugin")
-            << contentOf(QStringLiteral(PLUGIN_DIR "/../../../lib/libutilities.so"));
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("plain text") << QByteArray("just a text, no library at all\n");
-        QTest::newRow("ELF magic alone") << whole.left(4);
-        QTest::newRow("ELF header alone") << whole.left(64);
-        QTest::newRow("first half") << whole.left(whole.size() / 2);
-        QTest::newRow("last byte missing") << whole.left(whole.size() - 1);
+        row("no Qt plugin", contentOf(QStringLiteral(PLUGIN_DIR "/../../../lib/libutilities.so")));
+        row("empty", QByteArray());
+        row("plain text", QByteArray("just a text, no library at all\n"));
+        row("ELF magic alone", whole.left(4));
+        row("ELF header alone", whole.left(64));
+        row("first half", whole.left(whole.size() / 2));
+        row("last byte missing", whole.left(whole.size() - 1));
     }
-
     void aFileThatIsNoPluginIsRefused()
     {
         QFETCH(QByteArray, content);
@@ -127,5 +114,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestPluginLoader)
-
 #include "test_plugin_loader.moc"

@@ -1,11 +1,8 @@
+#include "rows.h"
 #include "workbench.h"
 
 #include <be_maintenance_plugin.h>
 #include <p_tool_gpio.h>
-
-#include <QElapsedTimer>
-#include <QTest>
-#include <QTimer>
 
 #include <ctime>
 
@@ -73,11 +70,10 @@ class TestRefusedClicks : public QObject
 private Q_SLOTS:
     void aClickThatIsRefusedLetsTheProcessorRest_data()
     {
-        QTest::addColumn<int>("refused");
-        QTest::newRow("one click") << 1;
-        QTest::newRow("ten clicks") << 10;
+        const Rows<int> row("refused");
+        row("one click", 1);
+        row("ten clicks", 10);
     }
-
     void aClickThatIsRefusedLetsTheProcessorRest()
     {
         QFETCH(int, refused);
@@ -119,5 +115,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestRefusedClicks)
-
 #include "test_refused_clicks.moc"

@@ -1,12 +1,6 @@
 #include "literals.h"
 #include "manual_scheduler.h"
-
-#include <QAbstractEventDispatcher>
-#include <QDateTime>
-#include <QEventLoop>
-#include <QTest>
-#include <QThread>
-#include <QTimer>
+#include "rows.h"
 
 #include <array>
 #include <memory>
@@ -186,11 +180,10 @@ private Q_SLOTS:
 
     void anActionThatMakesItsSuccessorAtOnceLetsTheEventLoopGoOn_data()
     {
-        QTest::addColumn<qint64>("lateUs");
-        QTest::newRow("now") << qint64{0};
-        QTest::newRow("for a time that has passed") << qint64{1000};
+        const Rows<qint64> row("lateUs");
+        row("now", {0});
+        row("for a time that has passed", {1000});
     }
-
     void anActionThatMakesItsSuccessorAtOnceLetsTheEventLoopGoOn()
     {
         QFETCH(qint64, lateUs);
@@ -219,5 +212,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestScheduler)
-
 #include "test_scheduler.moc"

@@ -1,7 +1,6 @@
 #include "foreign_plugin.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QTest>
 
 namespace {
 
@@ -88,14 +87,12 @@ private Q_SLOTS:
 
     void aCommandAsksWhenAResultHasNoValueBeforeItRuns_data()
     {
-        QTest::addColumn<QVector<QVariant>>("defaults");
-        QTest::addColumn<bool>("asks");
-        QTest::newRow("no result") << QVector<QVariant>() << false;
-        QTest::newRow("with a value") << QVector<QVariant>{false} << false;
-        QTest::newRow("without one") << QVector<QVariant>{QVariant()} << true;
-        QTest::newRow("one of two") << QVector<QVariant>{false, QVariant()} << true;
+        const Rows<QVector<QVariant>, bool> row("defaults", "asks");
+        row("no result", QVector<QVariant>(), false);
+        row("with a value", {false}, false);
+        row("without one", {QVariant()}, true);
+        row("one of two", {false, QVariant()}, true);
     }
-
     void aCommandAsksWhenAResultHasNoValueBeforeItRuns()
     {
         QFETCH(QVector<QVariant>, defaults);
@@ -151,18 +148,16 @@ private Q_SLOTS:
 
     void oddConfigurationsHaveNoChannels_data()
     {
-        QTest::addColumn<QVariant>("channels");
-        QTest::newRow("none") << QVariant();
-        QTest::newRow("a text") << QVariant("A"_s);
-        QTest::newRow("a map") << QVariant(QVariantMap{{"id"_s, "A"_s}});
-        QTest::newRow("a list of texts") << QVariant(QVariantList{"A"_s, 3});
-        QTest::newRow("without items") << QVariant(QVariantList{QVariantMap{{"id"_s, "A"_s}}});
-        QTest::newRow("items are no list")
-            << QVariant(QVariantList{QVariantMap{{"id"_s, "A"_s}, {"value"_s, "line0"_s}}});
-        QTest::newRow("items are no maps")
-            << QVariant(QVariantList{QVariantMap{{"id"_s, "A"_s}, {"value"_s, QVariantList{"link"_s}}}});
+        const Rows<QVariant> row("channels");
+        row("none", QVariant());
+        row("a text", "A"_s);
+        row("a map", QVariantMap{{"id"_s, "A"_s}});
+        row("a list of texts", QVariantList{"A"_s, 3});
+        row("without items", QVariantList{QVariantMap{{"id"_s, "A"_s}}});
+        row("items are no list", QVariantList{QVariantMap{{"id"_s, "A"_s}, {"value"_s, "line0"_s}}});
+        row("items are no maps",
+            QVariantList{QVariantMap{{"id"_s, "A"_s}, {"value"_s, QVariantList{"link"_s}}}});
     }
-
     void oddConfigurationsHaveNoChannels()
     {
         QFETCH(QVariant, channels);
@@ -173,23 +168,20 @@ private Q_SLOTS:
 
     void anInvocationIsCheckedAgainstTheDeclaration_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::addColumn<QVariantMap>("converted");
-        QTest::addColumn<QString>("refusal");
-        const auto refused = [](const char* name, const QVariantMap& arguments, const QString& refusal) {
-            QTest::newRow(name) << "work"_s << arguments << arguments << refusal;
+        const Rows<QString, QVariantMap, QVariantMap, QString> row("command", "arguments", "converted",
+                                                                   "refusal");
+        const auto refused = [&row](const char* name, const QVariantMap& arguments, const QString& refusal) {
+            row(name, "work", arguments, arguments, refusal);
         };
-        const auto accepted = [](const char* name, const QVariantMap& arguments,
-                                 const QVariantMap& converted) {
-            QTest::newRow(name) << "work"_s << arguments << converted << QString();
+        const auto accepted = [&row](const char* name, const QVariantMap& arguments,
+                                     const QVariantMap& converted) {
+            row(name, "work", arguments, converted, QString());
         };
         const auto wrongValue = [](const QString& shown) {
             return "parameter \"value\" of command \"work\" cannot hold \"%1\"; expected a whole number "
                    "from 0 to 65535"_s.arg(shown);
         };
-        QTest::newRow("unknown command")
-            << "play"_s << QVariantMap() << QVariantMap() << "unknown command \"play\"; the tool has: work"_s;
+        row("unknown command", "play", {}, {}, "unknown command \"play\"; the tool has: work");
         refused("unknown parameter", {{"value"_s, "5"_s}, {"zone"_s, 1}},
                 "unknown parameter \"zone\" of command \"work\"; it takes: \"channel\", \"value\""_s);
         refused("unknown parameter with percent signs", {{"%3%1"_s, 1}},
@@ -207,7 +199,6 @@ private Q_SLOTS:
                                    {"options"_s, QVariantMap{{"fast"_s, true}}}};
         accepted("sections", sections, sections);
     }
-
     void anInvocationIsCheckedAgainstTheDeclaration()
     {
         QFETCH(QString, command);
@@ -232,5 +223,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestTool)
-
 #include "test_tool.moc"

@@ -1,27 +1,19 @@
+#include "rows.h"
 #include "workbench.h"
 
 #include <plugin_management/d_tool_registry.h>
 
-#include <QSignalSpy>
-#include <QTest>
-
-namespace {
-
-std::unique_ptr<DTool> makeTool(const QString& name, const QString& id)
-{
-    return std::make_unique<DTool>(QVariantMap{{"name"_s, name}, {"id"_s, id}}, ScriptedPlugin(), nullptr);
-}
-
-DToolRegistry& registry()
-{
-    return DToolRegistry::instance();
-}
-
-} // namespace
-
 class TestToolRegistry : public QObject
 {
     Q_OBJECT
+
+    static std::unique_ptr<DTool> makeTool(const QString& name, const QString& id)
+    {
+        return std::make_unique<DTool>(QVariantMap{{"name"_s, name}, {"id"_s, id}}, ScriptedPlugin(),
+                                       nullptr);
+    }
+
+    static DToolRegistry& registry() { return DToolRegistry::instance(); }
 
 private Q_SLOTS:
     void toolsAreListedWhileTheyLive()
@@ -62,21 +54,15 @@ private Q_SLOTS:
 
     void aToolIsFoundByNameAndIdentifier_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<int>("found");
-        QTest::newRow("both") << "A"_s
-                              << "2"_s << 1;
-        QTest::newRow("the name alone finds the first") << "A"_s << QString() << 0;
-        QTest::newRow("the identifier alone") << QString() << "3"_s << 2;
-        QTest::newRow("neither") << QString() << QString() << -1;
-        QTest::newRow("another name") << "C"_s
-                                      << "1"_s << -1;
-        QTest::newRow("another identifier") << "A"_s
-                                            << "3"_s << -1;
-        QTest::newRow("another case") << "a"_s << QString() << -1;
+        const Rows<QString, QString, int> row("name", "id", "found");
+        row("both", "A", "2", 1);
+        row("the name alone finds the first", "A", QString(), 0);
+        row("the identifier alone", QString(), "3", 2);
+        row("neither", QString(), QString(), -1);
+        row("another name", "C", "1", -1);
+        row("another identifier", "A", "3", -1);
+        row("another case", "a", QString(), -1);
     }
-
     void aToolIsFoundByNameAndIdentifier()
     {
         QFETCH(QString, name);
@@ -94,5 +80,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestToolRegistry)
-
 #include "test_tool_registry.moc"

@@ -1,10 +1,7 @@
 #include "common_scripts.h"
 #include "recording_backend.h"
+#include "rows.h"
 #include "workbench.h"
-
-#include <QTest>
-#include <QThread>
-#include <QTimer>
 
 using Deed = std::function<void(Workbench&)>;
 Q_DECLARE_METATYPE(Deed)
@@ -122,13 +119,11 @@ private Q_SLOTS:
 
     void aTreatmentThatFailsIsReleasedWithoutReply_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QVariantMap>("parameters");
-        QTest::newRow("unknown command") << "play"_s << QVariantMap();
-        QTest::newRow("unknown parameter") << "work"_s << QVariantMap{{"zone"_s, 1}};
-        QTest::newRow("refused by the device") << "work"_s << QVariantMap();
+        const Rows<QString, QVariantMap> row("name", "parameters");
+        row("unknown command", "play", {});
+        row("unknown parameter", "work", {{"zone"_s, 1}});
+        row("refused by the device", "work", {});
     }
-
     void aTreatmentThatFailsIsReleasedWithoutReply()
     {
         QFETCH(QString, name);
@@ -147,18 +142,16 @@ private Q_SLOTS:
 
     void treatmentsThatCannotRunAreReleasedWithoutSuccess_data()
     {
-        QTest::addColumn<Deed>("before");
-        QTest::addColumn<Deed>("meanwhile");
+        const Rows<Deed, Deed> row("before", "meanwhile");
         const Deed lose = [](Workbench& bench) { bench.device->lose("cable pulled"_s); };
         const Deed destroy = [](Workbench& bench) { bench.device.reset(); };
         const Deed close = [](Workbench& bench) { bench.tool.reset(); };
-        QTest::newRow("no connection") << lose << Deed();
-        QTest::newRow("no device") << destroy << Deed();
-        QTest::newRow("no tool") << close << Deed();
-        QTest::newRow("connection lost while one runs") << Deed() << lose;
-        QTest::newRow("tool closed while one runs") << Deed() << close;
+        row("no connection", lose, Deed());
+        row("no device", destroy, Deed());
+        row("no tool", close, Deed());
+        row("connection lost while one runs", Deed(), lose);
+        row("tool closed while one runs", Deed(), close);
     }
-
     void treatmentsThatCannotRunAreReleasedWithoutSuccess()
     {
         QFETCH(Deed, before);
@@ -409,5 +402,4 @@ private:
 };
 
 QTEST_GUILESS_MAIN(TestTreatments)
-
 #include "test_treatments.moc"

@@ -1,85 +1,68 @@
+#include "rows.h"
 #include "workbench.h"
 
-#include <QDateTime>
-#include <QTest>
-
 #include <limits>
-
-namespace {
-
-/// Passes value to a parameter of the type tag; returns what the command would read, or an invalid variant
-/// and the refusal.
-QVariant converted(const QString& tag, const QVariant& value, QString* refusal)
-{
-    const Workbench bench([&tag](CommandScript& script) {
-        script.parameters = {{"value"_s, tag, "Value"_s, QVariant()}};
-    });
-    QVariantMap arguments{{"value"_s, value}};
-    *refusal = bench.tool->checkInvocation("work"_s, &arguments).text;
-    return refusal->isEmpty() ? arguments.value("value"_s) : QVariant();
-}
-
-const double c_infinity = std::numeric_limits<double>::infinity();
-const double c_nan = std::numeric_limits<double>::quiet_NaN();
-const QVariant c_refused;
-
-void addColumns()
-{
-    QTest::addColumn<QString>("tag");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QVariant>("held");
-}
-
-void addRow(const char* tag, const char* what, const QVariant& value, const QVariant& held)
-{
-    QTest::addRow("%s: %s", tag, what) << QString::fromLatin1(tag) << value << held;
-}
-
-void addWholeNumberRows(const char* tag)
-{
-    addRow(tag, "zero", 0, 0);
-    addRow(tag, "one", 1, 1);
-    addRow(tag, "unsigned", 7U, 7);
-    addRow(tag, "long", 7LL, 7);
-    addRow(tag, "unsigned long", 7ULL, 7);
-    addRow(tag, "true", true, 1);
-    addRow(tag, "false", false, 0);
-    addRow(tag, "whole double", 12.0, 12);
-    addRow(tag, "whole float", 12.0F, 12);
-    addRow(tag, "minus zero", -0.0, 0);
-    addRow(tag, "text", "12"_s, 12);
-    addRow(tag, "text with plus", "+12"_s, 12);
-    addRow(tag, "broken double", 12.5, c_refused);
-    addRow(tag, "almost whole double", 0.999999999, c_refused);
-    addRow(tag, "NaN", c_nan, c_refused);
-    addRow(tag, "infinity", c_infinity, c_refused);
-    addRow(tag, "minus infinity", -c_infinity, c_refused);
-    addRow(tag, "huge double", 1e300, c_refused);
-    addRow(tag, "huge unsigned", std::numeric_limits<quint64>::max(), c_refused);
-    addRow(tag, "huge text", "99999999999999999999999"_s, c_refused);
-    addRow(tag, "empty text", QString(""_s), c_refused);
-    addRow(tag, "word", "many"_s, c_refused);
-    addRow(tag, "true as text", "true"_s, c_refused);
-    addRow(tag, "broken text", "12.5"_s, c_refused);
-    addRow(tag, "exponent text", "1e2"_s, c_refused);
-    addRow(tag, "hexadecimal text", "0x10"_s, c_refused);
-    addRow(tag, "number with unit", "12ms"_s, c_refused);
-    addRow(tag, "nothing", QVariant(), c_refused);
-    addRow(tag, "null", QVariant::fromValue(nullptr), c_refused);
-    addRow(tag, "date", QDateTime::currentDateTime(), c_refused);
-}
-
-} // namespace
 
 class TestTypeTags : public QObject
 {
     Q_OBJECT
 
+    /// Passes value to a parameter of the type tag; returns what the command would read, or an invalid
+    /// variant and the refusal.
+    static QVariant converted(const QString& tag, const QVariant& value, QString* refusal)
+    {
+        const Workbench bench([&tag](CommandScript& script) {
+            script.parameters = {{"value"_s, tag, "Value"_s, QVariant()}};
+        });
+        QVariantMap arguments{{"value"_s, value}};
+        *refusal = bench.tool->checkInvocation("work"_s, &arguments).text;
+        return refusal->isEmpty() ? arguments.value("value"_s) : QVariant();
+    }
+
+    static inline const double c_infinity = std::numeric_limits<double>::infinity();
+    static inline const double c_nan = std::numeric_limits<double>::quiet_NaN();
+    const QVariant c_refused;
+
 private Q_SLOTS:
     void aParameterHoldsWhatItsTypeCanHold_data()
     {
-        addColumns();
-        addWholeNumberRows("ui16");
+        const Rows<QString, QVariant, QVariant> row("tag", "value", "held");
+        const auto addRow = [&row](const char* tag, const char* what, const QVariant& value,
+                                   const QVariant& held) {
+            row(QByteArray(tag) + ": " + what, tag, value, held);
+        };
+        for (const char* tag : {"ui16", "int"}) {
+            addRow(tag, "zero", 0, 0);
+            addRow(tag, "one", 1, 1);
+            addRow(tag, "unsigned", 7U, 7);
+            addRow(tag, "long", 7LL, 7);
+            addRow(tag, "unsigned long", 7ULL, 7);
+            addRow(tag, "true", true, 1);
+            addRow(tag, "false", false, 0);
+            addRow(tag, "whole double", 12.0, 12);
+            addRow(tag, "whole float", 12.0F, 12);
+            addRow(tag, "minus zero", -0.0, 0);
+            addRow(tag, "text", "12"_s, 12);
+            addRow(tag, "text with plus", "+12"_s, 12);
+            addRow(tag, "broken double", 12.5, c_refused);
+            addRow(tag, "almost whole double", 0.999999999, c_refused);
+            addRow(tag, "NaN", c_nan, c_refused);
+            addRow(tag, "infinity", c_infinity, c_refused);
+            addRow(tag, "minus infinity", -c_infinity, c_refused);
+            addRow(tag, "huge double", 1e300, c_refused);
+            addRow(tag, "huge unsigned", std::numeric_limits<quint64>::max(), c_refused);
+            addRow(tag, "huge text", "99999999999999999999999"_s, c_refused);
+            addRow(tag, "empty text", QString(""_s), c_refused);
+            addRow(tag, "word", "many"_s, c_refused);
+            addRow(tag, "true as text", "true"_s, c_refused);
+            addRow(tag, "broken text", "12.5"_s, c_refused);
+            addRow(tag, "exponent text", "1e2"_s, c_refused);
+            addRow(tag, "hexadecimal text", "0x10"_s, c_refused);
+            addRow(tag, "number with unit", "12ms"_s, c_refused);
+            addRow(tag, "nothing", QVariant(), c_refused);
+            addRow(tag, "null", QVariant::fromValue(nullptr), c_refused);
+            addRow(tag, "date", QDateTime::currentDateTime(), c_refused);
+        }
         addRow("ui16", "highest", 65535, 65535);
         addRow("ui16", "above the highest", 65536, c_refused);
         addRow("ui16", "negative", -1, c_refused);
@@ -88,7 +71,6 @@ private Q_SLOTS:
         addRow("ui16", "highest text", "65535"_s, 65535);
         addRow("ui16", "above the highest text", "65536"_s, c_refused);
 
-        addWholeNumberRows("int");
         addRow("int", "negative", -1, -1);
         addRow("int", "negative text", "-12"_s, -12);
         addRow("int", "highest", 2147483647, 2147483647);
@@ -129,7 +111,6 @@ private Q_SLOTS:
         addRow("strg", "a list", QVariantList{1}, c_refused);
         addRow("strg", "a map", QVariantMap{{"a"_s, 1}}, c_refused);
     }
-
     void aParameterHoldsWhatItsTypeCanHold()
     {
         QFETCH(QString, tag);
@@ -172,5 +153,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestTypeTags)
-
 #include "test_type_tags.moc"

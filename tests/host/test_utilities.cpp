@@ -1,13 +1,10 @@
 #include "literals.h"
+#include "rows.h"
 
 #include <utilities/d_date.h>
 #include <utilities/d_object.h>
 #include <utilities/d_timer.h>
 #include <utilities/d_version.h>
-
-#include <QDateTime>
-#include <QSignalSpy>
-#include <QTest>
 
 class TestUtilities : public QObject
 {
@@ -56,26 +53,23 @@ private Q_SLOTS:
 
     void aWellFormedVersionPacksSixteenBitsANumber_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<quint64>("version");
-        QTest::addColumn<bool>("wellFormed");
-        QTest::newRow("one number") << "1"_s << quint64{0x0001000000000000} << true;
-        QTest::newRow("two numbers") << "1.0"_s << quint64{0x0001000000000000} << true;
-        QTest::newRow("three numbers") << "1.2.3"_s << quint64{0x0001000200030000} << true;
-        QTest::newRow("four numbers") << "1.2.3.4"_s << quint64{0x0001000200030004} << true;
-        QTest::newRow("lowest") << "0.0.0.0"_s << quint64{0} << true;
-        QTest::newRow("highest") << "65535.65535.65535.65535"_s << ~quint64{0} << true;
-        QTest::newRow("leading zeros") << "01.002"_s << quint64{0x0001000200000000} << true;
+        const Rows<QString, quint64, bool> row("text", "version", "wellFormed");
+        row("one number", "1", quint64{0x0001000000000000}, true);
+        row("two numbers", "1.0", quint64{0x0001000000000000}, true);
+        row("three numbers", "1.2.3", quint64{0x0001000200030000}, true);
+        row("four numbers", "1.2.3.4", quint64{0x0001000200030004}, true);
+        row("lowest", "0.0.0.0", quint64{0}, true);
+        row("highest", "65535.65535.65535.65535", ~quint64{0}, true);
+        row("leading zeros", "01.002", quint64{0x0001000200000000}, true);
         const QStringList malformed = {
             QString(), " "_s,     "."_s,   "1."_s,   ".1"_s,   "1..2"_s,  "1.2.3.4.5"_s,
             "65536"_s, "-1.0"_s,  "-0"_s,  "+1.0"_s, " 1.0"_s, "1.0 "_s,  "1.2.3.65536"_s,
             "1. 0"_s,  "1.0\n"_s, "1.x"_s, "0x1"_s,  "1e1"_s,  "1,000"_s, "99999999999999999999"_s,
             "١.٠"_s,   "1-0"_s};
         for (const QString& text : malformed) {
-            QTest::addRow("malformed: \"%s\"", qPrintable(text)) << text << quint64{0} << false;
+            row(("malformed: \""_s + text + "\""_s).toUtf8(), text, 0, false);
         }
     }
-
     void aWellFormedVersionPacksSixteenBitsANumber()
     {
         QFETCH(QString, text);
@@ -96,5 +90,4 @@ private Q_SLOTS:
 };
 
 QTEST_GUILESS_MAIN(TestUtilities)
-
 #include "test_utilities.moc"

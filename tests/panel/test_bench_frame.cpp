@@ -2,11 +2,8 @@
 
 #include <window/page_texts.h>
 
-#include <QDir>
 #include <QQmlComponent>
 #include <QQuickItemGrabResult>
-#include <QSignalSpy>
-#include <QtTest>
 
 namespace {
 
@@ -214,7 +211,6 @@ private Q_SLOTS:
         row("return", int(Qt::Key_Return));
         row("enter", int(Qt::Key_Enter));
     }
-
     void aKeyTogglesTheLine()
     {
         QFETCH(int, key);
@@ -255,7 +251,6 @@ private Q_SLOTS:
             }
         }
     }
-
     void noneOfTheBenchsComponentsShadowsOneOfQtQuick()
     {
         QFETCH(QString, component);

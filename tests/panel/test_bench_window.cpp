@@ -7,30 +7,22 @@
 #include <window/texts.h>
 
 #include <QQuickWindow>
-#include <QRegularExpression>
-#include <QSet>
-#include <QTemporaryDir>
-#include <QtTest>
-
-namespace {
-
-QVector<QQuickItem*> visibleNamed(QQuickItem& root, const char* name)
-{
-    QVector<QQuickItem*> found;
-    for (QQuickItem* item : itemsNamed(&root, QLatin1String(name))) {
-        if (item->isVisible()) {
-            found.append(item);
-        }
-    }
-    return found;
-}
-
-} // namespace
 
 /// The bench window, used by hand and by keyboard.
 class TestBenchWindow : public QuietTest
 {
     Q_OBJECT
+
+    static QVector<QQuickItem*> visibleNamed(QQuickItem& root, const char* name)
+    {
+        QVector<QQuickItem*> found;
+        for (QQuickItem* item : itemsNamed(&root, QLatin1String(name))) {
+            if (item->isVisible()) {
+                found.append(item);
+            }
+        }
+        return found;
+    }
 
 protected:
     void setUp() override { open(8); }

@@ -8,8 +8,6 @@
 
 #include <QPainter>
 #include <QQuickWindow>
-#include <QSignalSpy>
-#include <QtTest>
 
 namespace {
 
@@ -183,7 +181,6 @@ private Q_SLOTS:
             QStringList{"0-8: 4..4"_s, "9-9: 4..9"_s});
         row("what is still to come", Changes{known(0, 4), known(1100, 9)}, QStringList{"0-9: 4..4"_s});
     }
-
     void aCourseHasOneStepForWhatHappensInAColumn()
     {
         QFETCH(QVector<LineLevel>, changes);
@@ -269,7 +266,6 @@ private Q_SLOTS:
             hides ? shown.window.showMinimized() : shown.window.showNormal();
         });
     }
-
     void aCourseThatCannotBeSeenDoesNotMove()
     {
         QFETCH(Hiding, hide);

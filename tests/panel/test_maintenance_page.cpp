@@ -1,32 +1,27 @@
 #include "panel_fixture.h"
 
 #include <QQmlProperty>
-#include <QtTest>
-
-namespace {
-
-const QString c_root = "maintenance_panel_tool_gpio"_s;
-const QString c_columns = c_root + ".idColumn.idColumnsRow"_s;
-const QString c_inputs = c_columns + ".idInputsColumn"_s;
-const QString c_outputs = c_columns + ".idOutputsColumn"_s;
-
-const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
-const QString c_led = ".idIndicator.idDigitalInput"_s;
-const QString c_glyph = ".idIndicator.idAnalogInput"_s;
-const QString c_value = ".idValueRectangle"_s;
-
-/// Stores a value in the channel of a row as the backend does with a reply.
-void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
-{
-    fixture.backend()->applyTreatmentReply(row, "getValue"_s, {{"value"_s, value}});
-}
-
-} // namespace
 
 /// The page as it stands on the screen, in whatever host.
 class TestMaintenancePage : public QuietTest
 {
     Q_OBJECT
+
+    static inline const QString c_root = "maintenance_panel_tool_gpio"_s;
+    static inline const QString c_columns = c_root + ".idColumn.idColumnsRow"_s;
+    static inline const QString c_inputs = c_columns + ".idInputsColumn"_s;
+    static inline const QString c_outputs = c_columns + ".idOutputsColumn"_s;
+
+    static inline const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
+    static inline const QString c_led = ".idIndicator.idDigitalInput"_s;
+    static inline const QString c_glyph = ".idIndicator.idAnalogInput"_s;
+    static inline const QString c_value = ".idValueRectangle"_s;
+
+    /// Stores a value in the channel of a row as the backend does with a reply.
+    static void setChannelValue(PanelFixture& fixture, int row, const QVariant& value)
+    {
+        fixture.backend()->applyTreatmentReply(row, "getValue"_s, {{"value"_s, value}});
+    }
 
 protected:
     void setUp() override
@@ -65,7 +60,6 @@ private Q_SLOTS:
             row(text, "idChannelRow."_s + QLatin1String(text));
         }
     }
-
     void textsOfARowShrinkToFitInItsMiddle()
     {
         constexpr int fit = 3; // Text.Fit
@@ -76,7 +70,6 @@ private Q_SLOTS:
     }
 
     void onlyTheBenchCutsTextsOfARow_data() { textsOfARowShrinkToFitInItsMiddle_data(); }
-
     void onlyTheBenchCutsTextsOfARow()
     {
         QFETCH(QString, name);
@@ -161,7 +154,6 @@ private Q_SLOTS:
         row("binary output", "BO", c_outputs, {c_led});
         row("analogue output", "AO", c_outputs, {c_glyph, c_value});
     }
-
     void theTypeDecidesTheColumnAndWhatIsVisible()
     {
         QFETCH(QString, channel);
@@ -217,7 +209,6 @@ private Q_SLOTS:
         row("usual", 720);
         row("wide", 1600);
     }
-
     void theRowsKeepTheirProportions()
     {
         QFETCH(int, pageWidth);
@@ -294,7 +285,6 @@ private Q_SLOTS:
         row("the text 1", QVariant("1"_s), false);
         row("no value", QVariant(), false);
     }
-
     void onlyTheNumberOneIsOn()
     {
         QFETCH(QVariant, value);

@@ -10,10 +10,6 @@
 #include <window/texts.h>
 #include <window/tools_model.h>
 
-#include <QAbstractItemModelTester>
-#include <QSignalSpy>
-#include <QtTest>
-
 namespace {
 
 /// A model that is watched for breaches of what a model promises.
@@ -214,7 +210,6 @@ private Q_SLOTS:
         row("nothing", "no such line", QStringList{});
         row("no pattern", ".", QStringList{});
     }
-
     void theFilterLooksAtNamesAndChannels()
     {
         QFETCH(QString, text);
@@ -389,7 +384,6 @@ private Q_SLOTS:
         row("broken", "{\"channels\"", "Sections: no JSON from character 12 on");
         row("no list", "{\"channels\": 1}", QString());
     }
-
     void sectionsReachTheCommand()
     {
         QFETCH(QString, sections);
@@ -432,7 +426,6 @@ private Q_SLOTS:
         row("text", QVariant("a b"_s), "a b");
         row("list", QVariant(QVariantList{1, "x"_s}), "[1,\"x\"]");
     }
-
     void valuesAreWrittenForPeople()
     {
         QFETCH(QVariant, value);

@@ -8,8 +8,6 @@
 #include <plugin_management/i_plugin.h>
 
 #include <QQmlComponent>
-#include <QRegularExpression>
-#include <QtTest>
 
 namespace {
 
@@ -80,7 +78,6 @@ private Q_SLOTS:
         row("placeholder", "{OBJECT_ID}");
         row("markup", "<b>bold</b>&amp;");
     }
-
     void anyNameReachesThePage()
     {
         QFETCH(QString, name);
@@ -110,7 +107,6 @@ private Q_SLOTS:
         row("unknown type", "{22222222-0000-4000-8000-000000000000}", errors + "NoSuchType is not a type*"_s);
         row("not an item", "{33333333-0000-4000-8000-000000000000}", errors + "its root is not an item*"_s);
     }
-
     void thePageOfAPluginWithErrorsIsNotShown()
     {
         QFETCH(QString, uuid);
@@ -178,7 +174,6 @@ private Q_SLOTS:
         row("French", QLocale(QLocale::French, QLocale::Canada), "Entrées", "Sorties");
         row("a language without texts", QLocale(QLocale::Japanese), "Inputs", "Outputs");
     }
-
     void theTextsSpeakTheLanguage()
     {
         QFETCH(QLocale, locale);

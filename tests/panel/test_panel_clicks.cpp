@@ -1,20 +1,13 @@
 #include "panel_fixture.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
-namespace {
-
-const QString c_channel = "START"_s;
-const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
-constexpr int c_line = 0;
-
-} // namespace
-
 /// What a click does, in whatever host: the line is toggled, and the box follows the line.
 class TestPanelClicks : public QuietTest
 {
     Q_OBJECT
+
+    static inline const QString c_channel = "START"_s;
+    static inline const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
+    static constexpr int c_line = 0;
 
 protected:
     void setUp() override

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host_record.h"
 #include "message_log.h"
+#include "records.h"
 
 #include <QObject>
 #include <QtTest>

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "command_record.h"
 #include "exact_compare.h"
-#include "host_record.h"
 #include "literals.h"
 #include "quiet_test.h"
+#include "records.h"
 #include "report_check.h"
 
 #include <plugin_management/d_abstract_command.h>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "exact_compare.h"
-#include "host_record.h"
 #include "literals.h"
 #include "message_log.h"
+#include "records.h"
 
 #include <QFile>
 #include <QObject>

@@ -1,18 +1,12 @@
-#include "backend_record.h"
 #include "be_maintenance_plugin.h"
 #include "channel_entry.h"
-#include "host_record.h"
 #include "literals.h"
 #include "meta_object_text.h"
 #include "quiet_test.h"
+#include "records.h"
 #include "report_check.h"
+#include "rows.h"
 #include "virtual_slot.h"
-
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QPointer>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <limits>
 
@@ -150,9 +144,9 @@ private Q_SLOTS:
 
     void changeOfATextIsNotifiedOnce_data()
     {
-        QTest::addColumn<QVector<int>>("notified");
-        QTest::newRow("connectionPath") << QVector<int>{1, 0};
-        QTest::newRow("version") << QVector<int>{0, 1};
+        const Rows<QVector<int>> row("notified");
+        row("connectionPath", {1, 0});
+        row("version", {0, 1});
     }
     void changeOfATextIsNotifiedOnce()
     {
@@ -195,17 +189,16 @@ private Q_SLOTS:
 
     void visibilityMustBeExactlyPublic_data()
     {
-        QTest::addColumn<QVariant>("visibility");
-        QTest::addColumn<int>("rows");
-        QTest::newRow("public") << QVariant("public"_s) << 1;
-        QTest::newRow("bytes") << QVariant(QByteArray("public")) << 1;
-        QTest::newRow("Public") << QVariant("Public"_s) << 0;
-        QTest::newRow("a trailing blank") << QVariant("public "_s) << 0;
-        QTest::newRow("a leading blank") << QVariant(" public"_s) << 0;
-        QTest::newRow("private") << QVariant("private"_s) << 0;
-        QTest::newRow("empty") << QVariant(""_s) << 0;
-        QTest::newRow("a bool") << QVariant(true) << 0;
-        QTest::newRow("an invalid value") << QVariant() << 0;
+        const Rows<QVariant, int> row("visibility", "rows");
+        row("public", "public"_s, 1);
+        row("bytes", QByteArray("public"), 1);
+        row("Public", "Public"_s, 0);
+        row("a trailing blank", "public "_s, 0);
+        row("a leading blank", " public"_s, 0);
+        row("private", "private"_s, 0);
+        row("empty", ""_s, 0);
+        row("a bool", true, 0);
+        row("an invalid value", QVariant(), 0);
     }
     void visibilityMustBeExactlyPublic()
     {
@@ -229,15 +222,15 @@ private Q_SLOTS:
 
     void configurationWithoutAListOfChannelsLoadsNothing_data()
     {
-        QTest::addColumn<QVariantMap>("configuration");
-        QTest::newRow("empty") << QVariantMap();
-        QTest::newRow("another key") << QVariantMap({{"Channels"_s, QVariantList({publicEntry("A"_s)})}});
-        QTest::newRow("a map") << QVariantMap({{"channels"_s, publicEntry("A"_s)}});
-        QTest::newRow("texts") << QVariantMap({{"channels"_s, QStringList({"A"_s})}});
-        QTest::newRow("a list of another kind")
-            << QVariantMap({{"channels"_s, QJsonArray({QJsonObject::fromVariantMap(publicEntry("A"_s))})}});
-        QTest::newRow("an invalid value") << QVariantMap({{"channels"_s, QVariant()}});
-        QTest::newRow("an empty list") << QVariantMap({{"channels"_s, QVariantList()}});
+        const Rows<QVariantMap> row("configuration");
+        row("empty", {});
+        row("another key", {{"Channels"_s, QVariantList({publicEntry("A"_s)})}});
+        row("a map", {{"channels"_s, publicEntry("A"_s)}});
+        row("texts", {{"channels"_s, QStringList({"A"_s})}});
+        row("a list of another kind",
+            {{"channels"_s, QJsonArray({QJsonObject::fromVariantMap(publicEntry("A"_s))})}});
+        row("an invalid value", {{"channels"_s, QVariant()}});
+        row("an empty list", {{"channels"_s, QVariantList()}});
     }
     void configurationWithoutAListOfChannelsLoadsNothing()
     {
@@ -343,17 +336,15 @@ private Q_SLOTS:
 
     void clickQueuesTheInverseOfTheValue_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("inverse");
-        QTest::addColumn<QString>("state");
-        QTest::newRow("the number 1") << QVariant(1) << false << "OFF"_s;
-        QTest::newRow("the number 5") << QVariant(5) << false << "OFF"_s;
-        QTest::newRow("the bool true") << QVariant(true) << false << "OFF"_s;
-        QTest::newRow("a text") << QVariant("on"_s) << false << "OFF"_s;
-        QTest::newRow("the number 0") << QVariant(0) << true << "ON"_s;
-        QTest::newRow("the bool false") << QVariant(false) << true << "ON"_s;
-        QTest::newRow("the text 0") << QVariant("0"_s) << true << "ON"_s;
-        QTest::newRow("an invalid value") << QVariant() << true << "ON"_s;
+        const Rows<QVariant, bool, QString> row("value", "inverse", "state");
+        row("the number 1", 1, false, "OFF");
+        row("the number 5", 5, false, "OFF");
+        row("the bool true", true, false, "OFF");
+        row("a text", "on"_s, false, "OFF");
+        row("the number 0", 0, true, "ON");
+        row("the bool false", false, true, "ON");
+        row("the text 0", "0"_s, true, "ON");
+        row("an invalid value", QVariant(), true, "ON");
     }
     void clickQueuesTheInverseOfTheValue()
     {
@@ -449,14 +440,12 @@ private Q_SLOTS:
 
     void otherReleasesAreIgnored_data()
     {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("success");
-        QTest::newRow("a failed write") << 0 << "setValue"_s << false;
-        QTest::newRow("a read") << 0 << "getValue"_s << true;
-        QTest::newRow("another case") << 0 << "SetValue"_s << true;
-        QTest::newRow("a write to no row") << 1 << "setValue"_s << true;
-        QTest::newRow("a write to a negative row") << -1 << "setValue"_s << true;
+        const Rows<int, QString, bool> row("row", "name", "success");
+        row("a failed write", 0, "setValue", false);
+        row("a read", 0, "getValue", true);
+        row("another case", 0, "SetValue", true);
+        row("a write to no row", 1, "setValue", true);
+        row("a write to a negative row", -1, "setValue", true);
     }
     void otherReleasesAreIgnored()
     {
@@ -471,18 +460,16 @@ private Q_SLOTS:
 
     void readReplyIsStoredInItsRow_data()
     {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::addColumn<bool>("suits");
-        QTest::newRow("binary, a number") << "digitalInput"_s << QVariantMap({{"value"_s, 1}}) << true;
-        QTest::newRow("analogue, a number") << "analogOutput"_s << QVariantMap({{"value"_s, 512}}) << true;
-        QTest::newRow("a bool") << "digitalInput"_s << QVariantMap({{"value"_s, true}}) << true;
-        QTest::newRow("70000") << "digitalInput"_s << QVariantMap({{"value"_s, 70000}}) << true;
-        QTest::newRow("minus one") << "analogOutput"_s << QVariantMap({{"value"_s, -1}}) << true;
-        QTest::newRow("a text") << "analogOutput"_s << QVariantMap({{"value"_s, "high"_s}}) << true;
-        QTest::newRow("a list") << "digitalInput"_s << QVariantMap({{"value"_s, QVariantList()}}) << false;
-        QTest::newRow("unknown type") << "relay"_s << QVariantMap({{"value"_s, 1}}) << false;
-        QTest::newRow("no value") << "digitalInput"_s << QVariantMap({{"Value"_s, 1}}) << false;
+        const Rows<QString, QVariantMap, bool> row("type", "reply", "suits");
+        row("binary, a number", "digitalInput", {{"value"_s, 1}}, true);
+        row("analogue, a number", "analogOutput", {{"value"_s, 512}}, true);
+        row("a bool", "digitalInput", {{"value"_s, true}}, true);
+        row("70000", "digitalInput", {{"value"_s, 70000}}, true);
+        row("minus one", "analogOutput", {{"value"_s, -1}}, true);
+        row("a text", "analogOutput", {{"value"_s, "high"_s}}, true);
+        row("a list", "digitalInput", {{"value"_s, QVariantList()}}, false);
+        row("unknown type", "relay", {{"value"_s, 1}}, false);
+        row("no value", "digitalInput", {{"Value"_s, 1}}, false);
     }
     void readReplyIsStoredInItsRow()
     {
@@ -505,11 +492,10 @@ private Q_SLOTS:
 
     void replyOfAnotherNameGoesToTheBase_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("answer");
-        QTest::newRow("setValue, used") << "setValue"_s << true;
-        QTest::newRow("setValue, not used") << "setValue"_s << false;
-        QTest::newRow("another case") << "GetValue"_s << true;
+        const Rows<QString, bool> row("name", "answer");
+        row("setValue, used", "setValue", true);
+        row("setValue, not used", "setValue", false);
+        row("another case", "GetValue", true);
     }
     void replyOfAnotherNameGoesToTheBase()
     {
@@ -554,11 +540,11 @@ private Q_SLOTS:
 private:
     static void addRowsOutside()
     {
-        QTest::addColumn<int>("row");
-        QTest::newRow("before the first") << -1;
-        QTest::newRow("past the last") << 1;
-        QTest::newRow("the lowest") << std::numeric_limits<int>::min();
-        QTest::newRow("the highest") << std::numeric_limits<int>::max();
+        const Rows<int> row("row");
+        row("before the first", -1);
+        row("past the last", 1);
+        row("the lowest", std::numeric_limits<int>::min());
+        row("the highest", std::numeric_limits<int>::max());
     }
 };
 

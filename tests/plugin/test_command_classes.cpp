@@ -6,9 +6,8 @@
 #include "d_cmd_switchValue.h"
 #include "meta_object_text.h"
 #include "recorded_command.h"
+#include "rows.h"
 #include "sharing_spy.h"
-
-#include <QWeakPointer>
 
 #include <memory>
 
@@ -240,12 +239,11 @@ private Q_SLOTS:
 
     void invocationWithoutAChannelReachesNeitherLinkNorDevice_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("answer");
-        QTest::newRow("setValue") << "ERROR: Channel not managed"_s << false;
-        QTest::newRow("switchValue") << "ERROR: Channel not managed"_s << false;
-        QTest::newRow("getValue") << "ERROR: Tool channel is empty"_s << true;
-        QTest::newRow("startListening") << "ERROR: Channel not managed"_s << false;
+        const Rows<QString, bool> row("text", "answer");
+        row("setValue", "ERROR: Channel not managed", false);
+        row("switchValue", "ERROR: Channel not managed", false);
+        row("getValue", "ERROR: Tool channel is empty", true);
+        row("startListening", "ERROR: Channel not managed", false);
     }
     void invocationWithoutAChannelReachesNeitherLinkNorDevice()
     {
@@ -265,17 +263,15 @@ private Q_SLOTS:
 
     void writingOnAnotherDirectionThanOutIsRefused_data()
     {
-        QTest::addColumn<QVariant>("direction");
+        const Rows<QVariant> row("direction");
         for (const char* command : {"setValue", "switchValue"}) {
-            const auto add = [command](const char* direction, const QVariant& value) {
-                QTest::addRow("%s, %s", command, direction) << value;
-            };
-            add("in", "in"_s);
-            add("Out", "Out"_s);
-            add("OUT", "OUT"_s);
-            add("empty", QString());
-            add("missing", QVariant());
-            add("padded", "out "_s);
+            const QByteArray name = command;
+            row(name + ", in", "in"_s);
+            row(name + ", Out", "Out"_s);
+            row(name + ", OUT", "OUT"_s);
+            row(name + ", empty", QString());
+            row(name + ", missing", QVariant());
+            row(name + ", padded", "out "_s);
         }
     }
     void writingOnAnotherDirectionThanOutIsRefused()
@@ -291,23 +287,19 @@ private Q_SLOTS:
 
     void executeSendsOneRequest_data()
     {
-        QTest::addColumn<QStringList>("calls");
-        QTest::addColumn<QVariantMap>("arguments");
+        const Rows<QStringList, QVariantMap> row("calls", "arguments");
         const QString channel = "getParameterValue channel"_s;
         const QString link = "getLinkedChannel START"_s;
         const QVariantMap line = onChannel("line0"_s);
-        QTest::newRow("switchValue") << QStringList{channel,
-                                                    "getInfoFromChannel START direction as QString"_s, link,
-                                                    "addInstruction getValue"_s}
-                                     << line;
-        QTest::newRow("getValue") << QStringList{channel, link, "addInstruction getValue"_s} << line;
-        QTest::newRow("startListening, without an edge mode")
-            << QStringList{channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}
-            << line;
-        QTest::newRow("startListening, RE")
-            << QStringList{channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}
-            << line;
-        QTest::newRow("listenToAll") << QStringList{"addInstruction listenToAll"_s} << QVariantMap();
+        row("switchValue",
+            {channel, "getInfoFromChannel START direction as QString"_s, link, "addInstruction getValue"_s},
+            line);
+        row("getValue", {channel, link, "addInstruction getValue"_s}, line);
+        row("startListening, without an edge mode",
+            {channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}, line);
+        row("startListening, RE",
+            {channel, "getParameterValue edge"_s, link, "addInstruction listenEvents"_s}, line);
+        row("listenToAll", {"addInstruction listenToAll"_s}, {});
     }
     void executeSendsOneRequest()
     {
@@ -336,16 +328,15 @@ private Q_SLOTS:
 
     void replyWithoutValueIsRejected_data()
     {
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::addColumn<QString>("text");
-        const QVector<QPair<const char*, QString>> texts = {
+        const Rows<QVariantMap, QString> row("reply", "text");
+        const QVector<QPair<QByteArray, QString>> texts = {
             {"switchValue", "ERROR: Invalid reply format"_s},
             {"getValue", "ERROR: Invalid reply format"_s},
             {"listenToAll", "ERROR: reply does not contain values"_s}};
         for (const auto& [command, text] : texts) {
-            QTest::addRow("%s, empty", command) << QVariantMap() << text;
-            QTest::addRow("%s, another case", command) << QVariantMap({{"Value"_s, 1}}) << text;
-            QTest::addRow("%s, values", command) << QVariantMap({{"values"_s, 37}}) << text;
+            row(command + ", empty", {}, text);
+            row(command + ", another case", {{"Value"_s, 1}}, text);
+            row(command + ", values", {{"values"_s, 37}}, text);
         }
     }
     void replyWithoutValueIsRejected()
@@ -400,16 +391,15 @@ private Q_SLOTS:
 
     void stopBeforeAnyRequestOnlyFinishes_data()
     {
-        QTest::addColumn<QStringList>("calls");
-        QTest::addColumn<bool>("passesItsArgumentOn");
+        const Rows<QStringList, bool> row("calls", "passesItsArgumentOn");
         const QStringList byItself = {"commandFinish"_s};
         const QStringList byItsBase = {"finishTheCommand"_s, "commandFinish"_s};
-        QTest::newRow("setValue") << byItself << true;
-        QTest::newRow("switchValue") << byItself << true;
-        QTest::newRow("getValue") << byItsBase << true;
-        QTest::newRow("startListening") << byItself << false;
-        QTest::newRow("init") << byItsBase << true;
-        QTest::newRow("listenToAll") << byItself << false;
+        row("setValue", byItself, true);
+        row("switchValue", byItself, true);
+        row("getValue", byItsBase, true);
+        row("startListening", byItself, false);
+        row("init", byItsBase, true);
+        row("listenToAll", byItself, false);
     }
     void stopBeforeAnyRequestOnlyFinishes()
     {
@@ -453,9 +443,9 @@ private Q_SLOTS:
 private:
     static void addRows(const QStringList& names = namesOfAll())
     {
-        QTest::addColumn<QString>("className");
+        const Rows<QString> row("className");
         for (const QString& name : names) {
-            QTest::newRow(qPrintable(name)) << classNamed(name).className;
+            row(name.toUtf8(), classNamed(name).className);
         }
     }
 };

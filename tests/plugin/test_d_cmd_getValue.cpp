@@ -1,5 +1,6 @@
 #include "d_cmd_getValue.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 using Recorded = RecordedCommand<DCmdGetValue>;
 using Executed = ExecutedCommand<DCmdGetValue>;
@@ -31,21 +32,20 @@ private Q_SLOTS:
 
     void replyStoresTheLow16Bits_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("stored");
-        QTest::newRow("one") << QVariant(1) << 1;
-        QTest::newRow("zero") << QVariant(0) << 0;
-        QTest::newRow("a text") << QVariant("7"_s) << 7;
-        QTest::newRow("a text that is no number") << QVariant("high"_s) << 0;
-        QTest::newRow("a bool") << QVariant(true) << 1;
-        QTest::newRow("the highest") << QVariant(65535) << 65535;
-        QTest::newRow("65536") << QVariant(65536) << 0;
-        QTest::newRow("65537") << QVariant(65537) << 1;
-        QTest::newRow("70000") << QVariant(70000) << 4464;
-        QTest::newRow("minus one") << QVariant(-1) << 65535;
-        QTest::newRow("the lowest int") << QVariant(c_lowestInt) << 0;
-        QTest::newRow("the highest unsigned") << QVariant(std::numeric_limits<uint>::max()) << 65535;
-        QTest::newRow("an invalid value") << QVariant() << 0;
+        const Rows<QVariant, int> row("value", "stored");
+        row("one", 1, 1);
+        row("zero", 0, 0);
+        row("a text", "7"_s, 7);
+        row("a text that is no number", "high"_s, 0);
+        row("a bool", true, 1);
+        row("the highest", 65535, 65535);
+        row("65536", 65536, 0);
+        row("65537", 65537, 1);
+        row("70000", 70000, 4464);
+        row("minus one", -1, 65535);
+        row("the lowest int", c_lowestInt, 0);
+        row("the highest unsigned", std::numeric_limits<uint>::max(), 65535);
+        row("an invalid value", QVariant(), 0);
     }
     void replyStoresTheLow16Bits()
     {

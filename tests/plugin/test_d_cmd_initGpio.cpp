@@ -1,5 +1,6 @@
 #include "d_cmd_initGpio.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 namespace {
 
@@ -53,19 +54,17 @@ private Q_SLOTS:
 
     void executeReportsDoneThenCountsTheChannels_data()
     {
-        QTest::addColumn<QVariant>("section");
-        QTest::addColumn<bool>("baseAnswer");
-        QTest::addColumn<int>("count");
+        const Rows<QVariant, bool, int> row("section", "baseAnswer", "count");
         const QVariant three = channelsWithDirections();
-        QTest::newRow("three channels") << three << true << 3;
-        QTest::newRow("a refusal of the base stops nothing") << three << false << 3;
-        QTest::newRow("no section") << QVariant() << true << 0;
-        QTest::newRow("no section and a refusal") << QVariant() << false << 0;
-        QTest::newRow("an empty list") << QVariant(QVariantList()) << true << 0;
-        QTest::newRow("entries that are no maps") << QVariant(QVariantList({1, "out"_s})) << true << 2;
-        QTest::newRow("a list of texts") << QVariant(QStringList({"A"_s, "B"_s})) << true << 2;
-        QTest::newRow("a map") << QVariant(QVariantMap({{"id"_s, "A"_s}})) << true << 0;
-        QTest::newRow("a number") << QVariant(3) << true << 0;
+        row("three channels", three, true, 3);
+        row("a refusal of the base stops nothing", three, false, 3);
+        row("no section", QVariant(), true, 0);
+        row("no section and a refusal", QVariant(), false, 0);
+        row("an empty list", QVariantList(), true, 0);
+        row("entries that are no maps", QVariantList({1, "out"_s}), true, 2);
+        row("a list of texts", QStringList({"A"_s, "B"_s}), true, 2);
+        row("a map", QVariantMap({{"id"_s, "A"_s}}), true, 0);
+        row("a number", 3, true, 0);
     }
     void executeReportsDoneThenCountsTheChannels()
     {
@@ -115,12 +114,10 @@ private Q_SLOTS:
 
     void requestFunctionSendsTheValue_data()
     {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QString>("deviceChannel");
-        QTest::addColumn<bool>("expectReply");
-        QTest::newRow("with its reply") << 1 << "line0"_s << true;
-        QTest::newRow("without its reply") << 65535 << "line0"_s << false;
-        QTest::newRow("no channel") << 0 << ""_s << true;
+        const Rows<int, QString, bool> row("value", "deviceChannel", "expectReply");
+        row("with its reply", 1, "line0", true);
+        row("without its reply", 65535, "line0", false);
+        row("no channel", 0, "", true);
     }
     void requestFunctionSendsTheValue()
     {
@@ -139,9 +136,9 @@ private Q_SLOTS:
 
     void lastCountedReplyReportsDone_data()
     {
-        QTest::addColumn<bool>("updateAnswer");
-        QTest::newRow("accepted") << true;
-        QTest::newRow("not accepted") << false;
+        const Rows<bool> row("updateAnswer");
+        row("accepted", true);
+        row("not accepted", false);
     }
     void lastCountedReplyReportsDone()
     {
@@ -159,13 +156,10 @@ private Q_SLOTS:
 
     void replyIsCountedByItsIdentifier_data()
     {
-        QTest::addColumn<int>("awaited");
-        QTest::addColumn<quint64>("id");
-        QTest::addColumn<bool>("answer");
-        QTest::addColumn<int>("left");
-        QTest::newRow("no identifier, while some are awaited") << 2 << quint64(0) << false << 2;
-        QTest::newRow("no identifier, while none is awaited") << 0 << quint64(0) << true << 0;
-        QTest::newRow("an identifier, while none is awaited") << 0 << quint64(1) << true << -1;
+        const Rows<int, quint64, bool, int> row("awaited", "id", "answer", "left");
+        row("no identifier, while some are awaited", 2, quint64(0), false, 2);
+        row("no identifier, while none is awaited", 0, quint64(0), true, 0);
+        row("an identifier, while none is awaited", 0, quint64(1), true, -1);
     }
     void replyIsCountedByItsIdentifier()
     {

@@ -1,5 +1,6 @@
 #include "d_cmd_listenEvents.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 namespace {
 
@@ -47,40 +48,25 @@ private Q_SLOTS:
     {
         using Readings = QVector<int>;
         using Events = QVector<bool>;
-        QTest::addColumn<QString>("edge");
-        QTest::addColumn<Readings>("readings");
-        QTest::addColumn<Events>("events");
-        QTest::newRow("rising edge") << "RE"_s << Readings{0, 1, 1, 0, 1}
-                                     << Events{false, true, false, false, true};
-        QTest::newRow("falling edge")
-            << "FE"_s << Readings{1, 0, 0, 1, 0} << Events{false, true, false, false, true};
-        QTest::newRow("high level") << "HL"_s << Readings{1, 2, 0} << Events{true, false, false};
-        QTest::newRow("low level") << "LL"_s << Readings{1, 2, 0} << Events{false, false, true};
-        QTest::newRow("high level again and again")
-            << "HL"_s << Readings{1, 1, 1} << Events{true, true, true};
-        QTest::newRow("negative levels") << "LL"_s << Readings{-1, -65536} << Events{false, false};
-        QTest::newRow("rising by much")
-            << "RE"_s << Readings{10, 40000, 65534, 65535} << Events{false, true, true, true};
-        QTest::newRow("falling by much")
-            << "FE"_s << Readings{65534, 40000, 10, 9} << Events{false, true, true, true};
-        QTest::newRow("a rise after 65535 is a first reading")
-            << "RE"_s << Readings{65535, 65536, 65537} << Events{false, false, true};
-        QTest::newRow("a fall after 65535 is a first reading")
-            << "FE"_s << Readings{65535, 0, 70000, 0} << Events{false, false, false, true};
-        QTest::newRow("the mark keeps 16 bits")
-            << "RE"_s << Readings{65536, 0, 1} << Events{false, false, true};
-        QTest::newRow("a rise to the highest")
-            << "RE"_s << Readings{5, c_highestInt, 0} << Events{false, true, false};
-        QTest::newRow("no fall to the highest")
-            << "FE"_s << Readings{5, c_highestInt, 0} << Events{false, false, false};
-        QTest::newRow("a fall to the lowest")
-            << "FE"_s << Readings{5, c_lowestInt, 0} << Events{false, true, false};
-        QTest::newRow("a first reading below 0 is no fall") << "FE"_s << Readings{-5} << Events{false};
-        QTest::newRow("a fall below 0") << "FE"_s << Readings{0, -5} << Events{false, true};
-        QTest::newRow("after the lowest as after 0")
-            << "RE"_s << Readings{c_lowestInt, 0, 1} << Events{false, false, true};
-        QTest::newRow("minus one is no reading before")
-            << "RE"_s << Readings{-1, 1, 2} << Events{false, false, true};
+        const Rows<QString, Readings, Events> row("edge", "readings", "events");
+        row("rising edge", "RE", {0, 1, 1, 0, 1}, {false, true, false, false, true});
+        row("falling edge", "FE", {1, 0, 0, 1, 0}, {false, true, false, false, true});
+        row("high level", "HL", {1, 2, 0}, {true, false, false});
+        row("low level", "LL", {1, 2, 0}, {false, false, true});
+        row("high level again and again", "HL", {1, 1, 1}, {true, true, true});
+        row("negative levels", "LL", {-1, -65536}, {false, false});
+        row("rising by much", "RE", {10, 40000, 65534, 65535}, {false, true, true, true});
+        row("falling by much", "FE", {65534, 40000, 10, 9}, {false, true, true, true});
+        row("a rise after 65535 is a first reading", "RE", {65535, 65536, 65537}, {false, false, true});
+        row("a fall after 65535 is a first reading", "FE", {65535, 0, 70000, 0}, {false, false, false, true});
+        row("the mark keeps 16 bits", "RE", {65536, 0, 1}, {false, false, true});
+        row("a rise to the highest", "RE", {5, c_highestInt, 0}, {false, true, false});
+        row("no fall to the highest", "FE", {5, c_highestInt, 0}, {false, false, false});
+        row("a fall to the lowest", "FE", {5, c_lowestInt, 0}, {false, true, false});
+        row("a first reading below 0 is no fall", "FE", {-5}, {false});
+        row("a fall below 0", "FE", {0, -5}, {false, true});
+        row("after the lowest as after 0", "RE", {c_lowestInt, 0, 1}, {false, false, true});
+        row("minus one is no reading before", "RE", {-1, 1, 2}, {false, false, true});
     }
     void edgeModeReportsItsEventsBesideTheReadings()
     {
@@ -99,21 +85,20 @@ private Q_SLOTS:
 
     void edgeModeTakesWhatAReadingCanBeMadeOf_data()
     {
-        QTest::addColumn<QVariant>("values");
-        QTest::addColumn<int>("reading");
-        QTest::newRow("a number") << QVariant(5) << 5;
-        QTest::newRow("an unsigned number") << QVariant(5U) << 5;
-        QTest::newRow("a text") << QVariant("7"_s) << 7;
-        QTest::newRow("a bool") << QVariant(true) << 1;
-        QTest::newRow("65537") << QVariant(65537) << 1;
-        QTest::newRow("minus one") << QVariant(-1) << 65535;
-        QTest::newRow("a list of 65535") << QVariant(QVariantList({65535})) << 65535;
-        QTest::newRow("a list of 65537") << QVariant(QVariantList({65537})) << 65537;
-        QTest::newRow("a list of minus one") << QVariant(QVariantList({-1})) << -1;
-        QTest::newRow("a list of a text") << QVariant(QVariantList({"12"_s})) << 12;
-        QTest::newRow("a list of no number") << QVariant(QVariantList({"high"_s})) << 0;
-        QTest::newRow("a list of the highest") << QVariant(QVariantList({c_highestInt})) << c_highestInt;
-        QTest::newRow("a list of the lowest") << QVariant(QVariantList({c_lowestInt})) << c_lowestInt;
+        const Rows<QVariant, int> row("values", "reading");
+        row("a number", 5, 5);
+        row("an unsigned number", 5U, 5);
+        row("a text", "7"_s, 7);
+        row("a bool", true, 1);
+        row("65537", 65537, 1);
+        row("minus one", -1, 65535);
+        row("a list of 65535", QVariantList({65535}), 65535);
+        row("a list of 65537", QVariantList({65537}), 65537);
+        row("a list of minus one", QVariantList({-1}), -1);
+        row("a list of a text", QVariantList({"12"_s}), 12);
+        row("a list of no number", QVariantList({"high"_s}), 0);
+        row("a list of the highest", QVariantList({c_highestInt}), c_highestInt);
+        row("a list of the lowest", QVariantList({c_lowestInt}), c_lowestInt);
     }
     void edgeModeTakesWhatAReadingCanBeMadeOf()
     {
@@ -126,13 +111,13 @@ private Q_SLOTS:
 
     void otherEdgeTextReportsTheReadingItself_data()
     {
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::newRow("none") << onChannel("START"_s);
-        QTest::newRow("empty") << listening(""_s);
-        QTest::newRow("re") << listening("re"_s);
-        QTest::newRow("padded") << listening(" RE"_s);
-        QTest::newRow("a code") << listening("3"_s);
-        QTest::newRow("unknown") << listening("BOTH"_s);
+        const Rows<QVariantMap> row("arguments");
+        row("none", onChannel("START"_s));
+        row("empty", listening(""_s));
+        row("re", listening("re"_s));
+        row("padded", listening(" RE"_s));
+        row("a code", listening("3"_s));
+        row("unknown", listening("BOTH"_s));
     }
     void otherEdgeTextReportsTheReadingItself()
     {
@@ -148,19 +133,18 @@ private Q_SLOTS:
 
     void readingWithoutAnEdgeModeIsASigned16BitNumber_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("reading");
-        QTest::newRow("0") << QVariant(0) << 0;
-        QTest::newRow("32767") << QVariant(32767) << 32767;
-        QTest::newRow("32768") << QVariant(32768) << -32768;
-        QTest::newRow("65535") << QVariant(65535) << -1;
-        QTest::newRow("65536") << QVariant(65536) << 0;
-        QTest::newRow("minus one") << QVariant(-1) << -1;
-        QTest::newRow("a text") << QVariant("7"_s) << 7;
-        QTest::newRow("no number") << QVariant("high"_s) << 0;
-        QTest::newRow("the highest") << QVariant(c_highestInt) << -1;
-        QTest::newRow("the lowest") << QVariant(c_lowestInt) << 0;
-        QTest::newRow("the highest unsigned") << QVariant(std::numeric_limits<uint>::max()) << -1;
+        const Rows<QVariant, int> row("value", "reading");
+        row("0", 0, 0);
+        row("32767", 32767, 32767);
+        row("32768", 32768, -32768);
+        row("65535", 65535, -1);
+        row("65536", 65536, 0);
+        row("minus one", -1, -1);
+        row("a text", "7"_s, 7);
+        row("no number", "high"_s, 0);
+        row("the highest", c_highestInt, -1);
+        row("the lowest", c_lowestInt, 0);
+        row("the highest unsigned", std::numeric_limits<uint>::max(), -1);
     }
     void readingWithoutAnEdgeModeIsASigned16BitNumber()
     {
@@ -173,28 +157,23 @@ private Q_SLOTS:
 
     void malformedReplyIsRejected_data()
     {
-        QTest::addColumn<QString>("edge");
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::addColumn<QString>("text");
+        const Rows<QString, QVariantMap, QString> row("edge", "reply", "text");
         const QString missing = "ERROR: reply does not contain values"_s;
         const QString size = "ERROR: reply does not have the correct size"_s;
         const QString format = "ERROR: reply does not have the correct format"_s;
         const auto values = [](const QVariant& value) { return QVariantMap({{"values"_s, value}}); };
         for (const QString& edge : {""_s, "RE"_s}) {
             const QByteArray mode = edge.isEmpty() ? "plain: " : "edge: ";
-            QTest::newRow((mode + "empty").constData()) << edge << QVariantMap() << missing;
-            QTest::newRow((mode + "another key").constData())
-                << edge << QVariantMap({{"value"_s, 1}}) << missing;
-            QTest::newRow((mode + "no element").constData()) << edge << values(QVariantList()) << size;
-            QTest::newRow((mode + "two elements").constData())
-                << edge << values(QVariantList({1, 0})) << size;
-            QTest::newRow((mode + "a map").constData())
-                << edge << values(QVariantMap({{"0"_s, 1}})) << format;
-            QTest::newRow((mode + "texts").constData()) << edge << values(QStringList({"1"_s})) << format;
-            QTest::newRow((mode + "an invalid value").constData()) << edge << values(QVariant()) << format;
+            row(mode + "empty", edge, {}, missing);
+            row(mode + "another key", edge, {{"value"_s, 1}}, missing);
+            row(mode + "no element", edge, values(QVariantList()), size);
+            row(mode + "two elements", edge, values(QVariantList({1, 0})), size);
+            row(mode + "a map", edge, values(QVariantMap({{"0"_s, 1}})), format);
+            row(mode + "texts", edge, values(QStringList({"1"_s})), format);
+            row(mode + "an invalid value", edge, values(QVariant()), format);
         }
-        QTest::newRow("plain: a single number") << ""_s << values(5) << format;
-        QTest::newRow("plain: a single text") << ""_s << values("5"_s) << format;
+        row("plain: a single number", "", values(5), format);
+        row("plain: a single text", "", values("5"_s), format);
     }
     void malformedReplyIsRejected()
     {

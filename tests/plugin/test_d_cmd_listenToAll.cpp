@@ -1,5 +1,6 @@
 #include "d_cmd_listenToAll.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 using Executed = ExecutedCommand<DCmdListenToAll>;
 
@@ -10,14 +11,14 @@ class TestListenToAll : public QuietTest
 private Q_SLOTS:
     void replyStoresItsValueAsItCame_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::newRow("a number") << QVariant(37);
-        QTest::newRow("a long number") << QVariant(std::numeric_limits<qulonglong>::max());
-        QTest::newRow("a text") << QVariant("thirty-seven"_s);
-        QTest::newRow("an empty text") << QVariant(""_s);
-        QTest::newRow("a list") << QVariant(QVariantList({1, 0}));
-        QTest::newRow("an invalid value") << QVariant();
-        QTest::newRow("a null number") << QVariant(QVariant::Int);
+        const Rows<QVariant> row("value");
+        row("a number", 37);
+        row("a long number", std::numeric_limits<qulonglong>::max());
+        row("a text", "thirty-seven"_s);
+        row("an empty text", ""_s);
+        row("a list", QVariantList({1, 0}));
+        row("an invalid value", QVariant());
+        row("a null number", QVariant(QVariant::Int));
     }
     void replyStoresItsValueAsItCame()
     {

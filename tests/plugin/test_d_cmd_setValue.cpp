@@ -1,39 +1,36 @@
 #include "d_cmd_setValue.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 #include <utilities/d_timer.h>
-
-namespace {
-
-QVariantMap invocation(const QString& state, const QVariantMap& further = {})
-{
-    QVariantMap arguments = onChannel("START"_s);
-    arguments.insert("state"_s, state);
-    for (auto item = further.cbegin(); item != further.cend(); ++item) {
-        arguments.insert(item.key(), item.value());
-    }
-    return arguments;
-}
-
-QVariantMap widths(int onWidth, int offWidth, int values, int interval, float fraction)
-{
-    return {{"channel"_s, "line0"_s}, {"pulseOnWidth"_s, onWidth}, {"pulseOffWidth"_s, offWidth},
-            {"values"_s, values},     {"interval"_s, interval},    {"dutyCycle"_s, fraction}};
-}
-
-using Recorded = RecordedCommand<DCmdSetValue>;
-using Executed = ExecutedCommand<DCmdSetValue>;
-
-DTimer* pulseTimer(const Recorded& bench)
-{
-    return dynamic_cast<DTimer*>(bench.command.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly));
-}
-
-} // namespace
 
 class TestSetValue : public QuietTest
 {
     Q_OBJECT
+
+    static QVariantMap invocation(const QString& state, const QVariantMap& further = {})
+    {
+        QVariantMap arguments = onChannel("START"_s);
+        arguments.insert("state"_s, state);
+        for (auto item = further.cbegin(); item != further.cend(); ++item) {
+            arguments.insert(item.key(), item.value());
+        }
+        return arguments;
+    }
+
+    static QVariantMap widths(int onWidth, int offWidth, int values, int interval, float fraction)
+    {
+        return {{"channel"_s, "line0"_s}, {"pulseOnWidth"_s, onWidth}, {"pulseOffWidth"_s, offWidth},
+                {"values"_s, values},     {"interval"_s, interval},    {"dutyCycle"_s, fraction}};
+    }
+
+    using Recorded = RecordedCommand<DCmdSetValue>;
+    using Executed = ExecutedCommand<DCmdSetValue>;
+
+    static DTimer* pulseTimer(const Recorded& bench)
+    {
+        return dynamic_cast<DTimer*>(bench.command.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly));
+    }
 
 private Q_SLOTS:
     void unlinkedOutputIsWrittenWithAnEmptyChannel()
@@ -57,18 +54,16 @@ private Q_SLOTS:
 
     void steadyStateSendsOneSetValues_data()
     {
-        QTest::addColumn<QString>("state");
-        QTest::addColumn<QVariantMap>("further");
-        QTest::addColumn<QVariantMap>("expected");
+        const Rows<QString, QVariantMap, QVariantMap> row("state", "further", "expected");
         const QVariantMap on = widths(65535, 0, 1, 65535, 1.0F);
         const QVariantMap off = widths(0, 0, 0, 0, 0.0F);
         const QVariantMap unused = {{"value"_s, 7}, {"duration"_s, 20}, {"dutyCycle"_s, 30}};
-        QTest::newRow("ON") << "ON"_s << QVariantMap() << on;
-        QTest::newRow("ON has no use for the numbers") << "ON"_s << unused << on;
-        QTest::newRow("ON has no use for a bool") << "ON"_s << QVariantMap({{"value"_s, false}}) << on;
-        QTest::newRow("ON writes 1 even for the value 0") << "ON"_s << QVariantMap({{"value"_s, 0}}) << on;
-        QTest::newRow("OFF") << "OFF"_s << QVariantMap() << off;
-        QTest::newRow("OFF has no use for the numbers") << "OFF"_s << unused << off;
+        row("ON", "ON", {}, on);
+        row("ON has no use for the numbers", "ON", unused, on);
+        row("ON has no use for a bool", "ON", {{"value"_s, false}}, on);
+        row("ON writes 1 even for the value 0", "ON", {{"value"_s, 0}}, on);
+        row("OFF", "OFF", {}, off);
+        row("OFF has no use for the numbers", "OFF", unused, off);
     }
     void steadyStateSendsOneSetValues()
     {
@@ -84,14 +79,11 @@ private Q_SLOTS:
 
     void blinkSendsTheWidthsOfItsCycle_data()
     {
-        QTest::addColumn<QVariantMap>("further");
-        QTest::addColumn<QVariantMap>("expected");
-        const auto cycle = [](const char* row, int duration, int dutyCycle, int onWidth, int offWidth,
-                              int values) {
-            QTest::newRow(row) << QVariantMap(
-                                      {{"value"_s, 5}, {"duration"_s, duration}, {"dutyCycle"_s, dutyCycle}})
-                               << widths(onWidth, offWidth, values, duration,
-                                         static_cast<float>(dutyCycle) / 100.0F);
+        const Rows<QVariantMap, QVariantMap> row("further", "expected");
+        const auto cycle = [&row](const char* name, int duration, int dutyCycle, int onWidth, int offWidth,
+                                  int values) {
+            row(name, {{"value"_s, 5}, {"duration"_s, duration}, {"dutyCycle"_s, dutyCycle}},
+                widths(onWidth, offWidth, values, duration, static_cast<float>(dutyCycle) / 100.0F));
         };
         cycle("30 %", 1000, 30, 300, 700, 5);
         cycle("33 % of 1000", 1000, 33, 330, 669, 5);
@@ -111,18 +103,18 @@ private Q_SLOTS:
         cycle("the lowest duty cycle", 1000, c_lowestInt, 0, 0, 0);
         cycle("both highest", c_highestInt, c_highestInt, 0, 0, 5);
         cycle("both lowest", c_lowestInt, c_lowestInt, 0, 0, 0);
-        QTest::newRow("the declared defaults") << QVariantMap() << widths(1000, 0, 1, 1000, 1.0F);
-        const auto nothing = [](const char* row, const QVariant& value, int dutyCycle) {
-            QTest::newRow(row) << QVariantMap({{"value"_s, value}, {"dutyCycle"_s, dutyCycle}})
-                               << widths(0, 0, 0, 1000, static_cast<float>(dutyCycle) / 100.0F);
+        row("the declared defaults", {}, widths(1000, 0, 1, 1000, 1.0F));
+        const auto nothing = [&row](const char* name, const QVariant& value, int dutyCycle) {
+            row(name, {{"value"_s, value}, {"dutyCycle"_s, dutyCycle}},
+                widths(0, 0, 0, 1000, static_cast<float>(dutyCycle) / 100.0F));
         };
         nothing("the value 0, 30 %", 0, 30);
         nothing("the value 0, 0 %", 0, 0);
         nothing("the value 0, 150 %", 0, 150);
         nothing("a value whose low 16 bits are 0", 65536, 30);
         nothing("a value that is no number", "high"_s, 30);
-        const auto low16Bits = [](const char* row, const QVariant& value, int values) {
-            QTest::newRow(row) << QVariantMap({{"value"_s, value}}) << widths(1000, 0, values, 1000, 1.0F);
+        const auto low16Bits = [&row](const char* name, const QVariant& value, int values) {
+            row(name, {{"value"_s, value}}, widths(1000, 0, values, 1000, 1.0F));
         };
         low16Bits("the value 65535", 65535, 65535);
         low16Bits("the value 65537", 65537, 1);
@@ -143,14 +135,14 @@ private Q_SLOTS:
 
     void textThatNamesNoStateIsAcceptedAndDoesNothing_data()
     {
-        QTest::addColumn<QVariantMap>("arguments");
-        QTest::newRow("none") << onChannel("START"_s);
-        QTest::newRow("empty") << invocation(QString());
-        QTest::newRow("on") << invocation("on"_s);
-        QTest::newRow("Blink") << invocation("Blink"_s);
-        QTest::newRow("padded") << invocation("ON "_s);
-        QTest::newRow("a code") << invocation("1"_s);
-        QTest::newRow("unknown") << invocation("TOGGLE"_s);
+        const Rows<QVariantMap> row("arguments");
+        row("none", onChannel("START"_s));
+        row("empty", invocation(QString()));
+        row("on", invocation("on"_s));
+        row("Blink", invocation("Blink"_s));
+        row("padded", invocation("ON "_s));
+        row("a code", invocation("1"_s));
+        row("unknown", invocation("TOGGLE"_s));
     }
     void textThatNamesNoStateIsAcceptedAndDoesNothing()
     {
@@ -164,11 +156,10 @@ private Q_SLOTS:
 
     void replyReportsDone_data()
     {
-        QTest::addColumn<QString>("state");
-        QTest::addColumn<QVariantMap>("reply");
-        QTest::newRow("ON") << "ON"_s << QVariantMap({{"channel"_s, "line0"_s}, {"values"_s, 1}});
-        QTest::newRow("OFF") << "OFF"_s << QVariantMap({{"values"_s, 0}});
-        QTest::newRow("BLINK") << "BLINK"_s << QVariantMap();
+        const Rows<QString, QVariantMap> row("state", "reply");
+        row("ON", "ON", {{"channel"_s, "line0"_s}, {"values"_s, 1}});
+        row("OFF", "OFF", {{"values"_s, 0}});
+        row("BLINK", "BLINK", {});
     }
     void replyReportsDone()
     {

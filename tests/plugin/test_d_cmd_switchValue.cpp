@@ -1,5 +1,6 @@
 #include "d_cmd_switchValue.h"
 #include "recorded_command.h"
+#include "rows.h"
 
 namespace {
 
@@ -42,21 +43,20 @@ private Q_SLOTS:
 
     void readReplyWritesTheInverse_data()
     {
-        QTest::addColumn<QVariant>("read");
-        QTest::addColumn<int>("written");
-        QTest::newRow("the number 0") << QVariant(0) << 1;
-        QTest::newRow("the boolean false") << QVariant(false) << 1;
-        QTest::newRow("an empty text") << QVariant(""_s) << 1;
-        QTest::newRow("the text 0") << QVariant("0"_s) << 1;
-        QTest::newRow("the text false") << QVariant("false"_s) << 1;
-        QTest::newRow("the text FALSE") << QVariant("FALSE"_s) << 1;
-        QTest::newRow("an invalid value") << QVariant() << 1;
-        QTest::newRow("the number 1") << QVariant(1) << 0;
-        QTest::newRow("the number 5") << QVariant(5) << 0;
-        QTest::newRow("a negative number") << QVariant(-1) << 0;
-        QTest::newRow("the boolean true") << QVariant(true) << 0;
-        QTest::newRow("the text 1") << QVariant("1"_s) << 0;
-        QTest::newRow("any other text") << QVariant("off"_s) << 0;
+        const Rows<QVariant, int> row("read", "written");
+        row("the number 0", 0, 1);
+        row("the boolean false", false, 1);
+        row("an empty text", ""_s, 1);
+        row("the text 0", "0"_s, 1);
+        row("the text false", "false"_s, 1);
+        row("the text FALSE", "FALSE"_s, 1);
+        row("an invalid value", QVariant(), 1);
+        row("the number 1", 1, 0);
+        row("the number 5", 5, 0);
+        row("a negative number", -1, 0);
+        row("the boolean true", true, 0);
+        row("the text 1", "1"_s, 0);
+        row("any other text", "off"_s, 0);
     }
     void readReplyWritesTheInverse()
     {

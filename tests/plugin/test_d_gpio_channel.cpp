@@ -3,11 +3,8 @@
 #include "literals.h"
 #include "meta_object_text.h"
 #include "quiet_test.h"
+#include "rows.h"
 #include "sharing_spy.h"
-
-#include <QPointer>
-#include <QSignalSpy>
-#include <QtTest>
 
 #include <limits>
 #include <type_traits>
@@ -112,10 +109,10 @@ private Q_SLOTS:
 
     void changeOfATextIsNotifiedOnce_data()
     {
-        QTest::addColumn<TextSetter>("set");
-        QTest::newRow("id") << &DGpioChannel::setId;
-        QTest::newRow("name") << &DGpioChannel::setName;
-        QTest::newRow("label") << &DGpioChannel::setLabel;
+        const Rows<TextSetter> row("set");
+        row("id", &DGpioChannel::setId);
+        row("name", &DGpioChannel::setName);
+        row("label", &DGpioChannel::setLabel);
     }
     void changeOfATextIsNotifiedOnce()
     {
@@ -156,12 +153,12 @@ private Q_SLOTS:
 
     void typeOutsideTheNamedOnesIsStored_data()
     {
-        QTest::addColumn<int>("number");
-        QTest::newRow("7") << 7;
-        QTest::newRow("77") << 77;
-        QTest::newRow("-1") << -1;
-        QTest::newRow("the lowest") << std::numeric_limits<int>::min();
-        QTest::newRow("the highest") << std::numeric_limits<int>::max();
+        const Rows<int> row("number");
+        row("7", 7);
+        row("77", 77);
+        row("-1", -1);
+        row("the lowest", std::numeric_limits<int>::min());
+        row("the highest", std::numeric_limits<int>::max());
     }
     void typeOutsideTheNamedOnesIsStored()
     {
@@ -181,14 +178,13 @@ private Q_SLOTS:
 
     void onlyBinaryInputsAreSwitchable_data()
     {
-        QTest::addColumn<DGpioChannel::EnChannelType>("type");
-        QTest::addColumn<bool>("switchable");
-        QTest::newRow("unknown") << DGpioChannel::CeCtUnknown << false;
-        QTest::newRow("analogue input") << DGpioChannel::CeCtAnaIn << false;
-        QTest::newRow("analogue output") << DGpioChannel::CeCtAnaOut << false;
-        QTest::newRow("binary input") << DGpioChannel::CeCtBinIn << true;
-        QTest::newRow("binary output") << DGpioChannel::CeCtBinOut << false;
-        QTest::newRow("the count") << DGpioChannel::_CeCtNbr << false;
+        const Rows<DGpioChannel::EnChannelType, bool> row("type", "switchable");
+        row("unknown", DGpioChannel::CeCtUnknown, false);
+        row("analogue input", DGpioChannel::CeCtAnaIn, false);
+        row("analogue output", DGpioChannel::CeCtAnaOut, false);
+        row("binary input", DGpioChannel::CeCtBinIn, true);
+        row("binary output", DGpioChannel::CeCtBinOut, false);
+        row("the count", DGpioChannel::_CeCtNbr, false);
     }
     void onlyBinaryInputsAreSwitchable()
     {
@@ -203,24 +199,21 @@ private Q_SLOTS:
 
     void setValueTellsWhetherTheValueSuitsTheType_data()
     {
-        QTest::addColumn<DGpioChannel::EnChannelType>("type");
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("suits");
+        const Rows<DGpioChannel::EnChannelType, QVariant, bool> row("type", "value", "suits");
         const QVariant map = QVariantMap({{"a"_s, 1}});
-        QTest::newRow("unknown, a number") << DGpioChannel::CeCtUnknown << QVariant(1) << false;
-        QTest::newRow("analogue input, a number") << DGpioChannel::CeCtAnaIn << QVariant(512) << true;
-        QTest::newRow("analogue input, a text") << DGpioChannel::CeCtAnaIn << QVariant("x"_s) << true;
-        QTest::newRow("analogue input, a map") << DGpioChannel::CeCtAnaIn << map << false;
-        QTest::newRow("analogue output, a number") << DGpioChannel::CeCtAnaOut << QVariant(5.5) << true;
-        QTest::newRow("analogue output, a map") << DGpioChannel::CeCtAnaOut << map << false;
-        QTest::newRow("analogue output, bytes")
-            << DGpioChannel::CeCtAnaOut << QVariant(QByteArray("1")) << true;
-        QTest::newRow("binary input, the number 1") << DGpioChannel::CeCtBinIn << QVariant(1) << true;
-        QTest::newRow("binary input, a bool") << DGpioChannel::CeCtBinIn << QVariant(true) << true;
-        QTest::newRow("binary input, a map") << DGpioChannel::CeCtBinIn << map << false;
-        QTest::newRow("binary output, a text") << DGpioChannel::CeCtBinOut << QVariant("on"_s) << true;
-        QTest::newRow("binary output, a map") << DGpioChannel::CeCtBinOut << map << false;
-        QTest::newRow("the count, a number") << DGpioChannel::_CeCtNbr << QVariant(1) << false;
+        row("unknown, a number", DGpioChannel::CeCtUnknown, 1, false);
+        row("analogue input, a number", DGpioChannel::CeCtAnaIn, 512, true);
+        row("analogue input, a text", DGpioChannel::CeCtAnaIn, "x"_s, true);
+        row("analogue input, a map", DGpioChannel::CeCtAnaIn, map, false);
+        row("analogue output, a number", DGpioChannel::CeCtAnaOut, 5.5, true);
+        row("analogue output, a map", DGpioChannel::CeCtAnaOut, map, false);
+        row("analogue output, bytes", DGpioChannel::CeCtAnaOut, QByteArray("1"), true);
+        row("binary input, the number 1", DGpioChannel::CeCtBinIn, 1, true);
+        row("binary input, a bool", DGpioChannel::CeCtBinIn, true, true);
+        row("binary input, a map", DGpioChannel::CeCtBinIn, map, false);
+        row("binary output, a text", DGpioChannel::CeCtBinOut, "on"_s, true);
+        row("binary output, a map", DGpioChannel::CeCtBinOut, map, false);
+        row("the count, a number", DGpioChannel::_CeCtNbr, 1, false);
     }
     void setValueTellsWhetherTheValueSuitsTheType()
     {
@@ -250,15 +243,14 @@ private Q_SLOTS:
 
     void valueIsStoredUnlessTheStoredOneEqualsIt_data()
     {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<QVariant>("given");
+        const Rows<QVariant, QVariant> row("stored", "given");
         QVariantList values = {QVariant(), true, false,    1,       0,     1U,     1LL,
                                1.0,        2.5,  "true"_s, "yes"_s, "1"_s, "01"_s, ""_s};
         values << QVariant::fromValue<qint8>(1) << QVariant::fromValue<quint16>(1) << QByteArray("1")
                << QVariant(QVariantList({1})) << QStringList({"1"_s}) << QVariantMap({{"1"_s, 1}});
         for (const QVariant& stored : qAsConst(values)) {
             for (const QVariant& given : qAsConst(values)) {
-                QTest::newRow(qPrintable(exactly(stored) + " then "_s + exactly(given))) << stored << given;
+                row((exactly(stored) + " then "_s + exactly(given)).toUtf8(), stored, given);
             }
         }
     }
@@ -306,12 +298,11 @@ private Q_SLOTS:
 
     void createCutsTheNameTo64Characters_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<int>("kept");
-        QTest::newRow("63") << 63 << 63;
-        QTest::newRow("64") << 64 << 64;
-        QTest::newRow("65") << 65 << 64;
-        QTest::newRow("1000") << 1000 << 64;
+        const Rows<int, int> row("length", "kept");
+        row("63", 63, 63);
+        row("64", 64, 64);
+        row("65", 65, 64);
+        row("1000", 1000, 64);
     }
     void createCutsTheNameTo64Characters()
     {
@@ -327,18 +318,17 @@ private Q_SLOTS:
 
     void createTakesTheTypeFromItsSubEntry_data()
     {
-        QTest::addColumn<QVariant>("name");
-        QTest::addColumn<DGpioChannel::EnChannelType>("type");
-        QTest::newRow("analogInput") << QVariant("analogInput"_s) << DGpioChannel::CeCtAnaIn;
-        QTest::newRow("analogOutput") << QVariant("analogOutput"_s) << DGpioChannel::CeCtAnaOut;
-        QTest::newRow("digitalInput") << QVariant("digitalInput"_s) << DGpioChannel::CeCtBinIn;
-        QTest::newRow("digitalOutput") << QVariant("digitalOutput"_s) << DGpioChannel::CeCtBinOut;
-        QTest::newRow("DigitalOutput") << QVariant("DigitalOutput"_s) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("padded") << QVariant("digitalOutput "_s) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("empty") << QVariant(""_s) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("the number of a type") << QVariant(3) << DGpioChannel::CeCtUnknown;
-        QTest::newRow("an invalid value") << QVariant() << DGpioChannel::CeCtUnknown;
-        QTest::newRow("bytes") << QVariant(QByteArray("digitalInput")) << DGpioChannel::CeCtBinIn;
+        const Rows<QVariant, DGpioChannel::EnChannelType> row("name", "type");
+        row("analogInput", "analogInput"_s, DGpioChannel::CeCtAnaIn);
+        row("analogOutput", "analogOutput"_s, DGpioChannel::CeCtAnaOut);
+        row("digitalInput", "digitalInput"_s, DGpioChannel::CeCtBinIn);
+        row("digitalOutput", "digitalOutput"_s, DGpioChannel::CeCtBinOut);
+        row("DigitalOutput", "DigitalOutput"_s, DGpioChannel::CeCtUnknown);
+        row("padded", "digitalOutput "_s, DGpioChannel::CeCtUnknown);
+        row("empty", ""_s, DGpioChannel::CeCtUnknown);
+        row("the number of a type", 3, DGpioChannel::CeCtUnknown);
+        row("an invalid value", QVariant(), DGpioChannel::CeCtUnknown);
+        row("bytes", QByteArray("digitalInput"), DGpioChannel::CeCtBinIn);
     }
     void createTakesTheTypeFromItsSubEntry()
     {
@@ -404,11 +394,11 @@ private Q_SLOTS:
 
     void valueThatIsNoListGivesNoParameters_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::newRow("a list of texts") << QVariant(QStringList({"type"_s, "digitalInput"_s}));
-        QTest::newRow("a single map") << QVariant(subEntry("type"_s, "digitalInput"_s));
-        QTest::newRow("a text") << QVariant("digitalInput"_s);
-        QTest::newRow("an invalid value") << QVariant();
+        const Rows<QVariant> row("value");
+        row("a list of texts", QStringList({"type"_s, "digitalInput"_s}));
+        row("a single map", subEntry("type"_s, "digitalInput"_s));
+        row("a text", "digitalInput"_s);
+        row("an invalid value", QVariant());
     }
     void valueThatIsNoListGivesNoParameters()
     {

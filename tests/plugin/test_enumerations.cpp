@@ -1,39 +1,36 @@
 #include "literals.h"
 
-#include <QDir>
 #include <QtTest>
-
-namespace {
-
-/// The enumerations of all sources of the plugin: the name of each, and its enumerators as "name = value".
-QMap<QString, QStringList> enumerations()
-{
-    static const QRegularExpression comments("//.*$"_s, QRegularExpression::MultilineOption);
-    static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_s);
-    QMap<QString, QStringList> found;
-    const QDir folder(QStringLiteral(PLUGIN_SOURCE_DIR));
-    for (const QString& name : folder.entryList({"*.h"_s, "*.cpp"_s})) {
-        QFile file(folder.filePath(name));
-        const QString code =
-            file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).remove(comments) : QString();
-        auto matches = enumeration.globalMatch(code);
-        while (matches.hasNext()) {
-            const QRegularExpressionMatch match = matches.next();
-            for (const QString& enumerator : match.captured(2).simplified().split(QLatin1Char(','))) {
-                if (!enumerator.trimmed().isEmpty()) {
-                    found[match.captured(1)].append(enumerator.trimmed());
-                }
-            }
-        }
-    }
-    return found;
-}
-
-} // namespace
 
 class TestEnumerations : public QObject
 {
     Q_OBJECT
+
+    /// The enumerations of all sources of the plugin: the name of each, and its enumerators as "name =
+    /// value".
+    static QMap<QString, QStringList> enumerations()
+    {
+        static const QRegularExpression comments("//.*$"_s, QRegularExpression::MultilineOption);
+        static const QRegularExpression enumeration("\\benum (?:class |struct )?(\\w*)[^;{]*{([^}]*)}"_s);
+        QMap<QString, QStringList> found;
+        const QDir folder(QStringLiteral(PLUGIN_SOURCE_DIR));
+        for (const QString& name : folder.entryList({"*.h"_s, "*.cpp"_s})) {
+            QFile file(folder.filePath(name));
+            const QString code = file.open(QIODevice::ReadOnly)
+                                     ? QString::fromUtf8(file.readAll()).remove(comments)
+                                     : QString();
+            auto matches = enumeration.globalMatch(code);
+            while (matches.hasNext()) {
+                const QRegularExpressionMatch match = matches.next();
+                for (const QString& enumerator : match.captured(2).simplified().split(QLatin1Char(','))) {
+                    if (!enumerator.trimmed().isEmpty()) {
+                        found[match.captured(1)].append(enumerator.trimmed());
+                    }
+                }
+            }
+        }
+        return found;
+    }
 
 private Q_SLOTS:
     void pluginHasThese()

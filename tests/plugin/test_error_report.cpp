@@ -1,23 +1,18 @@
 #include "error_report.h"
-#include "host_record.h"
 #include "literals.h"
 #include "quiet_test.h"
+#include "records.h"
 
-#include <QThread>
 #include <QtTest>
-
-namespace {
-
-QString address(const void* object)
-{
-    return "0x%1"_s.arg(reinterpret_cast<quintptr>(object), 0, 16);
-}
-
-} // namespace
 
 class TestErrorReport : public QuietTest
 {
     Q_OBJECT
+
+    static QString address(const void* object)
+    {
+        return "0x%1"_s.arg(reinterpret_cast<quintptr>(object), 0, 16);
+    }
 
 private Q_SLOTS:
     void isACriticalMessageOfTheDefaultCategoryWithoutAPlace()

@@ -2,16 +2,12 @@
 #include "meta_object_text.h"
 #include "olm_d_gpio_channel.h"
 #include "quiet_test.h"
+#include "rows.h"
 #include "virtual_slot.h"
 
-#include <QAbstractItemModelTester>
-#include <QPointer>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExpression>
-#include <QSignalSpy>
-#include <QStringListModel>
-#include <QtTest>
 
 namespace {
 
@@ -241,9 +237,9 @@ private Q_SLOTS:
 
     void collectionOfGarbageSparesTheChannel_data()
     {
-        QTest::addColumn<QString>("way");
-        QTest::newRow("by its item") << "model.item(0).id"_s;
-        QTest::newRow("by the data of its row") << "model.data(model.index(0, 0), 256).id"_s;
+        const Rows<QString> row("way");
+        row("by its item", "model.item(0).id");
+        row("by the data of its row", "model.data(model.index(0, 0), 256).id");
     }
     void collectionOfGarbageSparesTheChannel()
     {

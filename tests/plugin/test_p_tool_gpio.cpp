@@ -1,7 +1,8 @@
 #include "meta_object_text.h"
 #include "p_tool_gpio.h"
-#include "plugin_record.h"
 #include "recorded_command.h"
+#include "records.h"
+#include "rows.h"
 
 #include <stdexcept>
 
@@ -214,9 +215,9 @@ private Q_SLOTS:
 
     void failureWhileAPropertyIsSetDestroysTheBaseAndGoesOn_data()
     {
-        QTest::addColumn<QString>("call");
-        QTest::newRow("the first property") << "setProperty toolType"_s;
-        QTest::newRow("the last property") << "setProperty typeName"_s;
+        const Rows<QString> row("call");
+        row("the first property", "setProperty toolType");
+        row("the last property", "setProperty typeName");
     }
     void failureWhileAPropertyIsSetDestroysTheBaseAndGoesOn()
     {

@@ -1,12 +1,9 @@
-#include "backend_record.h"
-#include "command_record.h"
-#include "host_record.h"
 #include "literals.h"
+#include "records.h"
 
 #include <plugin_management/d_abstract_command.h>
 #include <plugin_management/d_abstract_plugin_backend.h>
 
-#include <QSignalSpy>
 #include <QtTest>
 
 namespace {

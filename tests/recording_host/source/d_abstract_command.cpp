@@ -1,7 +1,6 @@
 #include <plugin_management/d_abstract_command.h>
 
-#include "command_record.h"
-#include "host_record.h"
+#include "records.h"
 
 CommandRecord& recordOf(const DAbstractCommand& command)
 {

@@ -1,7 +1,6 @@
 #include <plugin_management/d_abstract_plugin.h>
 
-#include "host_record.h"
-#include "plugin_record.h"
+#include "records.h"
 
 #include <plugin_management/d_abstract_command.h>
 

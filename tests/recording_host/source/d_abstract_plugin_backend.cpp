@@ -1,7 +1,6 @@
 #include <plugin_management/d_abstract_plugin_backend.h>
 
-#include "backend_record.h"
-#include "host_record.h"
+#include "records.h"
 
 #include <QRandomGenerator>
 

@@ -1,4 +1,4 @@
-#include "host_record.h"
+#include "records.h"
 
 #include <utilities/d_date.h>
 #include <utilities/d_object.h>
