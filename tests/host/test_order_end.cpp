@@ -174,34 +174,6 @@ private Q_SLOTS:
         verifyEndedOnce(bench, *order);
     }
 
-    void startingAndStoppingAgainChangeNothing()
-    {
-        Workbench bench(fillListener);
-        const auto order = bench.start();
-        order->start();
-        QCOMPARE(bench.device->requests.size(), 1);
-        order->stop();
-        order->stop();
-        order->start();
-        QVERIFY(order->isSuccessful());
-        QCOMPARE(bench.device->requests.size(), 1);
-        verifyEndedOnce(bench, *order);
-    }
-
-    void lateRepliesAreDropped()
-    {
-        int replies = 0;
-        Workbench bench(fillListener);
-        bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
-        const auto order = bench.start();
-        QSignalSpy events(order.get(), &DOrder::eventReceived);
-        bench.device->reply(bench.device->lastId(), {{"value"_s, 1}});
-        order->stop();
-        bench.answer({{"value"_s, 2}});
-        QCOMPARE(replies, 0);
-        QCOMPARE(events.count(), 0);
-    }
-
     void nothingIsStoredOrSentOnceTheOrderEnds()
     {
         bool stored = true;

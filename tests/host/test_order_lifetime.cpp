@@ -136,32 +136,6 @@ private Q_SLOTS:
         QVERIFY(leftover.expired());
     }
 
-    void anOrderMayBeDestroyedWhereItIsRefused()
-    {
-        Workbench bench;
-        auto order = bench.order();
-        connect(order.get(), &DOrder::finished, this, [&order] { order.reset(); });
-        order->start();
-        QVERIFY(order == nullptr);
-        QCOMPARE(bench.workingCommands(), 0);
-    }
-
-    void anOrderMayBeDestroyedWhereItsCommandStopsARequest()
-    {
-        Workbench bench(fillTwoListeners);
-        auto order = bench.order();
-        bench.script->onFinish = [&](ScriptedCommand& command) {
-            command.stopTheInstruction(bench.device->requests.constFirst().id);
-        };
-        bench.device->onCancel = [&](quint64) { order.reset(); };
-        order->start();
-        order->stop();
-        QVERIFY(order == nullptr);
-        QCOMPARE(bench.device->pendingRequests(), 0);
-        deliver();
-        QCOMPARE(bench.workingCommands(), 0);
-    }
-
     void anOrderMayBeDestroyedFromTheTimerOfItsCommand()
     {
         Workbench bench(fillReader);
@@ -268,41 +242,6 @@ private Q_SLOTS:
         QCOMPARE(seen, (QVariantList{1, 2, 3}));
         order->stop();
         QVERIFY(order->isSuccessful());
-    }
-
-    void noReplyReachesACommandThatFinishesInANestedEventLoop()
-    {
-        Workbench bench(fillListener);
-        int replies = 0;
-        bench.script->onReply = [&](ScriptedCommand&, quint64, const QVariantMap&) { return ++replies > 0; };
-        bench.script->onFinish = [](ScriptedCommand&) { deliver(); };
-        const auto order = bench.start();
-        bench.device->reply(bench.device->lastId(), c_reply);
-        order->stop();
-        QCOMPARE(replies, 0);
-        QVERIFY(order->isSuccessful());
-    }
-
-    void destroyingAWaitingOrderLeavesNothing()
-    {
-        Workbench bench(fillReader);
-        bench.order().reset();
-        QCOMPARE(bench.script->finishes, 0);
-        QCOMPARE(bench.workingCommands(), 0);
-    }
-
-    void destroyingARunningOrderFinishesItsCommandSilently()
-    {
-        Workbench bench(fillListener);
-        auto order = bench.start();
-        const quint64 id = bench.device->lastId();
-        order.reset();
-        QVERIFY(bench.ended.isEmpty());
-        QCOMPARE(bench.script->finishes, 1);
-        QCOMPARE(bench.workingCommands(), 0);
-        QCOMPARE(bench.device->cancelled, QVector<quint64>{id});
-        bench.device->reply(id, c_reply);
-        deliver();
     }
 
     void closingTheToolEndsItsOrdersAsTheyWereMade()
