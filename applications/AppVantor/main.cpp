@@ -1,11 +1,14 @@
 #include <command_line/discover.h>
 #include <command_line/failure_report.h>
+#include <command_line/get_channels.h>
 #include <command_line/list_channels.h>
 #include <command_line/list_commands.h>
 #include <command_line/options.h>
 #include <command_line/order_file.h>
 #include <command_line/run_order.h>
 #include <command_line/run_shell.h>
+#include <command_line/set_channels.h>
+#include <command_line/watch_channels.h>
 #include <configuration/bench.h>
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
@@ -99,6 +102,14 @@ int runSubcommand(Bench* bench, DTool* tool, const Options& options, Output* out
         return listCommands(*tool, output);
     case Options::Subcommand::Channels:
         return listChannels(tool, output);
+    case Options::Subcommand::Get:
+        return getChannels(tool, options, output);
+    case Options::Subcommand::Set:
+        return setChannels(tool, options, output);
+    case Options::Subcommand::Off:
+        return switchOff(tool, output);
+    case Options::Subcommand::Watch:
+        return watchChannels(tool, options, output);
     case Options::Subcommand::Run:
         return runOrder(tool, options, output);
     case Options::Subcommand::Shell:
@@ -129,8 +140,11 @@ DevicePlace placeOf(const Options& options)
 int writeOut(int status, Output* output, VcdTrace* trace = nullptr)
 {
     Outlet::drain({trace != nullptr ? trace->finish() : nullptr, output->outlet()});
-    const bool isWhole = !output->hasFailed() && (trace == nullptr || trace->problem().isEmpty());
-    return isWhole ? status : std::max<int>(status, ExitOrderFailed);
+    const bool traceIsWhole = trace == nullptr || trace->problem().isEmpty();
+    if (status != ExitSuccess || (traceIsWhole && !output->hasFailed())) {
+        return status;
+    }
+    return traceIsWhole && output->readerIsGone() ? ExitReaderGone : ExitOrderFailed;
 }
 
 /// The bench that the options name. Null, after telling why, when there is none.
@@ -175,7 +189,10 @@ int runBench(const Options& options, Output* output)
         }
     }
     QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
-    const int status = runSubcommand(bench.get(), tool, options, output);
+    int status = runSubcommand(bench.get(), tool, options, output);
+    if (options.offAtEnd) {
+        status = std::max(status, switchOff(tool, output));
+    }
     return writeOut(status, output, &trace);
 }
 

@@ -14,14 +14,33 @@ private Q_SLOTS:
     {
         const Rows<QString, QString> row("arguments", "message");
         row("unknown subcommand", "juggle",
-            "unknown subcommand \"juggle\"; expected one of: window, commands, channels, run, shell, "
-            "discover, panel");
-        row("unknown option", "--colour commands", "Unknown option 'colour'.");
-        row("option of another subcommand", "commands --count 3", "commands: Unknown option 'count'.");
-        row("option without its value", "commands --config", "Missing value after '--config'.");
+            "unknown subcommand \"juggle\"; expected one of: window, commands, channels, get, set, off, "
+            "watch, "
+            "run, shell, discover, panel");
+        row("misspelt subcommand", "chanels", "unknown subcommand \"chanels\"; did you mean \"channels\"?");
+        row("unknown option", "--colour commands", "unknown option \"--colour\"\n");
+        row("unknown letter", "-x commands", "unknown option \"-x\"\n");
+        row("misspelt option", "--confg x run getValue",
+            "unknown option \"--confg\"; did you mean \"--config\"?");
+        row("option of another subcommand", "commands --count 3",
+            "commands takes no option \"--count\"; \"appvantor commands --help\" lists its own");
+        row("option without its value", "commands --config", "--config: expected FILE, found nothing");
+        row("option with a value too many", "--json=yes commands", "--json=yes: expected no value");
         row("words too many", "commands now", "commands: unexpected \"now\"");
         row("run without a command", "run",
-            "run: expected COMMAND [NAME=VALUE …]; \"appvantor commands\" lists them");
+            "run: expected COMMAND [NAME=VALUE …]; \"appvantor run --help\" tells more");
+        row("nothing to get", "get", "get: expected CHANNEL…; \"appvantor get --help\" tells more");
+        row("nothing to set", "set", "set: expected CHANNEL=VALUE…; \"appvantor set --help\" tells more");
+        row("nothing to watch", "watch", "watch: expected CHANNEL…; \"appvantor watch --help\" tells more");
+        row("channel that is none", "get ALARM DOR",
+            "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");
+        row("channel that cannot be watched", "watch ALARM WINDOW", "the tool has no channel \"WINDOW\"\n");
+        row("setting that is none", "set START=ON DOOR=AJAR", "channel \"DOOR\": expected ON, OFF, PULSE:MS");
+        row("channel set twice", "set DOOR=ON DOOR=OFF", "channel \"DOOR\" is set twice");
+        row("direction that is none", "watch DOOR --edge up",
+            "--edge: expected one of rising, falling, both, found \"up\"");
+        row("limit that is none", "watch DOOR --timeout soon",
+            "--timeout: expected a number of seconds from 0 to 1000000, found \"soon\"");
         row("unknown command", "run nosuch",
             "unknown command \"nosuch\"; the tool has: setValue, switchValue, getValue, startListening, "
             "init, listenToAll, stopTheCommand, stopListening");
@@ -72,9 +91,13 @@ private Q_SLOTS:
         const BenchRun run = runBench({"--help"_s});
         QCOMPARE(run, (BenchRun{0, run.output}));
         for (const char* word :
-             {"window", "commands", "channels", "run", "shell", "panel", "--config", "--json", "--trace",
-              "--log-level", "--tool", "Exit status: 0 success, 1 an order failed"}) {
+             {"Usage: appvantor [options] SUBCOMMAND\n", "window", "commands", "channels", "get", "set",
+              "off", "watch", "run", "shell", "panel", "--config", "--json", "--trace", "--log-level",
+              "--tool", "Exit status: 0 success, 1 an order failed"}) {
             QVERIFY2(run.output.contains(word), word);
+        }
+        for (const char* word : {"  --count", "  --screenshot", "  --off-at-end"}) {
+            QVERIFY2(!run.output.contains(word), word);
         }
     }
 
@@ -84,7 +107,11 @@ private Q_SLOTS:
         row("window", "--config --screenshot --orders"_words, "--count --echo"_words);
         row("commands", "--config"_words, "--screenshot --count --echo"_words);
         row("channels", "--config"_words, "--screenshot --count --echo"_words);
-        row("run", {"--config"_s, "--count"_s, "COMMAND [NAME=VALUE"_s}, "--screenshot --echo"_words);
+        row("get", {"--config"_s, "CHANNEL…\n"_s}, "--count --for --off-at-end"_words);
+        row("set", {"--for"_s, "--off-at-end"_s, "CHANNEL=VALUE…\n"_s}, "--count --echo"_words);
+        row("off", "--config"_words, "--count --for --off-at-end"_words);
+        row("watch", "--count --edge --timeout"_words, "--for --off-at-end"_words);
+        row("run", {"--config"_s, "--count"_s, "COMMAND [NAME=VALUE …]\n"_s}, "--screenshot --echo"_words);
         row("shell", "--config --echo"_words, "--screenshot --count"_words);
         row("panel", "--config --screenshot"_words, "--count --orders"_words);
     }
@@ -97,7 +124,7 @@ private Q_SLOTS:
         const BenchRun run = runBench({name, "--help"_s});
         QCOMPARE(run, (BenchRun{0, run.output}));
         const QString help = QString::fromUtf8(run.output);
-        for (const QString& text : own + QStringList{" "_s + name, name + ": "_s}) {
+        for (const QString& text : own + QStringList{"Usage: appvantor "_s + name, name + ": "_s}) {
             QVERIFY2(help.contains(text), qPrintable(text));
         }
         for (const QString& text : foreign) {

@@ -122,19 +122,41 @@ private Q_SLOTS:
 
     void countStopsAListeningOrderAfterThatManyEvents()
     {
-        const BenchRun run = runOrder("startListening channel=BRIGHTNESS edge=RE --count 5 --json"_s,
+        const BenchRun run = runOrder("startListening channel=BRIGHTNESS --count 5"_s,
                                       {"--config"_s, example("button_and_lamp.json"_s)});
-        QCOMPARE(run.status, 0);
-        QCOMPARE(run.output.count("\"event\""), 5);
-        QCOMPARE(run.json().size(), 6);
-        QCOMPARE(run.json().last().value("type"_s).toString(), "result"_s);
+        QCOMPARE(run, (BenchRun{0, run.output}));
+        QCOMPARE(run.lines().size(), 6);
+        QVERIFY2(run.lines().last().startsWith("[1] startListening: "_s), qPrintable(run.lines().last()));
+    }
+
+    /// The first reading is no edge, nor is any change in the other direction.
+    void countCountsTheEdgesThatWereSeen()
+    {
+        const BenchRun run = runOrder("startListening channel=TEMPERATURE edge=RE --count 2"_s);
+        QCOMPARE(run, (BenchRun{0, run.output}));
+        QCOMPARE(run.lines().size(), 4);
+        QCOMPARE(run.output.count("lastValue=32000 value=false\n"), 1);
+        QCOMPARE(run.output.count("  lastValue=3"), 3);
+        QCOMPARE(run.output.count(" value=true\n"), 3); // two edges, and the last one as the result
+    }
+
+    void forStopsAListeningOrder_data()
+    {
+        const Rows<QString> row("words");
+        for (const char* words :
+             {"listenToAll --for 0.2", "listenToAll --for 0", "startListening channel=DOOR edge=RE --for 0",
+              "--realtime listenToAll --for 0"}) {
+            row(words, words);
+        }
     }
 
     void forStopsAListeningOrder()
     {
-        const BenchRun run = runOrder("listenToAll --for 0.2 --json"_s);
+        QFETCH(QString, words);
+        const BenchRun run = runOrder(words, "--log-level off"_words);
         QCOMPARE(run.status, 0);
-        QCOMPARE(run.output.count("\"event\""), 1);
+        QVERIFY2(run.lines().size() <= 2, run.output.constData());
+        QVERIFY2(run.output.contains("[1] "), run.output.constData());
     }
 
     void forKeepsTheBenchForAnOrderThatIsDone()

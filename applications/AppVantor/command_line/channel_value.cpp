@@ -2,7 +2,6 @@
 
 #include <process/did_you_mean.h>
 
-#include <algorithm>
 #include <climits>
 #include <optional>
 
@@ -94,6 +93,31 @@ const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QSt
     }
     *problem = QStringLiteral("the tool has no channel \"%1\"").arg(id) + didYouMean(id, known);
     return nullptr;
+}
+
+QVector<DToolChannel> findChannels(const QVector<DToolChannel>& channels, const QStringList& ids,
+                                   QString* problem)
+{
+    QVector<DToolChannel> found;
+    QStringList distinct = ids;
+    distinct.removeDuplicates();
+    for (const QString& id : distinct) {
+        const DToolChannel* channel = findChannel(channels, id, problem);
+        if (channel == nullptr) {
+            return {};
+        }
+        found.append(*channel);
+    }
+    return found;
+}
+
+std::vector<Invocation> forEach(const QVector<DToolChannel>& channels, const QString& command)
+{
+    std::vector<Invocation> invocations;
+    for (const DToolChannel& channel : channels) {
+        invocations.push_back({command, {{QStringLiteral("channel"), channel.id}}});
+    }
+    return invocations;
 }
 
 QString levelText(const DToolChannel& channel, const QVariant& reading)

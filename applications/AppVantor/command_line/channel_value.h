@@ -11,6 +11,13 @@
 /// The channel id; null, and in problem why, when there is none.
 const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QString& id, QString* problem);
 
+/// The channels ids, each once. problem receives why there is none of one of them, or nothing.
+QVector<DToolChannel> findChannels(const QVector<DToolChannel>& channels, const QStringList& ids,
+                                   QString* problem);
+
+/// The command for each of channels.
+std::vector<Invocation> forEach(const QVector<DToolChannel>& channels, const QString& command);
+
 /// The reading of a channel as people write it, and readLevel takes it: ON and OFF, or the number of an
 /// analogue channel (and of a level that is neither 0 nor 1).
 QString levelText(const DToolChannel& channel, const QVariant& reading);

@@ -1,137 +1,53 @@
 #include "options.h"
 
+#include "option_table.h"
+
+#include <process/did_you_mean.h>
 #include <process/exit_status.h>
-#include <process/message_log.h>
 
 #include <QCommandLineParser>
-#include <QRegularExpression>
 
 #include <algorithm>
-#include <cmath>
-#include <memory>
-#include <vector>
 
 namespace {
 
-using Subcommand = Options::Subcommand;
-
-struct SubcommandHelp
+bool isTaken(const OptionRow& option, const SubcommandRow& subcommand)
 {
-    Subcommand subcommand;
-    QString name;
-    QString words;
-    QString summary;
-    QString details;
-    QStringList options;
-};
-
-const std::vector<SubcommandHelp>& subcommands()
-{
-    const QStringList pictureOptions = {QStringLiteral("screenshot"), QStringLiteral("size"),
-                                        QStringLiteral("scale"),      QStringLiteral("theme"),
-                                        QStringLiteral("language"),   QStringLiteral("for")};
-    static const std::vector<SubcommandHelp> all = {
-        {Subcommand::Window, QStringLiteral("window"), QString(),
-         QStringLiteral("the bench window: tools, maintenance page, board, orders"), QString(),
-         QStringList{QStringLiteral("orders")} + pictureOptions},
-        {Subcommand::Commands,
-         QStringLiteral("commands"),
-         QString(),
-         QStringLiteral("the commands that the tool's plugin declares"),
-         QString(),
-         {}},
-        {Subcommand::Channels,
-         QStringLiteral("channels"),
-         QString(),
-         QStringLiteral("the tool's channels and their present values"),
-         QString(),
-         {}},
-        {Subcommand::Run,
-         QStringLiteral("run"),
-         QStringLiteral("COMMAND [NAME=VALUE …]"),
-         QStringLiteral("one order; a listening one until Ctrl-C, --for or --count"),
-         QStringLiteral(
-             "A VALUE that begins with [, { or \" is read as JSON, any other is a text that is converted to "
-             "the parameter's type."),
-         {QStringLiteral("for"), QStringLiteral("count")}},
-        {Subcommand::Shell,
-         QStringLiteral("shell"),
-         QStringLiteral("[FILE …]"),
-         QStringLiteral("orders from files or standard input, one a line; \"help\" lists what it knows"),
-         QString(),
-         {QStringLiteral("echo"), QStringLiteral("keep-going"), QStringLiteral("report")}},
-        {Subcommand::Discover,
-         QStringLiteral("discover"),
-         QString(),
-         QStringLiteral("the GPIO chips of this machine and their lines"),
-         QString(),
-         {QStringLiteral("config-for"), QStringLiteral("watch"), QStringLiteral("for")}},
-        {Subcommand::Panel, QStringLiteral("panel"), QString(),
-         QStringLiteral("the plugin's maintenance page alone"), QString(), pictureOptions},
-    };
-    return all;
+    return option.isGlobal || subcommand.options.split(QLatin1Char(' ')).contains(option.name);
 }
 
-std::vector<QCommandLineOption> globalOptions()
+void addTo(QCommandLineParser* parser, const OptionRow& row)
 {
-    return {
-        {QStringLiteral("config"),
-         QStringLiteral("Read the bench from FILE instead of the built-in example."), QStringLiteral("FILE")},
-        {QStringLiteral("tool"), QStringLiteral("Work with the tool NAME instead of the first one."),
-         QStringLiteral("NAME")},
-        {QStringLiteral("json"),
-         QStringLiteral("Write one JSON object a line, and nothing else, to standard output.")},
-        {QStringLiteral("trace"), QStringLiteral("Record every level change in FILE, a Value Change Dump."),
-         QStringLiteral("FILE.vcd")},
-        {QStringLiteral("realtime"),
-         QStringLiteral("Give the device a thread of its own with a real-time priority, where the system "
-                        "grants it.")},
-        {QStringLiteral("log-level"),
-         QStringLiteral("Least level of messages on standard error: %1 (default: info).")
-             .arg(logLevels().join(QStringLiteral(", "))),
-         QStringLiteral("LEVEL"), QStringLiteral("info")},
-    };
+    parser->addOption(QCommandLineOption(row.name, row.help, row.value));
 }
 
-std::vector<QCommandLineOption> subcommandOptions()
+void addHelpTo(QCommandLineParser* parser)
 {
-    return {
-        {QStringLiteral("for"),
-         QStringLiteral("Keep the bench running for SECONDS: then an order that still runs is stopped, the "
-                        "window closes, or the picture is taken."),
-         QStringLiteral("SECONDS")},
-        {QStringLiteral("count"), QStringLiteral("Stop the order after N events."), QStringLiteral("N")},
-        {QStringLiteral("orders"),
-         QStringLiteral("Carry out the lines of FILE, as \"shell\" does, beside the window."),
-         QStringLiteral("FILE")},
-        {QStringLiteral("config-for"),
-         QStringLiteral("Write a configuration of the free lines of CHIP (its file, name or label) instead."),
-         QStringLiteral("CHIP")},
-        {QStringLiteral("watch"),
-         QStringLiteral("Go on to tell which chips come and go, and which lines are taken and released.")},
-        {QStringLiteral("echo"), QStringLiteral("Write each line before it is carried out.")},
-        {QStringLiteral("keep-going"), QStringLiteral("Go on with the next line after a failure.")},
-        {QStringLiteral("report"),
-         QStringLiteral("Write what became of each \"expect\" to FILE, in JUnit's form."),
-         QStringLiteral("FILE.xml")},
-        {QStringLiteral("screenshot"), QStringLiteral("Write a picture to FILE and end; needs no display."),
-         QStringLiteral("FILE.png")},
-        {QStringLiteral("size"), QStringLiteral("Width and height in pixels, 1280x800 for example."),
-         QStringLiteral("WxH")},
-        {QStringLiteral("scale"),
-         QStringLiteral("Scale of all sizes, 2 for 200 %; the screen's own without it."),
-         QStringLiteral("FACTOR")},
-        {QStringLiteral("theme"), QStringLiteral("Colours: light or dark."), QStringLiteral("THEME")},
-        {QStringLiteral("language"), QStringLiteral("Language of the texts: en or fr."),
-         QStringLiteral("LANGUAGE")},
-    };
+    parser->addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")});
 }
 
-QString overview(const QCommandLineParser& parser)
+/// The table of the global options, and those of a subcommand where there is one.
+QString optionsHelp(const std::vector<OptionRow>& options, const SubcommandRow* subcommand)
 {
-    QString text = parser.helpText() + QStringLiteral("\nSubcommands:\n");
-    for (const SubcommandHelp& help : subcommands()) {
-        text += QStringLiteral("  %1 %2\n").arg(help.name, -10).arg(help.summary);
+    QCommandLineParser parser;
+    for (const OptionRow& option : options) {
+        if (subcommand != nullptr ? isTaken(option, *subcommand) : option.isGlobal) {
+            addTo(&parser, option);
+        }
+    }
+    addHelpTo(&parser);
+    const QString help = parser.helpText(); // its first line calls the program by its whole path
+    return help.mid(help.indexOf(QLatin1Char('\n')) + 1);
+}
+
+QString overview(const std::vector<OptionRow>& options)
+{
+    QString text = QStringLiteral("Usage: appvantor [options] SUBCOMMAND\n"
+                                  "Loads a tool plugin, runs its commands against a device and shows its "
+                                  "panel.\n") +
+                   optionsHelp(options, nullptr) + QStringLiteral("\nSubcommands:\n");
+    for (const SubcommandRow& row : subcommandRows()) {
+        text += QStringLiteral("  %1 %2\n").arg(row.name, -10).arg(row.summary);
     }
     return text +
            QStringLiteral(
@@ -141,11 +57,14 @@ QString overview(const QCommandLineParser& parser)
                "cannot be reached.\n");
 }
 
-const SubcommandHelp* find(const QString& name)
+QString helpOf(const SubcommandRow& subcommand, const std::vector<OptionRow>& options)
 {
-    const auto found = std::find_if(subcommands().cbegin(), subcommands().cend(),
-                                    [&name](const SubcommandHelp& help) { return help.name == name; });
-    return found != subcommands().cend() ? &*found : nullptr;
+    const QString usage =
+        QStringLiteral("Usage: appvantor %1 [options] %2").arg(subcommand.name, subcommand.words);
+    const QString details = subcommand.details.isEmpty() ? QString() : subcommand.details + QLatin1Char('\n');
+    return QStringLiteral("%1\n%2: %3.\n%4%5")
+        .arg(usage.trimmed(), subcommand.name, subcommand.summary, details,
+             optionsHelp(options, &subcommand));
 }
 
 ParsedOptions wrongUsage(const QString& text)
@@ -153,182 +72,112 @@ ParsedOptions wrongUsage(const QString& text)
     return {std::nullopt, text, ExitWrongUsage};
 }
 
-/// A parser that knows the global options and those of one subcommand (of all without one).
-std::unique_ptr<QCommandLineParser> makeParser(const SubcommandHelp* help)
+QString unknownOption(const QString& name, const std::vector<OptionRow>& options)
 {
-    auto parser = std::make_unique<QCommandLineParser>();
-    parser->setApplicationDescription(
-        help != nullptr
-            ? (QStringLiteral("%1: %2.\n%3").arg(help->name, help->summary, help->details)).trimmed()
-            : QStringLiteral("Loads a tool plugin, runs its commands against a device and shows its panel."));
-    for (const QCommandLineOption& option : globalOptions()) {
-        parser->addOption(option);
+    const QString written = (name.size() > 1 ? QStringLiteral("--") : QStringLiteral("-")) + name;
+    QStringList known;
+    for (const OptionRow& option : options) {
+        known.append(QStringLiteral("--") + option.name);
     }
-    for (const QCommandLineOption& option : subcommandOptions()) {
-        if (help == nullptr || help->options.contains(option.names().constFirst())) {
-            parser->addOption(option);
+    return QStringLiteral("unknown option \"%1\"").arg(written) + didYouMean(written, known);
+}
+
+QString unknownSubcommand(const QString& name)
+{
+    QStringList known;
+    for (const SubcommandRow& row : subcommandRows()) {
+        known.append(row.name);
+    }
+    const QString meant = didYouMean(name, known);
+    return QStringLiteral("unknown subcommand \"%1\"").arg(name) +
+           (meant.isEmpty() ? QStringLiteral("; expected one of: ") + known.join(QStringLiteral(", "))
+                            : meant);
+}
+
+/// What is wrong where every option is known: one at the end lacks its value, or one has a value too many.
+QString misplacedValue(const QStringList& arguments, const std::vector<OptionRow>& options)
+{
+    for (const OptionRow& option : options) {
+        const QString written = QStringLiteral("--") + option.name;
+        if (!option.value.isEmpty() && arguments.last() == written) {
+            return QStringLiteral("%1: expected %2, found nothing").arg(written, option.value);
         }
     }
-    parser->addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")});
-    parser->addPositionalArgument(help != nullptr ? help->name : QStringLiteral("SUBCOMMAND"), QString(),
-                                  help != nullptr ? help->name : QString());
-    if (help != nullptr && !help->words.isEmpty()) {
-        parser->addPositionalArgument(help->words, QString(), help->words);
-    }
-    return parser;
+    const auto wrong = std::find_if(arguments.cbegin(), arguments.cend(), [](const QString& argument) {
+        return argument.startsWith(QLatin1Char('-')) && argument.contains(QLatin1Char('='));
+    });
+    return wrong != arguments.cend() ? QStringLiteral("%1: expected no value").arg(*wrong) : QString();
 }
 
-QString readSeconds(const QCommandLineParser& parser, Options* options)
+/// Takes the values of the options that were given. Returns what was wrong, or an empty text.
+QString takeValues(const QCommandLineParser& parser, const SubcommandRow& subcommand,
+                   const std::vector<OptionRow>& options)
 {
-    constexpr double longest = 1000000.0;
-    bool ok = false;
-    const double seconds = parser.value(QStringLiteral("for")).toDouble(&ok);
-    if (!ok || !(seconds >= 0.0) || seconds > longest) {
-        return QStringLiteral("--for: expected a number of seconds from 0 to 1000000, found \"%1\"")
-            .arg(parser.value(QStringLiteral("for")));
-    }
-    options->seconds = seconds;
-    return QString();
-}
-
-QString readCount(const QCommandLineParser& parser, Options* options)
-{
-    bool ok = false;
-    const int count = parser.value(QStringLiteral("count")).toInt(&ok);
-    if (!ok || count < 1) {
-        return QStringLiteral("--count: expected a whole number from 1, found \"%1\"")
-            .arg(parser.value(QStringLiteral("count")));
-    }
-    options->count = count;
-    return QString();
-}
-
-QString readScale(const QCommandLineParser& parser, Options* options)
-{
-    constexpr double smallest = 0.5;
-    constexpr double largest = 4.0;
-    bool ok = false;
-    options->scale = parser.value(QStringLiteral("scale")).toDouble(&ok);
-    if (!ok || !(options->scale >= smallest && options->scale <= largest)) {
-        return QStringLiteral("--scale: expected a number from 0.5 to 4, found \"%1\"")
-            .arg(parser.value(QStringLiteral("scale")));
-    }
-    return QString();
-}
-
-QString readSize(const QCommandLineParser& parser, Options* options)
-{
-    constexpr int largest = 16384;
-    const QString text = parser.value(QStringLiteral("size"));
-    const QRegularExpressionMatch match =
-        QRegularExpression(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$")).match(text);
-    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
-    if (!match.hasMatch() || size.isEmpty() || size.width() > largest || size.height() > largest) {
-        return QStringLiteral("--size: expected WIDTHxHEIGHT from 1x1 to %1x%1, found \"%2\"")
-            .arg(largest)
-            .arg(text);
-    }
-    options->size = size;
-    return QString();
-}
-
-QString readChoice(const QCommandLineParser& parser, const QString& name, const QStringList& choices,
-                   QString* choice)
-{
-    *choice = parser.value(name);
-    if (choices.contains(*choice)) {
-        return QString();
-    }
-    return QStringLiteral("--%1: expected one of %2, found \"%3\"")
-        .arg(name, choices.join(QStringLiteral(", ")), *choice);
-}
-
-/// Reads the values of the options that were given. Returns what was wrong, or an empty text.
-QString readValues(const QCommandLineParser& parser, Options* options)
-{
-    const QStringList given = parser.optionNames();
-    const auto isGiven = [&given](const char* name) { return given.contains(QLatin1String(name)); };
-    options->configuration = parser.value(QStringLiteral("config"));
-    options->tool = parser.value(QStringLiteral("tool"));
-    options->trace = parser.value(QStringLiteral("trace"));
-    options->json = isGiven("json");
-    options->realtime = isGiven("realtime");
-    options->configurationFor =
-        isGiven("config-for") ? parser.value(QStringLiteral("config-for")) : QString();
-    options->watch = isGiven("watch");
-    options->echo = isGiven("echo");
-    options->keepGoing = isGiven("keep-going");
-    options->report = isGiven("report") ? parser.value(QStringLiteral("report")) : QString();
-    options->orders = isGiven("orders") ? parser.value(QStringLiteral("orders")) : QString();
-    options->screenshot = isGiven("screenshot") ? parser.value(QStringLiteral("screenshot")) : QString();
-    for (const char* name : {"config", "tool", "trace", "orders", "report", "screenshot", "config-for"}) {
-        if (isGiven(name) && parser.value(QLatin1String(name)).isEmpty()) {
-            return QStringLiteral("--%1: expected a name, found nothing").arg(QLatin1String(name));
+    QStringList problems;
+    for (const OptionRow& option : options) {
+        if (!parser.isSet(option.name)) {
+            continue;
+        }
+        if (!isTaken(option, subcommand)) {
+            problems.append(
+                QStringLiteral("%1 takes no option \"--%2\"; \"appvantor %1 --help\" lists its own")
+                    .arg(subcommand.name, option.name));
+            continue;
+        }
+        const QString value = option.value.isEmpty() ? QString() : parser.value(option.name);
+        const QString expected = option.take(value);
+        if (!expected.isEmpty()) {
+            problems.append(
+                QStringLiteral("--%1: expected %2, found %3")
+                    .arg(option.name, expected,
+                         value.isEmpty() ? QStringLiteral("nothing") : QStringLiteral("\"%1\"").arg(value)));
         }
     }
-    QStringList problems = {readChoice(parser, QStringLiteral("log-level"), logLevels(), &options->logLevel)};
-    if (isGiven("for")) {
-        problems.append(readSeconds(parser, options));
-    }
-    if (isGiven("count")) {
-        problems.append(readCount(parser, options));
-    }
-    if (isGiven("size")) {
-        problems.append(readSize(parser, options));
-    }
-    if (isGiven("scale")) {
-        problems.append(readScale(parser, options));
-    }
-    if (isGiven("theme")) {
-        problems.append(readChoice(parser, QStringLiteral("theme"),
-                                   {QStringLiteral("light"), QStringLiteral("dark")}, &options->theme));
-    }
-    if (isGiven("language")) {
-        problems.append(readChoice(parser, QStringLiteral("language"),
-                                   {QStringLiteral("en"), QStringLiteral("fr")}, &options->language));
-    }
-    problems.removeAll(QString());
     return problems.join(QLatin1Char('\n'));
+}
+
+/// What is wrong with the words behind the name of subcommand, or an empty text.
+QString checkWords(const SubcommandRow& subcommand, const QStringList& words)
+{
+    if (subcommand.words.isEmpty() && !words.isEmpty()) {
+        return QStringLiteral("%1: unexpected \"%2\"").arg(subcommand.name, words.first());
+    }
+    const bool needsWords = !subcommand.words.isEmpty() && !subcommand.words.startsWith(QLatin1Char('['));
+    return needsWords && words.isEmpty()
+               ? QStringLiteral("%1: expected %2; \"appvantor %1 --help\" tells more")
+                     .arg(subcommand.name, subcommand.words)
+               : QString();
 }
 
 } // namespace
 
 ParsedOptions parseOptions(const QStringList& arguments)
 {
-    const auto anyParser = makeParser(nullptr);
-    const bool understood = anyParser->parse(arguments);
-    const QString name = anyParser->positionalArguments().value(0);
-    const SubcommandHelp* help = find(name);
-    if (help == nullptr && !name.isEmpty()) {
-        QStringList names;
-        for (const SubcommandHelp& known : subcommands()) {
-            names.append(known.name);
-        }
-        return wrongUsage(QStringLiteral("unknown subcommand \"%1\"; expected one of: %2")
-                              .arg(name, names.join(QStringLiteral(", "))));
-    }
-    if (anyParser->isSet(QStringLiteral("help"))) {
-        return {std::nullopt, help != nullptr ? makeParser(help)->helpText() : overview(*anyParser),
-                ExitSuccess};
-    }
-    if (!understood) {
-        return wrongUsage(anyParser->errorText());
-    }
-    const auto parser = makeParser(help != nullptr ? help : find(QStringLiteral("window")));
-    if (!parser->parse(arguments)) {
-        return wrongUsage(QStringLiteral("%1: %2").arg(help != nullptr ? name : QStringLiteral("window"),
-                                                       parser->errorText()));
-    }
     Options options;
-    options.subcommand = help != nullptr ? help->subcommand : Subcommand::Window;
-    options.words = parser->positionalArguments().mid(1);
-    if (help != nullptr && help->words.isEmpty() && !options.words.isEmpty()) {
-        return wrongUsage(QStringLiteral("%1: unexpected \"%2\"").arg(name, options.words.first()));
+    const std::vector<OptionRow> rows = optionRows(&options);
+    QCommandLineParser parser;
+    for (const OptionRow& row : rows) {
+        addTo(&parser, row);
     }
-    if (options.subcommand == Subcommand::Run && options.words.isEmpty()) {
-        return wrongUsage(
-            QStringLiteral("run: expected COMMAND [NAME=VALUE …]; \"appvantor commands\" lists them"));
+    addHelpTo(&parser);
+    const bool understood = parser.parse(arguments);
+    if (!parser.unknownOptionNames().isEmpty()) {
+        return wrongUsage(unknownOption(parser.unknownOptionNames().constFirst(), rows));
     }
-    const QString problem = readValues(*parser, &options);
-    return problem.isEmpty() ? ParsedOptions{options, QString(), ExitSuccess} : wrongUsage(problem);
+    const QString name = parser.positionalArguments().value(0, QStringLiteral("window"));
+    const auto subcommand = std::find_if(subcommandRows().cbegin(), subcommandRows().cend(),
+                                         [&name](const SubcommandRow& row) { return row.name == name; });
+    if (subcommand == subcommandRows().cend()) {
+        return wrongUsage(unknownSubcommand(name));
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        const bool ofAll = parser.positionalArguments().isEmpty();
+        return {std::nullopt, ofAll ? overview(rows) : helpOf(*subcommand, rows), ExitSuccess};
+    }
+    options.subcommand = subcommand->subcommand;
+    options.words = parser.positionalArguments().mid(1);
+    const QString problem =
+        !understood ? misplacedValue(arguments, rows) : takeValues(parser, *subcommand, rows);
+    const QString wrong = problem.isEmpty() ? checkWords(*subcommand, options.words) : problem;
+    return wrong.isEmpty() ? ParsedOptions{options, QString(), ExitSuccess} : wrongUsage(wrong);
 }

@@ -14,6 +14,10 @@ struct Options
         Window,
         Commands,
         Channels,
+        Get,
+        Set,
+        Off,
+        Watch,
         Run,
         Shell,
         Discover,
@@ -24,14 +28,17 @@ struct Options
     QString configuration;
     QString tool;
     QString trace;
-    QString logLevel;
+    QString logLevel = QStringLiteral("info");
     bool json = false;
     bool realtime = false;
     /// The words after the subcommand.
     QStringList words;
 
-    std::optional<double> seconds; ///< of run, discover, window and panel
-    std::optional<int> count;      ///< of run
+    std::optional<double> seconds; ///< of set, run, discover, window and panel
+    std::optional<int> count;      ///< of watch and run
+    QString edge;                  ///< of watch: "rising", "falling", or both with any other
+    std::optional<double> timeout; ///< of watch, in seconds
+    bool offAtEnd = false;         ///< of all that can drive something
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool watch = false;            ///< of discover
     bool echo = false;             ///< of shell

@@ -48,29 +48,26 @@ Json endJson(const DOrder& order, int number, const Problem& place)
     return json;
 }
 
-QString successText(const DOrder& order, int number)
-{
-    const QString results = assignmentsText(order.results());
-    return QStringLiteral("[%1] %2: %3")
-        .arg(number)
-        .arg(order.commandName(), results.isEmpty() ? QStringLiteral("done") : results);
-}
-
 /// Reports an order as long as it lives. Events that find no room are counted, and the count is told in their
 /// place.
 class OrderReport : public QObject
 {
 public:
-    OrderReport(DOrder* order, int number, Output* output, const Problem& place)
+    OrderReport(DOrder* order, int number, Output* output, const Problem& place,
+                const std::optional<ChannelReport>& ofChannel)
         : QObject(order)
         , m_order(*order)
         , m_number(number)
         , m_output(output)
         , m_place(place)
+        , m_ofChannel(ofChannel)
     {}
 
     void tellEvent(const QVariantMap& event, qint64 timeUs)
     {
+        if (m_ofChannel && m_ofChannel->tells && !m_ofChannel->tells(event)) {
+            return;
+        }
         if (!m_output->hasRoomForEvents()) {
             ++m_leftOut;
             return;
@@ -85,9 +82,10 @@ public:
                 return json;
             },
             [&] {
-                return QStringLiteral("[%1] %2  %3")
-                    .arg(m_number)
-                    .arg(timeOfDay(time), assignmentsText(event));
+                return m_ofChannel && m_ofChannel->eventText
+                           ? m_ofChannel->eventText(event, time)
+                           : QStringLiteral("%1 %2  %3")
+                                 .arg(label(), timeOfDay(time), assignmentsText(event));
             });
     }
 
@@ -100,26 +98,34 @@ public:
     void tellEnd()
     {
         tellLeftOut();
-        if (m_output->isJson() || m_order.isSuccessful()) {
-            m_output->write([this] { return endJson(m_order, m_number, m_place); },
-                            [this] { return successText(m_order, m_number); });
+        const QString command = label() + QLatin1Char(' ') + m_order.commandName();
+        if (m_output->isJson()) {
+            m_output->json([this] { return endJson(m_order, m_number, m_place); });
+        } else if (m_order.isSuccessful() && !m_ofChannel) {
+            const QString results = assignmentsText(m_order.results());
+            m_output->text(
+                QStringLiteral("%1: %2").arg(command, results.isEmpty() ? QStringLiteral("done") : results));
         }
         if (m_order.rejectedReplies() > 0) {
-            complain(QStringLiteral("[%1] %2 rejected replies of the device: %3")
-                         .arg(m_number)
-                         .arg(m_order.commandName())
+            complain(QStringLiteral("%1 rejected replies of the device: %2")
+                         .arg(command)
                          .arg(m_order.rejectedReplies()),
                      m_place);
         }
         if (m_order.failure()) {
-            complain(QStringLiteral("[%1] %2 failed: %3")
-                         .arg(m_number)
-                         .arg(m_order.commandName(), m_order.failure().text),
-                     m_place);
+            complain(QStringLiteral("%1 failed: %2").arg(command, m_order.failure().text), m_place);
         }
     }
 
 private:
+    /// What people know the order by.
+    QString label() const
+    {
+        return m_ofChannel
+                   ? m_order.arguments().value(QStringLiteral("channel")).toString() + QLatin1Char(':')
+                   : QStringLiteral("[%1]").arg(m_number);
+    }
+
     void tellLeftOut()
     {
         if (m_leftOut > 0) {
@@ -136,13 +142,14 @@ private:
                 json["reason"] = toJson(reason);
                 return json;
             },
-            [&] { return QStringLiteral("[%1] %2 events lost: %3").arg(m_number).arg(count).arg(reason); });
+            [&] { return QStringLiteral("%1 %2 events lost: %3").arg(label()).arg(count).arg(reason); });
     }
 
     const DOrder& m_order;
     const int m_number;
     Output* const m_output;
     const Problem m_place;
+    const std::optional<ChannelReport> m_ofChannel;
     quint64 m_leftOut = 0; ///< events since the last one that was written
 };
 
@@ -160,9 +167,10 @@ Json orderJson(const char* type, const DOrder& order, int number)
             {"arguments", toJson(QVariant(arguments))}};
 }
 
-void reportOrder(DOrder* order, int number, Output* output, const Problem& place)
+void reportOrder(DOrder* order, int number, Output* output, const Problem& place,
+                 const std::optional<ChannelReport>& ofChannel)
 {
-    auto* report = new OrderReport(order, number, output, place);
+    auto* report = new OrderReport(order, number, output, place, ofChannel);
     if (order->state() == DOrder::State::Finished) {
         report->tellEnd();
         return;

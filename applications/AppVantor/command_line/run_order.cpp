@@ -1,22 +1,26 @@
 #include "run_order.h"
 
 #include "failure_report.h"
-#include "invocation.h"
 #include "order_report.h"
+#include "order_run.h"
 #include "progress.h"
 
-#include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
-#include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
-#include <process/failure_status.h>
+#include <process/exit_status.h>
 #include <process/unix_signals.h>
 
-#include <QEventLoop>
-
 namespace {
-constexpr double c_usPerSecond = 1000000.0;
+
+/// With an edge, an event tells whether that was seen; one that was not, the first reading for example, does
+/// not count.
+bool counts(const QVariantMap& event)
+{
+    const QVariant value = event.value(QStringLiteral("value"));
+    return value.type() != QVariant::Bool || value.toBool();
 }
+
+} // namespace
 
 int runOrder(DTool* tool, const Options& options, Output* output)
 {
@@ -27,44 +31,22 @@ int runOrder(DTool* tool, const Options& options, Output* output)
         return ExitWrongUsage;
     }
     UnixSignals unixSignals;
-    QEventLoop loop;
-    DOrder order(tool, invocation.command, invocation.arguments);
-    order.start();
-    if (order.failure().kind == DFailure::Kind::WrongInvocation) {
-        reportRefusal(order, output);
+    OrderRun run(tool, {invocation});
+    DOrder* order = run.orders().front().get();
+    run.start();
+    if (order->failure().kind == DFailure::Kind::WrongInvocation) {
+        reportRefusal(*order, output);
         return ExitWrongUsage;
     }
-    reportOrder(&order, 1, output);
+    reportOrder(order, 1, output);
     const Progress progress(invocation, options.seconds, *output);
-
-    // The bench stays for --for SECONDS, an order that listens until it is stopped, any other until its end.
-    bool timeIsUp = !options.seconds;
-    const auto endWhenDone = [&] {
-        if (order.state() == DOrder::State::Finished && (timeIsUp || !order.isSuccessful())) {
-            loop.quit();
-        }
-    };
-    const auto stop = [&] {
-        timeIsUp = true;
-        order.stop();
-        endWhenDone();
-    };
     int events = 0;
-    QObject::connect(&order, &DOrder::eventReceived, &loop, [&] {
-        if (++events == options.count) {
-            stop();
+    QObject::connect(order, &DOrder::eventReceived, &run, [&](const QVariantMap& event) {
+        if (counts(event) && ++events == options.count) {
+            run.stop();
         }
     });
-    QObject::connect(&order, &DOrder::finished, &loop, endWhenDone);
-    QObject::connect(output, &Output::failed, &loop, stop);
-    QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, stop);
-    DScheduler* clock = tool->device()->scheduler();
-    DScheduler::Appointment end;
-    if (options.seconds) {
-        end = clock->at(clock->now() + static_cast<qint64>(*options.seconds * c_usPerSecond), stop);
-    }
-    QMetaObject::invokeMethod(&loop, endWhenDone, Qt::QueuedConnection);
-    loop.exec();
-    clock->cancel(end);
-    return exitStatusOf(order.failure());
+    QObject::connect(output, &Output::failed, &run, &OrderRun::stop);
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &run, &OrderRun::stop);
+    return run.wait(options.seconds);
 }

@@ -425,9 +425,6 @@ void Shell::end()
         diagnostic(QStringLiteral("still driven at the end: %1").arg(driven.join(QStringLiteral(", "))));
     }
     m_orders.stopAll();
-    if (m_output->hasFailed()) {
-        raiseExitStatus(ExitOrderFailed);
-    }
     Q_EMIT ended();
 }
 

@@ -7,4 +7,5 @@ enum ExitStatus
     ExitOrderFailed = 1,
     ExitWrongUsage = 2,
     ExitDeviceUnreachable = 3,
+    ExitReaderGone = 141, ///< what a shell makes of a process that SIGPIPE ended
 };

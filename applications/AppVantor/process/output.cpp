@@ -26,7 +26,9 @@ Output::Output(bool json)
 {
     connect(&m_outlet, &Outlet::roomAgain, this, &Output::roomAgain);
     connect(&m_outlet, &Outlet::failed, this, [this](int error) {
-        diagnostic(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(error)));
+        if (!readerIsGone()) {
+            diagnostic(QStringLiteral("standard output cannot be written: %1").arg(qt_error_string(error)));
+        }
         Q_EMIT failed();
     });
     connect(&m_outlet, &Outlet::drained, this, closeStandardOutput);

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <cerrno>
 #include <functional>
 
 /// Standard output of the bench: one JSON object a line and nothing else, or text for people. It waits for no
@@ -33,8 +34,10 @@ public:
     bool hasRoom() const { return m_outlet.hasRoom(); }
     /// False while so much waits for the reader that events are to be left out and counted.
     bool hasRoomForEvents() const;
-    /// True once standard output could not be written to; said once on standard error.
+    /// True once standard output could not be written to. Said once on standard error, unless its reader has
+    /// read enough and gone.
     bool hasFailed() const { return m_outlet.error() != 0; }
+    bool readerIsGone() const { return m_outlet.error() == EPIPE; }
     /// What waits for the reader, for Outlet::drain at the end: standard output is closed then.
     Outlet* outlet() { return &m_outlet; }
 

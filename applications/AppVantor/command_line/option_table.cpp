@@ -1,0 +1,169 @@
+#include "option_table.h"
+
+#include <process/message_log.h>
+
+#include <QRegularExpression>
+
+namespace {
+
+using Taker = OptionRow::Taker;
+
+Taker flag(bool* given)
+{
+    return [given](const QString&) {
+        *given = true;
+        return QString();
+    };
+}
+
+Taker text(QString* taken)
+{
+    return [taken](const QString& value) {
+        *taken = value;
+        return value.isEmpty() ? QStringLiteral("a name") : QString();
+    };
+}
+
+Taker choice(QString* taken, const QStringList& choices)
+{
+    return [taken, choices](const QString& value) {
+        *taken = value;
+        return choices.contains(value) ? QString()
+                                       : QStringLiteral("one of %1").arg(choices.join(QStringLiteral(", ")));
+    };
+}
+
+Taker seconds(std::optional<double>* taken)
+{
+    return [taken](const QString& value) {
+        constexpr double longest = 1000000.0;
+        bool ok = false;
+        *taken = value.toDouble(&ok);
+        const bool fits = ok && **taken >= 0.0 && **taken <= longest;
+        return fits ? QString() : QStringLiteral("a number of seconds from 0 to 1000000");
+    };
+}
+
+Taker count(std::optional<int>* taken)
+{
+    return [taken](const QString& value) {
+        bool ok = false;
+        *taken = value.toInt(&ok);
+        return ok && **taken >= 1 ? QString() : QStringLiteral("a whole number from 1");
+    };
+}
+
+Taker scale(double* taken)
+{
+    return [taken](const QString& value) {
+        constexpr double smallest = 0.5;
+        constexpr double largest = 4.0;
+        bool ok = false;
+        *taken = value.toDouble(&ok);
+        const bool fits = ok && *taken >= smallest && *taken <= largest;
+        return fits ? QString() : QStringLiteral("a number from 0.5 to 4");
+    };
+}
+
+Taker size(QSize* taken)
+{
+    return [taken](const QString& value) {
+        constexpr int largest = 16384;
+        const QRegularExpressionMatch match =
+            QRegularExpression(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$")).match(value);
+        *taken = QSize(match.captured(1).toInt(), match.captured(2).toInt());
+        const bool fits =
+            match.hasMatch() && !taken->isEmpty() && taken->width() <= largest && taken->height() <= largest;
+        return fits ? QString() : QStringLiteral("WIDTHxHEIGHT from 1x1 to %1x%1").arg(largest);
+    };
+}
+
+} // namespace
+
+const std::vector<SubcommandRow>& subcommandRows()
+{
+    static const std::vector<SubcommandRow> rows = {
+        {Options::Subcommand::Window, "window", "",
+         "the bench window: tools, maintenance page, board, orders", "",
+         "orders screenshot size scale theme language for off-at-end"},
+        {Options::Subcommand::Commands, "commands", "", "the commands that the tool's plugin declares", "",
+         ""},
+        {Options::Subcommand::Channels, "channels", "", "the tool's channels and their present values", "",
+         ""},
+        {Options::Subcommand::Get, "get", "CHANNEL…", "the levels of channels, as \"set\" takes them",
+         "\"appvantor channels\" lists the channels.", ""},
+        {Options::Subcommand::Set, "set", "CHANNEL=VALUE…", "sets channels, all at once",
+         "A VALUE is ON, OFF, PULSE:MS, BLINK:MS:PERCENT, or the number of an analogue channel.\n"
+         "Without --for, all ends when it is set and every pulse is over: what blinks, too.",
+         "for off-at-end"},
+        {Options::Subcommand::Off, "off", "", "switches off everything that the tool drives", "", ""},
+        {Options::Subcommand::Watch, "watch", "CHANNEL…",
+         "the changes of channels, until Ctrl-C, --count or --timeout",
+         "\"appvantor channels\" lists the channels.", "edge count timeout"},
+        {Options::Subcommand::Run, "run", "COMMAND [NAME=VALUE …]",
+         "one order; a listening one until Ctrl-C, --for or --count",
+         "\"appvantor commands\" lists the commands. A VALUE that begins with [, { or \" is read as\n"
+         "JSON, any other is a text that is converted to the parameter's type.",
+         "for count off-at-end"},
+        {Options::Subcommand::Shell, "shell", "[FILE …]",
+         "orders from files or standard input, one a line; \"help\" lists what it knows", "",
+         "echo keep-going report off-at-end"},
+        {Options::Subcommand::Discover, "discover", "", "the GPIO chips of this machine and their lines", "",
+         "config-for watch for"},
+        {Options::Subcommand::Panel, "panel", "", "the plugin's maintenance page alone", "",
+         "screenshot size scale theme language for off-at-end"},
+    };
+    return rows;
+}
+
+std::vector<OptionRow> optionRows(Options* options)
+{
+    return {
+        {"config", "FILE", "Read the bench from FILE instead of the built-in example.",
+         text(&options->configuration), true},
+        {"tool", "NAME", "Work with the tool NAME instead of the first one.", text(&options->tool), true},
+        {"json", "", "Write one JSON object a line, and nothing else, to standard output.",
+         flag(&options->json), true},
+        {"trace", "FILE.vcd", "Record every level change in FILE, a Value Change Dump.",
+         text(&options->trace), true},
+        {"realtime", "",
+         "Give the device a thread of its own with a real-time priority, where the system "
+         "grants it.",
+         flag(&options->realtime), true},
+        {"log-level", "LEVEL",
+         "Least level of messages on standard error: debug, info (without it), warning, critical, off.",
+         choice(&options->logLevel, logLevels()), true},
+        {"for", "SECONDS",
+         "Keep the bench running for SECONDS: then an order that still runs is stopped, the "
+         "window closes, or the picture is taken.",
+         seconds(&options->seconds)},
+        {"count", "N", "End after N changes, or events; with an edge, only those count in which it was seen.",
+         count(&options->count)},
+        {"edge", "EDGE", "What changes to tell: rising, falling or both (default: both).",
+         choice(&options->edge,
+                {QStringLiteral("rising"), QStringLiteral("falling"), QStringLiteral("both")})},
+        {"timeout", "SECONDS", "End after SECONDS at the latest, with status 1.", seconds(&options->timeout)},
+        {"off-at-end", "", "Switch off everything that the tool drives at the end, however it comes.",
+         flag(&options->offAtEnd)},
+        {"orders", "FILE", "Carry out the lines of FILE, as \"shell\" does, beside the window.",
+         text(&options->orders)},
+        {"config-for", "CHIP",
+         "Write a configuration of the free lines of CHIP (its file, name or label) instead.",
+         text(&options->configurationFor)},
+        {"watch", "", "Go on to tell which chips come and go, and which lines are taken and released.",
+         flag(&options->watch)},
+        {"echo", "", "Write each line before it is carried out.", flag(&options->echo)},
+        {"keep-going", "", "Go on with the next line after a failure.", flag(&options->keepGoing)},
+        {"report", "FILE.xml", "Write what became of each \"expect\" to FILE, in JUnit's form.",
+         text(&options->report)},
+        {"screenshot", "FILE.png", "Write a picture to FILE and end; needs no display.",
+         text(&options->screenshot)},
+        {"size", "WxH", "Width and height in pixels, 1280x800 for example.", size(&options->size)},
+        {"scale", "FACTOR", "Scale of all sizes, 2 for 200 %; the screen's own without it.",
+         scale(&options->scale)},
+        {"theme", "THEME", "Colours: light or dark.",
+         choice(&options->theme, {QStringLiteral("light"), QStringLiteral("dark")})},
+        {"language", "LANGUAGE", "Language of the texts: en or fr.",
+         choice(&options->language, {QStringLiteral("en"), QStringLiteral("fr")})},
+    };
+}

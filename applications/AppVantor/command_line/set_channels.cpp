@@ -1,0 +1,90 @@
+#include "set_channels.h"
+
+#include "channel_value.h"
+#include "failure_report.h"
+#include "order_report.h"
+#include "order_run.h"
+
+#include <plugin_management/d_order.h>
+#include <process/diagnostics.h>
+#include <process/exit_status.h>
+#include <process/unix_signals.h>
+
+#include <QSet>
+
+namespace {
+
+QString channelOf(const Invocation& invocation)
+{
+    return invocation.arguments.value(QStringLiteral("channel")).toString();
+}
+
+std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words, QString* problem)
+{
+    std::vector<Invocation> settings;
+    QSet<QString> channels;
+    for (const QString& word : words) {
+        settings.push_back(readSetting(tool.channels(), word, problem));
+        if (!problem->isEmpty()) {
+            return {};
+        }
+        const QString channel = channelOf(settings.back());
+        if (channels.contains(channel)) {
+            *problem = QStringLiteral("channel \"%1\" is set twice").arg(channel);
+            return {};
+        }
+        channels.insert(channel);
+    }
+    return settings;
+}
+
+void start(OrderRun* run, Output* output)
+{
+    run->start();
+    int number = 0;
+    for (const auto& order : run->orders()) {
+        reportOrder(order.get(), ++number, output, {}, ChannelReport());
+    }
+}
+
+/// Nothing blinks without the bench.
+void tellWhatBlinksNoMore(const std::vector<Invocation>& settings)
+{
+    for (const Invocation& setting : settings) {
+        if (setting.arguments.contains(QStringLiteral("duration")) &&
+            setting.arguments.value(QStringLiteral("state")) == QLatin1String("BLINK")) {
+            diagnostic(
+                QStringLiteral("%1 blinks no more: that ends with \"set\"; --for SECONDS keeps it going")
+                    .arg(channelOf(setting)));
+        }
+    }
+}
+
+} // namespace
+
+int setChannels(DTool* tool, const Options& options, Output* output)
+{
+    QString problem;
+    const std::vector<Invocation> settings = readSettings(*tool, options.words, &problem);
+    if (!problem.isEmpty()) {
+        reportFailure("usage", {problem}, output);
+        return ExitWrongUsage;
+    }
+    UnixSignals unixSignals;
+    OrderRun run(tool, settings);
+    QObject::connect(output, &Output::failed, &run, &OrderRun::stop);
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &run, &OrderRun::stop);
+    start(&run, output);
+    const int status = run.wait(options.seconds);
+    if (status == ExitSuccess && !options.seconds) {
+        tellWhatBlinksNoMore(settings);
+    }
+    return status;
+}
+
+int switchOff(DTool* tool, Output* output)
+{
+    OrderRun run(tool, switchingOff(tool->channels()));
+    start(&run, output);
+    return run.wait();
+}
