@@ -41,7 +41,8 @@ private Q_SLOTS:
         row("missing channel", "getValue", "DCmdGetValue", "d_cmd_getValue", "ERROR: Tool channel is empty",
             sentNothing);
         row("unlinked channel", "getValue channel=NOPE", "DCmdGetValue", "d_cmd_getValue",
-            "ERROR: Tool channel:  \"NOPE\"  is not linked to device", sentNothing);
+            "ERROR: Tool channel:  \"NOPE\"  is not linked to device",
+            "the command sent no device request; the tool has no channel \"NOPE\"");
         row("nothing to switch", "switchValue", "DCmdSwitchValue", "d_cmd_switchValue",
             "ERROR: Channel not managed", refused);
         row("input switched", "switchValue channel=RUNNING", "DCmdSwitchValue", "d_cmd_switchValue",
@@ -60,8 +61,13 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QFETCH(QString, reason);
         const QString command = words.section(QLatin1Char(' '), 0, 0);
-        const BenchRun run = runOrder(words);
-        QCOMPARE(run, (BenchRun{1, "", run.errors}));
+        const BenchRun inShort = runOrder(words);
+        QCOMPARE(inShort, (BenchRun{1, "", inShort.errors}));
+        const QRegularExpression expectedInShort(
+            "^%1:\\d+: %2\nappvantor: \\[1\\] %3 failed: %4\n$"_s.arg(source, text, command, reason));
+        QVERIFY2(expectedInShort.match(QString::fromUtf8(inShort.errors)).hasMatch(),
+                 inShort.errors.constData());
+        const BenchRun run = runOrder(words, "--log-level debug"_words);
         const QRegularExpression expected(
             "^\n \"\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}\" ;\t Thread = "
             "QThread\\(0x[0-9a-f]+\\) ;\t "
@@ -210,8 +216,8 @@ private Q_SLOTS:
     void extremeNumbersAreTaken()
     {
         QFETCH(QString, arguments);
-        QCOMPARE(runOrder("setValue channel=START state=BLINK "_s + arguments),
-                 (BenchRun{0, "[1] setValue: doneOk=true\n"}));
+        const BenchRun run = runOrder("setValue channel=START state=BLINK "_s + arguments);
+        QCOMPARE(run, (BenchRun{0, "[1] setValue: doneOk=true\n", run.errors}));
     }
 
     void aPulseOfNegativeDurationFailsInsteadOfHanging()

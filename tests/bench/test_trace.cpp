@@ -116,7 +116,7 @@ private Q_SLOTS:
                             ".%1+05:45"_s.arg(timeUs % 1000000, 6, 10, QLatin1Char('0')));
         }
         const QRegularExpression time(options.isEmpty() ? "^\\[1\\] ([\\d:.]+)  "_s
-                                                        : "\"time\":\"([^\"]+)\",\"event\""_s);
+                                                        : "\"time\":\"([^\"]+)\""_s);
         QStringList told;
         for (const QString& line : run.lines()) {
             const QString text = time.match(line).captured(1);

@@ -1,6 +1,7 @@
 #include "completion.h"
 
 #include "channel_names.h"
+#include "order_advice.h"
 
 #include <plugin_management/d_tool.h>
 
@@ -16,16 +17,7 @@ QStringList levels()
 /// What a parameter is usually given.
 QStringList usualValues(const QString& parameter, const ChannelNames& names)
 {
-    if (parameter == QLatin1String("channel")) {
-        return names.all();
-    }
-    if (parameter == QLatin1String("state")) {
-        return levels() + QStringList{QStringLiteral("BLINK"), QStringLiteral("PULSE")};
-    }
-    if (parameter == QLatin1String("edge")) {
-        return {QStringLiteral("RE"), QStringLiteral("FE"), QStringLiteral("HL"), QStringLiteral("LL")};
-    }
-    return {};
+    return parameter == QLatin1String("channel") ? names.all() : knownWords(parameter);
 }
 
 /// NAME= of each name, and once that is there, NAME=VALUE.

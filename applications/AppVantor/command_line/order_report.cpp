@@ -1,6 +1,7 @@
 #include "order_report.h"
 
 #include "failure_report.h"
+#include "order_advice.h"
 
 #include <configuration/value_text.h>
 #include <plugin_management/d_device.h>
@@ -33,7 +34,7 @@ Json failureJson(const DOrder& order, int number, const Problem& place)
 {
     Json json = orderJson("failure", order, number);
     json["kind"] = toJson(order.failure().kindName());
-    json["reason"] = toJson(order.failure().text);
+    json["reason"] = toJson(reasonOf(order));
     addPlace(place, &json);
     return json;
 }
@@ -62,6 +63,21 @@ public:
         , m_place(place)
         , m_ofChannel(ofChannel)
     {}
+
+    void tellWarning()
+    {
+        const QString warning = warningOf(m_order);
+        if (warning.isEmpty()) {
+            return;
+        }
+        complain(QStringLiteral("%1 %2: %3").arg(label(), m_order.commandName(), warning), m_place);
+        m_output->json([&] {
+            Json json = orderJson("warning", m_order, m_number);
+            json["warning"] = toJson(warning);
+            addPlace(m_place, &json);
+            return json;
+        });
+    }
 
     void tellEvent(const QVariantMap& event, qint64 timeUs)
     {
@@ -113,7 +129,7 @@ public:
                      m_place);
         }
         if (m_order.failure()) {
-            complain(QStringLiteral("%1 failed: %2").arg(command, m_order.failure().text), m_place);
+            complain(QStringLiteral("%1 failed: %2").arg(command, reasonOf(m_order)), m_place);
         }
     }
 
@@ -171,6 +187,7 @@ void reportOrder(DOrder* order, int number, Output* output, const Problem& place
                  const std::optional<ChannelReport>& ofChannel)
 {
     auto* report = new OrderReport(order, number, output, place, ofChannel);
+    report->tellWarning();
     if (order->state() == DOrder::State::Finished) {
         report->tellEnd();
         return;

@@ -26,6 +26,23 @@ int severity(QtMsgType type)
     return 4; // what ends the process is always told
 }
 
+/// A plugin's error report as people read it, "SOURCE:LINE: TEXT"; any other message as it is. A report
+/// consists of date, thread, reporter, source file, line and text.
+QString readable(const QString& message)
+{
+    const QString separator = QStringLiteral(" ;\t ");
+    constexpr int sourceItem = 3;
+    constexpr int lineItem = 4;
+    constexpr int textItem = 5;
+    const QStringList items = message.split(separator);
+    if (!message.startsWith(QLatin1Char('\n')) || items.size() <= textItem) {
+        return message;
+    }
+    return QStringLiteral("%1:%2: %3")
+        .arg(items.at(sourceItem).section(QLatin1Char('/'), -1), items.at(lineItem),
+             items.mid(textItem).join(separator));
+}
+
 /// Standard error is the main thread's.
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
@@ -33,7 +50,7 @@ void writeMessage(QtMsgType type, const QMessageLogContext& context, const QStri
     if (severity(type) < leastSeverity) {
         return;
     }
-    const std::string line = message.toStdString();
+    const std::string line = (leastSeverity > 0 ? readable(message) : message).toStdString();
     QCoreApplication* application = QCoreApplication::instance();
     if (type == QtFatalMsg || application == nullptr || application->thread() == QThread::currentThread()) {
         writeMessageLine(line);

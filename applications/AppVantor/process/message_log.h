@@ -7,6 +7,6 @@
 /// "off".
 QStringList logLevels();
 
-/// From now on, Qt's messages of at least this level go to standard error exactly as they are, a line each.
-/// level is one of logLevels().
+/// From now on, Qt's messages of at least this level go to standard error, a line each. level is one of
+/// logLevels(); with "debug" the error reports of plugins are told in full, else in short.
 void installMessageLog(const QString& level);
