@@ -41,6 +41,7 @@ public:
         , m_names(names)
     {
         QDir().mkpath(m_folder + "/bank"_s);
+        writeFile(m_folder + "/bank/num_lines"_s, QByteArray::number(m_lineCount));
         writeFile(m_folder + "/bank/label"_s, m_label.toUtf8());
         for (int line = 0; line < m_names.size(); ++line) {
             const QString folder = "%1/bank/line%2"_s.arg(m_folder).arg(line);
