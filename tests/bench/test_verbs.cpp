@@ -248,6 +248,14 @@ private Q_SLOTS:
                  (BenchRun{1, "", "appvantor: the time is up: " + errors + '\n'}));
     }
 
+    void watchTellsProgramsOfItsTimeLimit()
+    {
+        const BenchRun run = runBench("--json watch RUNNING --timeout 0"_words);
+        QCOMPARE(run.status, 1);
+        QCOMPARE(run.lines().last(),
+                 R"({"type":"failure","kind":"timeIsUp","reason":"the time is up: 0 changes seen"})"_s);
+    }
+
     void whatCannotBeWatchedEndsTheWatch()
     {
         QCOMPARE(

@@ -107,7 +107,7 @@ int watchChannels(DTool* tool, const Options& options, Output* output)
     }
     if (!isInterrupted) {
         const QString wanted = options.count ? QStringLiteral(" of %1").arg(*options.count) : QString();
-        reportFailure("timedOut", {QStringLiteral("the time is up: %1%2 changes seen").arg(seen).arg(wanted)},
+        reportFailure("timeIsUp", {QStringLiteral("the time is up: %1%2 changes seen").arg(seen).arg(wanted)},
                       output);
     }
     return ExitOrderFailed;
