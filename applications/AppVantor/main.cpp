@@ -183,7 +183,11 @@ int runBench(const Options& options, Output* output)
     bench->device().open();
     VcdTrace trace(bench->device());
     if (!options.trace.isEmpty()) {
-        const QString problem = trace.begin(options.trace);
+        std::vector<const DTool*> tools;
+        for (const auto& each : bench->tools()) {
+            tools.push_back(each.get());
+        }
+        const QString problem = trace.begin(options.trace, tools);
         if (!problem.isEmpty()) {
             return writeOut(refuseUsage(problem, output), output);
         }

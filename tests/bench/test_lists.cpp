@@ -47,6 +47,26 @@ private Q_SLOTS:
         QCOMPARE(lines.at(1), "START        digitalInput   out       line0      0       Start button"_s);
     }
 
+    void columnsStayColumns()
+    {
+        const QString file = boardFile(
+            R"("lines": [ {"name": "a line with a long name"} ], "faults": [ {"kind": "refused"} ])",
+            R"({"id": "A", "name": "first", "value": [ {"id": "link", "value": "a line with a long name"} ]},
+               {"id": "a channel of a long name", "name": "two\nlines"})");
+        const BenchRun run = runBench({"--config"_s, file, "channels"_s});
+        QCOMPARE(run,
+                 (BenchRun{
+                     1,
+                     "CHANNEL                  TYPE           DIRECTION LINK                    VALUE   "
+                     "NAME\n"
+                     "A                                                 a line with a long name \u2013       "
+                     "first\n"
+                     "a channel of a long name                                                  \u2013       "
+                     "two\\u000alines\n",
+                     "appvantor: channel \"A\": the board refuses \"getValue\" of channel \"a line "
+                     "with a long name\"\n"}));
+    }
+
     void aChannelThatCannotBeReadIsListedWithTheReason_data()
     {
         const Rows<QByteArray, QByteArray, int> row("device", "failure", "status");

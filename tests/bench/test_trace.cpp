@@ -16,13 +16,15 @@ using Changes = QMap<QString, QVector<QPair<qint64, double>>>;
 
 Changes changesOf(const QByteArray& dump)
 {
-    QHash<QString, QString> names;
+    QHash<QString, QString> names; // of several, the first: that of the line
     Changes changes;
     qint64 timeUs = 0;
     for (const QString& line : QString::fromUtf8(dump).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
         const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
         if (words.first() == QLatin1String("$var")) {
-            names.insert(words.at(3), words.at(4));
+            if (!names.contains(words.at(3))) {
+                names.insert(words.at(3), words.at(4));
+            }
         } else if (line.startsWith(QLatin1Char('#'))) {
             timeUs = line.mid(1).toLongLong();
         } else if (line.startsWith(QLatin1Char('r'))) {
@@ -68,6 +70,7 @@ private Q_SLOTS:
             text.contains(" $end\n$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n"
                           "$var wire 1 ! line0 $end\n"));
         QVERIFY(text.contains("$var real 64 ( adc0 $end\n"));
+        QVERIFY(text.contains("$upscope $end\n$scope module Front_panel $end\n$var wire 1 ! START $end\n"));
         QVERIFY(text.contains("$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n0!\n"));
         QVERIFY(text.contains("r0 *\n$end\n#"));
     }
@@ -139,6 +142,24 @@ private Q_SLOTS:
         bench.send(SIGKILL);
         bench.end();
         QVERIFY(changesOf(throughOtherTools(file)).value("adc0"_s).size() > 3);
+    }
+
+    void channelsAreNamedBesideTheirLinesByTheirTools()
+    {
+        const QString file = temporaryFile(QByteArray(), "vcd"_s);
+        const QString configuration =
+            boardFile(R"("lines": [ {"name": "a"}, {"name": "b"} ])",
+                      R"({"id": "B 1", "value": [ {"id": "link", "value": "b"} ]}, {"id": "none"},
+               {"id": "B_1", "value": [ {"id": "link", "value": "b"} ]})");
+        QCOMPARE(runBench({"--trace"_s, file, "--config"_s, configuration, "commands"_s}).status, 0);
+        QVERIFY2(contentOf(file).contains("$var wire 1 \" b $end\n$upscope $end\n"
+                                          "$scope module T $end\n$var wire 1 \" B_1 $end\n"
+                                          "$var wire 1 \" B_1_ $end\n$upscope $end\n$enddefinitions"),
+                 contentOf(file).constData());
+        const QByteArray theirs = throughOtherTools(file);
+        for (const char* name : {" module device ", " module T ", " B_1 ", " B_1_ "}) {
+            QVERIFY2(theirs.contains(name), theirs.constData());
+        }
     }
 
     void namesAreToldApart()

@@ -2,6 +2,7 @@
 
 #include "discover_watch.h"
 #include "failure_report.h"
+#include "table.h"
 
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
@@ -74,31 +75,16 @@ QString holderOf(const GpioLineInfo& line)
     return line.used && line.consumer.isEmpty() ? QStringLiteral("(unknown)") : line.consumer;
 }
 
-QString tableRow(const QString& offset, const QString& name, const QString& direction, const QString& holder,
-                 const QString& flags)
-{
-    constexpr int offsetWidth = 6;
-    constexpr int nameWidth = 20;
-    constexpr int directionWidth = 9;
-    constexpr int holderWidth = 16;
-    const QString row = offset.rightJustified(offsetWidth) + QStringLiteral("  ") +
-                        name.leftJustified(nameWidth) + QLatin1Char(' ') +
-                        direction.leftJustified(directionWidth) + QLatin1Char(' ') +
-                        holder.leftJustified(holderWidth) + QLatin1Char(' ') + flags;
-    const auto end = std::find_if(row.crbegin(), row.crend(), [](QChar sign) { return !sign.isSpace(); });
-    return row.left(static_cast<int>(std::distance(end, row.crend())));
-}
-
 void write(const Chip& chip, Output* output)
 {
+    constexpr int offsetWidth = 6;
     Json lines = Json::array();
-    QStringList rows = {
-        QStringLiteral("%1 \"%2\", %3 lines").arg(chip.name, chip.label).arg(chip.lines.size()),
-        tableRow(QStringLiteral("LINE"), QStringLiteral("NAME"), QStringLiteral("DIRECTION"),
-                 QStringLiteral("CONSUMER"), QStringLiteral("FLAGS"))};
+    Table table({offsetWidth + 1, 20, 9, 16});
+    table.add({QStringLiteral("LINE").rightJustified(offsetWidth), QStringLiteral("NAME"),
+               QStringLiteral("DIRECTION"), QStringLiteral("CONSUMER"), QStringLiteral("FLAGS")});
     for (const GpioLineInfo& line : chip.lines) {
-        rows.append(tableRow(QString::number(line.offset), line.name, directionOf(line), holderOf(line),
-                             line.flags.join(QLatin1Char(' '))));
+        table.add({QString::number(line.offset).rightJustified(offsetWidth), line.name, directionOf(line),
+                   holderOf(line), line.flags.join(QLatin1Char(' '))});
         lines.push_back({{"line", line.offset},
                          {"name", toJson(line.name)},
                          {"direction", toJson(directionOf(line))},
@@ -114,7 +100,10 @@ void write(const Chip& chip, Output* output)
                         {"file", toJson(chip.file)},
                         {"lines", lines}};
         },
-        [&] { return rows.join(QLatin1Char('\n')); });
+        [&] {
+            return QStringLiteral("%1 \"%2\", %3 lines\n").arg(chip.name, chip.label).arg(chip.lines.size()) +
+                   table.text();
+        });
 }
 
 Json channelItem(const char* id, const QString& value)

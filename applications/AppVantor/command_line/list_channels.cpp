@@ -1,8 +1,11 @@
 #include "list_channels.h"
 
+#include "table.h"
+
 #include <configuration/value_text.h>
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
+#include <process/diagnostics.h>
 #include <process/failure_status.h>
 
 #include <QEventLoop>
@@ -66,43 +69,41 @@ void read(std::vector<ChannelRow>* rows)
     }
 }
 
-QString tableRow(const QStringList& cells)
+QVariant valueOf(const ChannelRow& row)
 {
-    constexpr int widths[] = {12, 14, 9, 10, 7};
-    QString row;
-    for (int column = 0; column + 1 < cells.size(); ++column) {
-        row += cells.at(column).leftJustified(widths[column]) + QLatin1Char(' ');
-    }
-    return row + cells.last();
+    return row.reading != nullptr ? row.reading->results().value(QStringLiteral("value")) : QVariant();
 }
 
-void write(const DTool& tool, const ChannelRow& row, Output* output)
+Json toJson(const DTool& tool, const ChannelRow& row)
 {
     const DToolChannel& channel = row.channel;
-    const QVariant value =
-        row.reading != nullptr ? row.reading->results().value(QStringLiteral("value")) : QVariant();
-    const DFailure failure = row.reading != nullptr ? row.reading->failure() : DFailure();
-    output->write(
-        [&] {
-            Json json = {{"type", "channel"},
-                         {"tool", toJson(tool.objectName())},
-                         {"channel", toJson(channel.id)},
-                         {"name", toJson(channel.name)},
-                         {"visibility", toJson(channel.visibility)},
-                         {"channelType", toJson(row.type)},
-                         {"direction", toJson(row.direction)},
-                         {"link", channel.link.isEmpty() ? Json() : toJson(channel.link)},
-                         {"value", toJson(value)}};
-            if (failure) {
-                json["kind"] = toJson(failure.kindName());
-                json["reason"] = toJson(failure.text);
-            }
-            return json;
-        },
-        [&] {
-            return tableRow({channel.id, row.type, row.direction, channel.link,
-                             failure ? failure.text : valueText(value), channel.name});
-        });
+    Json json = {{"type", "channel"},
+                 {"tool", toJson(tool.objectName())},
+                 {"channel", toJson(channel.id)},
+                 {"name", toJson(channel.name)},
+                 {"visibility", toJson(channel.visibility)},
+                 {"channelType", toJson(row.type)},
+                 {"direction", toJson(row.direction)},
+                 {"link", channel.link.isEmpty() ? Json() : toJson(channel.link)},
+                 {"value", toJson(valueOf(row))}};
+    if (row.reading != nullptr && row.reading->failure()) {
+        json["kind"] = toJson(row.reading->failure().kindName());
+        json["reason"] = toJson(row.reading->failure().text);
+    }
+    return json;
+}
+
+void write(const DTool& tool, const std::vector<ChannelRow>& rows, Output* output)
+{
+    Table table({12, 14, 9, 10, 7});
+    table.add({QStringLiteral("CHANNEL"), QStringLiteral("TYPE"), QStringLiteral("DIRECTION"),
+               QStringLiteral("LINK"), QStringLiteral("VALUE"), QStringLiteral("NAME")});
+    for (const ChannelRow& row : rows) {
+        const DToolChannel& channel = row.channel;
+        output->json([&] { return toJson(tool, row); });
+        table.add({channel.id, row.type, row.direction, channel.link, valueText(valueOf(row)), channel.name});
+    }
+    output->text(table.text());
 }
 
 } // namespace
@@ -111,13 +112,13 @@ int listChannels(DTool* tool, Output* output)
 {
     std::vector<ChannelRow> rows = rowsOf(tool);
     read(&rows);
-    output->text(tableRow({QStringLiteral("CHANNEL"), QStringLiteral("TYPE"), QStringLiteral("DIRECTION"),
-                           QStringLiteral("LINK"), QStringLiteral("VALUE"), QStringLiteral("NAME")}));
+    write(*tool, rows, output);
     int status = ExitSuccess;
     for (const ChannelRow& row : rows) {
-        write(*tool, row, output);
-        status =
-            std::max(status, row.reading != nullptr ? exitStatusOf(row.reading->failure()) : ExitSuccess);
+        if (row.reading != nullptr && row.reading->failure()) {
+            diagnostic(QStringLiteral("channel \"%1\": %2").arg(row.channel.id, row.reading->failure().text));
+            status = std::max(status, exitStatusOf(row.reading->failure()));
+        }
     }
     return status;
 }

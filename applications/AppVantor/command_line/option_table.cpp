@@ -24,6 +24,16 @@ Taker text(QString* taken)
     };
 }
 
+Taker picture(QString* taken)
+{
+    return [taken](const QString& value) {
+        *taken = value;
+        return value.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)
+                   ? QString()
+                   : QStringLiteral("a file that ends with .png");
+    };
+}
+
 Taker choice(QString* taken, const QStringList& choices)
 {
     return [taken, choices](const QString& value) {
@@ -157,7 +167,7 @@ std::vector<OptionRow> optionRows(Options* options)
         {"report", "FILE.xml", "Write what became of each \"expect\" to FILE, in JUnit's form.",
          text(&options->report)},
         {"screenshot", "FILE.png", "Write a picture to FILE and end; needs no display.",
-         text(&options->screenshot)},
+         picture(&options->screenshot)},
         {"size", "WxH", "Width and height in pixels, 1280x800 for example.", size(&options->size)},
         {"scale", "FACTOR", "Scale of all sizes, 2 for 200 %; the screen's own without it.",
          scale(&options->scale)},

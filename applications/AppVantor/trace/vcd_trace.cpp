@@ -1,9 +1,11 @@
 #include "vcd_trace.h"
 
 #include <devices/line_device.h>
+#include <plugin_management/d_tool.h>
 #include <process/time_text.h>
 
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -55,10 +57,10 @@ void appendNumber(std::string* text, qint64 number)
     text->append(digits.data(), static_cast<std::size_t>(end - digits.data()));
 }
 
-/// A name in a dump: no blanks, none twice, and nothing that reads as a word of the dump.
-QString nameOf(const DLine& line, QSet<QString>* taken)
+/// A name in a dump: not empty, no blanks, none twice, and nothing that reads as a word of the dump.
+QString nameOf(const QString& text, QSet<QString>* taken)
 {
-    QString name = line.name;
+    QString name = text.isEmpty() ? QStringLiteral("_") : text;
     name.replace(QRegularExpression(QStringLiteral("[\\s$]")), QStringLiteral("_"));
     while (taken->contains(name)) {
         name += QLatin1Char('_');
@@ -85,7 +87,7 @@ VcdTrace::~VcdTrace()
     }
 }
 
-QString VcdTrace::begin(const QString& file)
+QString VcdTrace::begin(const QString& file, const std::vector<const DTool*>& tools)
 {
     m_file = openForWriting(file);
     if (m_file < 0) {
@@ -106,16 +108,44 @@ QString VcdTrace::begin(const QString& file)
     const QVector<DLine>& lines = m_device.lines();
     QSet<QString> names;
     for (int line = 0; line < lines.size(); ++line) {
-        const Variable variable = {codeOf(line), lines.at(line).kind == DLine::Kind::Analog};
-        m_buffer += variable.isReal ? "$var real 64 " : "$var wire 1 ";
-        m_buffer += variable.code + ' ' + nameOf(lines.at(line), &names).toStdString() + " $end\n";
-        m_variables.push_back(variable);
+        m_variables.push_back({codeOf(line), lines.at(line).kind == DLine::Kind::Analog});
+        appendVariable(line, nameOf(lines.at(line).name, &names));
     }
-    m_buffer += "$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n";
+    m_buffer += "$upscope $end\n";
+    QSet<QString> scopes = {QStringLiteral("device")};
+    for (const DTool* tool : tools) {
+        appendScope(*tool, nameOf(tool->objectName(), &scopes));
+    }
+    m_buffer += "$enddefinitions $end\n#0\n$dumpvars\n";
     appendAll();
     m_buffer += "$end\n";
     write();
     return m_problem;
+}
+
+void VcdTrace::appendVariable(int line, const QString& name)
+{
+    const Variable& variable = m_variables.at(static_cast<std::size_t>(line));
+    m_buffer += variable.isReal ? "$var real 64 " : "$var wire 1 ";
+    m_buffer += variable.code + ' ' + name.toStdString() + " $end\n";
+}
+
+/// Channels are further names of the lines that they are linked to: these share a code.
+void VcdTrace::appendScope(const DTool& tool, const QString& name)
+{
+    QHash<QString, int> numbers;
+    for (int line = 0; line < m_device.lines().size(); ++line) {
+        numbers.insert(m_device.lines().at(line).name, line);
+    }
+    m_buffer += "$scope module " + name.toStdString() + " $end\n";
+    QSet<QString> names;
+    for (const DToolChannel& channel : tool.channels()) {
+        const auto line = numbers.constFind(channel.link);
+        if (line != numbers.constEnd()) {
+            appendVariable(*line, nameOf(channel.id, &names));
+        }
+    }
+    m_buffer += "$upscope $end\n";
 }
 
 Outlet* VcdTrace::finish()
@@ -152,16 +182,11 @@ void VcdTrace::record(int line, const LineLevel& level)
         return;
     }
     const bool later = moveTo(level.sinceUs);
-    if (m_lost > 0) {
-        ++m_lost;
-        return;
-    }
-    if (later) {
+    if (m_lost == 0 && later) {
         appendTime();
     }
-    if (!m_outlet->hasRoom()) {
-        m_lost = 1;
-        beginGap();
+    if (m_lost > 0 || !m_outlet->hasRoom()) {
+        lose(1);
         return;
     }
     append(line, level);
@@ -217,10 +242,7 @@ void VcdTrace::recordGap(quint64 changes, qint64 untilUs)
     if (m_outlet == nullptr) {
         return;
     }
-    if (m_lost == 0) {
-        beginGap();
-    }
-    m_lost += changes;
+    lose(changes);
     moveTo(untilUs);
     if (m_outlet != nullptr && m_outlet->hasRoom()) {
         endGap();
@@ -228,14 +250,18 @@ void VcdTrace::recordGap(quint64 changes, qint64 untilUs)
 }
 
 /// From the first change that is lost, no level is known.
-void VcdTrace::beginGap()
+void VcdTrace::lose(quint64 changes)
 {
-    m_buffer += "$dumpoff\n";
-    for (int line = 0; line < m_device.lines().size(); ++line) {
-        append(line, LineLevel());
+    const bool begins = m_lost == 0;
+    m_lost += changes;
+    if (begins) {
+        m_buffer += "$dumpoff\n";
+        for (int line = 0; line < m_device.lines().size(); ++line) {
+            append(line, LineLevel());
+        }
+        m_buffer += "$end\n";
+        write();
     }
-    m_buffer += "$end\n";
-    write();
 }
 
 /// The levels of now are those since the last change that was lost.

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+class DTool;
 class LineDevice;
 
 /// Records the level changes of a device's lines as a Value Change Dump with a timescale of 1 µs, from the
@@ -25,9 +26,10 @@ public:
     /// Writes what is left; a signal ends that.
     ~VcdTrace() override;
 
-    /// Begins the record in file, replacing what it holds. Returns an empty text, or why the file cannot be
-    /// written.
-    QString begin(const QString& file);
+    /// Begins the record in file, replacing what it holds. The lines stand in the scope "device", and those
+    /// that channels are linked to once more in a scope of their tool, by the names of the channels. Returns
+    /// an empty text, or why the file cannot be written.
+    QString begin(const QString& file, const std::vector<const DTool*>& tools = {});
     /// Ends the record. Returns what is left of it, for Outlet::drain; null for nothing. The file is closed
     /// as soon as it is written out.
     Outlet* finish();
@@ -49,12 +51,14 @@ private:
     };
 
     void record(int line, const LineLevel& level);
+    void appendVariable(int line, const QString& name);
+    void appendScope(const DTool& tool, const QString& name);
     void append(int line, const LineLevel& level);
     void appendAll();
     bool moveTo(qint64 timeUs);
     void appendTime();
     void recordGap(quint64 changes, qint64 untilUs);
-    void beginGap();
+    void lose(quint64 changes);
     void endGap();
     void writeLater();
     void write();
