@@ -8,6 +8,7 @@
 #include <plugin_management/d_tool.h>
 #include <recording_device.h>
 
+#include <functional>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -57,29 +58,15 @@ public:
 
     void act()
     {
-        switch (m_data->ConsumeIntegralInRange(0, 9)) {
-        case 0:
-        case 1:
-            startOrder();
-            break;
-        case 2:
-        case 3:
-        case 4:
-            answer(anyRequest());
-            break;
-        case 5:
-        case 6:
-            settle();
-            break;
-        case 7:
+        const Deed begin = [this] { startOrder(); };
+        const Deed reply = [this] { answer(anyRequest()); };
+        const Deed wait = [this] {
             passTime(m_data->ConsumeBool()
                          ? m_data->ConsumeIntegralInRange(0, 5000)
                          : m_data->ConsumeIntegralInRange(0, std::numeric_limits<int>::max()));
-            break;
-        default:
-            react();
-            break;
-        }
+        };
+        const Deed reaction = [this] { react(); };
+        doOne({begin, begin, reply, reply, reply, settle, settle, wait, reaction, reaction});
     }
 
     /// Every order is over or is stopped, and whatever is said to it then changes nothing.
@@ -105,6 +92,8 @@ public:
     }
 
 private:
+    using Deed = std::function<void()>;
+
     void startOrder()
     {
         static const QStringList commands = {"setValue"_s,       "switchValue"_s,   "getValue"_s,
@@ -144,56 +133,41 @@ private:
         if (m_device == nullptr) {
             return;
         }
-        switch (m_data->ConsumeIntegralInRange(0, 4)) {
-        case 0:
-            m_device->refuse(id, m_variants.text() + QLatin1Char('.'));
-            break;
-        case 1:
-            m_device->reply(id, m_variants.map(2));
-            break;
-        case 2:
-            m_device->reply(id, {{"values"_s, QVariantList{m_variants.value(1)}}});
-            break;
-        case 3:
-            m_device->reply(id, {{"values"_s, m_variants.value(1)}});
-            break;
-        default:
-            m_device->reply(id, {{"value"_s, m_variants.value(1)}});
-            break;
-        }
+        doOne({[&] { m_device->refuse(id, m_variants.text() + QLatin1Char('.')); },
+               [&] { m_device->reply(id, m_variants.map(2)); },
+               [&] {
+                   m_device->reply(id, {{"values"_s, QVariantList{m_variants.value(1)}}});
+               },
+               [&] {
+                   m_device->reply(id, {{"values"_s, m_variants.value(1)}});
+               },
+               [&] {
+                   m_device->reply(id, {{"value"_s, m_variants.value(1)}});
+               }});
     }
 
     /// What may come at any moment, also from inside of an order's signals.
     void react()
     {
         DOrder* order = anyOrder();
-        switch (m_data->ConsumeIntegralInRange(0, 5)) {
-        case 0:
-            answer(anyRequest());
-            break;
-        case 1:
-            if (order != nullptr) {
-                order->stop();
-            }
-            break;
-        case 2:
+        const auto forget = [this] {
             if (!m_orders.empty()) {
                 const std::unique_ptr<DOrder> gone = std::move(m_orders.front());
                 m_orders.erase(m_orders.begin());
             }
-            break;
-        case 3:
-            m_tool.reset();
-            break;
-        case 4:
+        };
+        const auto stop = [order] {
+            if (order != nullptr) {
+                order->stop();
+            }
+        };
+        const auto start = [order] {
             if (order != nullptr) {
                 order->start();
             }
-            break;
-        default:
-            changeConnection();
-            break;
-        }
+        };
+        doOne({[this] { answer(anyRequest()); }, stop, forget, [this] { m_tool.reset(); }, start,
+               [this] { changeConnection(); }});
     }
 
     void changeConnection()
@@ -201,21 +175,14 @@ private:
         if (m_device == nullptr) {
             return;
         }
-        switch (m_data->ConsumeIntegralInRange(0, 5)) {
-        case 0:
-            m_device.reset();
-            break;
-        case 1:
-        case 2:
-            m_device->restore();
-            break;
-        case 3:
-            m_device->close();
-            break;
-        default:
-            m_device->lose(m_variants.text() + QLatin1Char('.'));
-            break;
-        }
+        const Deed restore = [this] { m_device->restore(); };
+        const Deed lose = [this] { m_device->lose(m_variants.text() + QLatin1Char('.')); };
+        doOne({[this] { m_device.reset(); }, restore, restore, [this] { m_device->close(); }, lose, lose});
+    }
+
+    void doOne(const std::vector<Deed>& deeds)
+    {
+        deeds.at(m_data->ConsumeIntegralInRange<std::size_t>(0, deeds.size() - 1))();
     }
 
     QString oneOf(const QStringList& texts)
