@@ -85,10 +85,7 @@ private Q_SLOTS:
     }
     void aWidthOfZeroIsSteady()
     {
-        QFETCH(int, on);
-        QFETCH(int, off);
-        QFETCH(int, values);
-        QFETCH(int, level);
+        const auto [on, off, values, level] = Rows<int, int, int, int>::values();
         m_bench->write("out"_s, level == 0 ? 1 : 0);
         m_bench->changes.clear();
         m_bench->blink("out"_s, on, off, values);

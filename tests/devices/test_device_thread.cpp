@@ -8,80 +8,76 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace {
-
-constexpr int c_bound = 1 << 16;
-constexpr int c_lines = 3;
-
-using State = DDevice::State;
-
-/// A device in the thread of its own, which does there what the test says.
-class ScriptedDriver : public LineDriver
-{
-public:
-    using Deed = std::function<void(LineListener&)>;
-
-    ScriptedDriver(LineListener* listener, const Deed& onRequest)
-        : m_listener(*listener)
-        , m_onRequest(onRequest)
-    {}
-
-    void open() override
-    {
-        for (int line = 0; line < c_lines; ++line) {
-            m_listener.lineTold(line, {0, 0, true});
-        }
-        m_listener.stateTold(State::Connected, {}, 0);
-    }
-    void close() override {}
-    void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override
-    {
-        Q_UNUSED(arguments)
-        if (instruction == QLatin1String("work")) {
-            m_onRequest(m_listener);
-            m_listener.requestAnswered(id, {}, 0);
-        }
-    }
-    void cancel(quint64 id) override { Q_UNUSED(id) }
-    void setInput(int line, int level) override
-    {
-        Q_UNUSED(line)
-        Q_UNUSED(level)
-    }
-    void setPluggedIn(bool pluggedIn) override { Q_UNUSED(pluggedIn) }
-
-private:
-    LineListener& m_listener;
-    const Deed m_onRequest;
-};
-
-/// From now on the system grants this process no real-time priority.
-bool giveUpRealtime()
-{
-    const rlimit none = {};
-    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct rights[_LINUX_CAPABILITY_U32S_3] = {};
-    if (setrlimit(RLIMIT_RTPRIO, &none) != 0 || syscall(SYS_capget, &header, rights) != 0) {
-        return false;
-    }
-    rights[0].effective &= ~(1U << CAP_SYS_NICE);
-    return syscall(SYS_capset, &header, rights) == 0;
-}
-
-/// Sends a line its levels, 1 and 0 in turn.
-void flicker(LineListener& listener, int line, int count)
-{
-    for (int change = 1; change <= count; ++change) {
-        listener.lineTold(line, {change % 2, change, true});
-    }
-}
-
-} // namespace
-
 /// The link between a device in a thread of its own and its front.
 class TestDeviceThread : public QObject
 {
     Q_OBJECT
+
+    static constexpr int c_bound = 1 << 16;
+    static constexpr int c_lines = 3;
+
+    using State = DDevice::State;
+
+    /// A device in the thread of its own, which does there what the test says.
+    class ScriptedDriver : public LineDriver
+    {
+    public:
+        using Deed = std::function<void(LineListener&)>;
+
+        ScriptedDriver(LineListener* listener, const Deed& onRequest)
+            : m_listener(*listener)
+            , m_onRequest(onRequest)
+        {}
+
+        void open() override
+        {
+            for (int line = 0; line < c_lines; ++line) {
+                m_listener.lineTold(line, {0, 0, true});
+            }
+            m_listener.stateTold(State::Connected, {}, 0);
+        }
+        void close() override {}
+        void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override
+        {
+            Q_UNUSED(arguments)
+            if (instruction == QLatin1String("work")) {
+                m_onRequest(m_listener);
+                m_listener.requestAnswered(id, {}, 0);
+            }
+        }
+        void cancel(quint64 id) override { Q_UNUSED(id) }
+        void setInput(int line, int level) override
+        {
+            Q_UNUSED(line)
+            Q_UNUSED(level)
+        }
+        void setPluggedIn(bool pluggedIn) override { Q_UNUSED(pluggedIn) }
+
+    private:
+        LineListener& m_listener;
+        const Deed m_onRequest;
+    };
+
+    /// From now on the system grants this process no real-time priority.
+    static bool giveUpRealtime()
+    {
+        const rlimit none = {};
+        __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct rights[_LINUX_CAPABILITY_U32S_3] = {};
+        if (setrlimit(RLIMIT_RTPRIO, &none) != 0 || syscall(SYS_capget, &header, rights) != 0) {
+            return false;
+        }
+        rights[0].effective &= ~(1U << CAP_SYS_NICE);
+        return syscall(SYS_capset, &header, rights) == 0;
+    }
+
+    /// Sends a line its levels, 1 and 0 in turn.
+    static void flicker(LineListener& listener, int line, int count)
+    {
+        for (int change = 1; change <= count; ++change) {
+            listener.lineTold(line, {change % 2, change, true});
+        }
+    }
 
 private Q_SLOTS:
     void cleanup() { m_device.reset(); }

@@ -86,11 +86,8 @@ private Q_SLOTS:
     }
     void aFaultStrikesWhatItNamesOnly()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, instruction);
-        QFETCH(bool, readsOut);
-        QFETCH(bool, readsIn);
-        QFETCH(bool, listensToAll);
+        const auto [line, instruction, readsOut, readsIn, listensToAll] =
+            Rows<QString, QString, bool, bool, bool>::values();
         BoardBench bench(faulty({{Fault::Kind::Refused, line, instruction, 0}}));
         QCOMPARE(bench.ask("getValue"_s, c_out).contains("value"_s), readsOut);
         QCOMPARE(bench.ask("getValue"_s, c_in).contains("value"_s), readsIn);

@@ -73,8 +73,7 @@ private Q_SLOTS:
 
     void aFailureNamesChipLineAndRemedyAsTheGuideDoes()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, expected);
+        const auto [text, expected] = Rows<QString, QString>::values();
         QCOMPARE(text, expected);
         QFile guide(QStringLiteral(USER_GUIDE));
         QVERIFY(guide.open(QIODevice::ReadOnly));

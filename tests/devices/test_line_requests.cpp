@@ -60,9 +60,7 @@ private Q_SLOTS:
     }
     void setValuesDrivesTheLineAndRepliesWhatItTook()
     {
-        QFETCH(QString, channel);
-        QFETCH(QVariant, values);
-        QFETCH(int, taken);
+        const auto [channel, values, taken] = Rows<QString, QVariant, int>::values();
         BoardBench bench(board());
         QCOMPARE(bench.ask("setValues"_s, {{"channel"_s, channel}, {"values"_s, values}}),
                  (QVariantMap{{"channel"_s, channel}, {"values"_s, taken}}));
@@ -154,9 +152,7 @@ private Q_SLOTS:
     }
     void aRequestThatCannotBeCarriedOutFailsSayingWhy()
     {
-        QFETCH(QString, instruction);
-        QFETCH(QVariantMap, arguments);
-        QFETCH(QString, reason);
+        const auto [instruction, arguments, reason] = Rows<QString, QVariantMap, QString>::values();
         BoardBench bench(board());
         QCOMPARE(bench.ask(instruction, arguments), (QVariantMap{{"failure"_s, reason}}));
         QVERIFY(bench.changes.isEmpty());
@@ -189,9 +185,7 @@ private Q_SLOTS:
     }
     void inputsAreSetFromOutsideWithinTheirLine()
     {
-        QFETCH(int, line);
-        QFETCH(int, set);
-        QFETCH(int, level);
+        const auto [line, set, level] = Rows<int, int, int>::values();
         BoardBench bench(board());
         bench.board->setInput(line, set);
         QCOMPARE(bench.level(line), level);

@@ -2,37 +2,33 @@
 
 #include <QTest>
 
-namespace {
-
-QVariantList levels(const QVector<int>& values)
-{
-    QVariantList list;
-    for (const int value : values) {
-        list.append(QVariant(QVariantList{value}));
-    }
-    return list;
-}
-
-/// Counts the events by which a device delivers its answers.
-class AnswerCounter : public QObject
-{
-public:
-    explicit AnswerCounter(QObject* device) { device->installEventFilter(this); }
-
-    bool eventFilter(QObject* device, QEvent* event) override
-    {
-        count += event->type() >= QEvent::User ? 1 : 0;
-        return QObject::eventFilter(device, event);
-    }
-
-    int count = 0;
-};
-
-} // namespace
-
 class TestListening : public QObject
 {
     Q_OBJECT
+
+    static QVariantList levels(const QVector<int>& values)
+    {
+        QVariantList list;
+        for (const int value : values) {
+            list.append(QVariant(QVariantList{value}));
+        }
+        return list;
+    }
+
+    /// Counts the events by which a device delivers its answers.
+    class AnswerCounter : public QObject
+    {
+    public:
+        explicit AnswerCounter(QObject* device) { device->installEventFilter(this); }
+
+        bool eventFilter(QObject* device, QEvent* event) override
+        {
+            count += event->type() >= QEvent::User ? 1 : 0;
+            return QObject::eventFilter(device, event);
+        }
+
+        int count = 0;
+    };
 
 private Q_SLOTS:
     void eachChangeOfTheLineBringsOneReply()

@@ -89,11 +89,7 @@ private Q_SLOTS:
     }
     void wiresBetweenKindsOfLinesConvert()
     {
-        QFETCH(QString, from);
-        QFETCH(QString, to);
-        QFETCH(int, written);
-        QFETCH(bool, inverted);
-        QFETCH(int, level);
+        const auto [from, to, written, inverted, level] = Rows<QString, QString, int, bool, int>::values();
         const QVector<SimulatedBoardSetup::Line> lines = {output("out"_s), analogOutput("dac"_s),
                                                           input("in"_s), analogInput("adc"_s)};
         const int source = from == "out"_s ? 0 : 1;

@@ -77,9 +77,7 @@ private Q_SLOTS:
     }
     void nameOrIdentifierAloneIsEnough()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, id);
-        QFETCH(bool, bound);
+        const auto [name, id, bound] = Rows<QString, QString, bool>::values();
         makeTool();
         setPage(name, id);
         deliver();

@@ -163,10 +163,7 @@ private Q_SLOTS:
     }
     void requestsInEachStateReachTheDeviceOrFail()
     {
-        QFETCH(Deeds, deeds);
-        QFETCH(State, state);
-        QFETCH(QString, problem);
-        QFETCH(QString, failure);
+        const auto [deeds, state, problem, failure] = Rows<Deeds, State, QString, QString>::values();
         m_device = std::make_unique<RecordingDevice>(m_scheduler.get());
         for (const auto& deed : qAsConst(deeds)) {
             deed(*m_device);

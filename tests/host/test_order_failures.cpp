@@ -161,12 +161,8 @@ private Q_SLOTS:
     /// Each ends its order once, through finishTheCommand when there is a command, and lets the command go.
     void anOrderFailsWithKindAndText()
     {
-        QFETCH(Fill, fill);
-        QFETCH(Deed, before);
-        QFETCH(QVariantMap, arguments);
-        QFETCH(Deed, after);
-        QFETCH(Kind, kind);
-        QFETCH(QString, text);
+        const auto [fill, before, arguments, after, kind, text] =
+            Rows<Fill, Deed, QVariantMap, Deed, Kind, QString>::values();
         Workbench bench(fill);
         if (before) {
             before(bench);

@@ -232,6 +232,7 @@ private Q_SLOTS:
             seen.append(event.value("value"_s));
             if (seen.size() == 1) {
                 deliver();
+                QCOMPARE(seen.size(), 3);
             }
         });
         order->start();

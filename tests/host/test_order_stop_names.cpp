@@ -99,8 +99,7 @@ private Q_SLOTS:
     }
     void itsArgumentsChooseTheOrder()
     {
-        QFETCH(QVariantMap, arguments);
-        QFETCH(int, stopped);
+        const auto [arguments, stopped] = Rows<QVariantMap, int>::values();
         std::vector<std::unique_ptr<DOrder>> running;
         running.push_back(start("watch"_s, {{"channel"_s, "A"_s}, {"level"_s, 3}}));
         running.push_back(start("watch"_s, {{"channel"_s, "A"_s}}));
@@ -128,8 +127,7 @@ private Q_SLOTS:
     }
     void anArgumentThatNoStoppedCommandTakesIsRefused()
     {
-        QFETCH(QVariantMap, arguments);
-        QFETCH(QString, reason);
+        const auto [arguments, reason] = Rows<QVariantMap, QString>::values();
         const auto listening = start("watch"_s);
         QCOMPARE(start("rest"_s, arguments)->failure().text, reason);
         QCOMPARE(listening->state(), DOrder::State::Running);

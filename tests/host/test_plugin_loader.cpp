@@ -51,8 +51,7 @@ private Q_SLOTS:
     }
     void whatIsNoPluginIsRefusedWithTheReason()
     {
-        QFETCH(QString, file);
-        QFETCH(QString, reason);
+        const auto [file, reason] = Rows<QString, QString>::values();
         const DPluginLoader loader(file);
         QVERIFY(loader.prototype() == nullptr);
         QCOMPARE(loader.error(), "%1: %2"_s.arg(file, reason));

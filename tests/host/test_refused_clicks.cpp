@@ -6,66 +6,62 @@
 
 #include <ctime>
 
-namespace {
-
-constexpr int c_channels = 310;
-
-QVariantMap configuration()
-{
-    QVariantMap configuration = Workbench::configuration();
-    QVariantList channels;
-    for (int number = 0; number < c_channels; ++number) {
-        const QString text = QString::number(number);
-        channels.append(channelEntry("C"_s + text, "digitalInput"_s, "out"_s, "line"_s + text));
-    }
-    configuration.insert("channels"_s, channels);
-    return configuration;
-}
-
-qint64 processorMs()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return time.tv_sec * 1000 + time.tv_nsec / 1000000;
-}
-
-/// Counts the calls that reach an object through the event loop.
-class CallCounter : public QObject
-{
-public:
-    explicit CallCounter(QObject* object) { object->installEventFilter(this); }
-
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        calls += event->type() == QEvent::MetaCall ? 1 : 0;
-        return QObject::eventFilter(object, event);
-    }
-
-    int calls = 0;
-};
-
-/// The plugin's backend, bound to a tool whose device never answers by itself.
-struct Panel
-{
-    Panel()
-    {
-        device.open();
-        backend.setName("Bench"_s);
-        deliver();
-    }
-
-    ManualScheduler scheduler;
-    RecordingDevice device{&scheduler};
-    const DTool tool{configuration(), PToolGpio(), &device};
-    BeMaintenanceToolGpio backend;
-};
-
-} // namespace
-
 /// The plugin as it is, with more channels than its queue has room for, on a device that never answers.
 class TestRefusedClicks : public QObject
 {
     Q_OBJECT
+
+    static constexpr int c_channels = 310;
+
+    static QVariantMap configuration()
+    {
+        QVariantMap configuration = Workbench::configuration();
+        QVariantList channels;
+        for (int number = 0; number < c_channels; ++number) {
+            const QString text = QString::number(number);
+            channels.append(channelEntry("C"_s + text, "digitalInput"_s, "out"_s, "line"_s + text));
+        }
+        configuration.insert("channels"_s, channels);
+        return configuration;
+    }
+
+    static qint64 processorMs()
+    {
+        timespec time = {};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return time.tv_sec * 1000 + time.tv_nsec / 1000000;
+    }
+
+    /// Counts the calls that reach an object through the event loop.
+    class CallCounter : public QObject
+    {
+    public:
+        explicit CallCounter(QObject* object) { object->installEventFilter(this); }
+
+        bool eventFilter(QObject* object, QEvent* event) override
+        {
+            calls += event->type() == QEvent::MetaCall ? 1 : 0;
+            return QObject::eventFilter(object, event);
+        }
+
+        int calls = 0;
+    };
+
+    /// The plugin's backend, bound to a tool whose device never answers by itself.
+    struct Panel
+    {
+        Panel()
+        {
+            device.open();
+            backend.setName("Bench"_s);
+            deliver();
+        }
+
+        ManualScheduler scheduler;
+        RecordingDevice device{&scheduler};
+        const DTool tool{configuration(), PToolGpio(), &device};
+        BeMaintenanceToolGpio backend;
+    };
 
 private Q_SLOTS:
     void aClickThatIsRefusedLetsTheProcessorRest_data()

@@ -2,44 +2,40 @@
 #include "rows.h"
 #include "workbench.h"
 
-namespace {
-
-QVariantMap configurationOf(const QVariantList& channels)
-{
-    return {{"name"_s, "Bench"_s}, {"id"_s, "7"_s}, {"channels"_s, channels}};
-}
-
-void fillCatalogue(CommandScript& script)
-{
-    script.parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
-                         {"value"_s, "ui16"_s, "Value"_s, 1}};
-}
-
-/// Makes no instance that this host can use: none, or one of another host.
-class ElsewherePlugin : public ScriptedPlugin
-{
-public:
-    ElsewherePlugin(bool makesOne, bool* isGone)
-        : ScriptedPlugin({std::make_shared<CommandScript>()})
-        , m_makesOne(makesOne)
-        , m_isGone(isGone)
-    {}
-
-    IPlugin* createInstance(const QUuid&) const override
-    {
-        return m_makesOne ? new ForeignPlugin(m_isGone) : nullptr;
-    }
-
-private:
-    bool m_makesOne;
-    bool* m_isGone;
-};
-
-} // namespace
-
 class TestTool : public QObject
 {
     Q_OBJECT
+
+    static QVariantMap configurationOf(const QVariantList& channels)
+    {
+        return {{"name"_s, "Bench"_s}, {"id"_s, "7"_s}, {"channels"_s, channels}};
+    }
+
+    static void fillCatalogue(CommandScript& script)
+    {
+        script.parameters = {{"channel"_s, "strg"_s, "Channel"_s, QVariant()},
+                             {"value"_s, "ui16"_s, "Value"_s, 1}};
+    }
+
+    /// Makes no instance that this host can use: none, or one of another host.
+    class ElsewherePlugin : public ScriptedPlugin
+    {
+    public:
+        ElsewherePlugin(bool makesOne, bool* isGone)
+            : ScriptedPlugin({std::make_shared<CommandScript>()})
+            , m_makesOne(makesOne)
+            , m_isGone(isGone)
+        {}
+
+        IPlugin* createInstance(const QUuid&) const override
+        {
+            return m_makesOne ? new ForeignPlugin(m_isGone) : nullptr;
+        }
+
+    private:
+        bool m_makesOne;
+        bool* m_isGone;
+    };
 
 private Q_SLOTS:
     void aToolKeepsItsConfigurationExactlyAsItWasRead()
@@ -201,10 +197,8 @@ private Q_SLOTS:
     }
     void anInvocationIsCheckedAgainstTheDeclaration()
     {
-        QFETCH(QString, command);
-        QFETCH(QVariantMap, arguments);
-        QFETCH(QVariantMap, converted);
-        QFETCH(QString, refusal);
+        auto [command, arguments, converted, refusal] =
+            Rows<QString, QVariantMap, QVariantMap, QString>::values();
         const Workbench bench(fillCatalogue);
         const DFailure failure = bench.tool->checkInvocation(command, &arguments);
         QCOMPARE(failure.text, refusal);

@@ -65,9 +65,7 @@ private Q_SLOTS:
     }
     void aToolIsFoundByNameAndIdentifier()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, id);
-        QFETCH(int, found);
+        const auto [name, id, found] = Rows<QString, QString, int>::values();
         const auto first = makeTool("A"_s, "1"_s);
         const auto second = makeTool("A"_s, "2"_s);
         const auto third = makeTool("B"_s, "3"_s);

@@ -126,8 +126,7 @@ private Q_SLOTS:
     }
     void aTreatmentThatFailsIsReleasedWithoutReply()
     {
-        QFETCH(QString, name);
-        QFETCH(QVariantMap, parameters);
+        const auto [name, parameters] = Rows<QString, QVariantMap>::values();
         QVERIFY(m_backend->queueTreatment(1, name, parameters));
         m_backend->queueTreatment(2, "work"_s, {});
         deliver();
@@ -154,8 +153,7 @@ private Q_SLOTS:
     }
     void treatmentsThatCannotRunAreReleasedWithoutSuccess()
     {
-        QFETCH(Deed, before);
-        QFETCH(Deed, meanwhile);
+        const auto [before, meanwhile] = Rows<Deed, Deed>::values();
         if (before) {
             before(*m_bench);
         }

@@ -113,9 +113,7 @@ private Q_SLOTS:
     }
     void aParameterHoldsWhatItsTypeCanHold()
     {
-        QFETCH(QString, tag);
-        QFETCH(QVariant, value);
-        QFETCH(QVariant, held);
+        const auto [tag, value, held] = Rows<QString, QVariant, QVariant>::values();
         QString refusal;
         const QVariant result = converted(tag, value, &refusal);
         QCOMPARE(result, held);

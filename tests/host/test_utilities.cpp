@@ -72,9 +72,7 @@ private Q_SLOTS:
     }
     void aWellFormedVersionPacksSixteenBitsANumber()
     {
-        QFETCH(QString, text);
-        QFETCH(quint64, version);
-        QFETCH(bool, wellFormed);
+        const auto [text, version, wellFormed] = Rows<QString, quint64, bool>::values();
         bool ok = !wellFormed;
         QCOMPARE(quint64{versionFromString(text, &ok)}, version);
         QCOMPARE(ok, wellFormed);

@@ -5,32 +5,28 @@
 #include <QQmlComponent>
 #include <QQuickItemGrabResult>
 
-namespace {
-
-const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
-const QString c_led = ".idIndicator.idDigitalInput"_s;
-const QString c_name = ".idInformation.idChannelName"_s;
-constexpr int c_outputLine = 0;
-constexpr int c_inputLine = 1;
-
-/// Tells how many watch which children it has.
-class WatchedItem : public QQuickItem
-{
-public:
-    int watchers() const { return receivers(SIGNAL(childrenChanged())); }
-};
-
-QColor colorOfText(const QQuickItem& place, int index)
-{
-    return place.childItems().at(index)->property("color").value<QColor>();
-}
-
-} // namespace
-
 /// What the bench's frame and widgets add to a page.
 class TestBenchFrame : public QuietTest
 {
     Q_OBJECT
+
+    static inline const QString c_checkBox = ".idIndicator.idDigitalOutput"_s;
+    static inline const QString c_led = ".idIndicator.idDigitalInput"_s;
+    static inline const QString c_name = ".idInformation.idChannelName"_s;
+    static constexpr int c_outputLine = 0;
+    static constexpr int c_inputLine = 1;
+
+    /// Tells how many watch which children it has.
+    class WatchedItem : public QQuickItem
+    {
+    public:
+        int watchers() const { return receivers(SIGNAL(childrenChanged())); }
+    };
+
+    static QColor colorOfText(const QQuickItem& place, int index)
+    {
+        return place.childItems().at(index)->property("color").value<QColor>();
+    }
 
 protected:
     void setUp() override

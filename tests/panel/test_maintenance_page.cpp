@@ -156,9 +156,7 @@ private Q_SLOTS:
     }
     void theTypeDecidesTheColumnAndWhatIsVisible()
     {
-        QFETCH(QString, channel);
-        QFETCH(QString, column);
-        QFETCH(QStringList, visible);
+        const auto [channel, column, visible] = Rows<QString, QString, QStringList>::values();
         QCOMPARE(m_fixture->row(channel)->parentItem()->parentItem()->objectName(), column);
         for (const QString& part : {c_checkBox, c_led, c_glyph, c_value}) {
             QVERIFY2(m_fixture->part(channel, part)->isVisible() == visible.contains(part), qPrintable(part));
@@ -287,8 +285,7 @@ private Q_SLOTS:
     }
     void onlyTheNumberOneIsOn()
     {
-        QFETCH(QVariant, value);
-        QFETCH(bool, on);
+        const auto [value, on] = Rows<QVariant, bool>::values();
         // A value between makes sure that each one is really a change: the channel takes equal values for
         // one.
         for (const int row : {0, 1}) {

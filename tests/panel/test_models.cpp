@@ -212,8 +212,7 @@ private Q_SLOTS:
     }
     void theFilterLooksAtNamesAndChannels()
     {
-        QFETCH(QString, text);
-        QFETCH(QStringList, lines);
+        const auto [text, lines] = Rows<QString, QStringList>::values();
         const auto filter = watched<LineFilter>();
         filter->setSourceModel(m_lines.get());
         filter->setText(text);
@@ -386,8 +385,7 @@ private Q_SLOTS:
     }
     void sectionsReachTheCommand()
     {
-        QFETCH(QString, sections);
-        QFETCH(QString, problem);
+        const auto [sections, problem] = Rows<QString, QString>::values();
         m_form->setCommand("init"_s);
         m_form->setSections(sections);
         QCOMPARE(m_form->problem(), problem);
@@ -428,8 +426,7 @@ private Q_SLOTS:
     }
     void valuesAreWrittenForPeople()
     {
-        QFETCH(QVariant, value);
-        QFETCH(QString, text);
+        const auto [value, text] = Rows<QVariant, QString>::values();
         QCOMPARE(valueText(value), text);
     }
 

@@ -9,55 +9,52 @@
 
 #include <QQmlComponent>
 
-namespace {
-
-const QString c_root = "maintenance_panel_tool_gpio"_s;
-const QString c_led = ".idIndicator.idDigitalInput"_s;
-
-/// A plugin without commands that carries the page of whoever owns its uuid, if any.
-class OtherPlugin : public DAbstractPlugin
-{
-public:
-    explicit OtherPlugin(const QUuid& uuid)
-        : DAbstractPlugin(uuid, "Other"_s, IPlugin::CeTpTool, 0, QUuid(), nullptr, false)
-    {}
-
-    void initPluginCommands() override {}
-    IPlugin* createInstance(const QUuid& objectUuid) const override
-    {
-        Q_UNUSED(objectUuid)
-        return new OtherPlugin(pluginUuid());
-    }
-    const char* pluginSubTypeName() const override { return "other"; }
-};
-
-QVariantList manyChannels(int count)
-{
-    QVariantList channels;
-    for (int number = 0; number < count; ++number) {
-        const bool output = number % 2 == 0;
-        channels.append(channelEntry("C%1"_s.arg(number), output ? "digitalInput"_s : "digitalOutput"_s,
-                                     output ? "out"_s : "in"_s, output ? "dout"_s : "din"_s));
-    }
-    return channels;
-}
-
-QString evaluated(QQmlEngine& engine, const QByteArray& expression)
-{
-    QQmlComponent component(&engine);
-    component.setData("import QtQuick 2.15\nimport PlgLibToolGpio 1.0\nQtObject { property string result: " +
-                          expression + " }",
-                      QUrl());
-    const std::unique_ptr<QObject> object(component.create());
-    return object ? object->property("result").toString() : component.errorString();
-}
-
-} // namespace
-
 /// How a tool's page comes onto the screen, and what is told when it does not.
 class TestPagePanel : public QuietTest
 {
     Q_OBJECT
+
+    static inline const QString c_root = "maintenance_panel_tool_gpio"_s;
+    static inline const QString c_led = ".idIndicator.idDigitalInput"_s;
+
+    /// A plugin without commands that carries the page of whoever owns its uuid, if any.
+    class OtherPlugin : public DAbstractPlugin
+    {
+    public:
+        explicit OtherPlugin(const QUuid& uuid)
+            : DAbstractPlugin(uuid, "Other"_s, IPlugin::CeTpTool, 0, QUuid(), nullptr, false)
+        {}
+
+        void initPluginCommands() override {}
+        IPlugin* createInstance(const QUuid& objectUuid) const override
+        {
+            Q_UNUSED(objectUuid)
+            return new OtherPlugin(pluginUuid());
+        }
+        const char* pluginSubTypeName() const override { return "other"; }
+    };
+
+    static QVariantList manyChannels(int count)
+    {
+        QVariantList channels;
+        for (int number = 0; number < count; ++number) {
+            const bool output = number % 2 == 0;
+            channels.append(channelEntry("C%1"_s.arg(number), output ? "digitalInput"_s : "digitalOutput"_s,
+                                         output ? "out"_s : "in"_s, output ? "dout"_s : "din"_s));
+        }
+        return channels;
+    }
+
+    static QString evaluated(QQmlEngine& engine, const QByteArray& expression)
+    {
+        QQmlComponent component(&engine);
+        component.setData(
+            "import QtQuick 2.15\nimport PlgLibToolGpio 1.0\nQtObject { property string result: " +
+                expression + " }",
+            QUrl());
+        const std::unique_ptr<QObject> object(component.create());
+        return object ? object->property("result").toString() : component.errorString();
+    }
 
 private Q_SLOTS:
     void placeholdersAreReplacedWhereverTheyStand()
@@ -109,8 +106,7 @@ private Q_SLOTS:
     }
     void thePageOfAPluginWithErrorsIsNotShown()
     {
-        QFETCH(QString, uuid);
-        QFETCH(QString, problem);
+        const auto [uuid, problem] = Rows<QString, QString>::values();
         PanelFixture fixture(toolEntry({}));
         const OtherPlugin other{QUuid(uuid)};
         DTool tool(toolEntry({}), other, &fixture.board());
@@ -176,9 +172,7 @@ private Q_SLOTS:
     }
     void theTextsSpeakTheLanguage()
     {
-        QFETCH(QLocale, locale);
-        QFETCH(QString, inputs);
-        QFETCH(QString, outputs);
+        const auto [locale, inputs, outputs] = Rows<QLocale, QString, QString>::values();
         PanelFixture fixture(toolEntry({}));
         installTexts(locale);
         fixture.panel().setTool(nullptr);

@@ -202,8 +202,7 @@ private Q_SLOTS:
     }
     void visibilityMustBeExactlyPublic()
     {
-        QFETCH(QVariant, visibility);
-        QFETCH(int, rows);
+        const auto [visibility, rows] = Rows<QVariant, int>::values();
         QVariantMap entry = publicEntry("A"_s);
         entry.insert("visibility"_s, visibility);
         BackendBench bench({{"channels"_s, QVariantList({entry})}});
@@ -348,9 +347,7 @@ private Q_SLOTS:
     }
     void clickQueuesTheInverseOfTheValue()
     {
-        QFETCH(QVariant, value);
-        QFETCH(bool, inverse);
-        QFETCH(QString, state);
+        const auto [value, inverse, state] = Rows<QVariant, bool, QString>::values();
         BackendBench bench({"A"_s, "B"_s});
         bench.backend.getChannelAt(1)->setValue(value);
         QSignalSpy delayed(&bench.backend, &BeMaintenanceToolGpio::delayingClickedOnChannel);
@@ -449,9 +446,7 @@ private Q_SLOTS:
     }
     void otherReleasesAreIgnored()
     {
-        QFETCH(int, row);
-        QFETCH(QString, name);
-        QFETCH(bool, success);
+        const auto [row, name, success] = Rows<int, QString, bool>::values();
         BackendBench bench({"A"_s});
         bench.backend.treatmentReleased(row, name, success);
         QVERIFY(bench.record.asked.isEmpty());
@@ -473,9 +468,7 @@ private Q_SLOTS:
     }
     void readReplyIsStoredInItsRow()
     {
-        QFETCH(QString, type);
-        QFETCH(QVariantMap, reply);
-        QFETCH(bool, suits);
+        const auto [type, reply, suits] = Rows<QString, QVariantMap, bool>::values();
         BackendBench bench({{"channels"_s, QVariantList({publicEntry("A"_s), publicEntry("B"_s, type)})}});
         bench.load();
         const QSharedPointer<DGpioChannel> channel = bench.backend.getChannelAt(1);
@@ -499,8 +492,7 @@ private Q_SLOTS:
     }
     void replyOfAnotherNameGoesToTheBase()
     {
-        QFETCH(QString, name);
-        QFETCH(bool, answer);
+        const auto [name, answer] = Rows<QString, bool>::values();
         BackendBench bench({"A"_s});
         bench.record.baseReplyAnswer = answer;
         QCOMPARE(bench.backend.applyTreatmentReply(0, name, {{"value"_s, 1}}), answer);

@@ -247,8 +247,7 @@ private Q_SLOTS:
     }
     void invocationWithoutAChannelReachesNeitherLinkNorDevice()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, answer);
+        const auto [text, answer] = Rows<QString, bool>::values();
         const QVector<QVariantMap> withoutAChannel = {
             {}, onChannel(QString()), {{"channel"_s, QVariant()}}, {{"channel"_s, QVariantList{1, 2}}}};
         for (QVariantMap arguments : withoutAChannel) {
@@ -303,8 +302,7 @@ private Q_SLOTS:
     }
     void executeSendsOneRequest()
     {
-        QFETCH(QStringList, calls);
-        QFETCH(QVariantMap, arguments);
+        const auto [calls, arguments] = Rows<QStringList, QVariantMap>::values();
         const QString edge = QString::fromLatin1(QTest::currentDataTag()).section(", "_s, 1);
         const auto command = workingCommand(rowsClass(), {{"channel"_s, "START"_s}, {"edge"_s, edge}});
         QVERIFY(command->commandExecute());
@@ -341,8 +339,7 @@ private Q_SLOTS:
     }
     void replyWithoutValueIsRejected()
     {
-        QFETCH(QVariantMap, reply);
-        QFETCH(QString, text);
+        const auto [reply, text] = Rows<QVariantMap, QString>::values();
         const auto command = workingCommand(rowsClass(), onChannel("START"_s));
         command->commandExecute();
         const CommandRecord& record = recordOf(*command);
@@ -403,8 +400,7 @@ private Q_SLOTS:
     }
     void stopBeforeAnyRequestOnlyFinishes()
     {
-        QFETCH(QStringList, calls);
-        QFETCH(bool, passesItsArgumentOn);
+        const auto [calls, passesItsArgumentOn] = Rows<QStringList, bool>::values();
         for (const bool told : {true, false}) {
             const auto command = workingCommand(rowsClass(), {});
             bool ok = told;

@@ -49,8 +49,7 @@ private Q_SLOTS:
     }
     void replyStoresTheLow16Bits()
     {
-        QFETCH(QVariant, value);
-        QFETCH(int, stored);
+        const auto [value, stored] = Rows<QVariant, int>::values();
         Executed bench;
         QVERIFY(bench.reply(0, {{"value"_s, value}}));
         COMPARE_RESULTS(bench.record, {{"value"_s, stored}});

@@ -68,9 +68,7 @@ private Q_SLOTS:
     }
     void executeReportsDoneThenCountsTheChannels()
     {
-        QFETCH(QVariant, section);
-        QFETCH(bool, baseAnswer);
-        QFETCH(int, count);
+        const auto [section, baseAnswer, count] = Rows<QVariant, bool, int>::values();
         Recorded bench;
         bench.record.sections.insert("channels"_s, section);
         bench.record.executeAnswer = baseAnswer;
@@ -121,9 +119,7 @@ private Q_SLOTS:
     }
     void requestFunctionSendsTheValue()
     {
-        QFETCH(int, value);
-        QFETCH(QString, deviceChannel);
-        QFETCH(bool, expectReply);
+        const auto [value, deviceChannel, expectReply] = Rows<int, QString, bool>::values();
         Recorded bench;
         bench.command.m_pendingReplies = 1;
         bench.command.sendChannelValues(static_cast<quint16>(value), deviceChannel, expectReply);
@@ -163,10 +159,7 @@ private Q_SLOTS:
     }
     void replyIsCountedByItsIdentifier()
     {
-        QFETCH(int, awaited);
-        QFETCH(quint64, id);
-        QFETCH(bool, answer);
-        QFETCH(int, left);
+        const auto [awaited, id, answer, left] = Rows<int, quint64, bool, int>::values();
         Recorded bench;
         bench.command.m_pendingReplies = awaited;
         QCOMPARE(bench.command.onSetValuesReply(id, {}), answer);

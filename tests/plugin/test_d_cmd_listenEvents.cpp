@@ -2,39 +2,28 @@
 #include "recorded_command.h"
 #include "rows.h"
 
-namespace {
-
-/// Opens the detection.
-class OpenedListenEvents : public DCmdListenEvents
-{
-public:
-    using DCmdListenEvents::DCmdListenEvents;
-    using DCmdListenEvents::isEventDetected;
-};
-
-QVariantMap listening(const QString& edge)
-{
-    return {{"channel"_s, "START"_s}, {"edge"_s, edge}};
-}
-
-QVariantMap oneReading(const QVariant& reading)
-{
-    return {{"values"_s, QVariantList({reading})}};
-}
-
-QVariantMap report(const QVariant& value, int lastValue)
-{
-    return {{"value"_s, value}, {"lastValue"_s, lastValue}};
-}
-
-using Recorded = RecordedCommand<DCmdListenEvents>;
-using Executed = ExecutedCommand<DCmdListenEvents>;
-
-} // namespace
-
 class TestListenEvents : public QuietTest
 {
     Q_OBJECT
+
+    /// Opens the detection.
+    class OpenedListenEvents : public DCmdListenEvents
+    {
+    public:
+        using DCmdListenEvents::DCmdListenEvents;
+        using DCmdListenEvents::isEventDetected;
+    };
+
+    static QVariantMap listening(const QString& edge) { return {{"channel"_s, "START"_s}, {"edge"_s, edge}}; }
+    static QVariantMap oneReading(const QVariant& reading) { return {{"values"_s, QVariantList({reading})}}; }
+
+    static QVariantMap report(const QVariant& value, int lastValue)
+    {
+        return {{"value"_s, value}, {"lastValue"_s, lastValue}};
+    }
+
+    using Recorded = RecordedCommand<DCmdListenEvents>;
+    using Executed = ExecutedCommand<DCmdListenEvents>;
 
 private Q_SLOTS:
     void unlinkedChannelIsListenedToAsItIs()
@@ -70,9 +59,7 @@ private Q_SLOTS:
     }
     void edgeModeReportsItsEventsBesideTheReadings()
     {
-        QFETCH(QString, edge);
-        QFETCH(QVector<int>, readings);
-        QFETCH(QVector<bool>, events);
+        const auto [edge, readings, events] = Rows<QString, QVector<int>, QVector<bool>>::values();
         Executed bench(listening(edge));
         for (int i = 0; i < readings.size(); ++i) {
             QVERIFY(bench.reply(0, oneReading(readings.at(i))));
@@ -102,8 +89,7 @@ private Q_SLOTS:
     }
     void edgeModeTakesWhatAReadingCanBeMadeOf()
     {
-        QFETCH(QVariant, values);
-        QFETCH(int, reading);
+        const auto [values, reading] = Rows<QVariant, int>::values();
         Executed bench(listening("HL"_s));
         QVERIFY(bench.reply(0, {{"values"_s, values}}));
         COMPARE_EXACTLY(bench.record.replies.value(0), report(reading == 1, reading));
@@ -148,8 +134,7 @@ private Q_SLOTS:
     }
     void readingWithoutAnEdgeModeIsASigned16BitNumber()
     {
-        QFETCH(QVariant, value);
-        QFETCH(int, reading);
+        const auto [value, reading] = Rows<QVariant, int>::values();
         Executed bench(listening(""_s));
         QVERIFY(bench.reply(0, oneReading(value)));
         COMPARE_EXACTLY(bench.record.replies.value(0), report(reading, reading));
@@ -177,9 +162,7 @@ private Q_SLOTS:
     }
     void malformedReplyIsRejected()
     {
-        QFETCH(QString, edge);
-        QFETCH(QVariantMap, reply);
-        QFETCH(QString, text);
+        const auto [edge, reply, text] = Rows<QString, QVariantMap, QString>::values();
         Executed bench(listening(edge));
         QVERIFY(!bench.reply(0, reply));
         COMPARE_ONE_REPORT(bench.command, "d_cmd_listenEvents"_s, text);

@@ -67,9 +67,7 @@ private Q_SLOTS:
     }
     void steadyStateSendsOneSetValues()
     {
-        QFETCH(QString, state);
-        QFETCH(QVariantMap, further);
-        QFETCH(QVariantMap, expected);
+        const auto [state, further, expected] = Rows<QString, QVariantMap, QVariantMap>::values();
         Recorded bench(invocation(state, further));
         QVERIFY(bench.command.commandExecute());
         COMPARE_REQUESTS(bench.record, {{"setValues"_s, expected}});
@@ -125,8 +123,7 @@ private Q_SLOTS:
     }
     void blinkSendsTheWidthsOfItsCycle()
     {
-        QFETCH(QVariantMap, further);
-        QFETCH(QVariantMap, expected);
+        const auto [further, expected] = Rows<QVariantMap, QVariantMap>::values();
         Recorded bench(invocation("BLINK"_s, further));
         QVERIFY(bench.command.commandExecute());
         COMPARE_REQUESTS(bench.record, {{"setBlink"_s, expected}});
@@ -163,8 +160,7 @@ private Q_SLOTS:
     }
     void replyReportsDone()
     {
-        QFETCH(QString, state);
-        QFETCH(QVariantMap, reply);
+        const auto [state, reply] = Rows<QString, QVariantMap>::values();
         Executed bench(invocation(state));
         QVERIFY(bench.reply(0, reply));
         COMPARE_RESULTS(bench.record, {{"doneOk"_s, true}});

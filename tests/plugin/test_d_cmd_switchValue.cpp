@@ -2,34 +2,27 @@
 #include "recorded_command.h"
 #include "rows.h"
 
-namespace {
-
-/// Opens the operation that the command's own flow does not use.
-class OpenedSwitchValue : public DCmdSwitchValue
-{
-public:
-    using DCmdSwitchValue::DCmdSwitchValue;
-    using DCmdSwitchValue::sendValue;
-};
-
-using Recorded = RecordedCommand<DCmdSwitchValue>;
-using Executed = ExecutedCommand<DCmdSwitchValue>;
-
-Request reading(const QString& channel)
-{
-    return {"getValue"_s, {{"channel"_s, channel}}};
-}
-
-Request writing(const QString& channel, int value)
-{
-    return {"setValues"_s, {{"channel"_s, channel}, {"values"_s, value}}};
-}
-
-} // namespace
-
 class TestSwitchValue : public QuietTest
 {
     Q_OBJECT
+
+    /// Opens the operation that the command's own flow does not use.
+    class OpenedSwitchValue : public DCmdSwitchValue
+    {
+    public:
+        using DCmdSwitchValue::DCmdSwitchValue;
+        using DCmdSwitchValue::sendValue;
+    };
+
+    using Recorded = RecordedCommand<DCmdSwitchValue>;
+    using Executed = ExecutedCommand<DCmdSwitchValue>;
+
+    static Request reading(const QString& channel) { return {"getValue"_s, {{"channel"_s, channel}}}; }
+
+    static Request writing(const QString& channel, int value)
+    {
+        return {"setValues"_s, {{"channel"_s, channel}, {"values"_s, value}}};
+    }
 
 private Q_SLOTS:
     void unlinkedOutputIsReadAndWrittenWithAnEmptyChannel()
@@ -60,8 +53,7 @@ private Q_SLOTS:
     }
     void readReplyWritesTheInverse()
     {
-        QFETCH(QVariant, read);
-        QFETCH(int, written);
+        const auto [read, written] = Rows<QVariant, int>::values();
         Executed bench;
         QVERIFY(bench.reply(0, {{"value"_s, read}}));
         COMPARE_REQUESTS(bench.record, {reading("line0"_s), writing("line0"_s, written)});

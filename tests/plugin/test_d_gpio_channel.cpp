@@ -188,8 +188,7 @@ private Q_SLOTS:
     }
     void onlyBinaryInputsAreSwitchable()
     {
-        QFETCH(DGpioChannel::EnChannelType, type);
-        QFETCH(bool, switchable);
+        const auto [type, switchable] = Rows<DGpioChannel::EnChannelType, bool>::values();
         DGpioChannel channel;
         channel.setType(type);
         bool answer = !switchable;
@@ -217,9 +216,7 @@ private Q_SLOTS:
     }
     void setValueTellsWhetherTheValueSuitsTheType()
     {
-        QFETCH(DGpioChannel::EnChannelType, type);
-        QFETCH(QVariant, value);
-        QFETCH(bool, suits);
+        const auto [type, value, suits] = Rows<DGpioChannel::EnChannelType, QVariant, bool>::values();
         DGpioChannel channel;
         channel.setType(type);
         QSignalSpy changed(&channel, &DGpioChannel::valueChanged);
@@ -256,8 +253,7 @@ private Q_SLOTS:
     }
     void valueIsStoredUnlessTheStoredOneEqualsIt()
     {
-        QFETCH(QVariant, stored);
-        QFETCH(QVariant, given);
+        const auto [stored, given] = Rows<QVariant, QVariant>::values();
         DGpioChannel channel;
         channel.setValue(stored);
         COMPARE_EXACTLY(channel.value(), stored);
@@ -306,8 +302,7 @@ private Q_SLOTS:
     }
     void createCutsTheNameTo64Characters()
     {
-        QFETCH(int, length);
-        QFETCH(int, kept);
+        const auto [length, kept] = Rows<int, int>::values();
         QString name;
         for (int i = 0; i < length; ++i) {
             name.append(QChar(0x100 + i));
@@ -332,8 +327,7 @@ private Q_SLOTS:
     }
     void createTakesTheTypeFromItsSubEntry()
     {
-        QFETCH(QVariant, name);
-        QFETCH(DGpioChannel::EnChannelType, type);
+        const auto [name, type] = Rows<QVariant, DGpioChannel::EnChannelType>::values();
         const auto channel = DGpioChannel::create(entryWith(QVariantList({subEntry("type"_s, name)})));
         QCOMPARE(channel->type(), type);
         COMPARE_EXACTLY(channel->parameters(), QVariantMap({{"type"_s, name}}));

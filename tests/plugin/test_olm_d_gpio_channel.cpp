@@ -9,73 +9,69 @@
 #include <QQmlEngine>
 #include <QQmlExpression>
 
-namespace {
-
-QSharedPointer<DGpioChannel> channelOf(const QString& id)
-{
-    return DGpioChannel::create({{"id"_s, id}});
-}
-
-/// item(i) as QML calls it.
-QVariant itemOf(OLM_DGpioChannel& model, int row)
-{
-    QVariant item("not called"_s);
-    QMetaObject::invokeMethod(&model, "item", Q_RETURN_ARG(QVariant, item), Q_ARG(int, row));
-    return item;
-}
-
-/// Opens the change hook.
-class OpenedModel : public OLM_DGpioChannel
-{
-public:
-    static int hookSlot() { return virtualSlotOf(&OpenedModel::emitChanged); }
-    using OLM_DGpioChannel::emitChanged;
-};
-
-/// A list model whose one new virtual takes the first slot after the base's.
-class NextSlotProbe : public QAbstractListModel
-{
-public:
-    virtual void first();
-};
-
-/// A model with header texts of its own.
-class TitledModel : public OLM_DGpioChannel
-{
-public:
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
-    {
-        return QVariantList({section, static_cast<int>(orientation), role});
-    }
-};
-
-/// The model with the one answer that the model tester expects otherwise.
-class FlatModel : public OLM_DGpioChannel
-{
-public:
-    int rowCount(const QModelIndex& parent) const override
-    {
-        return parent.isValid() ? 0 : OLM_DGpioChannel::rowCount(parent);
-    }
-};
-
-/// A model that has these channels.
-class FilledModel : public OLM_DGpioChannel
-{
-public:
-    explicit FilledModel(const QStringList& ids = {"A"_s})
-    {
-        for (const QString& id : ids) {
-            append(channelOf(id));
-        }
-    }
-};
-
-} // namespace
-
 class TestChannelModel : public QuietTest
 {
     Q_OBJECT
+
+    static QSharedPointer<DGpioChannel> channelOf(const QString& id)
+    {
+        return DGpioChannel::create({{"id"_s, id}});
+    }
+
+    /// item(i) as QML calls it.
+    static QVariant itemOf(OLM_DGpioChannel& model, int row)
+    {
+        QVariant item("not called"_s);
+        QMetaObject::invokeMethod(&model, "item", Q_RETURN_ARG(QVariant, item), Q_ARG(int, row));
+        return item;
+    }
+
+    /// Opens the change hook.
+    class OpenedModel : public OLM_DGpioChannel
+    {
+    public:
+        static int hookSlot() { return virtualSlotOf(&OpenedModel::emitChanged); }
+        using OLM_DGpioChannel::emitChanged;
+    };
+
+    /// A list model whose one new virtual takes the first slot after the base's.
+    class NextSlotProbe : public QAbstractListModel
+    {
+    public:
+        virtual void first();
+    };
+
+    /// A model with header texts of its own.
+    class TitledModel : public OLM_DGpioChannel
+    {
+    public:
+        QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+        {
+            return QVariantList({section, static_cast<int>(orientation), role});
+        }
+    };
+
+    /// The model with the one answer that the model tester expects otherwise.
+    class FlatModel : public OLM_DGpioChannel
+    {
+    public:
+        int rowCount(const QModelIndex& parent) const override
+        {
+            return parent.isValid() ? 0 : OLM_DGpioChannel::rowCount(parent);
+        }
+    };
+
+    /// A model that has these channels.
+    class FilledModel : public OLM_DGpioChannel
+    {
+    public:
+        explicit FilledModel(const QStringList& ids = {"A"_s})
+        {
+            for (const QString& id : ids) {
+                append(channelOf(id));
+            }
+        }
+    };
 
 private Q_SLOTS:
     void emptyModelHasNothing()

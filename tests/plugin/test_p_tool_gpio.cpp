@@ -6,26 +6,22 @@
 
 #include <stdexcept>
 
-namespace {
-
-const QUuid c_pluginUuid("{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_s);
-const QUuid c_objectUuid("{00112233-4455-6677-8899-aabbccddeeff}"_s);
-
-const QStringList c_commandNames = {"setValue"_s,       "switchValue"_s, "getValue"_s,
-                                    "startListening"_s, "init"_s,        "listenToAll"_s};
-
-/// A plugin that serves another object than it was made for.
-class RenamedPlugin : public PToolGpio
-{
-public:
-    QUuid objectUuid() const override { return c_objectUuid; }
-};
-
-} // namespace
-
 class TestPlugin : public QuietTest
 {
     Q_OBJECT
+
+    static inline const QUuid c_pluginUuid{"{78c1adc4-57e9-4b97-bb64-a19f85c099a2}"_s};
+    static inline const QUuid c_objectUuid{"{00112233-4455-6677-8899-aabbccddeeff}"_s};
+
+    static inline const QStringList c_commandNames = {"setValue"_s,       "switchValue"_s, "getValue"_s,
+                                                      "startListening"_s, "init"_s,        "listenToAll"_s};
+
+    /// A plugin that serves another object than it was made for.
+    class RenamedPlugin : public PToolGpio
+    {
+    public:
+        QUuid objectUuid() const override { return c_objectUuid; }
+    };
 
 private Q_SLOTS:
     // Comes first: later the types are registered.

@@ -20,5 +20,4 @@ public:
         declareInstructionCommand(new BarrenCommand(std::make_shared<CommandScript>(), {}, this));
     }
 };
-
 #include "barren_plugin.moc"

@@ -6,5 +6,4 @@ class ForeignPlugin : public ScriptedPlugin
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "org.example.ForeignPlugin")
 };
-
 #include "foreign_plugin.moc"

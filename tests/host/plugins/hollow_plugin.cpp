@@ -9,5 +9,4 @@ class HollowPlugin : public ScriptedPlugin
 public:
     IPlugin* createInstance(const QUuid&) const override { return nullptr; }
 };
-
 #include "hollow_plugin.moc"

@@ -9,5 +9,4 @@ class HurlingPlugin : public ScriptedPlugin
 public:
     HurlingPlugin() { throw 42; }
 };
-
 #include "hurling_plugin.moc"

@@ -12,5 +12,4 @@ class IncompletePlugin : public ScriptedPlugin
 public:
     IncompletePlugin() { nowhereToBeFound(); }
 };
-
 #include "incomplete_plugin.moc"

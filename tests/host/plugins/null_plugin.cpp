@@ -14,5 +14,4 @@ class NullPlugin : public ScriptedPlugin
     {                                                                                                        \
         return nullptr;                                                                                      \
     }
-
 #include "null_plugin.moc"

@@ -6,5 +6,4 @@ class PlainObjectPlugin : public QObject
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "fr.velt.rd.tav.PlainObjectPlugin")
 };
-
 #include "plain_object_plugin.moc"

@@ -11,5 +11,4 @@ public:
         : ScriptedPlugin({std::make_shared<CommandScript>()})
     {}
 };
-
 #include "sound_plugin.moc"

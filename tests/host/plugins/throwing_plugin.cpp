@@ -11,5 +11,4 @@ class ThrowingPlugin : public ScriptedPlugin
 public:
     ThrowingPlugin() { throw std::runtime_error("out of magic"); }
 };
-
 #include "throwing_plugin.moc"
