@@ -29,9 +29,11 @@ test_packages=(
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.
 kernel_packages=(linux-source make gcc bc bison flex xz-utils gpiod udev)
 
-# What the benchmarks need: the library that times them, a plugin of Qt to compare with, the counters of instructions and
-# of system calls, and what draws the picture.
-benchmark_packages=(libbenchmark-dev libqt5serialbus5-plugins valgrind strace python3 python3-matplotlib)
+# What the benchmarks need: the library that times them and the program that times processes, a plugin of Qt and a tool of
+# the kernel's lines to compare with, the counters of instructions and of system calls, and what draws the picture.
+benchmark_packages=(
+    libbenchmark-dev hyperfine libqt5serialbus5-plugins gpiod valgrind strace python3 python3-matplotlib
+)
 
 # The compiler of the fuzzers, the run time of its sanitizers, and what gives their reports names and lines.
 fuzz_packages=(clang libclang-rt-dev llvm)
