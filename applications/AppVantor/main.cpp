@@ -1,3 +1,5 @@
+#include "window_library.h"
+
 #include <command_line/discover.h>
 #include <command_line/failure_report.h>
 #include <command_line/get_channels.h>
@@ -15,9 +17,8 @@
 #include <process/message_log.h>
 #include <process/output.h>
 #include <trace/vcd_trace.h>
-#include <window/bench_window.h>
 
-#include <QGuiApplication>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <csignal>
@@ -84,18 +85,20 @@ int refuseUsage(const QString& problem, Output* output)
 }
 
 /// The bench window, and beside it the orders of a file.
-int showWindowWithOrders(Bench* bench, DTool* tool, const Options& options, Output* output)
+int showWindowWithOrders(const WindowPart& window, Bench* bench, DTool* tool, const Options& options,
+                         Output* output)
 {
     OrderFile orders(tool, output);
     const QString problem = options.orders.isEmpty() ? QString() : orders.begin(options.orders);
     if (!problem.isEmpty()) {
         return refuseUsage(problem, output);
     }
-    const int status = showWindow(*bench, windowOptions(options));
+    const int status = window.showWindow(*bench, windowOptions(options));
     return std::max(status, orders.end());
 }
 
-int runSubcommand(Bench* bench, DTool* tool, const Options& options, Output* output)
+/// window is there when a window is opened.
+int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Options& options, Output* output)
 {
     switch (options.subcommand) {
     case Options::Subcommand::Commands:
@@ -117,9 +120,9 @@ int runSubcommand(Bench* bench, DTool* tool, const Options& options, Output* out
     case Options::Subcommand::Discover:
         break; // needs no bench
     case Options::Subcommand::Window:
-        return showWindowWithOrders(bench, tool, options, output);
+        return showWindowWithOrders(*window, bench, tool, options, output);
     case Options::Subcommand::Panel:
-        return showPanel(*tool, windowOptions(options));
+        return window->showPanel(*tool, windowOptions(options));
     }
     return ExitWrongUsage;
 }
@@ -167,7 +170,7 @@ std::unique_ptr<Bench> makeBench(const Options& options, Output* output)
     return bench;
 }
 
-int runBench(const Options& options, Output* output)
+int runBench(const Options& options, const WindowPart* window, Output* output)
 {
     const std::unique_ptr<Bench> bench = makeBench(options, output);
     if (bench == nullptr) {
@@ -193,7 +196,7 @@ int runBench(const Options& options, Output* output)
         }
     }
     QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
-    int status = runSubcommand(bench.get(), tool, options, output);
+    int status = runSubcommand(window, bench.get(), tool, options, output);
     if (options.offAtEnd) {
         status = std::max(status, switchOff(tool, output));
     }
@@ -204,6 +207,22 @@ int runBench(const Options& options, Output* output)
 int runDiscovery(const Options& options, Output* output)
 {
     return writeOut(discover(options, output), output);
+}
+
+int runWindow(int& argc, char* argv[], const Options& options, Output* output)
+{
+    QString problem;
+    const WindowPart* window = loadWindow(&problem);
+    if (window != nullptr) {
+        problem = window->prepare(windowOptions(options));
+    }
+    if (!problem.isEmpty()) {
+        return writeOut(
+            refuseUsage(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"), output),
+            output);
+    }
+    const auto application = window->makeApplication(argc, argv);
+    return runBench(options, window, output);
 }
 
 /// Carries out what the arguments of the process ask for. Returns the exit status.
@@ -224,21 +243,14 @@ int run(int argc, char* argv[])
     if (!parsed.options) {
         return writeOut(refuseUsage(parsed.text, &output), &output);
     }
-    installMessageLog(parsed.options->logLevel);
-    if (!opensWindow(*parsed.options)) {
-        const QCoreApplication application(argc, argv);
-        return parsed.options->subcommand == Options::Subcommand::Discover
-                   ? runDiscovery(*parsed.options, &output)
-                   : runBench(*parsed.options, &output);
+    const Options& options = *parsed.options;
+    installMessageLog(options.logLevel);
+    if (opensWindow(options)) {
+        return runWindow(argc, argv, options, &output);
     }
-    const QString problem = prepareWindow(windowOptions(*parsed.options));
-    if (!problem.isEmpty()) {
-        return writeOut(
-            refuseUsage(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"), &output),
-            &output);
-    }
-    const QGuiApplication application(argc, argv);
-    return runBench(*parsed.options, &output);
+    const QCoreApplication application(argc, argv);
+    return options.subcommand == Options::Subcommand::Discover ? runDiscovery(options, &output)
+                                                               : runBench(options, nullptr, &output);
 }
 
 } // namespace

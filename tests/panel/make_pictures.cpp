@@ -1,11 +1,11 @@
 #include "example_bench.h"
 #include "literals.h"
 
-#include <window/bench_window.h>
 #include <window/page_panel.h>
 #include <window/picture.h>
 #include <window/scene.h>
 #include <window/texts.h>
+#include <window/window_part.h>
 
 #include <QGuiApplication>
 
@@ -56,7 +56,7 @@ int main(int argc, char** argv)
     options.scale = words.at(4).toDouble();
     options.locale = QLocale(words.at(5));
     options.screenshotFile = words.at(6);
-    prepareWindow(options);
+    appvantorWindowPart()->prepare(options);
     const QGuiApplication application(argc, argv);
     installTexts(options.locale);
 

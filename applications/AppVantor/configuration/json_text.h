@@ -10,7 +10,7 @@
 #include <vector>
 
 /// A value of a JSON text, and where it begins.
-struct JsonNode
+struct Q_DECL_EXPORT JsonNode
 {
     enum class Type
     {
@@ -38,7 +38,7 @@ struct JsonMistake
 
 /// Reads a JSON text in UTF-8. Returns nothing, and one mistake, for what is none, or is nested deeper than
 /// 1024 levels. Of a key that stands twice in an object the first counts, and the second is a mistake.
-std::optional<JsonNode> readJson(const QByteArray& text, QVector<JsonMistake>* mistakes);
+Q_DECL_EXPORT std::optional<JsonNode> readJson(const QByteArray& text, QVector<JsonMistake>* mistakes);
 
 /// Text from outside in one line that a terminal takes as text: control characters stand as JSON writes them.
 QString inOneLine(const QString& text);

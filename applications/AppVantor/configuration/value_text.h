@@ -3,7 +3,7 @@
 #include <QVariantMap>
 
 /// A value as people write it: texts as they are, lists and maps as JSON, nothing as a dash.
-QString valueText(const QVariant& value);
+Q_DECL_EXPORT QString valueText(const QVariant& value);
 
 /// Names with their values: "channel=START state=ON".
-QString assignmentsText(const QVariantMap& values);
+Q_DECL_EXPORT QString assignmentsText(const QVariantMap& values);

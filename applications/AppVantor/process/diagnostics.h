@@ -6,7 +6,7 @@
 
 /// Writes a line for people to standard error, "appvantor: TEXT". Standard error waits for no reader:
 /// messages that find no room are counted, and the count is told in their place.
-void diagnostic(const QString& text);
+Q_DECL_EXPORT void diagnostic(const QString& text);
 
 /// Writes a line to standard error as it is.
 void writeMessageLine(const std::string& line);

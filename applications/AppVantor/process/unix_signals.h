@@ -5,7 +5,7 @@
 /// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal, from the event loop. There is one of it in the life of
 /// the process. After it, these signals end only a wait that stands in the way of the end of the process. A
 /// SIGHUP that is ignored stays so.
-class UnixSignals : public QObject
+class Q_DECL_EXPORT UnixSignals : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(UnixSignals)

@@ -15,7 +15,7 @@ enum class DevicePlace
 
 /// A device of named lines as the program sees it: its requests, and the levels of its lines as they were
 /// told last. The device itself stands behind it.
-class LineDevice : public DDevice, private LineListener
+class Q_DECL_EXPORT LineDevice : public DDevice, private LineListener
 {
     Q_OBJECT
     Q_DISABLE_COPY(LineDevice)

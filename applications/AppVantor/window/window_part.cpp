@@ -1,5 +1,4 @@
-#include "bench_window.h"
-
+#include "window_part.h"
 #include "picture.h"
 #include "scene.h"
 #include "texts.h"
@@ -67,9 +66,7 @@ int show(Scene& scene, const QString& title, const WindowOptions& options)
     return options.screenshotFile.isEmpty() ? openWindow(scene, title, options) : takePicture(scene, options);
 }
 
-} // namespace
-
-QString prepareWindow(const WindowOptions& options)
+QString prepare(const WindowOptions& options)
 {
     const bool picture = !options.screenshotFile.isEmpty();
     if (!picture && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM")) {
@@ -92,6 +89,11 @@ QString prepareWindow(const WindowOptions& options)
     return QString();
 }
 
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
+{
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int showWindow(Bench& bench, const WindowOptions& options)
 {
     installTexts(options.locale);
@@ -104,4 +106,12 @@ int showPanel(DTool& tool, const WindowOptions& options)
     installTexts(options.locale);
     PanelScene scene(&tool, options.theme);
     return show(scene, tool.objectName(), options);
+}
+
+} // namespace
+
+const WindowPart* appvantorWindowPart()
+{
+    static constexpr WindowPart part = {prepare, makeApplication, showWindow, showPanel};
+    return &part;
 }
