@@ -187,6 +187,31 @@ private Q_SLOTS:
                  (BenchRun{status, "", "appvantor: <stdin>:1: " + complaint + '\n'}));
     }
 
+    void programsAreToldOfExpectationsToo()
+    {
+        const BenchRun run =
+            runBench("--json shell"_words, "expect ALARM=ON within 60000\nexpect DOOR=ON within 1\n");
+        QVector<QJsonObject> lines = run.json();
+        for (QJsonObject& line : lines) {
+            QVERIFY(line.take("seconds"_s).isDouble());
+        }
+        const QJsonObject met = {{"type"_s, "expectation"_s},
+                                 {"tool"_s, "Front panel"_s},
+                                 {"channel"_s, "ALARM"_s},
+                                 {"expected"_s, 1},
+                                 {"found"_s, 1}};
+        const QJsonObject place = {{"file"_s, "<stdin>"_s}, {"line"_s, 2}};
+        const QJsonObject unmet = {{"type"_s, "failure"_s},
+                                   {"tool"_s, "Front panel"_s},
+                                   {"channel"_s, "DOOR"_s},
+                                   {"expected"_s, 1},
+                                   {"found"_s, 0},
+                                   {"kind"_s, "unexpectedLevel"_s},
+                                   {"reason"_s, "expected DOOR=ON within 1 ms, found OFF"_s},
+                                   {"place"_s, place}};
+        QCOMPARE(lines, QVector<QJsonObject>({met, unmet}));
+    }
+
     /// By the schema of such reports, and by a reader of other people.
     void aReportTellsOfEachExpectation()
     {

@@ -1,10 +1,7 @@
 #include "shell.h"
 
-#include "completion.h"
 #include "failure_report.h"
 #include "invocation.h"
-#include "list_channels.h"
-#include "list_commands.h"
 
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
@@ -13,64 +10,7 @@
 #include <process/failure_status.h>
 
 #include <algorithm>
-#include <climits>
 #include <utility>
-
-namespace {
-
-constexpr int c_longestSleepMs = 86400000;
-constexpr qint64 c_usPerMs = 1000;
-constexpr int c_usageWidth = -32;
-
-} // namespace
-
-/// A word of the shell's own.
-struct Shell::Word
-{
-    QString name;
-    QString arguments;
-    QString meaning;
-    int fewest; ///< words that it takes
-    int most;
-    /// Carries out the words after it; null where the script itself does.
-    void (Shell::*run)(const QStringList& arguments);
-
-    QString usage() const { return (name + QLatin1Char(' ') + arguments).trimmed(); }
-};
-
-const std::vector<Shell::Word>& Shell::words()
-{
-    static const std::vector<Word> all = {
-        {QStringLiteral("channels"),
-         {},
-         QStringLiteral("lists the tool's channels"),
-         0,
-         0,
-         &Shell::listTheChannels},
-        {QStringLiteral("commands"),
-         {},
-         QStringLiteral("lists the tool's commands"),
-         0,
-         0,
-         &Shell::listTheCommands},
-        {QStringLiteral("expect"), QStringLiteral("CHANNEL=VALUE [within MS]"),
-         QStringLiteral("fails unless the channel has this level, or comes to it in time"), 1, 3,
-         &Shell::expect},
-        {QStringLiteral("help"), {}, QStringLiteral("shows this"), 0, 0, &Shell::writeHelp},
-        {QStringLiteral("let"), QStringLiteral("NAME = CHANNEL"),
-         QStringLiteral("lets NAME stand for the channel from here on"), 1, INT_MAX, &Shell::nameChannel},
-        {QStringLiteral("quit"), {}, QStringLiteral("stops what runs, and ends"), 0, 0, &Shell::quit},
-        {QStringLiteral("repeat"), QStringLiteral("N … end"),
-         QStringLiteral("carries out the lines up to \"end\" N times"), 0, 0, nullptr},
-        {QStringLiteral("sleep"), QStringLiteral("MS"), QStringLiteral("waits MS milliseconds"), 1, 1,
-         &Shell::sleep},
-        {QStringLiteral("stop"), QStringLiteral("N"), QStringLiteral("stops the order N"), 1, 1,
-         &Shell::stopOrder},
-        {QStringLiteral("wait"), QStringLiteral("N"), QStringLiteral("waits for the end of the order N"), 1,
-         1, &Shell::waitFor},
-    };
-    return all;
-}
 
 Shell::Shell(DTool* tool, Output* output, ShellManner manner)
     : m_tool(tool)
@@ -142,15 +82,6 @@ bool Shell::isBusy() const
            m_orders.isRunning(m_awaited);
 }
 
-QStringList Shell::completions(const QStringList& before, const QString& word) const
-{
-    QStringList own = {QStringLiteral("end")};
-    for (const Word& known : words()) {
-        own.append(known.name);
-    }
-    return completionsOf(before, word, own, *m_tool, m_names);
-}
-
 /// Goes on with the next line, from the event loop: a line never runs within another.
 void Shell::resume()
 {
@@ -209,53 +140,6 @@ void Shell::runLine()
     }
 }
 
-bool Shell::runWord(const QStringList& line)
-{
-    const auto word = std::find_if(words().cbegin(), words().cend(),
-                                   [&line](const Word& known) { return known.name == line.first(); });
-    if (word == words().cend()) {
-        return false;
-    }
-    const QStringList arguments = line.mid(1);
-    if (arguments.size() >= word->fewest && arguments.size() <= word->most) {
-        (this->*word->run)(arguments);
-    } else {
-        refuseThis(word->most == 0 ? QStringLiteral("expected nothing after \"%1\"").arg(word->name)
-                                   : QStringLiteral("expected \"%1\"").arg(word->usage()));
-    }
-    return true;
-}
-
-void Shell::startOrder(const QStringList& words, bool background)
-{
-    QString problem;
-    Invocation invocation = readInvocation(words, &problem);
-    if (!problem.isEmpty()) {
-        refuseThis(problem);
-        return;
-    }
-    const auto channel = invocation.arguments.find(QStringLiteral("channel"));
-    if (channel != invocation.arguments.end() && channel->type() == QVariant::String) {
-        *channel = m_names.channel(channel->toString());
-    }
-    const DFailure refusal = m_orders.start(invocation, m_line);
-    if (refusal) {
-        Q_EMIT lineFailed(m_line, refusal.text);
-        noteFailure(ExitWrongUsage);
-        return;
-    }
-    const int number = m_orders.last();
-    if (!m_orders.isRunning(number)) {
-        return;
-    }
-    if (background || m_orders.isListening(number)) {
-        m_output->text(
-            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(invocation.command));
-    } else {
-        m_awaited = number;
-    }
-}
-
 /// What a script has stopped itself is no reason to end it.
 void Shell::orderEnded(const ScriptLine& line, const DFailure& failure)
 {
@@ -269,38 +153,10 @@ void Shell::orderEnded(const ScriptLine& line, const DFailure& failure)
     next(); // the next line needs no further pass of the event loop
 }
 
-void Shell::listTheChannels(const QStringList& arguments)
-{
-    Q_UNUSED(arguments)
-    const int status = listChannels(m_tool, m_output);
-    if (status != ExitSuccess) {
-        Q_EMIT lineFailed(m_line, QStringLiteral("a channel cannot be read"));
-        noteFailure(status);
-    }
-}
-
-void Shell::listTheCommands(const QStringList& arguments)
-{
-    Q_UNUSED(arguments)
-    listCommands(*m_tool, m_output);
-}
-
-void Shell::expect(const QStringList& arguments)
-{
-    QString problem;
-    const ExpectedLevel expected = readExpectedLevel(arguments, m_names, &problem);
-    if (!problem.isEmpty()) {
-        refuseThis(problem);
-        return;
-    }
-    m_expectation = std::make_unique<Expectation>(m_tool, expected);
-    connect(m_expectation.get(), &Expectation::ended, this, &Shell::endExpectation);
-    m_expectation->start();
-}
-
 void Shell::endExpectation()
 {
-    const std::unique_ptr<Expectation> done = std::move(m_expectation);
+    Expectation* done = m_expectation.release();
+    done->deleteLater(); // its signal is on the stack
     done->report(m_line.told(), m_output);
     Q_EMIT expectationEnded(m_line, done->seconds(), done->isMet() ? QString() : done->complaint());
     if (!done->isMet()) {
@@ -309,89 +165,11 @@ void Shell::endExpectation()
     resume();
 }
 
-void Shell::nameChannel(const QStringList& arguments)
-{
-    const QString problem = m_names.define(arguments);
-    if (!problem.isEmpty()) {
-        refuseThis(problem);
-    }
-}
-
-void Shell::quit(const QStringList& arguments)
-{
-    Q_UNUSED(arguments)
-    abandon();
-}
-
-void Shell::stopOrder(const QStringList& arguments)
-{
-    const int number = readNumber(arguments.first());
-    if (m_orders.isRunning(number)) {
-        m_orders.stop(number);
-    } else if (number > 0) {
-        m_output->text(QStringLiteral("[%1] has ended already").arg(number));
-    }
-}
-
-void Shell::waitFor(const QStringList& arguments)
-{
-    m_awaited = readNumber(arguments.first());
-}
-
-void Shell::sleep(const QStringList& arguments)
-{
-    bool ok = false;
-    const int milliseconds = arguments.first().toInt(&ok);
-    if (!ok || milliseconds < 0 || milliseconds > c_longestSleepMs) {
-        refuseThis(QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
-                       .arg(c_longestSleepMs)
-                       .arg(arguments.first()));
-        return;
-    }
-    DScheduler* clock = m_tool->device()->scheduler();
-    m_sleep = clock->at(clock->now() + milliseconds * c_usPerMs, [this] {
-        m_sleep = {};
-        next();
-    });
-}
-
 void Shell::endSleep()
 {
     if (m_tool->device() != nullptr) {
         m_tool->device()->scheduler()->cancel(std::exchange(m_sleep, {}));
     }
-}
-
-void Shell::writeHelp(const QStringList& arguments)
-{
-    Q_UNUSED(arguments)
-    const auto row = [](const QString& usage, const QString& meaning) {
-        return QStringLiteral("%1 %2").arg(usage, c_usageWidth).arg(meaning);
-    };
-    QStringList rows = {row(QStringLiteral("COMMAND NAME=VALUE …"),
-                            QStringLiteral("runs an order; with \"&\" at the end, in the background"))};
-    for (const Word& word : words()) {
-        rows.append(row(word.usage(), word.meaning));
-    }
-    rows.append(row(QStringLiteral("# …"), QStringLiteral("a remark")));
-    const QVector<DCommandDescription> stops = m_tool->stops();
-    for (const DCommandDescription& stop : stops) {
-        rows.append(row(stop.name, stop.description));
-    }
-    m_output->text(rows.join(QLatin1Char('\n')));
-}
-
-int Shell::readNumber(const QString& text)
-{
-    bool ok = false;
-    const int number = text.toInt(&ok);
-    if (ok && number >= 1 && number <= m_orders.last()) {
-        return number;
-    }
-    refuseThis(QStringLiteral("expected the number of an order, 1 to %1, found \"%2\"")
-                   .arg(m_orders.last())
-                   .arg(text));
-    return 0;
 }
 
 void Shell::refuse(const ScriptLine& line, const QString& problem)
