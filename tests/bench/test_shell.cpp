@@ -190,6 +190,33 @@ LAMP=ON
 > getValue channel=DOOR
 [2] getValue: value=1
 )");
+        row("channels are set and read by their names", 0, "", R"(
+> let LAMP = DOOR
+> set LAMP=ON SETPOINT=700 START=PULSE:20
+[1] setValue: doneOk=true
+[2] setValue: doneOk=true
+[3] setValue: doneOk=true
+> get LAMP START SETPOINT
+DOOR=ON
+START=OFF
+SETPOINT=700
+> set START=BLINK:1000:50
+[7] setValue: doneOk=true
+> off
+[8] setValue: doneOk=true
+[9] setValue: doneOk=true
+[10] setValue: doneOk=true
+[11] setValue: doneOk=true
+[12] setValue: doneOk=true
+> get DOOR START SETPOINT
+DOOR=OFF
+START=OFF
+SETPOINT=0
+> set START=PULSE:1 &
+[16] setValue runs; "stop 16" ends it
+> wait 16
+[16] setValue: doneOk=true
+)");
         row("a level is expected at once", 1, "<stdin>:4: expected DOOR=ON, found OFF\n", R"(
 > expect ALARM=1
 ALARM=ON
@@ -257,7 +284,8 @@ RUNNING=OFF
     {
         const BenchRun run = runShell("help\n");
         for (const char* word :
-             {"stop N", "expect CHANNEL=VALUE [within MS] ", "repeat N … end", "let NAME = CHANNEL",
+             {"stop N", "expect CHANNEL=VALUE [within MS] ", "repeat N … end", "get CHANNEL…",
+              "set CHANNEL=VALUE…", "off", "let NAME = CHANNEL",
               "stopTheCommand                   Stops the latest running setValue",
               "stopListening                    Stops the latest running startListening or listenToAll",
               "wait N", "sleep MS", "quit", "COMMAND NAME=VALUE", "commands", "channels"}) {
@@ -293,6 +321,12 @@ RUNNING=OFF
         row("expect DOR=ON", "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");
         row("expect DOOR=2", "channel \"DOOR\": expected ON or OFF, found \"2\"");
         row("expect SETPOINT=ON", "channel \"SETPOINT\": expected a number from 0 to 65535 or OFF");
+        row("get", "expected \"get CHANNEL…\"");
+        row("get DOOR NOWHERE", "the tool has no channel \"NOWHERE\"");
+        row("set DOOR=ON DOOR", "expected CHANNEL=VALUE, found \"DOOR\"");
+        row("set DOR=ON", "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");
+        row("set ALARM=PULSE", "channel \"ALARM\": expected ON, OFF, PULSE:MS, or BLINK:MS:PERCENT");
+        row("off DOOR", "expected nothing after \"off\"");
         row("let LAMP", "expected \"let NAME = CHANNEL\"");
         row("let TWO WORDS = DOOR", "expected \"let NAME = CHANNEL\"");
         row("let LAMP = DOR", "the tool has no channel \"DOR\"; did you mean \"DOOR\"?");

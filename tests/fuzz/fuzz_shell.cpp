@@ -12,6 +12,7 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <set>
 #include <sstream>
 #include <unistd.h>
@@ -82,8 +83,9 @@ void runLines(Shell* shell, const QStringList& lines)
     shell->close();
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
     int waits = 0;
-    for (int pass = 0; !ended; ++pass) {
-        if (pass == mostPasses) {
+    int pass = 0;
+    while (!ended) {
+        if (++pass == mostPasses) {
             shell->abandon();
         }
         if (dispatcher->hasPendingEvents()) {
@@ -168,7 +170,7 @@ std::set<int> checkJson(const std::string& output)
     return ended;
 }
 
-/// Both forms tell about the same orders, of which the first is that of the first line.
+/// Both forms tell about the same orders; the first is that of the first line.
 void checkOutput(const Outcome& text, const Outcome& json)
 {
     require(beginsWith(text.output, std::string("> ") + c_firstLine + "[1] getValue: value=0\n"),
@@ -176,8 +178,10 @@ void checkOutput(const Outcome& text, const Outcome& json)
     require(beginsWith(json.output, R"({"type":"result","order":1,)"), "the first line is told as JSON");
     std::set<int> orders = ordersTold(text.output, "[%d] ");
     orders.merge(ordersTold(text.diagnostics, "appvantor: f:%*d: [%d] "));
-    require(checkJson(json.output) == orders, "text and JSON tell about the same orders");
-    require(*orders.rbegin() == static_cast<int>(orders.size()), "orders are numbered one by one");
+    const std::set<int> all = checkJson(json.output); // text tells of some by their channels only
+    require(std::includes(all.cbegin(), all.cend(), orders.cbegin(), orders.cend()),
+            "text tells about no order that JSON does not tell about");
+    require(*all.rbegin() == static_cast<int>(all.size()), "orders are numbered one by one");
 }
 
 void checkQuoting(const QStringList& words)

@@ -61,6 +61,12 @@ QStringList argumentsOf(const QStringList& before, const QString& word, const Ch
                : before.size() == 2 ? QStringList{QStringLiteral("within")}
                                     : QStringList();
     }
+    if (before.first() == QLatin1String("set")) {
+        return settings(word, names);
+    }
+    if (before.first() == QLatin1String("get")) {
+        return names.all();
+    }
     if (before.first() == QLatin1String("let") && before.last() == QLatin1String("=")) {
         return names.all();
     }

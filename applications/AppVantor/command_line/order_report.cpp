@@ -117,6 +117,8 @@ public:
         const QString command = label() + QLatin1Char(' ') + m_order.commandName();
         if (m_output->isJson()) {
             m_output->json([this] { return endJson(m_order, m_number, m_place); });
+        } else if (m_order.isSuccessful() && m_ofChannel && m_ofChannel->resultText) {
+            m_output->text(m_ofChannel->resultText(m_order.results()));
         } else if (m_order.isSuccessful() && !m_ofChannel) {
             const QString results = assignmentsText(m_order.results());
             m_output->text(

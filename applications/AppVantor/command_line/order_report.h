@@ -13,13 +13,15 @@ class DOrder;
 Json orderJson(const char* type, const DOrder& order, int number);
 
 /// How an order of one channel is reported that the user has named by its channel: people read of it by that
-/// name, and not of its success.
+/// name, and of its success only where resultText tells it.
 struct ChannelReport
 {
     /// The events that are told; all without it.
     std::function<bool(const QVariantMap& event)> tells = {};
     /// An event for people; as for any order without it.
     std::function<QString(const QVariantMap& event, qint64 wallClockUs)> eventText = {};
+    /// The results for people.
+    std::function<QString(const QVariantMap& results)> resultText = {};
 };
 
 /// Writes what becomes of an order that has been started, or is about to be: its events, and its end. number

@@ -70,16 +70,24 @@ void Shell::interrupt()
     if (m_expectation != nullptr) {
         m_expectation->stop();
     }
-    if (m_orders.isRunning(m_awaited)) {
-        m_orders.stop(m_awaited);
+    const std::vector<int> awaited = m_awaited; // the next line comes with the end of the last one
+    for (const int number : awaited) {
+        if (m_orders.isRunning(number)) {
+            m_orders.stop(number);
+        }
     }
     resume();
 }
 
 bool Shell::isBusy() const
 {
-    return m_inLine || m_sleep != DScheduler::Appointment() || m_expectation != nullptr ||
-           m_orders.isRunning(m_awaited);
+    return m_inLine || m_sleep != DScheduler::Appointment() || m_expectation != nullptr || isAwaiting();
+}
+
+bool Shell::isAwaiting() const
+{
+    return std::any_of(m_awaited.cbegin(), m_awaited.cend(),
+                       [this](int number) { return m_orders.isRunning(number); });
 }
 
 /// Goes on with the next line, from the event loop: a line never runs within another.
@@ -103,6 +111,7 @@ void Shell::next()
     const bool goesOn = !m_output->hasFailed();
     if (goesOn && !m_script.isEmpty()) {
         m_line = m_script.next();
+        m_awaited.clear();
         m_inLine = true; // some lines wait in an event loop of their own
         runLine();
         m_inLine = false;
@@ -131,12 +140,12 @@ void Shell::runLine()
         refuseThis(problem);
         return;
     }
-    const bool background = words.size() > 1 && words.last() == QLatin1String("&");
-    if (background) {
+    m_inBackground = words.size() > 1 && words.last() == QLatin1String("&");
+    if (m_inBackground) {
         words.removeLast();
     }
     if (!words.isEmpty() && !runWord(words)) {
-        startOrder(words, background);
+        startOrder(words);
     }
 }
 
@@ -188,7 +197,7 @@ void Shell::noteFailure(int status)
     }
     m_brokenOff = true;
     m_script.clear();
-    m_awaited = 0;
+    m_awaited.clear();
     m_expectation.reset();
     endSleep();
     resume();

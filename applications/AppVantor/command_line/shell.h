@@ -78,9 +78,15 @@ private:
 
     void next();
     void runLine();
+    bool isAwaiting() const;
     bool runWord(const QStringList& line);
-    void startOrder(const QStringList& words, bool background);
+    void startOrder(const QStringList& words);
+    void noteStart(const DFailure& refusal);
+    void startAll(const std::vector<Invocation>& invocations);
     void orderEnded(const ScriptLine& line, const DFailure& failure);
+    void getChannels(const QStringList& arguments);
+    void setChannels(const QStringList& arguments);
+    void switchOff(const QStringList& arguments);
     void listTheChannels(const QStringList& arguments);
     void listTheCommands(const QStringList& arguments);
     void expect(const QStringList& arguments);
@@ -104,10 +110,11 @@ private:
     Output* m_output;
     const ShellManner m_manner;
     Script m_script;
-    ScriptLine m_line; ///< the one that is being carried out, or was last
+    ScriptLine m_line;           ///< the one that is being carried out, or was last
+    bool m_inBackground = false; ///< what it starts is not waited for
     ChannelNames m_names;
     ShellOrders m_orders;
-    int m_awaited = 0;               ///< number of the order that holds the next line back
+    std::vector<int> m_awaited;      ///< numbers of the orders that hold the next line back
     DScheduler::Appointment m_sleep; ///< the end of a sleep; none without one
     std::unique_ptr<Expectation> m_expectation;
     bool m_resuming = false;

@@ -1,6 +1,6 @@
 #include "shell_orders.h"
 
-#include "order_report.h"
+#include "channel_value.h"
 
 #include <plugin_management/d_order.h>
 
@@ -16,6 +16,21 @@ ShellOrders::~ShellOrders() = default;
 
 DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line)
 {
+    return start(invocation, line, std::nullopt);
+}
+
+DFailure ShellOrders::read(const DToolChannel& channel, const ScriptLine& line)
+{
+    ChannelReport report;
+    report.resultText = [channel](const QVariantMap& results) {
+        return channel.id + QLatin1Char('=') + levelText(channel, results.value(QStringLiteral("value")));
+    };
+    return start({QStringLiteral("getValue"), {{QStringLiteral("channel"), channel.id}}}, line, report);
+}
+
+DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line,
+                            const std::optional<ChannelReport>& ofChannel)
+{
     auto order = std::make_unique<DOrder>(m_tool, invocation.command, invocation.arguments);
     order->start();
     if (order->failure().kind == DFailure::Kind::WrongInvocation) {
@@ -23,7 +38,7 @@ DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line
         return order->failure();
     }
     const int number = ++m_last;
-    reportOrder(order.get(), number, m_output, line.told());
+    reportOrder(order.get(), number, m_output, line.told(), ofChannel);
     connect(order.get(), &DOrder::finished, this, [this, number] { orderEnded(number); });
     const bool hasEnded = order->state() == DOrder::State::Finished;
     m_running.emplace(number, Running{std::move(order), invocation, line});

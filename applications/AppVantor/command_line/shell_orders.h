@@ -2,6 +2,7 @@
 
 #include "driven_channels.h"
 #include "invocation.h"
+#include "order_report.h"
 #include "script.h"
 
 #include <plugin_management/d_failure.h>
@@ -9,8 +10,10 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
 class DOrder;
+struct DToolChannel;
 
 /// The orders of a shell by their numbers, from 1, and what they leave behind.
 class ShellOrders : public QObject
@@ -26,10 +29,14 @@ public:
     /// Starts the order that line asks for. Returns why it is none, which has been told, or no failure; its
     /// end, which may have been already, is told by ended.
     DFailure start(const Invocation& invocation, const ScriptLine& line);
+    /// The same for an order that reads channel; its level is told as people write it.
+    DFailure read(const DToolChannel& channel, const ScriptLine& line);
     /// The number of the order that was started last; 0 before the first.
     int last() const { return m_last; }
     bool isRunning(int number) const { return m_running.count(number) > 0; }
+    /// Of a running order.
     bool isListening(int number) const;
+    QString command(int number) const { return m_running.at(number).invocation.command; }
     /// Stops a running order.
     void stop(int number);
     void stopAll();
@@ -48,6 +55,8 @@ private:
         ScriptLine line;
     };
 
+    DFailure start(const Invocation& invocation, const ScriptLine& line,
+                   const std::optional<ChannelReport>& ofChannel);
     void orderEnded(int number);
 
     DTool* const m_tool;

@@ -1,3 +1,4 @@
+#include "channel_value.h"
 #include "completion.h"
 #include "invocation.h"
 #include "list_channels.h"
@@ -53,12 +54,23 @@ const std::vector<Shell::Word>& Shell::words()
         {QStringLiteral("expect"), QStringLiteral("CHANNEL=VALUE [within MS]"),
          QStringLiteral("fails unless the channel has this level, or comes to it in time"), 1, 3,
          &Shell::expect},
+        {QStringLiteral("get"), QStringLiteral("CHANNEL…"), QStringLiteral("reads channels"), 1, INT_MAX,
+         &Shell::getChannels},
         {QStringLiteral("help"), {}, QStringLiteral("shows this"), 0, 0, &Shell::writeHelp},
         {QStringLiteral("let"), QStringLiteral("NAME = CHANNEL"),
          QStringLiteral("lets NAME stand for the channel from here on"), 1, INT_MAX, &Shell::nameChannel},
+        {QStringLiteral("off"),
+         {},
+         QStringLiteral("switches off everything that the tool drives"),
+         0,
+         0,
+         &Shell::switchOff},
         {QStringLiteral("quit"), {}, QStringLiteral("stops what runs, and ends"), 0, 0, &Shell::quit},
         {QStringLiteral("repeat"), QStringLiteral("N … end"),
          QStringLiteral("carries out the lines up to \"end\" N times"), 0, 0, nullptr},
+        {QStringLiteral("set"), QStringLiteral("CHANNEL=VALUE…"),
+         QStringLiteral("sets channels: ON, OFF, PULSE:MS, BLINK:MS:PERCENT, or a number"), 1, INT_MAX,
+         &Shell::setChannels},
         {QStringLiteral("sleep"), QStringLiteral("MS"), QStringLiteral("waits MS milliseconds"), 1, 1,
          &Shell::sleep},
         {QStringLiteral("stop"), QStringLiteral("N"), QStringLiteral("stops the order N"), 1, 1,
@@ -95,7 +107,7 @@ bool Shell::runWord(const QStringList& line)
     return true;
 }
 
-void Shell::startOrder(const QStringList& words, bool background)
+void Shell::startOrder(const QStringList& words)
 {
     QString problem;
     Invocation invocation = readInvocation(words, &problem);
@@ -107,7 +119,12 @@ void Shell::startOrder(const QStringList& words, bool background)
     if (channel != invocation.arguments.end() && channel->type() == QVariant::String) {
         *channel = m_names.channel(channel->toString());
     }
-    const DFailure refusal = m_orders.start(invocation, m_line);
+    noteStart(m_orders.start(invocation, m_line));
+}
+
+/// The order that was started last is waited for, or goes on beside.
+void Shell::noteStart(const DFailure& refusal)
+{
     if (refusal) {
         Q_EMIT lineFailed(m_line, refusal.text);
         noteFailure(ExitWrongUsage);
@@ -117,12 +134,58 @@ void Shell::startOrder(const QStringList& words, bool background)
     if (!m_orders.isRunning(number)) {
         return;
     }
-    if (background || m_orders.isListening(number)) {
+    if (m_inBackground || m_orders.isListening(number)) {
         m_output->text(
-            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(invocation.command));
+            QStringLiteral("[%1] %2 runs; \"stop %1\" ends it").arg(number).arg(m_orders.command(number)));
     } else {
-        m_awaited = number;
+        m_awaited.push_back(number);
     }
+}
+
+void Shell::startAll(const std::vector<Invocation>& invocations)
+{
+    for (const Invocation& invocation : invocations) {
+        noteStart(m_orders.start(invocation, m_line));
+    }
+}
+
+void Shell::getChannels(const QStringList& arguments)
+{
+    QVector<DToolChannel> channels;
+    for (const QString& name : arguments) {
+        QString problem;
+        const DToolChannel* channel = m_names.find(name, &problem);
+        if (channel == nullptr) {
+            refuseThis(problem);
+            return;
+        }
+        channels.append(*channel);
+    }
+    for (const DToolChannel& channel : qAsConst(channels)) {
+        noteStart(m_orders.read(channel, m_line));
+    }
+}
+
+void Shell::setChannels(const QStringList& arguments)
+{
+    std::vector<Invocation> settings;
+    for (const QString& word : arguments) {
+        const int equals = word.lastIndexOf(QLatin1Char('='));
+        const QString resolved = equals > 0 ? m_names.channel(word.left(equals)) + word.mid(equals) : word;
+        QString problem;
+        settings.push_back(readSetting(m_tool->channels(), resolved, &problem));
+        if (!problem.isEmpty()) {
+            refuseThis(problem);
+            return;
+        }
+    }
+    startAll(settings);
+}
+
+void Shell::switchOff(const QStringList& arguments)
+{
+    Q_UNUSED(arguments)
+    startAll(switchingOff(m_tool->channels()));
 }
 
 void Shell::listTheChannels(const QStringList& arguments)
@@ -180,7 +243,7 @@ void Shell::stopOrder(const QStringList& arguments)
 
 void Shell::waitFor(const QStringList& arguments)
 {
-    m_awaited = readNumber(arguments.first());
+    m_awaited = {readNumber(arguments.first())};
 }
 
 void Shell::sleep(const QStringList& arguments)
