@@ -30,11 +30,11 @@ public:
     int drives = 0;
 
 protected:
-    DFailure drive(int line, int level) override
+    DFailure drive(int line, int level, qint64 timeUs) override
     {
         ++drives;
         if (!failure) {
-            setLevel(line, level, scheduler()->now());
+            setLevel(line, level, timeUs);
         }
         return failure;
     }

@@ -1,6 +1,7 @@
 #include "line_bench.h"
 #include "literals.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QTemporaryFile>
@@ -98,6 +99,7 @@ Outcome LineBench::run(const QString& command, const QVariantMap& arguments)
     DOrder order(tool(), command, arguments);
     QObject::connect(&order, &DOrder::finished, &loop, &QEventLoop::quit);
     order.start();
+    QCoreApplication::sendPostedEvents(&device()); // its answer is there already
     if (order.state() != DOrder::State::Finished) {
         loop.exec();
     }

@@ -271,9 +271,8 @@ DFailure GpioChipDevice::failed(int line, int error)
             GpioMessages::chipGone(m_places.at(line).lines->chip().name())};
 }
 
-DFailure GpioChipDevice::drive(int line, int level)
+DFailure GpioChipDevice::drive(int line, int level, qint64 timeUs)
 {
-    const qint64 timeUs = scheduler()->now();
     const Place& place = m_places.at(line);
     const int error = place.lines->drive(place.position, level);
     if (error != 0) {
@@ -291,8 +290,11 @@ void GpioChipDevice::request(quint64 id, const QString& instruction, const QVari
     }
     const int line = lineNamed(arguments.value(QStringLiteral("channel")).toString());
     const bool isInput = line >= 0 && !m_setup.lines.at(line).settings.output;
-    readCourses(); // what has happened before the request is told before its answer
-    if (isInput && instruction == QLatin1String("getValue")) {
+    const bool reads = instruction == QLatin1String("getValue");
+    if (!reads || isListenedTo()) {
+        readCourses(); // what has happened before the request is told before its answer
+    }
+    if (isInput && reads) {
         readInput(id, line);
     } else if (isInput &&
                (instruction == QLatin1String("setValues") || instruction == QLatin1String("setBlink"))) {

@@ -213,26 +213,26 @@ void LineEngine::write(quint64 id, const QString& instruction, int line, const Q
     const int level = target.kind == DLine::Kind::Analog ? *values : (*values != 0 ? 1 : 0);
     const bool steadilyOff = *onWidth == 0 && *offWidth > 0;
     stopBlinking(line);
-    const DFailure failure = drive(line, steadilyOff ? 0 : level);
+    const qint64 timeUs = m_scheduler->now();
+    const DFailure failure = drive(line, steadilyOff ? 0 : level, timeUs);
     if (failure) {
         m_listener->requestRefused(id, failure);
         return;
     }
     if (*onWidth > 0 && *offWidth > 0 && level > 0) {
-        startBlinking(line, level, *onWidth * c_usPerMs, *offWidth * c_usPerMs);
+        startBlinking(line, level, *onWidth * c_usPerMs, *offWidth * c_usPerMs, timeUs);
     }
-    m_listener->requestAnswered(id,
-                                {{QStringLiteral("channel"), target.name}, {QStringLiteral("values"), level}},
-                                m_scheduler->now());
+    m_listener->requestAnswered(
+        id, {{QStringLiteral("channel"), target.name}, {QStringLiteral("values"), level}}, timeUs);
 }
 
-void LineEngine::startBlinking(int line, int level, qint64 onUs, qint64 offUs)
+void LineEngine::startBlinking(int line, int level, qint64 onUs, qint64 offUs, qint64 timeUs)
 {
     Blink blink;
     blink.level = level;
     blink.onUs = onUs;
     blink.periodUs = onUs + offUs;
-    blink.startUs = m_scheduler->now();
+    blink.startUs = timeUs;
     blink.next = m_scheduler->at(blink.startUs + onUs, [this, line] { blinkPhase(line); });
     m_blinks.insert(line, blink);
 }
@@ -259,13 +259,14 @@ void LineEngine::stopAllBlinking()
 void LineEngine::blinkPhase(int line)
 {
     Blink& blink = m_blinks[line];
-    const qint64 elapsed = m_scheduler->now() - blink.startUs;
+    const qint64 timeUs = m_scheduler->now();
+    const qint64 elapsed = timeUs - blink.startUs;
     const qint64 cycleStart = blink.startUs + elapsed / blink.periodUs * blink.periodUs;
     const bool on = elapsed % blink.periodUs < blink.onUs;
     const qint64 nextUs = cycleStart + (on ? blink.onUs : blink.periodUs);
     const int level = on ? blink.level : 0;
     blink.next = m_scheduler->at(nextUs, [this, line] { blinkPhase(line); });
-    const DFailure failure = drive(line, level);
+    const DFailure failure = drive(line, level, timeUs);
     if (failure) {
         stopBlinking(line);
     }

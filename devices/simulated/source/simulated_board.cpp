@@ -70,12 +70,13 @@ void SimulatedBoard::setPluggedIn(bool pluggedIn)
 
 void SimulatedBoard::setInput(int line, int level)
 {
-    propagate(line, level, scheduler()->now());
+    const qint64 timeUs = scheduler()->now();
+    propagate(line, level, timeUs, timeUs);
 }
 
-DFailure SimulatedBoard::drive(int line, int level)
+DFailure SimulatedBoard::drive(int line, int level, qint64 timeUs)
 {
-    propagate(line, level, scheduler()->now());
+    propagate(line, level, timeUs, timeUs);
     return DFailure();
 }
 
@@ -131,7 +132,7 @@ void SimulatedBoard::cancel(quint64 id)
 /// Gives a line a level, cut to what it can have, and follows the wires from there, each to its end before
 /// the next: a chain may be as long as the board has lines. Delays are reckoned from when the change was due,
 /// so that late calls do not add up.
-void SimulatedBoard::propagate(int line, int wanted, qint64 dueUs)
+void SimulatedBoard::propagate(int line, int wanted, qint64 dueUs, qint64 timeUs)
 {
     struct Step
     {
@@ -139,7 +140,6 @@ void SimulatedBoard::propagate(int line, int wanted, qint64 dueUs)
         int wanted;
     };
     std::vector<Step> steps = {{line, wanted}};
-    const qint64 timeUs = scheduler()->now();
     while (!steps.empty()) {
         const Step step = steps.back();
         steps.pop_back();
@@ -155,7 +155,8 @@ void SimulatedBoard::propagate(int line, int wanted, qint64 dueUs)
                 steps.push_back(next);
             } else {
                 const qint64 nextUs = dueUs + wire->delayUs;
-                at(nextUs, [this, next, nextUs] { propagate(next.line, next.wanted, nextUs); });
+                at(nextUs,
+                   [this, next, nextUs] { propagate(next.line, next.wanted, nextUs, scheduler()->now()); });
             }
         }
     }
@@ -202,10 +203,11 @@ int SimulatedBoard::carriedLevel(const Wire& wire) const
 void SimulatedBoard::sample(int line)
 {
     const Waveform& waveform = *m_setup.lines.at(line).waveform;
-    const qint64 elapsedUs = scheduler()->now() - m_startUs;
+    const qint64 timeUs = scheduler()->now();
+    const qint64 elapsedUs = timeUs - m_startUs;
     const qint64 sampleUs = elapsedUs - elapsedUs % waveform.intervalUs;
     const qint64 dueUs = m_startUs + sampleUs;
-    propagate(line, waveform.level(sampleUs), dueUs);
+    propagate(line, waveform.level(sampleUs), dueUs, timeUs);
     if (waveform.shape != Waveform::Shape::Constant) {
         at(dueUs + waveform.intervalUs, [this, line] { sample(line); });
     }

@@ -55,7 +55,7 @@ public:
     static QVector<DLine> linesOf(const GpioChipSetup& setup);
 
 protected:
-    DFailure drive(int line, int level) override;
+    DFailure drive(int line, int level, qint64 timeUs) override;
 
 private:
     struct Group;

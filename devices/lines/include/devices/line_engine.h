@@ -28,9 +28,10 @@ protected:
     /// scheduler and listener must outlive the engine.
     LineEngine(const QVector<DLine>& lines, DScheduler* scheduler, LineListener* listener);
 
-    /// Drives an output line to level. Returns why it cannot be driven, or no failure; a line that changed is
-    /// told with setLevel, by the subclass. A device that is lost tells its loss with setUnreachable, later.
-    virtual DFailure drive(int line, int level) = 0;
+    /// Drives an output line to level; it is timeUs now. Returns why it cannot be driven, or no failure; a
+    /// line that changed is told with setLevel, by the subclass. A device that is lost tells its loss with
+    /// setUnreachable, later.
+    virtual DFailure drive(int line, int level, qint64 timeUs) = 0;
 
     /// The device can be reached, and the levels of its lines have been set; whatever they did before
     /// sinceUs, nobody saw it.
@@ -49,6 +50,8 @@ protected:
     /// do those that listen to it. The failure is told once.
     void setUnreadable(int line, const DFailure& failure);
     int level(int line) const { return m_levels.at(line).level; }
+    /// True while somebody listens to a line, or to all.
+    bool isListenedTo() const { return !m_listenedLines.isEmpty() || !m_allListeners.empty(); }
 
     const QVector<DLine>& lines() const { return m_lines; }
     /// Number of a line by its name; -1 when there is none.
@@ -71,7 +74,7 @@ private:
     void write(quint64 id, const QString& instruction, int line, const QVariantMap& arguments);
     void listenToLine(quint64 id, int line);
     void listenToAll(quint64 id);
-    void startBlinking(int line, int level, qint64 onUs, qint64 offUs);
+    void startBlinking(int line, int level, qint64 onUs, qint64 offUs, qint64 timeUs);
     void stopBlinking(int line);
     void stopAllBlinking();
     void blinkPhase(int line);

@@ -70,10 +70,10 @@ public:
     static QVector<DLine> linesOf(const SimulatedBoardSetup& setup);
 
 protected:
-    DFailure drive(int line, int level) override;
+    DFailure drive(int line, int level, qint64 timeUs) override;
 
 private:
-    void propagate(int line, int wanted, qint64 dueUs);
+    void propagate(int line, int wanted, qint64 dueUs, qint64 timeUs);
     void settleWires();
     int carriedLevel(const SimulatedBoardSetup::Wire& wire) const;
     void sample(int line);
