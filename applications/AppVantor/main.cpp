@@ -239,11 +239,18 @@ int run(int argc, char* argv[])
         help.text(parsed.text);
         return writeOut(ExitSuccess, &help);
     }
-    Output output(json);
+    const bool traceGoesOut = parsed.options && parsed.options->trace == QLatin1String("-");
+    Output output(json, traceGoesOut && !json);
     if (!parsed.options) {
         return writeOut(refuseUsage(parsed.text, &output), &output);
     }
     const Options& options = *parsed.options;
+    if (traceGoesOut && json) {
+        return writeOut(
+            refuseUsage(QStringLiteral("--trace -: standard output has what --json writes, expected a file"),
+                        &output),
+            &output);
+    }
     installMessageLog(options.logLevel);
     if (opensWindow(options)) {
         return runWindow(argc, argv, options, &output);

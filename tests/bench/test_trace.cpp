@@ -162,6 +162,22 @@ private Q_SLOTS:
         }
     }
 
+    void aTraceOnStandardOutputHasItAlone()
+    {
+        const BenchRun run = runScript("\"$BENCH\" --trace - run setValue channel=START state=ON | cat"_s);
+        QCOMPARE(run.errors, QByteArray("[1] setValue: doneOk=true\n"));
+        QVERIFY2(run.output.startsWith("$date "), run.output.constData());
+        QCOMPARE(changesOf(run.output).value("line0"_s).size(), 2);
+        QCOMPARE(run.output.mid(run.output.lastIndexOf('\n', -2) + 1).left(1), QByteArray("#"));
+    }
+
+    void aTraceAndJsonDoNotShareStandardOutput()
+    {
+        const BenchRun run = runBench("--json --trace - commands"_words);
+        QCOMPARE(run.status, 2);
+        QCOMPARE(run.json().value(0).value("kind"_s).toString(), "usage"_s);
+    }
+
     void namesAreToldApart()
     {
         const QString file = temporaryFile(QByteArray(), "vcd"_s);

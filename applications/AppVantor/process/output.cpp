@@ -20,8 +20,9 @@ void closeStandardOutput()
 
 } // namespace
 
-Output::Output(bool json)
+Output::Output(bool json, bool aside)
     : m_json(json)
+    , m_aside(aside)
     , m_outlet(STDOUT_FILENO)
 {
     connect(&m_outlet, &Outlet::roomAgain, this, &Output::roomAgain);
@@ -70,7 +71,9 @@ void Output::object(const Json& object)
 
 void Output::line(const std::string& line)
 {
-    if (!hasFailed()) {
+    if (m_aside) {
+        writeMessageLine(line);
+    } else if (!hasFailed()) {
         const StatusLineHider hider;
         m_outlet.write(line + '\n');
     }

@@ -19,7 +19,8 @@ public:
     using JsonMaker = std::function<Json()>;
     using TextMaker = std::function<QString()>;
 
-    explicit Output(bool json);
+    /// aside puts everything on standard error instead, for a standard output that something else has.
+    explicit Output(bool json, bool aside = false);
 
     bool isJson() const { return m_json; }
 
@@ -52,5 +53,6 @@ private:
     void object(const Json& object);
 
     const bool m_json;
+    const bool m_aside;
     Outlet m_outlet;
 };

@@ -27,6 +27,9 @@ constexpr std::size_t c_fullBuffer = 1 << 16;
 /// A pipe that nobody reads is not waited for. Returns -1, with errno, when file cannot be written.
 int openForWriting(const QString& file)
 {
+    if (file == QLatin1String("-")) {
+        return fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    }
     constexpr mode_t everybody = 0666;
     return open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
                 everybody);
@@ -95,7 +98,7 @@ QString VcdTrace::begin(const QString& file, const std::vector<const DTool*>& to
             errno == ENXIO ? QStringLiteral("nobody reads this pipe") : qt_error_string(errno);
         return QStringLiteral("%1: the trace cannot be written: %2").arg(file, reason);
     }
-    m_fileName = file;
+    m_fileName = file == QLatin1String("-") ? QStringLiteral("standard output") : file;
     m_outlet = std::make_unique<Outlet>(m_file);
     connect(m_outlet.get(), &Outlet::failed, this, [this](int error) {
         fail(QStringLiteral("the trace ends here: %1").arg(qt_error_string(error)));

@@ -26,7 +26,7 @@ public:
     /// Writes what is left; a signal ends that.
     ~VcdTrace() override;
 
-    /// Begins the record in file, replacing what it holds. The lines stand in the scope "device", and those
+    /// Begins the record in file ("-" for standard output), replacing what it holds. The lines stand in the scope "device", and those
     /// that channels are linked to once more in a scope of their tool, by the names of the channels. Returns
     /// an empty text, or why the file cannot be written.
     QString begin(const QString& file, const std::vector<const DTool*>& tools = {});
