@@ -5,6 +5,8 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -68,26 +70,28 @@ private Q_SLOTS:
         QCOMPARE(whole.status, 2);
     }
 
-    void aScriptEndsWhateverItWaitsFor_data()
-    {
-        const Rows<QByteArray> row("line");
-        row("a sleep", "sleep 80000000");
-        row("a wait", "wait 1");
-        row("a pulse", "setValue channel=SOUND state=PULSE duration=60000");
-        row("a level", "expect SOUND=ON within 80000000");
-    }
-
-    /// What runs beside fails while it waits.
+    /// What runs beside fails after some seconds: the scripts wait for that side by side.
     void aScriptEndsWhateverItWaitsFor()
     {
-        QFETCH(QByteArray, line);
-        const QString file = script("startListening channel=SOUND\ngetValue channel=GARBLED &\n" + line +
-                                    "\ngetValue channel=SOUND\n");
-        const BenchRun run = runBench(
-            {"--log-level"_s, "off"_s, "--config"_s, example("fault_injection.json"_s), "shell"_s, file});
-        QCOMPARE(run.status, 1);
-        QVERIFY(run.errors.contains(at(file, 2) + "[2] getValue failed: reply rejected\n"));
-        QVERIFY(!run.output.contains("getValue: value"));
+        const QVector<QByteArray> waits = {"sleep 80000000", "wait 1",
+                                           "setValue channel=SOUND state=PULSE duration=60000",
+                                           "expect SOUND=ON within 80000000"};
+        QStringList files;
+        std::vector<std::unique_ptr<BenchProcess>> scripts;
+        for (const QByteArray& wait : waits) {
+            files.append(script("startListening channel=SOUND\ngetValue channel=DEAD &\n" + wait +
+                                "\ngetValue channel=SOUND\n"));
+            scripts.push_back(std::make_unique<BenchProcess>(
+                QStringList{"--log-level"_s, "off"_s, "--config"_s, example("fault_injection.json"_s),
+                            "shell"_s, files.last()}));
+        }
+        for (int wait = 0; wait < waits.size(); ++wait) {
+            const BenchRun run = scripts.at(static_cast<std::size_t>(wait))->end();
+            QVERIFY2(run.status == 1, waits.at(wait));
+            QVERIFY2(run.errors.contains(at(files.at(wait), 2) + "[2] getValue failed: no reply"),
+                     run.errors);
+            QVERIFY2(!run.output.contains("getValue: value"), waits.at(wait));
+        }
     }
 
     void filesShareOneBoardAndItsNames()

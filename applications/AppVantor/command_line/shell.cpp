@@ -9,6 +9,8 @@
 #include <process/diagnostics.h>
 #include <process/failure_status.h>
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -99,29 +101,48 @@ void Shell::resume()
     }
 }
 
+/// Some lines at a time: the event loop has more to do.
 void Shell::next()
 {
+    constexpr int linesAtATime = 16;
     m_resuming = false;
-    if (isBusy() || m_ending) {
-        return;
-    }
-    if (!m_output->hasRoom() && !m_script.isEmpty()) {
-        return; // results are never left out: the reader is given time
-    }
-    const bool goesOn = !m_output->hasFailed();
-    if (goesOn && !m_script.isEmpty()) {
+    for (int line = 0; line < linesAtATime; ++line) {
+        if (isBusy() || m_ending) {
+            return;
+        }
+        if (m_script.isEmpty() || m_output->hasFailed()) {
+            endOrWait();
+            return;
+        }
+        if (!m_output->hasRoom()) {
+            return; // results are never left out: the reader is given time
+        }
         m_line = m_script.next();
         m_awaited.clear();
         m_inLine = true; // some lines wait in an event loop of their own
         runLine();
+        takeAnswers();
         m_inLine = false;
-        if (!isBusy()) {
-            resume();
-        }
-    } else if (m_closed || !goesOn) {
+    }
+    if (!isBusy()) {
+        resume();
+    }
+}
+
+void Shell::endOrWait()
+{
+    if (m_closed || m_output->hasFailed()) {
         end();
     } else {
         Q_EMIT ready();
+    }
+}
+
+/// What the device has answered at once needs no pass of the event loop.
+void Shell::takeAnswers()
+{
+    if (m_tool->device() != nullptr) {
+        QCoreApplication::sendPostedEvents(m_tool->device());
     }
 }
 

@@ -77,6 +77,8 @@ private:
     static const std::vector<Word>& words();
 
     void next();
+    void endOrWait();
+    void takeAnswers();
     void runLine();
     bool isAwaiting() const;
     bool runWord(const QStringList& line);

@@ -6,7 +6,6 @@
 #include <QEvent>
 #include <QPointer>
 
-#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -70,29 +69,15 @@ struct DDevice::Private
     QString problem;
 
     DFailure unreachable() const { return {DFailure::Kind::DeviceUnreachable, problem}; }
-    bool isAnswered(quint64 id, quint64 since) const;
-    void limit(DDevice* device, quint64 id, int timeoutMs);
+    void setDeadline(DDevice* device, quint64 id, qint64 timeUs);
     void arm(DDevice* device);
     void queue(DDevice* device, Answer answer);
     void postDelivery(DDevice* device);
     void failAll(DDevice* device, const DFailure& failure);
 };
 
-/// True when one of the answers, from the number since on, is for the request.
-bool DDevice::Private::isAnswered(quint64 id, quint64 since) const
+void DDevice::Private::setDeadline(DDevice* device, quint64 id, qint64 timeUs)
 {
-    const auto first = answers.cbegin() + static_cast<std::ptrdiff_t>(std::max(since, delivered) - delivered);
-    return std::any_of(first, answers.cend(), [id](const Answer& answer) { return answer.id == id; });
-}
-
-/// Gives a request that waits for the device its time limit.
-void DDevice::Private::limit(DDevice* device, quint64 id, int timeoutMs)
-{
-    const auto limited = requests.find(id);
-    if (limited == requests.end()) {
-        return; // cancelled by what the device did first
-    }
-    limited->second.deadlineUs = scheduler->now() + timeoutMs * c_usPerMs;
     constexpr std::size_t fewest = 64;
     if (deadlines.size() > fewest + 2 * requests.size()) {
         std::vector<Deadline> pending;
@@ -103,7 +88,7 @@ void DDevice::Private::limit(DDevice* device, quint64 id, int timeoutMs)
         }
         deadlines = Deadlines(std::greater<>(), std::move(pending));
     }
-    deadlines.emplace(limited->second.deadlineUs, id);
+    deadlines.emplace(timeUs, id);
     arm(device);
 }
 
@@ -224,17 +209,16 @@ void DDevice::close()
 void DDevice::send(quint64 id, const QString& instruction, const QVariantMap& arguments, int timeoutMs,
                    DDeviceClient* client)
 {
+    const qint64 deadlineUs = timeoutMs > 0 ? d->scheduler->now() + timeoutMs * c_usPerMs : 0;
+    if (deadlineUs != 0) {
+        d->setDeadline(this, id, deadlineUs);
+    }
     const bool reachable = d->state == State::Connected || d->state == State::Connecting;
-    d->requests.emplace_hint(
-        d->requests.end(), id,
-        Private::Request{client, instruction, arguments, timeoutMs, isRecurring(instruction), reachable, 0});
+    d->requests.emplace_hint(d->requests.end(), id,
+                             Private::Request{client, instruction, arguments, timeoutMs,
+                                              isRecurring(instruction), reachable, deadlineUs});
     if (reachable) {
-        const QPointer<DDevice> self(this);
-        const quint64 number = d->delivered + d->answers.size();
         handleRequest(id, instruction, arguments);
-        if (timeoutMs > 0 && !self.isNull() && !d->isAnswered(id, number)) {
-            d->limit(this, id, timeoutMs);
-        }
     } else if (d->state == State::Unreachable) {
         fail(id, d->unreachable());
     } else {
