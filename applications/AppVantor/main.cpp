@@ -211,15 +211,19 @@ int runDiscovery(const Options& options, Output* output)
 
 int runWindow(int& argc, char* argv[], const Options& options, Output* output)
 {
-    QString problem;
-    const WindowPart* window = loadWindow(&problem);
-    if (window != nullptr) {
-        problem = window->prepare(windowOptions(options));
-    }
-    if (!problem.isEmpty()) {
+    const auto refuse = [output](const QString& problem) {
         return writeOut(
             refuseUsage(problem + QStringLiteral("; \"appvantor --help\" tells what else there is"), output),
             output);
+    };
+    QString problem;
+    const WindowPart* window = loadWindow(&problem);
+    if (window == nullptr) {
+        return refuse(problem);
+    }
+    problem = window->prepare(windowOptions(options));
+    if (!problem.isEmpty()) {
+        return refuse(problem);
     }
     const auto application = window->makeApplication(argc, argv);
     return runBench(options, window, output);

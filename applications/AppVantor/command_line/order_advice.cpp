@@ -39,12 +39,12 @@ QString blinkingWith(int dutyCycle, int duration)
     }
     const float on = static_cast<float>(duration) * (static_cast<float>(dutyCycle) / percent);
     const float off = (1.0F - static_cast<float>(dutyCycle) / percent) * static_cast<float>(duration);
-    const QString text = QStringLiteral("a duty cycle above 100 means widths that are cut to 16 bits");
-    constexpr auto largest = static_cast<float>(std::numeric_limits<int>::max() / 2);
-    if (std::max(std::abs(on), std::abs(off)) > largest) {
-        return text;
+    QString text = QStringLiteral("a duty cycle above 100 means widths that are cut to 16 bits");
+    constexpr auto largest = static_cast<float>(std::numeric_limits<int>::max()) / 2.0F;
+    if (std::max(std::abs(on), std::abs(off)) <= largest) {
+        text += QStringLiteral(": on for %1 ms, off for %2 ms").arg(cut(on)).arg(cut(off));
     }
-    return text + QStringLiteral(": on for %1 ms, off for %2 ms").arg(cut(on)).arg(cut(off));
+    return text;
 }
 
 /// What a word does that the parameter does not know; empty for one that it knows.

@@ -28,7 +28,7 @@ QString runScripts(Shell* shell, const QStringList& files, QEventLoop* loop)
     });
     ScriptReader reader(shell);
     QObject::connect(&reader, &ScriptReader::ended, shell, &Shell::close);
-    const QString problem = reader.begin(files);
+    QString problem = reader.begin(files);
     if (problem.isEmpty()) {
         loop->exec();
     }

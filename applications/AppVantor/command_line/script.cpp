@@ -130,7 +130,7 @@ ScriptLine Script::next()
         m_frames.push_back({statement});
         statement = &step();
     }
-    const ScriptLine line = statement->line;
+    ScriptLine line = statement->line;
     while (!m_frames.empty() && m_frames.back().round == m_frames.back().block->rounds) {
         m_frames.pop_back();
     }

@@ -41,7 +41,7 @@ QString ScriptReader::begin(const QStringList& files)
 {
     for (const QString& file : files) {
         auto source = std::make_unique<Source>();
-        const QString problem = open(file, source.get());
+        QString problem = open(file, source.get());
         if (!problem.isEmpty()) {
             return problem;
         }

@@ -26,9 +26,9 @@ public:
     /// Writes what is left; a signal ends that.
     ~VcdTrace() override;
 
-    /// Begins the record in file ("-" for standard output), replacing what it holds. The lines stand in the scope "device", and those
-    /// that channels are linked to once more in a scope of their tool, by the names of the channels. Returns
-    /// an empty text, or why the file cannot be written.
+    /// Begins the record in file ("-" for standard output), replacing what it holds. The lines stand in the
+    /// scope "device", and those that channels are linked to once more in a scope of their tool, by the names
+    /// of the channels. Returns an empty text, or why the file cannot be written.
     QString begin(const QString& file, const std::vector<const DTool*>& tools = {});
     /// Ends the record. Returns what is left of it, for Outlet::drain; null for nothing. The file is closed
     /// as soon as it is written out.

@@ -37,8 +37,8 @@ IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
         *problem = QStringLiteral("interface identifier \"%1\", expected \"%2\"").arg(iid, expected);
         return nullptr;
     }
-    // Bound when they are first called: the functions of the module that every plugin with a page links. Loaded
-    // together with the plugin, they and all that they stand on would be bound now.
+    // Bound when they are first called: the functions of the module that every plugin with a page links.
+    // Loaded together with the plugin, they and all that they stand on would be bound now.
     QLibrary(QStringLiteral("Qt5Qml"), QT_VERSION_MAJOR).load();
     // A function that is missing is found now, not when it is called: that would end the process.
     loader.setLoadHints(loader.loadHints() | QLibrary::ResolveAllSymbolsHint);
