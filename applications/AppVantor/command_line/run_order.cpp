@@ -40,12 +40,13 @@ int runOrder(DTool* tool, const Options& options, Output* output)
     }
     reportOrder(order, 1, output);
     const Progress progress(invocation, options.seconds, *output);
-    int events = 0;
-    QObject::connect(order, &DOrder::eventReceived, &run, [&](const QVariantMap& event) {
-        if (counts(event) && ++events == options.count) {
-            run.stop();
+    const auto stopAfterCount = [run = &run, events = 0,
+                                 count = options.count](const QVariantMap& event) mutable {
+        if (counts(event) && events < count && ++events == count) {
+            run->stop();
         }
-    });
+    };
+    QObject::connect(order, &DOrder::eventReceived, &run, stopAfterCount);
     QObject::connect(output, &Output::failed, &run, &OrderRun::stop);
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &run, &OrderRun::stop);
     return run.wait(options.seconds);

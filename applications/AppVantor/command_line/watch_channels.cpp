@@ -54,7 +54,7 @@ private:
 };
 
 /// Tells the changes of a channel, and counts them in seen, up to count.
-ChannelReport changesOf(const DToolChannel& channel, const Options& options, int* seen)
+ChannelReport changesOf(const DToolChannel& channel, const Options& options, qint64* seen)
 {
     ChannelReport report;
     report.tells = [changes = Changes(options.edge), count = options.count,
@@ -82,15 +82,16 @@ int watchChannels(DTool* tool, const Options& options, Output* output)
     }
     UnixSignals unixSignals;
     OrderRun run(tool, listenersOf(channels, options.edge));
-    int seen = 0;
+    qint64 seen = 0;
     for (int i = 0; i < channels.size(); ++i) {
         DOrder* order = run.orders().at(static_cast<std::size_t>(i)).get();
         reportOrder(order, i + 1, output, {}, changesOf(channels.at(i), options, &seen));
-        QObject::connect(order, &DOrder::eventReceived, &run, [&] {
-            if (seen == options.count) {
-                run.stop();
-            }
-        });
+        QObject::connect(order, &DOrder::eventReceived, &run,
+                         [run = &run, seen = &seen, count = options.count] {
+                             if (*seen == count) {
+                                 run->stop();
+                             }
+                         });
         QObject::connect(order, &DOrder::finished, &run, &OrderRun::stop); // one that fails ends all
     }
     bool isInterrupted = false;

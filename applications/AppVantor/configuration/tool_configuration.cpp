@@ -141,8 +141,10 @@ QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root,
     Lines known;
     known.known = lines.has_value();
     known.kinds = kinds;
-    for (const DLine& line : lines.value_or(QVector<DLine>())) {
-        known.directions.insert(line.name, line.direction);
+    if (lines) {
+        for (const DLine& line : *lines) {
+            known.directions.insert(line.name, line.direction);
+        }
     }
     QVector<BenchConfiguration::Tool> tools;
     QSet<QString> names;
