@@ -39,7 +39,8 @@ private Q_SLOTS:
         const Rows<QString, QString> row("prepare", "problem");
         row("missing", "true", "cannot open shared object file: No such file or directory");
         row("no library", "echo no library >%1", "invalid ELF header|file too short");
-        row("another one", "cp $LIBRARIES/../plugins/libp_tool_gpio.so %1", "has no function \"appvantorWindowPart\"");
+        row("another one", "cp $LIBRARIES/../plugins/libp_tool_gpio.so %1",
+            "has no function \"appvantorWindowPart\"");
     }
 
     void aWindowsLibraryThatCannotBeLoadedIsTold()
