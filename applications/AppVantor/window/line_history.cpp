@@ -26,14 +26,14 @@ void LineHistory::append(LineLevel level)
     }
     m_blocks.back().add(level);
     m_changes.push_back(level);
-    while (m_changes.size() > c_mostChanges || m_changes.front().sinceUs < level.sinceUs - c_longestUs) {
+    while (m_changes.size() > c_mostChanges ||
+           (m_changes.size() > 1 && m_changes.at(1).sinceUs <= level.sinceUs - c_longestUs)) {
         forgetFirst();
     }
 }
 
 void LineHistory::forgetFirst()
 {
-    m_before = m_changes.front();
     m_changes.pop_front();
     if (++m_forgotten % c_block == 0) {
         m_blocks.pop_front();
@@ -45,7 +45,7 @@ LineLevel LineHistory::at(qint64 timeUs) const
     const auto after =
         std::upper_bound(m_changes.cbegin(), m_changes.cend(), timeUs,
                          [](qint64 time, const LineLevel& change) { return time < change.sinceUs; });
-    return after == m_changes.cbegin() ? m_before : *std::prev(after);
+    return after == m_changes.cbegin() ? LineLevel() : *std::prev(after);
 }
 
 bool LineHistory::hasChangedSince(qint64 fromUs) const

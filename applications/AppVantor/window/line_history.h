@@ -16,13 +16,12 @@ struct LevelRange
     void add(const LevelRange& range);
 };
 
-/// What a line did in the last seconds, as far back as is remembered. Before that nothing is known, unless
-/// something was forgotten.
+/// What a line did, as far back as is remembered. Before that nothing is known.
 class LineHistory
 {
 public:
     /// The line has this level since its time; one before the last change counts as that of the last. Levels
-    /// that ended longer ago than the longest time, or are too many, are forgotten.
+    /// that ended the longest time ago or earlier, or are too many, are forgotten.
     void append(LineLevel level);
 
     /// What is known of the level at timeUs.
@@ -45,7 +44,6 @@ private:
 
     void forgetFirst();
 
-    LineLevel m_before; ///< before the first change
     std::deque<LineLevel> m_changes;
     quint64 m_forgotten = 0;
     std::deque<LevelRange> m_blocks; ///< each of c_block changes, counted from the first ever
