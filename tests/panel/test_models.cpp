@@ -113,6 +113,26 @@ private Q_SLOTS:
 
     // Lines
 
+    /// The device answers when the events are processed, that is, after all of them.
+    void quickSettingsOfALineAllCount()
+    {
+        DSteadyScheduler scheduler;
+        const auto board = makeSimulatedBoard(smallBoard(), &scheduler, DevicePlace::OwnThread);
+        board->open();
+        QVERIFY(waitUntil([&board] { return board->level(1).known; }));
+        DeviceClock clock(&scheduler);
+        LinesModel lines(board.get(), {}, &clock);
+        for (const int level : {1, 0, 1, 0, 1}) {
+            lines.setLevel(1, level);
+            QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), level);
+        }
+        QVERIFY(waitUntil([&lines] { return lines.history(1)->changeCount() == 6; }));
+        QCOMPARE(board->level(1).level, 1);
+        board->setPluggedIn(false);
+        QVERIFY(waitUntil([&board] { return !board->level(1).known; }));
+        QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), 0);
+    }
+
     void theLinesAreListedWithTheirChannels()
     {
         QCOMPARE(m_lines->rowCount(), 8);

@@ -18,6 +18,7 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     }
     linkChannels(tools);
     connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
+    connect(device, &LineDevice::changesLost, this, [this] { m_asked.clear(); });
     connect(device, &DDevice::stateChanged, this, &LinesModel::stateChanged);
     connect(device, &QObject::destroyed, this, &LinesModel::stateChanged);
     connect(clock, &DeviceClock::runningChanged, this,
@@ -49,7 +50,7 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
     case KnownRole:
         return !m_device.isNull() && m_device->level(row).known;
     case LevelRole:
-        return m_device.isNull() ? 0 : m_device->level(row).level;
+        return levelOf(row);
     case HighestRole:
         return line.highestLevel();
     case ChannelsRole:
@@ -96,9 +97,18 @@ int LinesModel::highestLevel(int line) const
 
 void LinesModel::setLevel(int line, int level)
 {
-    if (!m_device.isNull()) {
-        m_device->setInput(line, level);
+    if (m_device.isNull() || line < 0 || line >= m_lines.size() || !m_lines.at(line).settable ||
+        level == levelOf(line)) {
+        return;
     }
+    m_asked.insert(line, level);
+    m_changed.add(line);
+    m_device->setInput(line, level);
+}
+
+int LinesModel::levelOf(int line) const
+{
+    return m_asked.value(line, m_device.isNull() ? 0 : m_device->level(line).level);
 }
 
 QVariant LinesModel::levelAt(int line, double timeUs) const
@@ -112,6 +122,9 @@ QVariant LinesModel::levelAt(int line, double timeUs) const
 void LinesModel::record(int line, const LineLevel& level)
 {
     m_histories.at(static_cast<std::size_t>(line)).append(level);
+    if (!level.known || level.level == m_asked.value(line, level.level)) {
+        m_asked.remove(line);
+    }
     m_changed.add(line);
 }
 

@@ -7,6 +7,7 @@
 #include <devices/line_device.h>
 
 #include <QAbstractListModel>
+#include <QHash>
 #include <QPointer>
 
 #include <vector>
@@ -60,7 +61,8 @@ public:
     int highestLevel(int line) const;
     DeviceClock& clock() const { return *m_clock; }
 
-    /// Sets an input line from outside.
+    /// Sets an input line from outside. The line counts as having that level at once: whoever toggles it
+    /// again before the device has answered toggles what was asked last.
     Q_INVOKABLE void setLevel(int line, int level);
     /// Level that line had at timeUs on the device's clock; undefined where it is not known.
     Q_INVOKABLE QVariant levelAt(int line, double timeUs) const;
@@ -70,6 +72,7 @@ Q_SIGNALS:
 
 private:
     void record(int line, const LineLevel& level);
+    int levelOf(int line) const;
     void linkChannels(const QVector<DTool*>& tools);
 
     QPointer<LineDevice> m_device;
@@ -78,5 +81,6 @@ private:
     QVector<QStringList> m_channels;
     std::vector<LineHistory> m_histories;
     std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
+    QHash<int, int> m_asked; ///< levels that the device has been asked for and has not told yet
     ChangedRows m_changed;
 };
