@@ -74,6 +74,18 @@ private Q_SLOTS:
         QTRY_VERIFY(m_led->property("lit").toBool());
     }
 
+    void aPageThatIsTooNarrowForItsValuesSaysSo()
+    {
+        showChannels({channelEntry("LEVEL"_s, "analogOutput"_s, "in"_s, "ain"_s)});
+        QQuickItem* notice = itemNamed(m_fixture->page(), "panelNotice"_s);
+        QVERIFY(!notice->isVisible());
+        m_fixture->panel().setWidth(300);
+        QTRY_VERIFY(notice->isVisible());
+        QVERIFY(notice->property("text").toString().contains(QLatin1String("too narrow")));
+        m_fixture->panel().setWidth(600);
+        QTRY_VERIFY(!notice->isVisible());
+    }
+
     void aLitLampDiffersByItsShape()
     {
         // Opacity between the middle and the rim: a lit lamp is a disc, a dark one a ring.

@@ -115,6 +115,24 @@ private Q_SLOTS:
         QCOMPARE(m_bench->board().level(6).level, 65535);
     }
 
+    void aDraggedSliderStaysUnderThePointer()
+    {
+        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(0);
+        const QPoint start = slider->mapToScene(QPointF(8, slider->height() / 2)).toPoint();
+        QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, start);
+        QTest::mouseMove(&window(), start + QPoint(20, 0));
+        QTest::mouseMove(&window(), start + QPoint(40, 0));
+        const double dragged = slider->property("value").toDouble();
+        QVERIFY(dragged > 20000);
+        m_bench->board().setInput(6, 100);
+        m_scene->clock().tick();
+        QCOMPARE(slider->property("value").toDouble(), dragged);
+        QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, start + QPoint(40, 0));
+        m_bench->board().setInput(6, 200);
+        m_scene->clock().tick();
+        QCOMPARE(slider->property("value").toDouble(), 200.0);
+    }
+
     void thePageAndTheBoardShowTheSame()
     {
         QQuickItem* box = nullptr;
@@ -220,11 +238,19 @@ private Q_SLOTS:
     void freezingHoldsTheWaveforms()
     {
         QQuickItem* button = itemNamed(&root(), "freezeButton"_s);
+        QQuickItem* mark = itemNamed(&root(), "heldMark"_s);
+        QVERIFY(!mark->isVisible());
+        const double left = button->mapToScene({}).x();
+        const QString hint = button->property("hint").toString();
         PanelFixture::click(button);
         QVERIFY(!m_scene->clock().isRunning());
+        QVERIFY(mark->isVisible());
         QCOMPARE(button->property("text").toString(), "Resume"_s);
+        QVERIFY(button->property("hint").toString() != hint);
+        QCOMPARE(button->mapToScene({}).x(), left);
         PanelFixture::click(button);
         QVERIFY(m_scene->clock().isRunning());
+        QVERIFY(!mark->isVisible());
     }
 
     void theTimeUnderThePointerIsShown()
@@ -251,6 +277,20 @@ private Q_SLOTS:
         QTest::mouseMove(&window(), grip + QPoint(50, 0));
         QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, grip + QPoint(50, 0));
         QCOMPARE(handle->x(), before + 50);
+    }
+
+    void aFieldThatTheTabKeyReachesIsShownWhole()
+    {
+        QQuickItem* form = itemNamed(&root(), "formFlickable"_s);
+        QVERIFY(form->property("contentHeight").toDouble() > form->height());
+        itemNamed(&root(), "runButton"_s)->forceActiveFocus(Qt::TabFocusReason);
+        for (int field = 0; field < 6; ++field) {
+            QTest::keyClick(&window(), Qt::Key_Tab);
+            const QQuickItem* focused = window().activeFocusItem();
+            const QRectF place = focused->mapRectToItem(form, focused->boundingRect());
+            QVERIFY2(form->boundingRect().contains(place), qPrintable(focused->objectName()));
+        }
+        QCOMPARE(window().activeFocusItem()->objectName(), "sectionsField"_s);
     }
 
     void theDarkThemeIsSwitchedOn()
@@ -314,6 +354,19 @@ private Q_SLOTS:
         }
         QVERIFY(values.contains("4321"_s));
         QVERIFY(!values.contains("undefined"_s));
+    }
+
+    void aPictureOfAnUnpluggedBoardHasItsRows()
+    {
+        close();
+        m_bench = std::make_unique<ExampleBench>(8);
+        m_bench->board().setPluggedIn(false);
+        const QTemporaryDir folder;
+        WindowOptions options;
+        options.screenshotFile = folder.filePath("panel.png"_s);
+        PanelScene scene(&m_bench->tool(), WindowOptions::Theme::Light);
+        QCOMPARE(takePicture(scene, options), 0);
+        QCOMPARE(itemsNamed(&scene.root(), "idChannelRow"_s).size(), 8);
     }
 
 private:

@@ -232,5 +232,17 @@
         <source></source>
         <translation>No order yet. Choose a command and press Run.</translation>
     </message>
+    <message id="board_resume_hint">
+        <source></source>
+        <translation>Let the waveforms run on</translation>
+    </message>
+    <message id="board_held">
+        <source></source>
+        <translation>Courses frozen</translation>
+    </message>
+    <message id="panel_too_narrow">
+        <source></source>
+        <translation>The page is too narrow for some of its values. Make it wider.</translation>
+    </message>
 </context>
 </TS>

@@ -232,5 +232,17 @@
         <source></source>
         <translation>Aucun ordre pour l’instant. Choisissez une commande et appuyez sur Lancer.</translation>
     </message>
+    <message id="board_resume_hint">
+        <source></source>
+        <translation>Laisser défiler les courbes</translation>
+    </message>
+    <message id="board_held">
+        <source></source>
+        <translation>Courbes figées</translation>
+    </message>
+    <message id="panel_too_narrow">
+        <source></source>
+        <translation>La page est trop étroite pour certaines de ses valeurs. Élargissez-la.</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,15 @@
 #include "page_texts.h"
 
+#include <QFontMetricsF>
+
+#include <algorithm>
 #include <utility>
+
+PageTexts::PageTexts()
+{
+    m_look.setSingleShot(true);
+    connect(&m_look, &QTimer::timeout, this, &PageTexts::lookForHidden);
+}
 
 void PageTexts::setRoot(QQuickItem* root)
 {
@@ -48,6 +57,9 @@ void PageTexts::adopt(QQuickItem* item)
     connect(item, &QObject::destroyed, this, &PageTexts::forget);
     if (item->inherits("QQuickText")) {
         giveLook(item);
+        m_texts.insert(item);
+        connect(item, &QQuickItem::widthChanged, this, [this] { m_look.start(0); });
+        m_look.start(0);
     }
     const QList<QQuickItem*> children = item->childItems();
     for (QQuickItem* child : children) {
@@ -77,6 +89,8 @@ void PageTexts::forget(QObject* item)
 {
     m_items.remove(item);
     m_coloured.remove(item);
+    m_texts.remove(static_cast<QQuickItem*>(item)); // only its address counts
+    m_look.start(0);
 }
 
 void PageTexts::release()
@@ -86,4 +100,18 @@ void PageTexts::release()
     }
     m_items.clear();
     m_coloured.clear();
+    m_texts.clear();
+    m_look.start(0);
+}
+
+void PageTexts::lookForHidden()
+{
+    const double letter = QFontMetricsF(m_font).averageCharWidth();
+    const bool hidden = std::any_of(m_texts.cbegin(), m_texts.cend(), [letter](const QQuickItem* text) {
+        return text->width() < letter && text->isVisible() && !text->property("text").toString().isEmpty();
+    });
+    if (hidden != m_hidden) {
+        m_hidden = hidden;
+        Q_EMIT hiddenChanged();
+    }
 }

@@ -56,19 +56,20 @@ private:
     QQuickItem* const m_content;
 };
 
-/// Lets everything run for runMs, and on until the panel has its values. False when they do not come.
+/// Lets everything run for runMs, and on until the panel has its values; the rows of a page come with the
+/// first pass of the event loop, also those of one that gets no values. False when the values do not come.
 bool waitForValues(const PagePanel& panel, int runMs)
 {
     const QDeadlineTimer runs(runMs);
     const QDeadlineTimer gone(runMs + c_longestWaitMs);
     QTimer wakeUp;
     wakeUp.start(10);
-    while (!runs.hasExpired() || !panel.hasValues()) {
+    do {
         if (gone.hasExpired()) {
             return false;
         }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
+    } while (!runs.hasExpired() || !panel.hasValues());
     return true;
 }
 

@@ -24,10 +24,10 @@ void Scene::load(const QString& file, QVariantMap properties, WindowOptions::The
     }
     const QUrl url(QStringLiteral("qrc:/applications/AppVantor/window/qml/") + file);
     QQmlComponent component(&m_engine, url);
-    m_root.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
-    if (!m_root) {
+    if (!component.isReady()) {
         qFatal("%s", qPrintable(component.errorString())); // part of the program: cannot be missing
     }
+    m_root.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
 }
 
 void Scene::unload()

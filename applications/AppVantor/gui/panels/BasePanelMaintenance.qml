@@ -1,6 +1,5 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
-import QtQuick.Window 2.15
 import AppVantor 1.0
 import "../widgets"
 
@@ -26,29 +25,13 @@ Item {
             return connectionProblem.length > 0 ? qsTrId("panel_not_connected_because").arg(connectionProblem)
                                                 : qsTrId("panel_not_connected")
         }
-        return hasChannels ? "" : qsTrId("panel_no_public_channels")
+        if (!hasChannels) {
+            return qsTrId("panel_no_public_channels")
+        }
+        return texts.hidden ? qsTrId("panel_too_narrow") : ""
     }
 
     signal updateData()
-
-    function showFocused(item) {
-        for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
-            if (ancestor === flickable.contentItem) {
-                const top = item.mapToItem(flickable.contentItem, 0, 0).y
-                const lowest = Math.max(0, flickable.contentHeight - flickable.height)
-                const highestY = top - Style.defSpacing
-                const lowestY = top + item.height + Style.defSpacing - flickable.height
-                flickable.contentY = Math.min(lowest, Math.max(0, Math.max(lowestY, Math.min(flickable.contentY,
-                                                                                             highestY))))
-                return
-            }
-        }
-    }
-
-    function scrollBy(distance) {
-        const lowest = Math.max(0, flickable.contentHeight - flickable.height)
-        flickable.contentY = Math.min(lowest, Math.max(0, flickable.contentY + distance))
-    }
 
     // The text of the page at a place of the scene, if it is cut short there; labels show themselves whole.
     function cutTextAt(scenePosition) {
@@ -71,11 +54,10 @@ Item {
     }
     // The channels of a tool that is just there are made in the same pass of the event loop.
     onConnectedChanged: Qt.callLater(updateData)
-    Window.onActiveFocusItemChanged: showFocused(Window.activeFocusItem)
 
     Keys.onPressed: {
         if (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp) {
-            scrollBy(event.key === Qt.Key_PageDown ? flickable.height * 0.9 : -flickable.height * 0.9)
+            flickable.scrollTo(flickable.contentY + flickable.height * (event.key === Qt.Key_PageDown ? 0.9 : -0.9))
             event.accepted = true
         }
     }
@@ -84,6 +66,7 @@ Item {
     Accessible.name: name
 
     PageTexts {
+        id: texts
         font: Qt.font({family: Style.fontFamily, pixelSize: Style.textSize})
         color: Style.text
         root: panel.contentItem
@@ -194,17 +177,14 @@ Item {
         }
     }
 
-    Flickable {
+    UiFlickable {
         id: flickable
         objectName: "panelFlickable"
         anchors.top: noticeBar.bottom
         anchors.topMargin: Style.defSpacing
         anchors.bottom: parent.bottom
         width: parent.width
-        contentWidth: width
         contentHeight: panel.contentItem ? panel.contentItem.height + Style.defSpacing : 0
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
 
         // Half beside the content, whose rows leave no more room than the column's spacing.
         T.ScrollBar.vertical: UiScrollBar {

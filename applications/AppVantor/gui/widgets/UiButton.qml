@@ -7,8 +7,11 @@ T.Button {
 
     property bool primary: false
     property string hint: ""
+    // What it says in its other state: it is wide enough for both.
+    property string otherText: ""
 
-    implicitWidth: Math.max(64, label.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(64, Math.max(label.implicitWidth, Math.ceil(otherLabel.advanceWidth)) + leftPadding
+                                + rightPadding)
     implicitHeight: Style.controlHeight
     leftPadding: 12
     rightPadding: 12
@@ -18,6 +21,12 @@ T.Button {
 
     Keys.onReturnPressed: click()
     Keys.onEnterPressed: click()
+
+    TextMetrics {
+        id: otherLabel
+        text: root.otherText
+        font: label.font
+    }
 
     contentItem: UiLabel {
         id: label

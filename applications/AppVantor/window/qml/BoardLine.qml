@@ -143,11 +143,8 @@ Item {
                 lines.setLevel(root.line, Math.round(value))
                 root.chosen()
             }
-            onPressedChanged: {
-                if (!pressed) {
-                    value = Qt.binding(() => model.level)
-                }
-            }
+            // Under the pointer it is where the pointer is, whatever the line does meanwhile.
+            onPressedChanged: value = pressed ? value : Qt.binding(() => model.level)
         }
     }
 

@@ -31,7 +31,8 @@ Pane {
         UiButton {
             objectName: "freezeButton"
             text: root.clock.running ? qsTrId("board_freeze") : qsTrId("board_resume")
-            hint: qsTrId("board_freeze_hint")
+            otherText: root.clock.running ? qsTrId("board_resume") : qsTrId("board_freeze")
+            hint: root.clock.running ? qsTrId("board_freeze_hint") : qsTrId("board_resume_hint")
             onClicked: root.clock.running = !root.clock.running
         }
     ]
@@ -63,6 +64,18 @@ Pane {
         width: parent.width
         height: visible ? 24 : 0
         visible: list.count > 0
+
+        UiLabel {
+            objectName: "heldMark"
+            x: root.inset
+            width: ruler.x - x - Style.defSpacing
+            height: parent.height
+            visible: !root.clock.running
+            text: "\u2016 " + qsTrId("board_held")
+            color: Style.accent
+            font.bold: true
+            font.pixelSize: Style.smallTextSize
+        }
 
         Item {
             id: ruler

@@ -38,14 +38,12 @@ Pane {
         }
     ]
 
-    Flickable {
+    UiFlickable {
         id: flickable
+        objectName: "formFlickable"
         anchors.fill: parent
         anchors.bottomMargin: problemBar.height
-        contentWidth: width
         contentHeight: rows.height
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
 
         T.ScrollBar.vertical: UiScrollBar {}
 
