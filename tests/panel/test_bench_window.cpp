@@ -240,14 +240,14 @@ private Q_SLOTS:
         QQuickItem* button = itemNamed(&root(), "freezeButton"_s);
         QQuickItem* mark = itemNamed(&root(), "heldMark"_s);
         QVERIFY(!mark->isVisible());
-        const double left = button->mapToScene({}).x();
+        const double width = button->width();
         const QString hint = button->property("hint").toString();
         PanelFixture::click(button);
         QVERIFY(!m_scene->clock().isRunning());
         QVERIFY(mark->isVisible());
         QCOMPARE(button->property("text").toString(), "Resume"_s);
         QVERIFY(button->property("hint").toString() != hint);
-        QCOMPARE(button->mapToScene({}).x(), left);
+        QCOMPARE(button->width(), width);
         PanelFixture::click(button);
         QVERIFY(m_scene->clock().isRunning());
         QVERIFY(!mark->isVisible());

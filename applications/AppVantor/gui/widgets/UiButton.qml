@@ -7,10 +7,10 @@ T.Button {
 
     property bool primary: false
     property string hint: ""
-    // What it says in its other state: it is wide enough for both.
-    property string otherText: ""
+    // What it says in its other state: it is as wide as the longer text needs.
+    property string otherText: text
 
-    implicitWidth: Math.max(64, Math.max(label.implicitWidth, Math.ceil(otherLabel.advanceWidth)) + leftPadding
+    implicitWidth: Math.max(64, Math.ceil(Math.max(ownText.advanceWidth, laterText.advanceWidth)) + 1 + leftPadding
                                 + rightPadding)
     implicitHeight: Style.controlHeight
     leftPadding: 12
@@ -23,7 +23,13 @@ T.Button {
     Keys.onEnterPressed: click()
 
     TextMetrics {
-        id: otherLabel
+        id: ownText
+        text: root.text
+        font: label.font
+    }
+
+    TextMetrics {
+        id: laterText
         text: root.otherText
         font: label.font
     }
