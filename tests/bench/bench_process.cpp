@@ -1,5 +1,5 @@
 #include "bench_process.h"
-#include "json_lines.h"
+#include "json_checks.h"
 #include "literals.h"
 
 #include <QElapsedTimer>
@@ -173,6 +173,7 @@ BenchRun BenchProcess::end()
     m_run.errors += rest.errors;
     m_run.status = rest.status;
     checkJsonLines(m_run.output);
+    checkConfiguration(m_process.arguments(), m_run.errors);
     return m_run;
 }
 

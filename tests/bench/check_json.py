@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-"""Checks lines of JSON against docs/json.schema.json.
+"""Checks what the bench writes and reads against the schemas in the folder docs.
 
-    check_json.py SCHEMA                answers each line of standard input with one: empty, or what is wrong with it
-    check_json.py SCHEMA DOCUMENT       checks the examples of a document, of which each type must have one
+    check_json.py DOCS                  answers each line of standard input with one: empty, or what is wrong with it.
+                                        "configuration FILE" is a configuration, any other a line that the bench writes
+    check_json.py DOCS DOCUMENT         checks the examples of a document, of which each type must have one
 """
 
 import json
@@ -12,11 +13,20 @@ import sys
 import jsonschema
 
 
+def schema_in(file):
+    with open(file, encoding="utf-8") as stream:
+        schema = json.load(stream)
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return schema
+
+
+def text_of(error):
+    return f"{error.json_path}: {error.message}".replace("\n", " ")
+
+
 class Checker:
-    def __init__(self, file):
-        with open(file, encoding="utf-8") as stream:
-            schema = json.load(stream)
-        jsonschema.Draft202012Validator.check_schema(schema)
+    def __init__(self, docs):
+        schema = schema_in(f"{docs}/json.schema.json")
         self.definitions = schema["$defs"]
         self.validators = {}
         for alternative in schema["oneOf"]:
@@ -37,8 +47,30 @@ class Checker:
             error = jsonschema.exceptions.best_match(validator.iter_errors(value))
             if error is None:
                 return ""
-            problems.append(f"{error.json_path}: {error.message}")
-        return "; or ".join(problems).replace("\n", " ")
+            problems.append(text_of(error))
+        return "; or ".join(problems)
+
+
+def each_key_once(pairs):
+    entries = dict(pairs)
+    if len(entries) < len(pairs):
+        raise ValueError("a key stands twice")
+    return entries
+
+
+class ConfigurationChecker:
+    def __init__(self, docs):
+        self.validator = jsonschema.Draft202012Validator(schema_in(f"{docs}/appvantor.schema.json"))
+
+    def problem(self, file):
+        """What is wrong with the configuration in a file; empty when it is right."""
+        try:
+            with open(file, encoding="utf-8-sig") as stream:
+                value = json.load(stream, object_pairs_hook=each_key_once)
+        except ValueError as error:
+            return f"no JSON: {error}"
+        error = next(self.validator.iter_errors(value), None)
+        return text_of(error) if error else ""
 
 
 def examples_of(document):
@@ -65,8 +97,10 @@ def main():
     checker = Checker(sys.argv[1])
     if len(sys.argv) > 2:
         return check_document(checker, sys.argv[2])
+    configurations = ConfigurationChecker(sys.argv[1])
     for line in sys.stdin:
-        print(checker.problem(line.rstrip("\n")), flush=True)
+        kind, _, file = line.rstrip("\n").partition(" ")
+        print(configurations.problem(file) if kind == "configuration" else checker.problem(line), flush=True)
     return 0
 
 

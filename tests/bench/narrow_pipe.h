@@ -1,7 +1,7 @@
 #pragma once
 
 #include "bench_process.h"
-#include "json_lines.h"
+#include "json_checks.h"
 #include "literals.h"
 
 #include <QByteArray>

@@ -70,10 +70,11 @@ private Q_SLOTS:
     {
         const Mistakes row(c_simulated);
         row("JSON", "'tools'", "tools", "expected JSON, found tools: [ { 'name': '");
+        row("schema", "'device'", "'$schema': 7, 'device'", "$schema: expected a text, found 7");
         row("unknown entry", "'wires'", "'wire'",
             "device.wire: unknown entry, expected one of: type, connected, lines, wires, faults");
         row("entry without a name", "'device'", "'': 1, 'device'",
-            "'': unknown entry, expected one of: device, tools");
+            "'': unknown entry, expected one of: device, tools, $schema");
         row("inner entry without a name", "'wires'", "''",
             "device.'': unknown entry, expected one of: type, connected, lines, wires, faults");
         row("control characters", "'wires'", "'wi\\u0000\\n\\u001bres'",
@@ -132,9 +133,9 @@ private Q_SLOTS:
             "device.faults[0].instruction: expected one of 'getValue', 'setValues', 'setBlink', "
             "'listenEvents', 'listenToAll', found 'sing'");
         row("no tools", "'tools': [", "'tools': [], 'toolz': [",
-            "toolz: unknown entry, expected one of: device, tools");
+            "toolz: unknown entry, expected one of: device, tools, $schema");
         row("another entry", "'tools': [", "'tools': {}, 'x': [",
-            "x: unknown entry, expected one of: device, tools");
+            "x: unknown entry, expected one of: device, tools, $schema");
         row("lines that are no list", "'lines': [", "'lines': {}, 'x': [",
             "device.lines: expected a list, found {}");
         row("tool id", "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "seven",
@@ -156,6 +157,8 @@ private Q_SLOTS:
             "tools[0].channels[0].visibility: expected one of 'public', 'private', 'hidden', found 'Public'");
         row("type twice", "{'id': 'type'", "{'id': 'type', 'value': 'digitalInput'}, {'id': 'type'",
             "tools[0].channels[0].value[1].id: expected 'type' once");
+        row("entry of the plugin twice", "{'id': 'type'", "{'id': 'x'}, {'id': 'x'}, {'id': 'type'",
+            "tools[0].channels[0].value[1].id: expected 'x' once");
         row("direction that does not suit the type", "'value': 'out'", "'value': 'in'",
             "tools[0].channels[0].value: channel 'A': expected the 'direction' 'out' of a channel of the "
             "type 'digitalInput', found 'in'");

@@ -1,6 +1,8 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
+#include <QDir>
 #include <QFile>
 #include <QtTest>
 
@@ -31,6 +33,22 @@ class TestExamples : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void everyConfigurationIsRight_data()
+    {
+        const Rows<QString> row("file");
+        const QStringList names = QDir(example({})).entryList({"*.json"_s});
+        for (const QString& name : names) {
+            row(name.toUtf8(), example(name));
+        }
+    }
+
+    void everyConfigurationIsRight()
+    {
+        QFETCH(QString, file);
+        const BenchRun run = runBench({"--config"_s, file, "commands"_s});
+        QCOMPARE(run, (BenchRun{0, run.output}));
+    }
+
     void theTourEndsWell()
     {
         const BenchRun run = runBench({"shell"_s, "--echo"_s, example("tour.orders"_s)});

@@ -1,5 +1,5 @@
 #include "bench_process.h"
-#include "json_lines.h"
+#include "json_checks.h"
 #include "literals.h"
 #include "rows.h"
 

@@ -64,7 +64,9 @@ std::optional<BenchConfiguration> readBench(const QByteArray& text, const QStrin
         return std::nullopt;
     }
     const ConfigObject root(*json, QString(), problems);
-    root.allowOnly({QStringLiteral("device"), QStringLiteral("tools")});
+    const QString schema = QStringLiteral("$schema"); // for editors
+    root.allowOnly({QStringLiteral("device"), QStringLiteral("tools"), schema});
+    root.textOr(schema, QString());
     const int before = problems->all().size();
     const ConfigObject device = root.object(QStringLiteral("device"));
     const bool hasDevice = problems->all().size() == before;
