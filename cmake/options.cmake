@@ -1,9 +1,10 @@
 # Compile options of all our own code: warnings are errors; sanitizers and coverage come by preset.
 
+option(BUILD_TESTING "Build the tests" ON)
 option(SANITIZE "Build with the address, leak and undefined-behaviour sanitizers" OFF)
 option(SANITIZE_THREAD "Build with the thread sanitizer" OFF)
 option(COVERAGE "Build with coverage instrumentation" OFF)
-option(BENCHMARKS "Describe the benchmarks too (needs Google Benchmark); the target benchmarks builds them" OFF)
+option(BENCHMARKS "Describe the benchmarks too, beside the tests (needs Google Benchmark); the target benchmarks builds them" OFF)
 option(FUZZ "Build the fuzzers of tests/fuzz, with the sanitizers; needs clang" OFF)
 
 add_library(project_options INTERFACE)

@@ -1,5 +1,6 @@
 #include "window_library.h"
 
+#include <command_line/about.h>
 #include <command_line/discover.h>
 #include <command_line/failure_report.h>
 #include <command_line/get_channels.h>
@@ -118,7 +119,8 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Shell:
         return runShell(tool, options, output);
     case Options::Subcommand::Discover:
-        break; // needs no bench
+    case Options::Subcommand::About:
+        break; // need no bench
     case Options::Subcommand::Window:
         return showWindowWithOrders(*window, bench, tool, options, output);
     case Options::Subcommand::Panel:
@@ -203,10 +205,17 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     return writeOut(status, output, &trace);
 }
 
-/// The chips of the machine are there without a bench.
-int runDiscovery(const Options& options, Output* output)
+/// A subcommand without a window.
+int runOnTerminal(const Options& options, Output* output)
 {
-    return writeOut(discover(options, output), output);
+    switch (options.subcommand) {
+    case Options::Subcommand::Discover:
+        return writeOut(discover(options, output), output);
+    case Options::Subcommand::About:
+        return writeOut(tellAbout(output), output);
+    default:
+        return runBench(options, nullptr, output);
+    }
 }
 
 int runWindow(int& argc, char* argv[], const Options& options, Output* output)
@@ -260,8 +269,7 @@ int run(int argc, char* argv[])
         return runWindow(argc, argv, options, &output);
     }
     const QCoreApplication application(argc, argv);
-    return options.subcommand == Options::Subcommand::Discover ? runDiscovery(options, &output)
-                                                               : runBench(options, nullptr, &output);
+    return runOnTerminal(options, &output);
 }
 
 } // namespace
@@ -273,6 +281,7 @@ int main(int argc, char* argv[])
     std::signal(SIGXFSZ, SIG_IGN); // and so is a file that must not grow
     qputenv("QT_NO_GLIB", "1");    // Qt's own event loop wakes itself with fewer system calls
     QCoreApplication::setApplicationName(QStringLiteral("appvantor"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(APPVANTOR_VERSION));
     const int status = run(argc, argv);
     drainStandardError();
     return status;

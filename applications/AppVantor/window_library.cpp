@@ -1,22 +1,12 @@
 #include "window_library.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <configuration/installation.h>
+
 #include <QLibrary>
-
-namespace {
-
-/// There is no QCoreApplication yet to ask for its folder.
-QString programFolder()
-{
-    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath();
-}
-
-} // namespace
 
 const WindowPart* loadWindow(QString* problem)
 {
-    const QString file = QDir::cleanPath(programFolder() + QStringLiteral("/../lib/libappvantor_window.so"));
+    const QString file = libraryFolder() + QStringLiteral("/libappvantor_window.so");
     QLibrary library(file);
     // A function that is missing is found now, not when it is called: that would end the process.
     library.setLoadHints(QLibrary::ResolveAllSymbolsHint);

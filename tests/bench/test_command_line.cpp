@@ -16,7 +16,7 @@ private Q_SLOTS:
         row("unknown subcommand", "juggle",
             "unknown subcommand \"juggle\"; expected one of: window, commands, channels, get, set, off, "
             "watch, "
-            "run, shell, discover, panel");
+            "run, shell, discover, panel, about");
         row("misspelt subcommand", "chanels", "unknown subcommand \"chanels\"; did you mean \"channels\"?");
         row("unknown option", "--colour commands", "unknown option \"--colour\"\n");
         row("unknown letter", "-x commands", "unknown option \"-x\"\n");
@@ -95,7 +95,7 @@ private Q_SLOTS:
         for (const char* word :
              {"Usage: appvantor [options] SUBCOMMAND\n", "window", "commands", "channels", "get", "set",
               "off", "watch", "run", "shell", "panel", "--config", "--json", "--trace", "--log-level",
-              "--tool", "Exit status: 0 success, 1 an order failed"}) {
+              "--tool", "about", "--version", "Exit status: 0 success, 1 an order failed"}) {
             QVERIFY2(run.output.contains(word), word);
         }
         for (const char* word : {"  --count", "  --screenshot", "  --off-at-end"}) {
@@ -116,6 +116,7 @@ private Q_SLOTS:
         row("run", {"--config"_s, "--count"_s, "COMMAND [NAME=VALUE …]\n"_s}, "--screenshot --echo"_words);
         row("shell", "--config --echo"_words, "--screenshot --count"_words);
         row("panel", "--config --screenshot"_words, "--count --orders"_words);
+        row("about", "--json"_words, "--screenshot --version"_words);
     }
 
     void helpOfASubcommandShowsItsOwnOptionsOnly()

@@ -47,6 +47,21 @@ private Q_SLOTS:
         QCOMPARE(lines.at(1), "START        digitalInput   out       line0      0       Start button"_s);
     }
 
+    void aboutTellsVersionQtAndThePluginsThatAreFound()
+    {
+        const QByteArray folder =
+            QDir(QFileInfo(benchFile()).path() + "/../plugins"_s).canonicalPath().toUtf8();
+        const QByteArray version = VERSION;
+        QCOMPARE(runBench({"--version"_s}), (BenchRun{0, "appvantor " + version + '\n'}));
+        QCOMPARE(runBench({"about"_s}),
+                 (BenchRun{0, "appvantor " + version + ", Qt " + qVersion() + "\nplugins in " + folder +
+                                  ": 1\n  " + folder + "/libp_tool_gpio.so: Tool Gpio\n"}));
+        QCOMPARE(runBench("about --json"_words),
+                 (BenchRun{0, R"({"type":"about","version":")" + version + R"(","qt":")" + qVersion() +
+                                  R"(","pluginFolder":")" + folder + R"(","plugins":[{"file":")" + folder +
+                                  R"(/libp_tool_gpio.so","name":"Tool Gpio"}]})" + '\n'}));
+    }
+
     void columnsStayColumns()
     {
         const QString file = boardFile(

@@ -22,6 +22,7 @@ constexpr LeftOut c_leftOut[] = {
     {"./run  ", "builds the bench"},
     {"./test", "runs all tests"},
     {"cmake ", "builds everything"},
+    {"appvantor --config examples/plugin", "needs a built plugin: see tests/install"},
     {"ctest ", "runs all tests"},
     {"tools/", "checks sources and libraries"},
 };

@@ -122,6 +122,7 @@ const std::vector<SubcommandRow>& subcommandRows()
          "config-for watch for"},
         {Options::Subcommand::Panel, "panel", "", "the plugin's maintenance page alone", "",
          "screenshot size scale theme language for off-at-end"},
+        {Options::Subcommand::About, "about", "", "version, Qt, and the plugins that are found", "", ""},
     };
     return rows;
 }

@@ -21,6 +21,11 @@ void addTo(QCommandLineParser* parser, const OptionRow& row)
     parser->addOption(QCommandLineOption(row.name, row.help, row.value));
 }
 
+QString versionName()
+{
+    return QStringLiteral("version");
+}
+
 void addHelpTo(QCommandLineParser* parser)
 {
     parser->addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")});
@@ -36,6 +41,9 @@ QString optionsHelp(const std::vector<OptionRow>& options, const SubcommandRow* 
         }
     }
     addHelpTo(&parser);
+    if (subcommand == nullptr) {
+        parser.addOption({versionName(), QStringLiteral("Tell the version.")});
+    }
     const QString help = parser.helpText(); // its first line calls the program by its whole path
     return help.mid(help.indexOf(QLatin1Char('\n')) + 1);
 }
@@ -160,6 +168,7 @@ ParsedOptions parseOptions(const QStringList& arguments)
         addTo(&parser, row);
     }
     addHelpTo(&parser);
+    parser.addOption({versionName(), QString()});
     const bool understood = parser.parse(arguments);
     if (!parser.unknownOptionNames().isEmpty()) {
         return wrongUsage(unknownOption(parser.unknownOptionNames().constFirst(), rows));
@@ -173,6 +182,10 @@ ParsedOptions parseOptions(const QStringList& arguments)
     if (parser.isSet(QStringLiteral("help"))) {
         const bool ofAll = parser.positionalArguments().isEmpty();
         return {std::nullopt, ofAll ? overview(rows) : helpOf(*subcommand, rows), ExitSuccess};
+    }
+    if (parser.isSet(versionName())) {
+        return {std::nullopt, QStringLiteral("appvantor ") + QCoreApplication::applicationVersion(),
+                ExitSuccess};
     }
     options.subcommand = subcommand->subcommand;
     options.words = parser.positionalArguments().mid(1);

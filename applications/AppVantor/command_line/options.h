@@ -21,7 +21,8 @@ struct Options
         Run,
         Shell,
         Discover,
-        Panel
+        Panel,
+        About
     };
 
     Subcommand subcommand = Subcommand::Window;

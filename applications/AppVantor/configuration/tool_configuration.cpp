@@ -1,6 +1,7 @@
 #include "tool_configuration.h"
 
-#include <QCoreApplication>
+#include "installation.h"
+
 #include <QDir>
 #include <QHash>
 #include <QSet>
@@ -21,8 +22,7 @@ QString pluginFile(const QString& plugin, const QString& folder)
     if (plugin.contains(QLatin1Char('/')) || plugin.endsWith(QLatin1String(".so"))) {
         return QDir::cleanPath(QDir(folder).absoluteFilePath(plugin));
     }
-    const QString pluginFolder = QCoreApplication::applicationDirPath() + QStringLiteral("/../plugins");
-    return QDir::cleanPath(QStringLiteral("%1/lib%2.so").arg(pluginFolder, plugin));
+    return QStringLiteral("%1/lib%2.so").arg(pluginFolder(), plugin);
 }
 
 /// The sub-entries of a channel that the bench knows; a plugin may have others.

@@ -13,7 +13,7 @@ enum class LineKinds
 };
 
 /// Reads the tools whose channels are linked to these lines, without them to some that are not known. Plugins
-/// are named ("p_tool_gpio", found beside the bench) or given as a library file, relative to folder.
+/// are named ("p_tool_gpio", found in pluginFolder()) or given as a library file, relative to folder.
 QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root,
                                             const std::optional<QVector<DLine>>& lines, LineKinds kinds,
                                             const QString& folder);
