@@ -32,9 +32,12 @@ private Q_SLOTS:
         row("texts", QVariant(QStringList{"a"_s, "b"_s}), "[\"a\",\"b\"]");
         row("map", QVariant(QVariantMap{{"b"_s, 1}, {"a"_s, 2}}), "{\"a\":2,\"b\":1}");
         row("numbers that doubles do not hold",
-            QVariant(QVariantMap{{"a"_s, -9007199254740993LL}, {"b"_s, std::numeric_limits<quint64>::max()}}),
+            QVariant(QVariantMap{{"a"_s, -9007199254740993LL},
+                                 {"b"_s, std::numeric_limits<quint64>::max()},
+                                 {"c"_s, 9007199254740993LL}}),
             "{\"a\":-9007199254740993,\"aText\":\"-9007199254740993\","
-            "\"b\":18446744073709551615,\"bText\":\"18446744073709551615\"}");
+            "\"b\":18446744073709551615,\"bText\":\"18446744073709551615\","
+            "\"c\":9007199254740993,\"cText\":\"9007199254740993\"}");
         row("numbers that they do",
             QVariant(QVariantMap{{"a"_s, -9007199254740992LL}, {"b"_s, 9007199254740992LL}}),
             "{\"a\":-9007199254740992,\"b\":9007199254740992}");

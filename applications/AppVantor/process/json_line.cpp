@@ -9,8 +9,10 @@ namespace {
 bool isTooLarge(const Json& value)
 {
     constexpr qint64 largest = 1LL << 53;
-    return value.is_number_unsigned() ? value.get<quint64>() > static_cast<quint64>(largest)
-                                      : value.is_number_integer() && value.get<qint64>() < -largest;
+    if (value.is_number_unsigned()) {
+        return value.get<quint64>() > static_cast<quint64>(largest);
+    }
+    return value.is_number_integer() && (value.get<qint64>() > largest || value.get<qint64>() < -largest);
 }
 
 } // namespace
