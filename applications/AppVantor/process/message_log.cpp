@@ -3,6 +3,7 @@
 #include "diagnostics.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <QThread>
 
 namespace {
@@ -43,11 +44,18 @@ QString readable(const QString& message)
              items.mid(textItem).join(separator));
 }
 
+/// What Qt itself complains of, "QClass::function: …", is for those who look into the bench.
+bool isOfQt(QtMsgType type, const QString& message)
+{
+    static const QRegularExpression beginning(QStringLiteral("^Q[A-Z]\\w*(::|: )"));
+    return type == QtWarningMsg && beginning.match(message).hasMatch();
+}
+
 /// Standard error is the main thread's.
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     Q_UNUSED(context)
-    if (severity(type) < leastSeverity) {
+    if (severity(type) < leastSeverity || (leastSeverity > 0 && isOfQt(type, message))) {
         return;
     }
     const std::string line = (leastSeverity > 0 ? readable(message) : message).toStdString();

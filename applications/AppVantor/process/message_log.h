@@ -7,6 +7,7 @@
 /// "off".
 QStringList logLevels();
 
-/// From now on, Qt's messages of at least this level go to standard error, a line each. level is one of
-/// logLevels(); with "debug" the error reports of plugins are told in full, else in short.
+/// From now on, messages of at least this level go to standard error, a line each. level is one of
+/// logLevels(); with "debug" the error reports of plugins are told in full, and Qt's own complaints, too;
+/// else reports in short, and these not at all.
 void installMessageLog(const QString& level);
