@@ -261,6 +261,19 @@ private Q_SLOTS:
             R"(<error type="script" message="interrupted by a signal">sleep 80000000</error>)"));
     }
 
+    void anExpectationThatIsCutOffIsOneCase()
+    {
+        const QTemporaryDir folder;
+        const QString report = folder.filePath("r.xml"_s);
+        BenchProcess bench({"shell"_s, "--echo"_s, "--report"_s, report});
+        bench.process().write("expect DOOR=ON within 80000000\n");
+        QVERIFY(bench.waitForOutput("expect"));
+        bench.send(SIGTERM);
+        QCOMPARE(bench.end().status, 1);
+        const QByteArray text = contentOf(report);
+        QVERIFY2(text.contains(R"(tests="1" failures="1" errors="0")"), text.constData());
+    }
+
     void aReportThatCannotBeWrittenIsTold()
     {
         QCOMPARE(runScript("cd \"$SCRATCH\"; mkdir r.xml; \"$BENCH\" shell --report r.xml <<< nosuch"_s),

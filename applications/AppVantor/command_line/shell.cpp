@@ -59,7 +59,7 @@ void Shell::abandon()
 
 void Shell::breakOff(const QString& reason)
 {
-    if (!m_script.isEmpty() || isBusy()) {
+    if (m_expectation == nullptr && (!m_script.isEmpty() || isBusy())) { // an expectation tells of itself
         Q_EMIT lineFailed(m_line, reason);
     }
     abandon();
