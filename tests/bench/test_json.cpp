@@ -54,6 +54,8 @@ private Q_SLOTS:
         row("value of an option", "run getValue --for x"_words, "usage", "--for: expected a number");
         row("tool", "--tool Nobody channels"_words, "usage", "there is no tool \"Nobody\"");
         row("trace", "--trace /nonexistent/t.vcd commands"_words, "usage", "the trace cannot be written");
+        row("orders", "shell nosuch.orders"_words, "usage", "nosuch.orders: the orders cannot be read");
+        row("report", "shell --report /nonexistent/r.xml"_words, "usage", "the report cannot be written");
         row("no configuration", "--config /nonexistent commands"_words, "configuration", "cannot be read");
         row("configuration", {"--config"_s, broken, "channels"_s}, "configuration", "expected an object");
         row("plugin", {"--config"_s, boardFile(R"("lines": [ {"name": "a"} ])", "", "nosuch"), "channels"_s},

@@ -1,5 +1,6 @@
 #include "run_shell.h"
 
+#include "failure_report.h"
 #include "junit_report.h"
 #include "line_editor.h"
 #include "script_reader.h"
@@ -85,7 +86,7 @@ int runShell(DTool* tool, const Options& options, Output* output)
             &shell, options.words.isEmpty() ? QStringList{QStringLiteral("-")} : options.words, &loop);
     }
     if (!problem.isEmpty()) {
-        diagnostic(problem);
+        reportFailure("usage", {problem}, output);
         return ExitWrongUsage;
     }
     problem = options.report.isEmpty() ? QString() : report.write();
