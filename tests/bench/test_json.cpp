@@ -112,6 +112,17 @@ private Q_SLOTS:
         }
         QCOMPARE(told, types);
     }
+
+    /// Those that switch off at the end, of every tool, too.
+    void eachOrderHasANumberOfItsOwn()
+    {
+        const BenchRun run = runBench("--json run setValue channel=DOOR state=ON --off-at-end"_words);
+        int last = 0;
+        for (const QJsonObject& object : run.json()) {
+            QCOMPARE(object.value("order"_s).toInt(), ++last);
+        }
+        QVERIFY(last > 1);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestJson)

@@ -20,12 +20,8 @@ int getChannels(DTool* tool, const Options& options, Output* output)
     run.start();
     const int status = run.wait();
     for (int i = 0; i < channels.size(); ++i) {
-        DOrder* order = run.orders().at(static_cast<std::size_t>(i)).get();
-        reportOrder(order, i + 1, output, {}, ChannelReport());
-        if (order->isSuccessful()) {
-            const QVariant value = order->results().value(QStringLiteral("value"));
-            output->text(channels.at(i).id + QLatin1Char('=') + levelText(channels.at(i), value));
-        }
+        reportOrder(run.orders().at(static_cast<std::size_t>(i)).get(), output, {},
+                    levelReport(channels.at(i)));
     }
     return status;
 }

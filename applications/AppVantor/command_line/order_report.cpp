@@ -1,5 +1,6 @@
 #include "order_report.h"
 
+#include "channel_value.h"
 #include "failure_report.h"
 #include "order_advice.h"
 
@@ -20,6 +21,20 @@ qint64 wallClock(const DOrder& order, qint64 timeUs)
 {
     const DDevice* device = order.tool() != nullptr ? order.tool()->device() : nullptr;
     return device != nullptr ? device->scheduler()->wallClock(timeUs) : timeUs;
+}
+
+/// An object about an order, of this type, with what stands in each of them. number is 0 for an order that
+/// was refused before it had one.
+Json orderJson(const char* type, const DOrder& order, int number)
+{
+    const QVariantMap arguments = order.arguments();
+    const QString channel = arguments.value(QStringLiteral("channel")).toString();
+    return {{"type", type},
+            {"order", number > 0 ? Json(number) : Json()},
+            {"tool", order.tool() != nullptr ? toJson(order.tool()->objectName()) : Json()},
+            {"command", toJson(order.commandName())},
+            {"channel", channel.isEmpty() ? Json() : toJson(channel)},
+            {"arguments", toJson(QVariant(arguments))}};
 }
 
 /// For people: with its place.
@@ -173,30 +188,29 @@ private:
 
 } // namespace
 
-Json orderJson(const char* type, const DOrder& order, int number)
+ChannelReport levelReport(const DToolChannel& channel)
 {
-    const QVariantMap arguments = order.arguments();
-    const QString channel = arguments.value(QStringLiteral("channel")).toString();
-    return {{"type", type},
-            {"order", number > 0 ? Json(number) : Json()},
-            {"tool", order.tool() != nullptr ? toJson(order.tool()->objectName()) : Json()},
-            {"command", toJson(order.commandName())},
-            {"channel", channel.isEmpty() ? Json() : toJson(channel)},
-            {"arguments", toJson(QVariant(arguments))}};
+    ChannelReport report;
+    report.resultText = [channel](const QVariantMap& results) {
+        return channel.id + QLatin1Char('=') + levelText(channel, results.value(QStringLiteral("value")));
+    };
+    return report;
 }
 
-void reportOrder(DOrder* order, int number, Output* output, const Problem& place,
-                 const std::optional<ChannelReport>& ofChannel)
+int reportOrder(DOrder* order, Output* output, const Problem& place,
+                const std::optional<ChannelReport>& ofChannel)
 {
+    const int number = output->nextOrder();
     auto* report = new OrderReport(order, number, output, place, ofChannel);
     report->tellWarning();
     if (order->state() == DOrder::State::Finished) {
         report->tellEnd();
-        return;
+        return number;
     }
     QObject::connect(order, &DOrder::eventReceived, report, &OrderReport::tellEvent);
     QObject::connect(order, &DOrder::eventsLost, report, qOverload<quint64>(&OrderReport::tellLost));
     QObject::connect(order, &DOrder::finished, report, &OrderReport::tellEnd);
+    return number;
 }
 
 void reportRefusal(const DOrder& order, Output* output, const Problem& place)

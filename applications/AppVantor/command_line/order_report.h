@@ -7,10 +7,7 @@
 #include <optional>
 
 class DOrder;
-
-/// An object about an order, of this type, with what stands in each of them. number is the order's number for
-/// the user, 0 for one that was refused before it had one.
-Json orderJson(const char* type, const DOrder& order, int number);
+struct DToolChannel;
 
 /// How an order of one channel is reported that the user has named by its channel: people read of it by that
 /// name, and of its success only where resultText tells it.
@@ -24,10 +21,13 @@ struct ChannelReport
     std::function<QString(const QVariantMap& results)> resultText = {};
 };
 
-/// Writes what becomes of an order that has been started, or is about to be: its events, and its end. number
-/// is the order's number for the user; place is where it stands in a script, if it does.
-void reportOrder(DOrder* order, int number, Output* output, const Problem& place = {},
-                 const std::optional<ChannelReport>& ofChannel = std::nullopt);
+/// How the reading of channel is reported: "DOOR=ON".
+ChannelReport levelReport(const DToolChannel& channel);
+
+/// Writes what becomes of an order that has been started, or is about to be: its events, and its end. place
+/// is where it stands in a script, if it does. Returns the order's number for the user.
+int reportOrder(DOrder* order, Output* output, const Problem& place = {},
+                const std::optional<ChannelReport>& ofChannel = std::nullopt);
 
 /// Writes why an order was refused before anything ran, as what was wrong with it tells.
 void reportRefusal(const DOrder& order, Output* output, const Problem& place = {});

@@ -38,7 +38,7 @@ int runOrder(DTool* tool, const Options& options, Output* output)
         reportRefusal(*order, output);
         return ExitWrongUsage;
     }
-    reportOrder(order, 1, output);
+    reportOrder(order, output);
     const Progress progress(invocation, options.seconds, *output);
     const auto stopAfterCount = [run = &run, events = 0,
                                  count = options.count](const QVariantMap& event) mutable {

@@ -41,9 +41,8 @@ std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words
 void start(OrderRun* run, Output* output)
 {
     run->start();
-    int number = 0;
     for (const auto& order : run->orders()) {
-        reportOrder(order.get(), ++number, output, {}, ChannelReport());
+        reportOrder(order.get(), output, {}, ChannelReport());
     }
 }
 

@@ -1,8 +1,7 @@
 #include "shell_orders.h"
 
-#include "channel_value.h"
-
 #include <plugin_management/d_order.h>
+#include <plugin_management/d_tool.h>
 
 #include <utility>
 
@@ -21,11 +20,8 @@ DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line
 
 DFailure ShellOrders::read(const DToolChannel& channel, const ScriptLine& line)
 {
-    ChannelReport report;
-    report.resultText = [channel](const QVariantMap& results) {
-        return channel.id + QLatin1Char('=') + levelText(channel, results.value(QStringLiteral("value")));
-    };
-    return start({QStringLiteral("getValue"), {{QStringLiteral("channel"), channel.id}}}, line, report);
+    return start({QStringLiteral("getValue"), {{QStringLiteral("channel"), channel.id}}}, line,
+                 levelReport(channel));
 }
 
 DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line,
@@ -37,8 +33,8 @@ DFailure ShellOrders::start(const Invocation& invocation, const ScriptLine& line
         reportRefusal(*order, m_output, line.told());
         return order->failure();
     }
-    const int number = ++m_last;
-    reportOrder(order.get(), number, m_output, line.told(), ofChannel);
+    const int number = reportOrder(order.get(), m_output, line.told(), ofChannel);
+    m_last = number;
     connect(order.get(), &DOrder::finished, this, [this, number] { orderEnded(number); });
     const bool hasEnded = order->state() == DOrder::State::Finished;
     m_running.emplace(number, Running{std::move(order), invocation, line});

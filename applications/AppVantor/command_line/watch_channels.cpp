@@ -85,7 +85,7 @@ int watchChannels(DTool* tool, const Options& options, Output* output)
     qint64 seen = 0;
     for (int i = 0; i < channels.size(); ++i) {
         DOrder* order = run.orders().at(static_cast<std::size_t>(i)).get();
-        reportOrder(order, i + 1, output, {}, changesOf(channels.at(i), options, &seen));
+        reportOrder(order, output, {}, changesOf(channels.at(i), options, &seen));
         QObject::connect(order, &DOrder::eventReceived, &run,
                          [run = &run, seen = &seen, count = options.count] {
                              if (*seen == count) {

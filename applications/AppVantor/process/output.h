@@ -39,6 +39,8 @@ public:
     /// read enough and gone.
     bool hasFailed() const { return m_outlet.error() != 0; }
     bool readerIsGone() const { return m_outlet.error() == EPIPE; }
+    /// The number that the reader knows one more order by: 1, 2, and so on.
+    int nextOrder() { return ++m_orders; }
     /// What waits for the reader, for Outlet::drain at the end: standard output is closed then.
     Outlet* outlet() { return &m_outlet; }
 
@@ -54,5 +56,6 @@ private:
 
     const bool m_json;
     const bool m_aside;
+    int m_orders = 0;
     Outlet m_outlet;
 };
