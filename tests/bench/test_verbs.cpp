@@ -97,6 +97,7 @@ private Q_SLOTS:
                  (BenchRun{0, "",
                            "appvantor: A blinks no more: that ends with \"set\"; --for SECONDS keeps it "
                            "going\n"}));
+        QCOMPARE(runOn(board(), "set A=BLINK:20:0 B=BLINK:20:100"_s), (BenchRun{0})); // steady
         const QString trace = temporaryFile(QByteArray(), "vcd"_s);
         QCOMPARE(runOn(board(), "--trace %1 set A=BLINK:20:50 --for 0.1"_s.arg(trace)), (BenchRun{0}));
         QVERIFY2(contentOf(trace).count("\n1!") >= 3, contentOf(trace).constData());

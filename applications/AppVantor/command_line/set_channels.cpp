@@ -1,6 +1,7 @@
 #include "set_channels.h"
 
 #include "channel_value.h"
+#include "driven_channels.h"
 #include "failure_report.h"
 #include "order_report.h"
 #include "order_run.h"
@@ -14,11 +15,6 @@
 
 namespace {
 
-QString channelOf(const Invocation& invocation)
-{
-    return invocation.arguments.value(QStringLiteral("channel")).toString();
-}
-
 std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words, QString* problem)
 {
     std::vector<Invocation> settings;
@@ -28,7 +24,7 @@ std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words
         if (!problem->isEmpty()) {
             return {};
         }
-        const QString channel = channelOf(settings.back());
+        const QString channel = DrivenChannels::channelOf(settings.back());
         if (channels.contains(channel)) {
             *problem = QStringLiteral("channel \"%1\" is set twice").arg(channel);
             return {};
@@ -47,15 +43,16 @@ void start(OrderRun* run, Output* output)
 }
 
 /// Nothing blinks without the bench.
-void tellWhatBlinksNoMore(const std::vector<Invocation>& settings)
+void tellWhatBlinksNoMore(const DTool& tool, const std::vector<Invocation>& settings)
 {
+    DrivenChannels driven(tool);
     for (const Invocation& setting : settings) {
-        if (setting.arguments.contains(QStringLiteral("duration")) &&
-            setting.arguments.value(QStringLiteral("state")) == QLatin1String("BLINK")) {
-            diagnostic(
-                QStringLiteral("%1 blinks no more: that ends with \"set\"; --for SECONDS keeps it going")
-                    .arg(channelOf(setting)));
-        }
+        driven.note(setting);
+    }
+    const QStringList blinking = driven.blinking();
+    for (const QString& channel : blinking) {
+        diagnostic(QStringLiteral("%1 blinks no more: that ends with \"set\"; --for SECONDS keeps it going")
+                       .arg(channel));
     }
 }
 
@@ -76,7 +73,7 @@ int setChannels(DTool* tool, const Options& options, Output* output)
     start(&run, output);
     const int status = run.wait(options.seconds);
     if (status == ExitSuccess && !options.seconds) {
-        tellWhatBlinksNoMore(settings);
+        tellWhatBlinksNoMore(*tool, settings);
     }
     return status;
 }
