@@ -45,11 +45,20 @@ void openStandardStreams()
     }
 }
 
+std::vector<DTool*> toolsOf(const Bench& bench)
+{
+    std::vector<DTool*> tools;
+    for (const auto& tool : bench.tools()) {
+        tools.push_back(tool.get());
+    }
+    return tools;
+}
+
 DTool* findTool(const Bench& bench, const QString& name)
 {
-    for (const auto& tool : bench.tools()) {
+    for (DTool* tool : toolsOf(bench)) {
         if (name.isEmpty() || tool->objectName() == name) {
-            return tool.get();
+            return tool;
         }
     }
     return nullptr;
@@ -111,7 +120,7 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Set:
         return setChannels(tool, options, output);
     case Options::Subcommand::Off:
-        return switchOff(tool, output);
+        return switchOff(options.tool.isEmpty() ? toolsOf(*bench) : std::vector<DTool*>{tool}, output);
     case Options::Subcommand::Watch:
         return watchChannels(tool, options, output);
     case Options::Subcommand::Run:
@@ -188,11 +197,8 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     bench->device().open();
     VcdTrace trace(bench->device());
     if (!options.trace.isEmpty()) {
-        std::vector<const DTool*> tools;
-        for (const auto& each : bench->tools()) {
-            tools.push_back(each.get());
-        }
-        const QString problem = trace.begin(options.trace, tools);
+        const std::vector<DTool*> tools = toolsOf(*bench);
+        const QString problem = trace.begin(options.trace, {tools.cbegin(), tools.cend()});
         if (!problem.isEmpty()) {
             return writeOut(refuseUsage(problem, output), output);
         }
@@ -200,7 +206,7 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
     int status = runSubcommand(window, bench.get(), tool, options, output);
     if (options.offAtEnd) {
-        status = std::max(status, switchOff(tool, output));
+        status = std::max(status, switchOff(toolsOf(*bench), output));
     }
     return writeOut(status, output, &trace);
 }

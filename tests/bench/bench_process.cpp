@@ -190,6 +190,20 @@ bool isTraceComplete(const QString& file)
     return text.endsWith('\n') && text.at(text.lastIndexOf('\n', -2) + 1) == '#';
 }
 
+QString lastLevels(const QString& file)
+{
+    QMap<char, QString> levels;
+    for (const QByteArray& line : contentOf(file).split('\n')) {
+        const QByteArray change = line.trimmed();
+        if (!change.isEmpty() && QByteArray("01").contains(change.front()) && change.size() == 2) {
+            levels[change.back()] = QString::fromLatin1(change.left(1));
+        } else if (change.startsWith('r')) {
+            levels[change.back()] = QString::fromLatin1(change.mid(1).split(' ').first());
+        }
+    }
+    return QStringList(levels.values()).join(QLatin1Char(' '));
+}
+
 QString benchFile()
 {
     return QStringLiteral(APPVANTOR);

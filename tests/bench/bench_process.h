@@ -73,6 +73,8 @@ private:
 QByteArray contentOf(const QString& file);
 /// True when the bench has completed its trace in file: what ran has ended.
 bool isTraceComplete(const QString& file);
+/// The last levels of the lines in the trace in file, with blanks between them.
+QString lastLevels(const QString& file);
 
 /// The bench's executable.
 QString benchFile();

@@ -1,5 +1,6 @@
 #include "bench_process.h"
 #include "literals.h"
+#include "rows.h"
 
 #include <configuration/bench.h>
 #include <plugin_management/d_order.h>
@@ -10,7 +11,7 @@
 namespace {
 
 /// Two tools whose channels of the same names are lines of one board; each also sees the other's line.
-QByteArray configuration()
+QByteArray configuration(const QByteArray& lines = R"({"name": "a"}, {"name": "b"})")
 {
     const auto tool = [](const QByteArray& name, const QByteArray& digit, const QByteArray& own,
                          const QByteArray& other) {
@@ -18,10 +19,10 @@ QByteArray configuration()
                R"(}", "plugin": ")" PLUGIN_FILE R"(", "channels": [
           { "id": "OWN", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": ")" +
                own + R"("} ] },
-          { "id": "OTHER", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": ")" +
+          { "id": "OTHER", "value": [ {"id": "direction", "value": "in"}, {"id": "link", "value": ")" +
                other + R"("} ] } ] })";
     };
-    return R"({ "device": { "type": "simulated", "lines": [ {"name": "a"}, {"name": "b"} ] }, "tools": [)" +
+    return R"({ "device": { "type": "simulated", "lines": [ )" + lines + R"( ] }, "tools": [)" +
            tool("First", "0", "a", "b") + "," + tool("Second", "1", "b", "a") + "] }";
 }
 
@@ -90,6 +91,30 @@ private Q_SLOTS:
         writer.start();
         QTRY_COMPARE(events.size(), 2);
         QCOMPARE(second.state(), DOrder::State::Running);
+    }
+
+    void everyToolIsSwitchedOffUnlessOneIsNamed_data()
+    {
+        const Rows<QString, QString> row("words", "levels");
+        row("off", "off", "0 0");
+        row("off of a tool", "off --tool Second", "1 0");
+        row("at the end of an order", "run getValue channel=OWN --off-at-end", "0 0");
+        row("at the end of an order of a tool", "--tool Second run getValue channel=OWN --off-at-end", "0 0");
+        row("at the end of a window", "window --screenshot %1.png --off-at-end", "0 0");
+    }
+
+    void everyToolIsSwitchedOffUnlessOneIsNamed()
+    {
+        QFETCH(QString, words);
+        QFETCH(QString, levels);
+        const QString trace = temporaryFile(QByteArray(), "vcd"_s);
+        const QString file =
+            temporaryFile(configuration(R"({"name": "a", "level": 1}, {"name": "b", "level": 1})"));
+        const QString command = words.contains(QLatin1Char('%')) ? words.arg(trace) : words;
+        const BenchRun run =
+            runBench(QStringList{"--config"_s, file, "--trace"_s, trace} + command.split(QLatin1Char(' ')));
+        QCOMPARE(run.status, 0);
+        QCOMPARE(lastLevels(trace), levels);
     }
 
 private:

@@ -37,21 +37,6 @@ BenchRun runOn(const QString& configuration, const QString& words)
                     words.split(QLatin1Char(' ')));
 }
 
-/// The last levels of the lines in a trace: "a" is its first line.
-QString lastLevels(const QString& file)
-{
-    QMap<char, QString> levels;
-    for (const QByteArray& line : contentOf(file).split('\n')) {
-        const QByteArray change = line.trimmed();
-        if (!change.isEmpty() && QByteArray("01").contains(change.front()) && change.size() == 2) {
-            levels[change.back()] = QString::fromLatin1(change.left(1));
-        } else if (change.startsWith('r')) {
-            levels[change.back()] = QString::fromLatin1(change.mid(1).split(' ').first());
-        }
-    }
-    return QStringList(levels.values()).join(QLatin1Char(' '));
-}
-
 } // namespace
 
 /// Channels by their names: get, set, off, watch, and what is switched off at the end.

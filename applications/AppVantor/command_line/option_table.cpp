@@ -106,7 +106,8 @@ const std::vector<SubcommandRow>& subcommandRows()
          "A VALUE is ON, OFF, PULSE:MS, BLINK:MS:PERCENT, or the number of an analogue channel.\n"
          "Without --for, all ends when it is set and every pulse is over: what blinks, too.",
          "for off-at-end"},
-        {Options::Subcommand::Off, "off", "", "switches off everything that the tool drives", "", ""},
+        {Options::Subcommand::Off, "off", "", "switches off everything that the tools drive",
+         "With --tool, what that one drives.", ""},
         {Options::Subcommand::Watch, "watch", "CHANNEL…",
          "the changes of channels, until Ctrl-C, --count or --timeout",
          "\"appvantor channels\" lists the channels.", "edge count timeout"},
@@ -154,7 +155,7 @@ std::vector<OptionRow> optionRows(Options* options)
          choice(&options->edge,
                 {QStringLiteral("rising"), QStringLiteral("falling"), QStringLiteral("both")})},
         {"timeout", "SECONDS", "End after SECONDS at the latest, with status 1.", seconds(&options->timeout)},
-        {"off-at-end", "", "Switch off everything that the tool drives at the end, however it comes.",
+        {"off-at-end", "", "Switch off everything that the tools drive at the end, however it comes.",
          flag(&options->offAtEnd)},
         {"orders", "FILE", "Carry out the lines of FILE, as \"shell\" does, beside the window.",
          text(&options->orders)},

@@ -13,6 +13,8 @@
 
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words, QString* problem)
@@ -78,9 +80,13 @@ int setChannels(DTool* tool, const Options& options, Output* output)
     return status;
 }
 
-int switchOff(DTool* tool, Output* output)
+int switchOff(const std::vector<DTool*>& tools, Output* output)
 {
-    OrderRun run(tool, switchingOff(tool->channels()));
-    start(&run, output);
-    return run.wait();
+    int status = ExitSuccess;
+    for (DTool* tool : tools) {
+        OrderRun run(tool, switchingOff(tool->channels()));
+        start(&run, output);
+        status = std::max(status, run.wait());
+    }
+    return status;
 }
