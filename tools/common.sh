@@ -20,10 +20,10 @@ build_packages=(
 )
 
 # What the tests need besides: nm, a reader of ELF files, a checker of JSON, readers of VCD files and of JUnit reports by
-# other people, a display that nobody sees, and qmllint.
+# other people, a display that nobody sees, qmllint, and what makes manual pages of Markdown and shows them.
 test_packages=(
     binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
-    qml-module-qttest qtdeclarative5-dev-tools
+    qml-module-qttest qtdeclarative5-dev-tools lowdown man-db
 )
 
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.
