@@ -39,7 +39,7 @@ private Q_SLOTS:
             "kept.png\nold\n");
         // A picture of little more than the one block that a file may have.
         row("a disk that is full at the last bytes", "echo old >kept.png; ulimit -f 1",
-            "kept.png --size 60x40", "kept.png: File too large", "kept.png\nold\n");
+            "kept.png --size 64x40", "kept.png: File too large", "kept.png\nold\n");
     }
 
     void aPictureThatCannotBeWrittenIsToldAndNothingIsLeftOver()
