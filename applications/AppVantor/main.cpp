@@ -193,7 +193,7 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
                         output);
     }
     QObject::connect(&bench->device(), &DDevice::problemTold, &bench->device(),
-                     [](const QString& text) { diagnostic(text); });
+                     [output](const QString& text) { reportFailure("device", {text}, output); });
     bench->device().open();
     VcdTrace trace(bench->device());
     if (!options.trace.isEmpty()) {
@@ -203,7 +203,8 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
             return writeOut(refuseUsage(problem, output), output);
         }
     }
-    QObject::connect(&trace, &VcdTrace::failed, &trace, [](const QString& text) { diagnostic(text); });
+    QObject::connect(&trace, &VcdTrace::failed, &trace,
+                     [output](const QString& text) { reportFailure("trace", {text}, output); });
     int status = runSubcommand(window, bench.get(), tool, options, output);
     if (options.offAtEnd) {
         status = std::max(status, switchOff(toolsOf(*bench), output));

@@ -113,6 +113,35 @@ private Q_SLOTS:
         QCOMPARE(told, types);
     }
 
+    void whatNoOrderWaitsForIsAFailureWithItsKind_data()
+    {
+        const Rows<QString, QString, QString, int> row("script", "kind", "reason", "status");
+        row("device", "unprivileged \"$BENCH\" --json --realtime get DOOR", "device",
+            "the system grants no real-time priority: Operation not permitted", 0);
+        row("trace",
+            "{ until [ -s t ]; do sleep 0.01; done; rm t; echo get DOOR; } |\n"
+            "\"$BENCH\" --json --trace t shell",
+            "trace", "t: the trace is lost: the file was removed meanwhile", 1);
+    }
+
+    void whatNoOrderWaitsForIsAFailureWithItsKind()
+    {
+        QFETCH(QString, script);
+        QFETCH(QString, kind);
+        QFETCH(QString, reason);
+        QFETCH(int, status);
+        const BenchRun run = runScript(script);
+        QCOMPARE(run.status, status);
+        QStringList reasons;
+        for (const QJsonObject& object : run.json()) {
+            if (object.value("kind"_s) == kind) {
+                reasons.append(object.value("reason"_s).toString());
+            }
+        }
+        QCOMPARE(reasons, QStringList(reason));
+        QCOMPARE(run.errors, QByteArray("appvantor: " + reason.toUtf8() + '\n'));
+    }
+
     /// Those that switch off at the end, of every tool, too.
     void eachOrderHasANumberOfItsOwn()
     {

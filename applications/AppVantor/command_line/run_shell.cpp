@@ -6,7 +6,6 @@
 #include "script_reader.h"
 #include "shell.h"
 
-#include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/status_line.h>
 #include <process/unix_signals.h>
@@ -91,7 +90,7 @@ int runShell(DTool* tool, const Options& options, Output* output)
     }
     problem = options.report.isEmpty() ? QString() : report.write();
     if (!problem.isEmpty()) {
-        diagnostic(problem);
+        reportFailure("report", {problem}, output);
         return std::max<int>(shell.exitStatus(), ExitOrderFailed);
     }
     return shell.exitStatus();
