@@ -122,6 +122,8 @@ private Q_SLOTS:
             "{ until [ -s t ]; do sleep 0.01; done; rm t; echo get DOOR; } |\n"
             "\"$BENCH\" --json --trace t shell",
             "trace", "t: the trace is lost: the file was removed meanwhile", 1);
+        row("report", "ulimit -f 0; echo expect ALARM=ON | \"$BENCH\" --json shell --report r.xml", "report",
+            "r.xml: the report cannot be written: File too large", 1);
     }
 
     void whatNoOrderWaitsForIsAFailureWithItsKind()

@@ -2,6 +2,8 @@
 
 #include "shell.h"
 
+#include <process/write_all.h>
+
 #include <QDateTime>
 #include <QFileInfo>
 #include <QSysInfo>
@@ -58,7 +60,9 @@ QString JUnitReport::begin(const QString& file)
         return failure.arg(file, QStringLiteral("not a regular file")); // whose place it would take
     }
     m_file.setFileName(file);
-    return m_file.open(QIODevice::WriteOnly) ? QString() : failure.arg(file, m_file.errorString());
+    return m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+               ? QString()
+               : failure.arg(file, m_file.errorString());
 }
 
 void JUnitReport::follow(const Shell& shell)
@@ -86,7 +90,8 @@ void JUnitReport::add(const Case& done)
 
 QString JUnitReport::write()
 {
-    QXmlStreamWriter xml(&m_file);
+    QByteArray document;
+    QXmlStreamWriter xml(&document);
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("testsuites"));
@@ -131,7 +136,7 @@ QString JUnitReport::write()
         xml.writeEndElement();
     }
     xml.writeEndDocument();
-    const bool written = !xml.hasError() && m_file.commit();
+    const bool written = writeAll(document, &m_file) && m_file.commit();
     return written ? QString()
                    : QStringLiteral("%1: the report cannot be written: %2")
                          .arg(m_file.fileName(), m_file.errorString());

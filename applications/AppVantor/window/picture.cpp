@@ -5,6 +5,7 @@
 
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
+#include <process/write_all.h>
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -71,18 +72,6 @@ bool waitForValues(const PagePanel& panel, int runMs)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     } while (!runs.hasExpired() || !panel.hasValues());
     return true;
-}
-
-/// A disk that fills up takes a part first, and only then tells why it takes no more.
-bool writeAll(const QByteArray& data, QIODevice* target)
-{
-    qint64 done = 0;
-    qint64 written = 1;
-    while (done < data.size() && written > 0) {
-        written = target->write(data.constData() + done, data.size() - done);
-        done += written;
-    }
-    return written > 0;
 }
 
 /// Returns an empty text, or why the picture cannot be written.
