@@ -1,5 +1,7 @@
 #include "list_channels.h"
 
+#include "channel_value.h"
+#include "order_run.h"
 #include "table.h"
 
 #include <configuration/value_text.h>
@@ -8,10 +10,8 @@
 #include <process/diagnostics.h>
 #include <process/failure_status.h>
 
-#include <QEventLoop>
-
 #include <algorithm>
-#include <memory>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -19,54 +19,17 @@ namespace {
 struct ChannelRow
 {
     const DToolChannel& channel;
-    QString type;
-    QString direction;
-    std::unique_ptr<DOrder> reading; ///< null for a channel that is linked to nothing
+    const DOrder* reading; ///< null for a channel that is linked to nothing
+
+    QString item(const char* id) const { return channel.items.value(QLatin1String(id)).toString(); }
 };
 
-std::vector<ChannelRow> rowsOf(DTool* tool)
+QVector<DToolChannel> linkedOf(const QVector<DToolChannel>& channels)
 {
-    std::vector<ChannelRow> rows;
-    for (const DToolChannel& channel : tool->channels()) {
-        std::unique_ptr<DOrder> reading;
-        if (!channel.link.isEmpty()) {
-            reading = std::make_unique<DOrder>(tool, QStringLiteral("getValue"),
-                                               QVariantMap{{QStringLiteral("channel"), channel.id}});
-        }
-        rows.push_back({channel, channel.items.value(QStringLiteral("type")).toString(),
-                        channel.items.value(QStringLiteral("direction")).toString(), std::move(reading)});
-    }
-    return rows;
-}
-
-/// Runs all readings and waits for their ends; those that are under way when the program ends are stopped.
-void read(std::vector<ChannelRow>* rows)
-{
-    QEventLoop loop;
-    int running = 0;
-    for (ChannelRow& row : *rows) {
-        if (row.reading != nullptr) {
-            ++running;
-            QObject::connect(row.reading.get(), &DOrder::finished, &loop, [&loop, &running] {
-                if (--running == 0) {
-                    loop.quit();
-                }
-            });
-        }
-    }
-    for (ChannelRow& row : *rows) {
-        if (row.reading != nullptr) {
-            row.reading->start();
-        }
-    }
-    if (running > 0) {
-        loop.exec();
-    }
-    for (ChannelRow& row : *rows) {
-        if (row.reading != nullptr) {
-            row.reading->stop();
-        }
-    }
+    QVector<DToolChannel> linked;
+    std::copy_if(channels.cbegin(), channels.cend(), std::back_inserter(linked),
+                 [](const DToolChannel& channel) { return !channel.link.isEmpty(); });
+    return linked;
 }
 
 QVariant valueOf(const ChannelRow& row)
@@ -82,8 +45,8 @@ Json toJson(const DTool& tool, const ChannelRow& row)
                  {"channel", toJson(channel.id)},
                  {"name", toJson(channel.name)},
                  {"visibility", toJson(channel.visibility)},
-                 {"channelType", toJson(row.type)},
-                 {"direction", toJson(row.direction)},
+                 {"channelType", toJson(row.item("type"))},
+                 {"direction", toJson(row.item("direction"))},
                  {"link", channel.link.isEmpty() ? Json() : toJson(channel.link)},
                  {"value", toJson(valueOf(row))}};
     if (row.reading != nullptr && row.reading->failure()) {
@@ -101,7 +64,8 @@ void write(const DTool& tool, const std::vector<ChannelRow>& rows, Output* outpu
     for (const ChannelRow& row : rows) {
         const DToolChannel& channel = row.channel;
         output->json([&] { return toJson(tool, row); });
-        table.add({channel.id, row.type, row.direction, channel.link, valueText(valueOf(row)), channel.name});
+        table.add({channel.id, row.item("type"), row.item("direction"), channel.link, valueText(valueOf(row)),
+                   channel.name});
     }
     output->text(table.text());
 }
@@ -110,8 +74,16 @@ void write(const DTool& tool, const std::vector<ChannelRow>& rows, Output* outpu
 
 int listChannels(DTool* tool, Output* output)
 {
-    std::vector<ChannelRow> rows = rowsOf(tool);
-    read(&rows);
+    const QVector<DToolChannel> channels = tool->channels();
+    OrderRun readings(tool, forEach(linkedOf(channels), QStringLiteral("getValue")));
+    readings.start();
+    readings.wait();
+    readings.stop(); // the program may end before they do
+    std::vector<ChannelRow> rows;
+    auto reading = readings.orders().cbegin();
+    for (const DToolChannel& channel : channels) {
+        rows.push_back({channel, channel.link.isEmpty() ? nullptr : (reading++)->get()});
+    }
     write(*tool, rows, output);
     int status = ExitSuccess;
     for (const ChannelRow& row : rows) {
