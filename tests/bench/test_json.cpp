@@ -113,6 +113,23 @@ private Q_SLOTS:
         QCOMPARE(told, types);
     }
 
+    void anOrderOfAScriptHasItsNumberAndPlace_data()
+    {
+        const Rows<QByteArray, QByteArray> row("input", "told");
+        row("none", "\nnosuch", R"({"order":null,"place":{"file":"<stdin>","line":2}})");
+        row("one that failed", "# 1\nswitchValue", R"({"order":1,"place":{"file":"<stdin>","line":2}})");
+        row("with a warning", "setValue channel=A state=on",
+            R"({"order":1,"place":{"file":"<stdin>","line":1}})");
+    }
+
+    void anOrderOfAScriptHasItsNumberAndPlace()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(QByteArray, told);
+        const BenchRun run = runBench("--json shell"_words, input);
+        QCOMPARE(only(run.json().value(0), {"order"_s, "place"_s}), QJsonDocument::fromJson(told).object());
+    }
+
     void whatNoOrderWaitsForIsAFailureWithItsKind_data()
     {
         const Rows<QString, QString, QString, int> row("script", "kind", "reason", "status");
