@@ -130,6 +130,14 @@ private Q_SLOTS:
         QCOMPARE(only(run.json().value(0), {"order"_s, "place"_s}), QJsonDocument::fromJson(told).object());
     }
 
+    void aMistakeOfAConfigurationHasItsPlace()
+    {
+        const QString file = temporaryFile("\n{ \"device\": 1 }");
+        const BenchRun run = runBench({"--config"_s, file, "--json"_s, "channels"_s});
+        const QJsonObject place = {{"file"_s, file}, {"line"_s, 2}, {"column"_s, 3}, {"entry"_s, "device"_s}};
+        QCOMPARE(run.json().value(0).value("place"_s).toObject(), place);
+    }
+
     void whatNoOrderWaitsForIsAFailureWithItsKind_data()
     {
         const Rows<QString, QString, QString, int> row("script", "kind", "reason", "status");
