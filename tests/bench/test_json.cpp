@@ -130,6 +130,16 @@ private Q_SLOTS:
         QCOMPARE(only(run.json().value(0), {"order"_s, "place"_s}), QJsonDocument::fromJson(told).object());
     }
 
+    void anExpectationThatCannotBeReadHasTheKindOfItsOrder()
+    {
+        const QString file = boardFile(
+            R"("lines": [ {"name": "a"} ], "connected": false)",
+            R"({"id": "A", "value": [ {"id": "direction", "value": "out"}, {"id": "link", "value": "a"} ]})");
+        const BenchRun run = runBench({"--config"_s, file, "--json"_s, "shell"_s}, "expect A=ON");
+        const QJsonObject told = {{"kind"_s, "deviceUnreachable"_s}, {"found"_s, QJsonValue()}};
+        QCOMPARE(only(run.json().value(0), {"kind"_s, "found"_s}), told);
+    }
+
     void aMistakeOfAConfigurationHasItsPlace()
     {
         const QString file = temporaryFile("\n{ \"device\": 1 }");
