@@ -20,10 +20,11 @@ build_packages=(
 )
 
 # What the tests need besides: nm, a reader of ELF files, a checker of JSON, readers of VCD files and of JUnit reports by
-# other people, a display that nobody sees, qmllint, and what makes manual pages of Markdown and shows them.
+# other people, a display that nobody sees, qmllint, what makes manual pages of Markdown and
+# shows them, and shells whose completion is tried.
 test_packages=(
     binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
-    qml-module-qttest qtdeclarative5-dev-tools lowdown man-db
+    qml-module-qttest qtdeclarative5-dev-tools lowdown man-db bash-completion zsh
 )
 
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.

@@ -11,6 +11,7 @@
 #include <command_line/run_order.h>
 #include <command_line/run_shell.h>
 #include <command_line/set_channels.h>
+#include <command_line/typed_line.h>
 #include <command_line/watch_channels.h>
 #include <configuration/bench.h>
 #include <process/diagnostics.h>
@@ -129,6 +130,7 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
         return runShell(tool, options, output);
     case Options::Subcommand::Discover:
     case Options::Subcommand::About:
+    case Options::Subcommand::Complete:
         break; // need no bench
     case Options::Subcommand::Window:
         return showWindowWithOrders(*window, bench, tool, options, output);
@@ -212,6 +214,19 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     return writeOut(status, output, &trace);
 }
 
+/// Lists what the last word of a command line may be completed to; nothing where its bench is wrong.
+int completeLine(const Options& options)
+{
+    Output output(false); // --json among the words is a word
+    const TypedLine line(options.words);
+    const std::unique_ptr<Bench> bench = line.needsBench() ? makeBench(line.options(), &output) : nullptr;
+    const QStringList completions = line.completions(bench.get());
+    for (const QString& completion : completions) {
+        output.text(completion);
+    }
+    return writeOut(ExitSuccess, &output);
+}
+
 /// A subcommand without a window.
 int runOnTerminal(const Options& options, Output* output)
 {
@@ -220,6 +235,8 @@ int runOnTerminal(const Options& options, Output* output)
         return writeOut(discover(options, output), output);
     case Options::Subcommand::About:
         return writeOut(tellAbout(output), output);
+    case Options::Subcommand::Complete:
+        return completeLine(options);
     default:
         return runBench(options, nullptr, output);
     }

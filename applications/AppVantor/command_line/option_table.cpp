@@ -36,11 +36,12 @@ Taker picture(QString* taken)
 
 Taker choice(QString* taken, const QStringList& choices)
 {
-    return [taken, choices](const QString& value) {
+    const auto take = [taken, choices](const QString& value) {
         *taken = value;
         return choices.contains(value) ? QString()
                                        : QStringLiteral("one of %1").arg(choices.join(QStringLiteral(", ")));
     };
+    return {take, choices};
 }
 
 Taker seconds(std::optional<double>* taken)
@@ -123,6 +124,8 @@ const std::vector<SubcommandRow>& subcommandRows()
          "config-for watch for"},
         {Options::Subcommand::Panel, "panel", "", "the plugin's maintenance page alone", "",
          "screenshot size scale theme language for off-at-end"},
+        {Options::Subcommand::Complete, "complete", "[-- WORD …]",
+         "what the last WORD of a command line may be completed to, for shells", "", ""},
         {Options::Subcommand::About, "about", "", "version, Qt, and the plugins that are found", "", ""},
     };
     return rows;
@@ -178,4 +181,9 @@ std::vector<OptionRow> optionRows(Options* options)
         {"language", "LANGUAGE", "Language of the texts: en or fr.",
          choice(&options->language, {QStringLiteral("en"), QStringLiteral("fr")})},
     };
+}
+
+bool takesOption(const SubcommandRow& subcommand, const OptionRow& option)
+{
+    return option.isGlobal || subcommand.options.split(QLatin1Char(' ')).contains(option.name);
 }

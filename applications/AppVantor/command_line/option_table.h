@@ -33,8 +33,24 @@ const std::vector<SubcommandRow>& subcommandRows();
 /// An option as it is written, explained and taken.
 struct OptionRow
 {
-    /// Takes the value that the option was given. Returns what was expected instead, or an empty text.
-    using Taker = std::function<QString(const QString& value)>;
+    class Taker
+    {
+    public:
+        template <typename Take>
+        Taker(Take take, const QStringList& all = {})
+            : values(all)
+            , m_take(take)
+        {}
+
+        /// Takes the value that the option was given. Returns what was expected instead, or an empty text.
+        QString operator()(const QString& value) const { return m_take(value); }
+
+        /// All that it takes; empty where that cannot be listed.
+        const QStringList values;
+
+    private:
+        std::function<QString(const QString& value)> m_take;
+    };
 
     TableText name;
     /// What its value is called; empty for one that takes none.
@@ -46,3 +62,6 @@ struct OptionRow
 
 /// All options, in the order of the help. What they are given goes to options.
 std::vector<OptionRow> optionRows(Options* options);
+
+/// True for an option that goes with the subcommand.
+bool takesOption(const SubcommandRow& subcommand, const OptionRow& option);

@@ -11,11 +11,6 @@
 
 namespace {
 
-bool isTaken(const OptionRow& option, const SubcommandRow& subcommand)
-{
-    return option.isGlobal || subcommand.options.split(QLatin1Char(' ')).contains(option.name);
-}
-
 void addTo(QCommandLineParser* parser, const OptionRow& row)
 {
     parser->addOption(QCommandLineOption(row.name, row.help, row.value));
@@ -36,7 +31,7 @@ QString optionsHelp(const std::vector<OptionRow>& options, const SubcommandRow* 
 {
     QCommandLineParser parser;
     for (const OptionRow& option : options) {
-        if (subcommand != nullptr ? isTaken(option, *subcommand) : option.isGlobal) {
+        if (subcommand != nullptr ? takesOption(*subcommand, option) : option.isGlobal) {
             addTo(&parser, option);
         }
     }
@@ -126,7 +121,7 @@ QString takeValues(const QCommandLineParser& parser, const SubcommandRow& subcom
         if (!parser.isSet(option.name)) {
             continue;
         }
-        if (!isTaken(option, subcommand)) {
+        if (!takesOption(subcommand, option)) {
             problems.append(
                 QStringLiteral("%1 takes no option \"--%2\"; \"appvantor %1 --help\" lists its own")
                     .arg(subcommand.name, option.name));

@@ -22,6 +22,7 @@ struct Options
         Shell,
         Discover,
         Panel,
+        Complete,
         About
     };
 
