@@ -43,7 +43,7 @@ struct OptionRow
         {}
 
         /// Takes the value that the option was given. Returns what was expected instead, or an empty text.
-        QString operator()(const QString& value) const { return m_take(value); }
+        QString operator()(const QString& given) const { return m_take(given); }
 
         /// All that it takes; empty where that cannot be listed.
         const QStringList values;
