@@ -44,6 +44,12 @@ lint_packages=(clang-format clang-tidy clazy)
 # valgrind, and the names of the C library's functions, without which it misjudges these.
 memcheck_packages=(valgrind libc6-dbg)
 
+# What makes Debian packages and checks them, and their desktop file and metadata, too.
+packaging_packages=(debhelper lintian appstream desktop-file-utils)
+
+# What makes the empty root in which the packages are tried.
+package_test_packages=(mmdebstrap)
+
 coverage_packages=(gcovr)
 
 mutation_packages=(python3)

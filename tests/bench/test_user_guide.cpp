@@ -22,6 +22,8 @@ constexpr LeftOut c_leftOut[] = {
     {"./run  ", "builds the bench"},
     {"./test", "runs all tests"},
     {"cmake ", "builds everything"},
+    {"packaging/", "builds packages: see tests/packages"},
+    {"sudo apt ", "installs packages: see tests/packages"},
     {"appvantor --config examples/plugin", "needs a built plugin: see tests/install"},
     {"ctest ", "runs all tests"},
     {"tools/", "checks sources and libraries"},
