@@ -44,7 +44,7 @@ int main(int argc, char** argv)
         words.append(QString::fromLocal8Bit(argv[number]));
     }
     if (words.size() != 7) {
-        qCritical("usage: make_pictures window|panel LINES light|dark WIDTHxHEIGHT SCALE LANGUAGE FILE.png");
+        qCritical("usage: make_pictures window|cursors|panel LINES light|dark WIDTHxHEIGHT SCALE LANGUAGE FILE.png");
         return 2;
     }
     WindowOptions options;
@@ -76,6 +76,16 @@ int main(int argc, char** argv)
     scene.form().setText(2, "BLINK"_s);
     scene.form().setText(4, "25"_s);
     scene.clock().tick();
+    if (words.at(0) == QLatin1String("cursors")) {
+        constexpr int line = 0;
+        scene.clock().setRunning(false);
+        scene.courses().zoom(2.5, 0.5);
+        scene.courses().setCursor(1, 0.1, -1);
+        scene.courses().stepCursor(line, true);
+        scene.courses().setCursor(2, 0.1, -1);
+        scene.courses().stepCursor(line, true);
+        scene.courses().stepCursor(line, true);
+    }
     scene.panel().refresh();
     settle(scene);
     return takePicture(scene, options);

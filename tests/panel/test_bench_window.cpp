@@ -55,10 +55,10 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "toolsList"_s,     "darkSwitch"_s,       "panelLive"_s,     "panelRefresh"_s,  checkBox,
-            checkBox,          "lineFilter"_s,       "freezeButton"_s,  "boardLines"_s,    "commandBox"_s,
-            "runButton"_s,     "parameterChannel"_s, "parameterText"_s, "parameterText"_s, "parameterText"_s,
-            "parameterText"_s, "sectionsField"_s,
+            "toolsList"_s,     "darkSwitch"_s,    "panelLive"_s,        "panelRefresh"_s,  checkBox,
+            checkBox,          "lineFilter"_s,    "freezeButton"_s,     "boardLines"_s,    "courses"_s,
+            "commandBox"_s,    "runButton"_s,     "parameterChannel"_s, "parameterText"_s, "parameterText"_s,
+            "parameterText"_s, "parameterText"_s, "sectionsField"_s,
         };
         QCOMPARE(names, expected);
     }
@@ -267,6 +267,119 @@ private Q_SLOTS:
         QTRY_VERIFY(!label->isVisible());
     }
 
+    void theWheelZoomsAtThePointer()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        const QPoint place = atCourse(0.5);
+        const double before = timeAt(0.5);
+        turnWheel(place, 120);
+        QVERIFY(m_scene->courses().spanUs() < 10e6);
+        QVERIFY(!m_scene->courses().isLive());
+        QVERIFY2(qAbs(timeAt(0.5) - before) < 50000, qPrintable(QString::number(timeAt(0.5) - before)));
+        turnWheel(place, -120);
+        QCOMPARE(m_scene->courses().spanUs(), 10e6);
+    }
+
+    void draggingMovesTheCoursesUntilAKeyFollowsThePresent()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        const double before = m_scene->courses().fromUs();
+        QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.25));
+        QTest::mouseMove(&window(), atCourse(0.5));
+        QTest::mouseMove(&window(), atCourse(0.75));
+        QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.75));
+        QVERIFY(qAbs(before - m_scene->courses().fromUs() - 5e6) < 1e5);
+        QVERIFY(itemNamed(&root(), "heldMark"_s)->isVisible());
+        m_bench->play(1000000);
+        QVERIFY(qAbs(before - m_scene->courses().fromUs() - 5e6) < 1e5);
+        QTest::keyClick(&window(), Qt::Key_L);
+        QVERIFY(m_scene->courses().isLive());
+        m_scene->clock().tick();
+        QCOMPARE(m_scene->courses().fromUs(), before + 1e6);
+        QVERIFY(!itemNamed(&root(), "heldMark"_s)->isVisible());
+    }
+
+    void keysZoomAndStopTheCourses()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.5));
+        QTest::mouseMove(&window(), QPoint(5, 5));
+        QTest::keyClick(&window(), Qt::Key_Plus);
+        QCOMPARE(m_scene->courses().spanUs(), 5e6);
+        QTest::keyClick(&window(), Qt::Key_Minus);
+        QCOMPARE(m_scene->courses().spanUs(), 10e6);
+        QTest::keyClick(&window(), Qt::Key_F);
+        QVERIFY(qAbs(m_scene->courses().spanUs() - 20e6) < 1e6);
+        QVERIFY(m_scene->courses().isLive());
+        QTest::keyClick(&window(), Qt::Key_Space);
+        QVERIFY(!m_scene->clock().isRunning());
+        QTest::keyClick(&window(), Qt::Key_Space);
+        QVERIFY(m_scene->clock().isRunning());
+    }
+
+    void cursorsMeasureAPulse()
+    {
+        for (const int level : {1, 0, 1, 0}) {
+            m_bench->board().setInput(5, level);
+            m_bench->scheduler().advance(level == 1 ? 250000 : 1000000);
+        }
+        m_scene->clock().tick();
+        QQuickItem* text = itemNamed(&root(), "cursorsText"_s);
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.5, 5));
+        QTest::mouseMove(&window(), atCourse(0.5, 5) + QPoint(1, 0));
+        QTest::keyClick(&window(), Qt::Key_1);
+        QCOMPARE(visibleNamed(root(), "cursor1").size(), 1);
+        QCOMPARE(text->property("text").toString(), "Cursor 1"_s);
+        QTest::keyClick(&window(), Qt::Key_Right);
+        QTest::keyClick(&window(), Qt::Key_2); // near no edge
+        QTest::keyClick(&window(), Qt::Key_Right);
+        QTest::keyClick(&window(), Qt::Key_Right);
+        QCOMPARE(text->property("text").toString(), "1\u20132: 250 ms \u00b7 4 Hz"_s);
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QVERIFY(visibleNamed(root(), "cursor1").isEmpty());
+        QCOMPARE(text->property("text").toString(), QString());
+    }
+
+    void theLevelUnderThePointerIsMeasured()
+    {
+        for (const int level : {1, 0, 1, 0}) {
+            m_bench->board().setInput(5, level);
+            m_bench->scheduler().advance(level == 1 ? 1000000 : 3000000);
+        }
+        m_scene->clock().tick();
+        QTest::mouseMove(&window(), atCourse(0.5, 5));
+        const QQuickItem* measured = itemNamed(&root(), "measured"_s);
+        QTRY_COMPARE(measured->property("text").toString(),
+                     "low for 3 s \u00b7 period 4 s \u00b7 0.25 Hz \u00b7 duty cycle 25 %"_s);
+        QTest::mouseMove(&window(), QPoint(5, 5));
+        QTRY_VERIFY(measured->property("text").toString().startsWith(QLatin1String("Wheel")));
+    }
+
+    void theMarksOfTheAxisNeverCollide_data()
+    {
+        const Rows<int, double> row("width", "factor");
+        for (const int width : {640, 800, 1280, 3840}) {
+            for (const double factor : {0.02, 0.7, 1.0, 3.0, 1000.0, 100000.0}) {
+                row(qPrintable("%1, %2"_s.arg(width).arg(factor)), width, factor);
+            }
+        }
+    }
+    void theMarksOfTheAxisNeverCollide()
+    {
+        QFETCH(int, width);
+        QFETCH(double, factor);
+        root().setWidth(width);
+        m_scene->courses().zoom(factor, 1);
+        const QVector<QQuickItem*> marks = visibleNamed(root(), "axisMark");
+        for (int mark = 1; mark < marks.size(); ++mark) {
+            QVERIFY(marks.at(mark - 1)->x() + marks.at(mark - 1)->width() < marks.at(mark)->x());
+        }
+        QVERIFY(width < 1280 || marks.size() > 1);
+    }
+
     void theRoomOfThePanesIsSharedByDragging()
     {
         QQuickItem* handle = itemNamed(&root(), "toolsHandle"_s);
@@ -409,6 +522,21 @@ private:
         for (const QChar character : text) {
             QTest::keyClick(&window(), character.toLatin1());
         }
+    }
+
+    /// A place on the course of a line, by its share of the width.
+    QPoint atCourse(double share, int line = 0)
+    {
+        const QQuickItem* course = visibleNamed(root(), "lineCourse").at(line);
+        return course->mapToScene(QPointF(course->width() * share, course->height() / 2)).toPoint();
+    }
+    double timeAt(double share) { return m_scene->courses().fromUs() + share * m_scene->courses().spanUs(); }
+    void turnWheel(QPoint place, int angle)
+    {
+        QTest::mouseMove(&window(), place);
+        QWheelEvent turn(place, window().mapToGlobal(place), QPoint(), QPoint(0, angle), Qt::NoButton,
+                         Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&window(), &turn);
     }
 
     void giveOrder(const QString& command)

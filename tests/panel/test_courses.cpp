@@ -43,6 +43,7 @@ struct Shown
     explicit Shown(LineDevice* board)
         : clock(board->scheduler())
         , lines(board, {}, &clock)
+        , view(&lines)
     {
         frame.setParentItem(window.contentItem());
         frame.setClip(true);
@@ -51,6 +52,7 @@ struct Shown
         item.setSize({200, 48});
         item.setColor(Qt::black);
         item.setLine(c_line);
+        item.setView(&view);
         item.setLines(&lines);
         window.resize(300, 200);
         window.show();
@@ -75,6 +77,7 @@ struct Shown
 
     DeviceClock clock;
     LinesModel lines;
+    CourseView view;
     QQuickWindow window;
     QQuickItem frame;
     WaveformItem item;
@@ -192,7 +195,7 @@ private Q_SLOTS:
         for (const LineLevel& change : qAsConst(changes)) {
             history.append(change);
         }
-        QTEST(textOf(courseOf(history, 1000, 10, 1099)), "course");
+        QTEST(textOf(courseOf(history, {100, 10}, 100, 1099)), "course");
     }
 
     /// Its time would grow with the samples otherwise.
@@ -202,7 +205,7 @@ private Q_SLOTS:
         for (int number = 0; number < 10000; ++number) {
             history.append(known(number * 100, number % 7));
         }
-        const std::vector<CourseStep> course = courseOf(history, 0, 10000, 999999);
+        const std::vector<CourseStep> course = courseOf(history, {1000000, 100}, 0, 999999);
         QCOMPARE(course.size(), std::size_t{100});
         QVERIFY(std::all_of(course.cbegin(), course.cend(), [](const CourseStep& step) {
             return step.levels.lowest == 0 && step.levels.highest == 6;

@@ -244,5 +244,45 @@
         <source></source>
         <translation>The page is too narrow for some of its values. Make it wider.</translation>
     </message>
+    <message id="board_past">
+        <source></source>
+        <translation>In the past</translation>
+    </message>
+    <message id="courses_title">
+        <source></source>
+        <translation>Courses of the lines</translation>
+    </message>
+    <message id="courses_hint">
+        <source></source>
+        <translation>Wheel: zoom · drag: pan · 1, 2: cursors · F: all · L: live · Space: freeze</translation>
+    </message>
+    <message id="cursors_one">
+        <source></source>
+        <translation>Cursor %1</translation>
+    </message>
+    <message id="cursors_between">
+        <source></source>
+        <translation>1–2: %1</translation>
+    </message>
+    <message id="measure_high">
+        <source></source>
+        <translation>high</translation>
+    </message>
+    <message id="measure_low">
+        <source></source>
+        <translation>low</translation>
+    </message>
+    <message id="measure_width">
+        <source></source>
+        <translation>%1 for %2</translation>
+    </message>
+    <message id="measure_period">
+        <source></source>
+        <translation>period %1</translation>
+    </message>
+    <message id="measure_duty">
+        <source></source>
+        <translation>duty cycle %1 %</translation>
+    </message>
 </context>
 </TS>

@@ -244,5 +244,45 @@
         <source></source>
         <translation>La page est trop étroite pour certaines de ses valeurs. Élargissez-la.</translation>
     </message>
+    <message id="board_past">
+        <source></source>
+        <translation>Dans le passé</translation>
+    </message>
+    <message id="courses_title">
+        <source></source>
+        <translation>Courbes des lignes</translation>
+    </message>
+    <message id="courses_hint">
+        <source></source>
+        <translation>Molette : zoom · glisser : déplacer · 1, 2 : curseurs · F : tout · L : direct · Espace : figer</translation>
+    </message>
+    <message id="cursors_one">
+        <source></source>
+        <translation>Curseur %1</translation>
+    </message>
+    <message id="cursors_between">
+        <source></source>
+        <translation>1–2 : %1</translation>
+    </message>
+    <message id="measure_high">
+        <source></source>
+        <translation>haut</translation>
+    </message>
+    <message id="measure_low">
+        <source></source>
+        <translation>bas</translation>
+    </message>
+    <message id="measure_width">
+        <source></source>
+        <translation>%1 pendant %2</translation>
+    </message>
+    <message id="measure_period">
+        <source></source>
+        <translation>période %1</translation>
+    </message>
+    <message id="measure_duty">
+        <source></source>
+        <translation>rapport cyclique %1 %</translation>
+    </message>
 </context>
 </TS>

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
-std::vector<CourseStep> courseOf(const LineHistory& history, qint64 fromUs, qint64 columnUs, qint64 untilUs)
+std::vector<CourseStep> courseOf(const LineHistory& history, const TimeColumns& columns, qint64 first,
+                                 qint64 untilUs)
 {
+    const qint64 fromUs = columns.startOf(first);
     const std::deque<LineLevel>& changes = history.changes();
     const auto firstAfter = [&](const std::deque<LineLevel>::const_iterator& from, qint64 timeUs) {
         return std::upper_bound(from, changes.cend(), timeUs,
@@ -20,8 +22,8 @@ std::vector<CourseStep> courseOf(const LineHistory& history, qint64 fromUs, qint
     auto change = firstAfter(changes.cbegin(), fromUs);
     const auto last = firstAfter(change, untilUs);
     while (change != last) {
-        const auto changed = static_cast<int>((change->sinceUs - fromUs) / columnUs);
-        const auto end = std::min(last, firstAfter(change, fromUs + (changed + 1) * columnUs - 1));
+        const auto changed = static_cast<int>(columns.of(change->sinceUs) - first);
+        const auto end = std::min(last, firstAfter(change, columns.startOf(first + changed + 1) - 1));
         LevelRange levels;
         levels.add(level);
         addStep(column, changed, levels);
@@ -34,6 +36,6 @@ std::vector<CourseStep> courseOf(const LineHistory& history, qint64 fromUs, qint
     }
     LevelRange levels;
     levels.add(level);
-    addStep(column, static_cast<int>((untilUs - fromUs) / columnUs) + 1, levels);
+    addStep(column, static_cast<int>(columns.of(untilUs) - first) + 1, levels);
     return steps;
 }

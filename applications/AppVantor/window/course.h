@@ -4,6 +4,18 @@
 
 #include <vector>
 
+/// Time in columns of a picture, counted from time 0: perSpan of them to spanUs microseconds, both 1 or more.
+struct TimeColumns
+{
+    qint64 spanUs = 1;
+    qint64 perSpan = 1;
+
+    /// The column that timeUs, 0 or more, is in.
+    qint64 of(qint64 timeUs) const { return timeUs * perSpan / spanUs; }
+    /// The first microsecond of a column, or of one after it when it has none.
+    qint64 startOf(qint64 column) const { return (column * spanUs + perSpan - 1) / perSpan; }
+};
+
 /// A part of a line's course: the columns of a picture in which it has these levels. In several columns that
 /// is one level; in one alone it may be all that happened there.
 struct CourseStep
@@ -13,7 +25,8 @@ struct CourseStep
     LevelRange levels;
 };
 
-/// The course of a line over columns of columnUs microseconds each, the first from fromUs on, until untilUs:
-/// its steps from left to right. Where the level is unknown there is none. Costs no more than there are
-/// columns, however often the line changed.
-std::vector<CourseStep> courseOf(const LineHistory& history, qint64 fromUs, qint64 columnUs, qint64 untilUs);
+/// The course of a line from the column first on until untilUs: its steps from left to right, counted from
+/// first. Where the level is unknown there is none. Costs no more than there are columns, however often the
+/// line changed.
+std::vector<CourseStep> courseOf(const LineHistory& history, const TimeColumns& columns, qint64 first,
+                                 qint64 untilUs);

@@ -40,12 +40,23 @@ void LineHistory::forgetFirst()
     }
 }
 
-LineLevel LineHistory::at(qint64 timeUs) const
+std::size_t LineHistory::firstAfter(qint64 timeUs) const
 {
     const auto after =
         std::upper_bound(m_changes.cbegin(), m_changes.cend(), timeUs,
                          [](qint64 time, const LineLevel& change) { return time < change.sinceUs; });
-    return after == m_changes.cbegin() ? LineLevel() : *std::prev(after);
+    return static_cast<std::size_t>(after - m_changes.cbegin());
+}
+
+LineLevel LineHistory::at(qint64 timeUs) const
+{
+    const std::size_t after = firstAfter(timeUs);
+    return after == 0 ? LineLevel() : m_changes.at(after - 1);
+}
+
+quint64 LineHistory::changeCountUntil(qint64 timeUs) const
+{
+    return m_forgotten + firstAfter(timeUs);
 }
 
 bool LineHistory::hasChangedSince(qint64 fromUs) const

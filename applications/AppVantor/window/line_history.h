@@ -28,14 +28,18 @@ public:
     LineLevel at(qint64 timeUs) const;
     /// The changes, in the order of their times.
     const std::deque<LineLevel>& changes() const { return m_changes; }
+    /// The place in changes() of the first after timeUs; their number when there is none.
+    std::size_t firstAfter(qint64 timeUs) const;
     /// The levels of changes() from first until before end. Costs the same however many there are.
     LevelRange range(std::size_t first, std::size_t end) const;
     /// Number of changes so far, those that are forgotten too.
     quint64 changeCount() const { return m_forgotten + m_changes.size(); }
+    /// Number of those until timeUs.
+    quint64 changeCountUntil(qint64 timeUs) const;
     /// True when the line has changed at fromUs or later.
     bool hasChangedSince(qint64 fromUs) const;
 
-    static constexpr qint64 c_longestUs = 60000000;
+    static constexpr qint64 c_longestUs = 600000000;
     static constexpr std::size_t c_mostChanges = 16384;
 
 private:

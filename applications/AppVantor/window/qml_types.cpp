@@ -13,5 +13,6 @@ void registerQmlTypes()
     qmlRegisterType<PagePanel>(module, 1, 0, "PagePanel");
     qmlRegisterType<PageTexts>(module, 1, 0, "PageTexts");
     qmlRegisterType<WaveformItem>(module, 1, 0, "WaveformItem");
+    qmlRegisterUncreatableType<CourseView>(module, 1, 0, "CourseView", QStringLiteral("made by the bench"));
     qmlRegisterUncreatableType<LinesModel>(module, 1, 0, "LinesModel", QStringLiteral("made by the bench"));
 }

@@ -39,6 +39,7 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     : m_clock(device->scheduler())
     , m_tools(tools)
     , m_lines(device, tools, &m_clock)
+    , m_courses(&m_lines)
     , m_orders(&m_clock)
     , m_form(&m_orders)
 {
@@ -55,6 +56,7 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
           {QStringLiteral("lines"), object(&m_lines)},
           {QStringLiteral("lineFilter"), object(&m_filter)},
           {QStringLiteral("clock"), object(&m_clock)},
+          {QStringLiteral("courses"), object(&m_courses)},
           {QStringLiteral("form"), object(&m_form)},
           {QStringLiteral("orders"), object(&m_orders)}},
          theme);

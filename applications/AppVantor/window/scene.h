@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command_form.h"
+#include "course_view.h"
 #include "device_clock.h"
 #include "line_filter.h"
 #include "lines_model.h"
@@ -53,11 +54,13 @@ public:
     OrderLogModel& orders() { return m_orders; }
     CommandForm& form() { return m_form; }
     DeviceClock& clock() { return m_clock; }
+    CourseView& courses() { return m_courses; }
 
 private:
     DeviceClock m_clock;
     ToolsModel m_tools;
     LinesModel m_lines;
+    CourseView m_courses;
     LineFilter m_filter;
     OrderLogModel m_orders;
     CommandForm m_form;

@@ -13,7 +13,6 @@ namespace {
 constexpr double c_lineWidth = 1.5;
 constexpr double c_margin = 11;
 constexpr double c_areaOpacity = 0.12;
-constexpr int c_gridFields = 5;
 
 QColor faded(QColor color, double opacity)
 {
@@ -70,11 +69,17 @@ void WaveformItem::setLine(int line)
     }
 }
 
-void WaveformItem::setSpan(double span)
+void WaveformItem::setView(CourseView* view)
 {
-    if (!qFuzzyCompare(span, m_spanUs)) {
-        m_spanUs = span;
-        Q_EMIT spanChanged();
+    if (view != m_view) {
+        if (!m_view.isNull()) {
+            disconnect(m_view, nullptr, this, nullptr);
+        }
+        m_view = view;
+        if (view != nullptr) {
+            connect(view, &CourseView::changed, this, [this] { update(); });
+        }
+        Q_EMIT sourceChanged();
         update();
     }
 }
@@ -121,15 +126,15 @@ void WaveformItem::itemChange(ItemChange change, const ItemChangeData& value)
 void WaveformItem::follow()
 {
     const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history == nullptr || !m_lines->clock().isRunning() || !canBeSeen()) {
+    if (history == nullptr || m_view.isNull() || !m_lines->clock().isRunning() || !canBeSeen()) {
         return;
     }
-    const auto nowUs = static_cast<qint64>(m_lines->clock().now());
-    const bool hasMoved = nowUs / m_columnUs != m_lastColumn && history->hasChangedSince(m_fromUs);
-    if (hasMoved || history->changeCount() != m_changes) {
+    const TimeSpan shown = m_view->span();
+    const bool hasMoved = m_columns.of(shown.toUs()) != m_lastColumn && history->hasChangedSince(m_fromUs);
+    if (hasMoved || history->changeCountUntil(shown.toUs()) != m_changes) {
         update();
     }
-    if (history->hasChangedSince(nowUs - static_cast<qint64>(m_spanUs))) {
+    if (m_view->isLive() && history->hasChangedSince(shown.fromUs)) {
         m_lines->clock().want(); // it goes on moving
     }
 }
@@ -156,18 +161,21 @@ void WaveformItem::paint(QPainter* painter)
     const int columns = static_cast<int>(std::ceil(width() * scale));
     const int rows = static_cast<int>(std::ceil(height() * scale));
     const int pixel = std::max(1, static_cast<int>(scale));
-    for (int field = 1; field < c_gridFields; ++field) {
-        painter->fillRect(columns * field / c_gridFields, 0, pixel, rows, m_gridColor);
-    }
     const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history == nullptr || columns == 0) {
+    if (history == nullptr || m_view.isNull() || columns == 0) {
         return;
     }
-    const auto nowUs = static_cast<qint64>(m_lines->clock().now());
-    m_columnUs = std::max<qint64>(1, static_cast<qint64>(m_spanUs) / columns);
-    m_lastColumn = nowUs / m_columnUs;
-    m_fromUs = (m_lastColumn - columns + 1) * m_columnUs;
-    m_changes = history->changeCount();
+    const QVariantList marks = m_view->marks();
+    for (const QVariant& mark : marks) {
+        const double share = mark.toMap().value(QStringLiteral("share")).toDouble();
+        painter->fillRect(static_cast<int>(std::lround(share * columns)), 0, pixel, rows, m_gridColor);
+    }
+    const TimeSpan shown = m_view->span();
+    m_columns = {shown.lengthUs, columns};
+    m_lastColumn = m_columns.of(shown.toUs());
+    const qint64 firstColumn = m_lastColumn - columns + 1;
+    m_fromUs = m_columns.startOf(firstColumn);
+    m_changes = history->changeCountUntil(shown.toUs());
 
     const double lineWidth = c_lineWidth * scale;
     const double room = rows - 2 * c_margin * scale - lineWidth;
@@ -176,7 +184,7 @@ void WaveformItem::paint(QPainter* painter)
         return static_cast<int>(std::lround(c_margin * scale + room * (1 - double(level) / highestLevel)));
     };
     const int bottom = rowOf(0);
-    for (const CourseStep& step : courseOf(*history, m_fromUs, m_columnUs, nowUs)) {
+    for (const CourseStep& step : courseOf(*history, m_columns, firstColumn, shown.toUs())) {
         const int top = rowOf(step.levels.highest);
         const int low = rowOf(step.levels.lowest);
         painter->fillRect(step.column, low, step.columns, bottom - low, faded(m_color, c_areaOpacity));

@@ -9,6 +9,7 @@ Rectangle {
     property var lines
     property var lineFilter
     property var clock
+    property var courses
     property var form
     property var orders
     // "light", "dark", or empty for that of the system.
@@ -16,12 +17,12 @@ Rectangle {
 
     // Where the user has dragged the gaps to.
     property real wantedToolsWidth: 176
-    property real wantedBoardWidth: Math.max(448, width * 0.35)
+    property real wantedPageWidth: 560
     property real wantedCommandWidth: 448
-    property real wantedLowerHeight: Math.max(280, height * 0.3)
+    property real wantedLowerHeight: Math.max(height * 0.3, Math.min(280, height * 0.4))
     // Where they are: every pane keeps a least size while the window has room for it.
     readonly property real toolsWidth: bounded(96, wantedToolsWidth, width - 640)
-    readonly property real boardWidth: bounded(320, wantedBoardWidth, width - toolsWidth - 330)
+    readonly property real boardWidth: bounded(320, width - toolsWidth - wantedPageWidth, width - toolsWidth - 330)
     readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
     readonly property real lowerHeight: bounded(120, wantedLowerHeight, height - 205)
     readonly property real upperHeight: height - lowerHeight - lowerHandle.height
@@ -102,7 +103,7 @@ Rectangle {
         id: boardHandle
         anchors.right: boardPane.left
         height: root.upperHeight
-        onDragged: root.wantedBoardWidth = root.boardWidth - distance
+        onDragged: root.wantedPageWidth = root.width - root.toolsWidth - root.boardWidth + distance
     }
 
     BoardPane {
@@ -113,6 +114,7 @@ Rectangle {
         lines: root.lines
         filter: root.lineFilter
         clock: root.clock
+        view: root.courses
     }
 
     SplitHandle {

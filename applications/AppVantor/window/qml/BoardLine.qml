@@ -7,21 +7,19 @@ Item {
     id: root
 
     property var lines
-    property var clock
-    property real spanUs: 10e6
-    // Age in microseconds of the moment under the pointer; negative while there is none.
-    property real pointedAgeUs: -1
+    property var view
+    // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
+    property real pointedShare: -1
     property bool current: false
     property bool focused: false
 
     readonly property int line: model.line
     readonly property bool settable: model.settable && model.known
     // Undefined while nobody knows it.
-    readonly property var shownLevel: pointedAgeUs >= 0 ? lines.levelAt(line, clock.now - pointedAgeUs)
+    readonly property var shownLevel: pointedShare >= 0 ? lines.levelAt(line, view.fromUs + pointedShare * view.spanUs)
                                                         : (model.known ? model.level : undefined)
     readonly property color background: current && focused ? Style.accentSoft : Style.surface
 
-    signal pointed(real ageUs)
     signal chosen()
 
     function adjust(share) {
@@ -177,46 +175,19 @@ Item {
         }
     }
 
-    Item {
-        id: wave
+    WaveformItem {
+        objectName: "lineCourse"
         anchors.left: control.right
         anchors.right: levelLabel.left
         anchors.leftMargin: Style.defSpacing
         anchors.rightMargin: Style.defSpacing
         height: parent.height
-
-        WaveformItem {
-            objectName: "lineCourse"
-            anchors.fill: parent
-            lines: root.lines
-            line: root.line
-            span: root.spanUs
-            color: Style.accent
-            gridColor: Style.separator
-            fillColor: root.background
-        }
-
-        Rectangle {
-            x: wave.width * (1 - root.pointedAgeUs / root.spanUs)
-            width: 1
-            height: wave.height
-            visible: root.pointedAgeUs >= 0
-            color: Style.text
-        }
-
-        HoverHandler {
-            id: pointer
-            onHoveredChanged: {
-                if (!hovered) {
-                    root.pointed(-1)
-                }
-            }
-            onPointChanged: {
-                if (hovered) {
-                    root.pointed((1 - point.position.x / wave.width) * root.spanUs)
-                }
-            }
-        }
+        lines: root.lines
+        line: root.line
+        view: root.view
+        color: Style.accent
+        gridColor: Style.separator
+        fillColor: root.background
     }
 
     UiLabel {
@@ -228,7 +199,7 @@ Item {
         horizontalAlignment: Qt.AlignRight
         objectName: "lineLevel"
         text: root.shownLevel === undefined ? "\u2013" : root.shownLevel
-        font.bold: root.pointedAgeUs >= 0
+        font.bold: root.pointedShare >= 0
     }
 
     Rectangle {

@@ -2,19 +2,57 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../../gui/widgets"
 
-// The device as it looks from outside: every line with what drives or shows it, and its last seconds over one
-// time axis.
+// The device as it looks from outside: every line with what drives or shows it, and its course over one time
+// axis. The lines and the courses have the keyboard apart: on the lines Space and the arrow keys set levels, on
+// the courses they stop the time and go from edge to edge.
 Pane {
     id: root
 
     property var lines
     property var filter
     property var clock
-    readonly property real spanUs: 10e6
-    property real pointedAgeUs: -1
+    property var view
+    // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
+    readonly property real pointedShare: pointer.containsMouse
+                                         ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
+    readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
 
     function focusFilter() {
         filterField.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+
+    function lineAt(y) {
+        const item = list.itemAt(0, y - list.y + list.contentY)
+        return y >= list.y && item ? item.line : -1
+    }
+
+    // Takes the keys of the view, wherever in the pane the keyboard is. True when it was one.
+    function useKey(event) {
+        const share = pointedShare >= 0 ? pointedShare : 0.5
+        switch (event.key) {
+        case Qt.Key_Plus:
+        case Qt.Key_Equal:
+            view.zoom(2, pointedShare >= 0 ? pointedShare : (view.live ? 1 : 0.5))
+            return true
+        case Qt.Key_Minus:
+            view.zoom(0.5, share)
+            return true
+        case Qt.Key_F:
+            view.showAll()
+            return true
+        case Qt.Key_L:
+            view.goLive()
+            return true
+        case Qt.Key_1:
+        case Qt.Key_2:
+            view.setCursor(event.key === Qt.Key_1 ? 1 : 2, share,
+                           pointedShare >= 0 ? lineAt(pointer.mouseY + courses.y) : chosenLine)
+            return true
+        case Qt.Key_Escape:
+            view.clearCursors()
+            return true
+        }
+        return false
     }
 
     title: lines.deviceName
@@ -70,8 +108,8 @@ Pane {
             x: root.inset
             width: ruler.x - x - Style.defSpacing
             height: parent.height
-            visible: !root.clock.running
-            text: "\u2016 " + qsTrId("board_held")
+            visible: !root.clock.running || !root.view.live
+            text: root.clock.running ? "\u25c0 " + qsTrId("board_past") : "\u2016 " + qsTrId("board_held")
             color: Style.accent
             font.bold: true
             font.pixelSize: Style.smallTextSize
@@ -83,16 +121,21 @@ Pane {
             width: parent.width - x - root.inset - 44 - Style.defSpacing
             height: parent.height
 
+            Binding {
+                target: root.view
+                property: "width"
+                value: ruler.width
+            }
+
             Repeater {
-                model: 6
+                model: root.view.marks
 
                 UiLabel {
-                    readonly property int age: 10 - 2 * index
-
-                    x: ruler.width * index / 5 - width / 2
+                    objectName: "axisMark"
+                    x: ruler.width * modelData.share - width / 2
                     height: ruler.height
-                    visible: root.pointedAgeUs < 0
-                    text: (age === 0 ? "" : "\u2212") + age + " s"
+                    visible: root.pointedShare < 0
+                    text: modelData.text
                     font.pixelSize: Style.smallTextSize
                     color: Style.textSecondary
                 }
@@ -100,11 +143,10 @@ Pane {
 
             UiLabel {
                 objectName: "pointedTime"
-                x: Math.max(0, Math.min(ruler.width - width,
-                                        ruler.width * (1 - root.pointedAgeUs / root.spanUs) - width / 2))
+                x: Math.max(0, Math.min(ruler.width - width, ruler.width * root.pointedShare - width / 2))
                 height: ruler.height
-                visible: root.pointedAgeUs >= 0
-                text: "\u2212" + (root.pointedAgeUs / 1e6).toFixed(2) + " s"
+                visible: root.pointedShare >= 0
+                text: visible ? root.view.timeText(root.pointedShare) : ""
                 font.pixelSize: Style.smallTextSize
                 font.bold: true
             }
@@ -123,7 +165,7 @@ Pane {
         id: list
         objectName: "boardLines"
         anchors.top: axis.bottom
-        anchors.bottom: parent.bottom
+        anchors.bottom: reading.top
         width: parent.width
         activeFocusOnTab: count > 0
         model: root.filter
@@ -139,22 +181,163 @@ Pane {
         Keys.onSpacePressed: if (currentItem) currentItem.toggle()
         Keys.onLeftPressed: if (currentItem) currentItem.adjust(-0.01)
         Keys.onRightPressed: if (currentItem) currentItem.adjust(0.01)
+        Keys.onPressed: event.accepted = root.useKey(event)
 
         T.ScrollBar.vertical: UiScrollBar {}
 
         delegate: BoardLine {
             width: list.width
             lines: root.lines
-            clock: root.clock
-            spanUs: root.spanUs
-            pointedAgeUs: root.pointedAgeUs
+            view: root.view
+            pointedShare: root.pointedShare
             current: ListView.isCurrentItem
-            focused: list.activeFocus
-            onPointed: root.pointedAgeUs = ageUs
+            focused: list.activeFocus || courses.activeFocus
             onChosen: {
                 list.currentIndex = index
                 list.forceActiveFocus(Qt.MouseFocusReason)
             }
+        }
+    }
+
+    FocusScope {
+        id: courses
+        objectName: "courses"
+        x: ruler.x
+        anchors.top: axis.top
+        anchors.bottom: reading.top
+        width: ruler.width
+        visible: list.count > 0
+        activeFocusOnTab: true
+        clip: true
+
+        Accessible.role: Accessible.Chart
+        Accessible.name: qsTrId("courses_title")
+        Accessible.description: cursorsLabel.text
+        Accessible.focusable: true
+
+        Keys.onSpacePressed: root.clock.running = !root.clock.running
+        Keys.onUpPressed: list.decrementCurrentIndex()
+        Keys.onDownPressed: list.incrementCurrentIndex()
+        Keys.onLeftPressed: root.view.stepCursor(root.chosenLine, false)
+        Keys.onRightPressed: root.view.stepCursor(root.chosenLine, true)
+        Keys.onPressed: event.accepted = root.useKey(event)
+
+        UiFocusRing {
+            anchors.margins: 0
+            shown: courses.activeFocus
+        }
+
+        Repeater {
+            model: root.view.cursors
+
+            Item {
+                objectName: "cursor" + modelData.number
+                x: Math.round(courses.width * modelData.share)
+                height: courses.height
+                visible: modelData.share >= 0 && modelData.share <= 1
+
+                Rectangle {
+                    x: -8
+                    anchors.bottom: parent.bottom
+                    width: 16
+                    height: 16
+                    radius: Style.radius
+                    color: Style.text
+
+                    UiLabel {
+                        anchors.centerIn: parent
+                        text: modelData.number
+                        color: Style.surface
+                        font.bold: true
+                        font.pixelSize: Style.smallTextSize
+                    }
+                }
+
+                Rectangle {
+                    y: axis.height
+                    width: 1
+                    height: parent.height - y
+                    color: Style.text
+                }
+            }
+        }
+
+        Rectangle {
+            x: courses.width * root.pointedShare
+            y: axis.height
+            width: 1
+            height: parent.height - y
+            visible: root.pointedShare >= 0
+            color: Style.text
+            opacity: 0.5
+        }
+
+        MouseArea {
+            id: pointer
+
+            property real grip: -1
+
+            anchors.fill: parent
+            hoverEnabled: true
+            preventStealing: true
+            onPressed: {
+                grip = mouse.x
+                courses.forceActiveFocus(Qt.MouseFocusReason)
+                const row = list.indexAt(0, mouse.y - list.y + courses.y + list.contentY)
+                if (row >= 0) {
+                    list.currentIndex = row
+                }
+            }
+            onPositionChanged: {
+                if (pressed && Math.abs(mouse.x - grip) >= 1) {
+                    root.view.pan((mouse.x - grip) / width)
+                    grip = mouse.x
+                }
+            }
+            onWheel: root.view.zoom(Math.pow(1.25, wheel.angleDelta.y / 120), root.pointedShare)
+        }
+    }
+
+    Item {
+        id: reading
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: list.count > 0 ? 28 : 0
+        visible: list.count > 0
+
+        readonly property string measured: {
+            if (root.pointedShare < 0) {
+                return ""
+            }
+            root.view.fromUs // what is under the pointer moves
+            return root.view.measureText(root.lineAt(pointer.mouseY + courses.y), root.pointedShare)
+        }
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: Style.separator
+        }
+
+        UiLabel {
+            objectName: "measured"
+            x: root.inset
+            width: parent.width - 2 * x - (cursorsLabel.width > 0 ? cursorsLabel.width + Style.defSpacing * 2 : 0)
+            height: parent.height
+            text: reading.measured.length > 0 ? reading.measured : qsTrId("courses_hint")
+            color: reading.measured.length > 0 ? Style.text : Style.textSecondary
+            font.pixelSize: Style.smallTextSize
+        }
+
+        UiLabel {
+            id: cursorsLabel
+            objectName: "cursorsText"
+            anchors.right: parent.right
+            anchors.rightMargin: root.inset
+            height: parent.height
+            text: root.view.cursorsText
+            font.bold: true
+            font.pixelSize: Style.smallTextSize
         }
     }
 

@@ -1,0 +1,232 @@
+#include "course_view.h"
+
+#include "course_measure.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double c_snapDistance = 8; // pixels
+constexpr double c_rightEdge = 0.98; // a share from which on the pointer means the present
+
+} // namespace
+
+CourseView::CourseView(LinesModel* lines, QObject* parent)
+    : QObject(parent)
+    , m_lines(lines)
+{
+    connect(&lines->clock(), &DeviceClock::ticked, this, &CourseView::follow);
+}
+
+TimeSpan CourseView::span() const
+{
+    return m_live ? TimeSpan{presentUs() - m_span.lengthUs, m_span.lengthUs} : m_span;
+}
+
+/// A cursor in a view that runs moves with the courses.
+void CourseView::follow()
+{
+    if (!m_live) {
+        return;
+    }
+    Q_EMIT moved();
+    const TimeSpan shown = span();
+    bool moves = false;
+    for (const std::optional<qint64>& cursor : m_cursors) {
+        moves = moves || (cursor && *cursor >= shown.fromUs);
+    }
+    if (moves && m_lines->clock().isRunning()) {
+        Q_EMIT cursorsChanged();
+        m_lines->clock().want();
+    }
+}
+
+void CourseView::setWidth(double width)
+{
+    if (!qFuzzyCompare(width, m_width)) {
+        m_width = width;
+        Q_EMIT changed();
+    }
+}
+
+QVariantList CourseView::marks() const
+{
+    TimeSpan offsets = span();
+    offsets.fromUs -= m_live ? presentUs() : m_zeroUs;
+    const QVector<qint64> marks = axisMarks(offsets, m_width);
+    const qint64 stepUs = marks.size() > 1 ? marks.at(1) - marks.at(0) : offsets.lengthUs;
+    QVariantList list;
+    for (const qint64 mark : marks) {
+        list.append(QVariantMap{{QStringLiteral("share"), offsets.shareOf(mark)},
+                                {QStringLiteral("text"), offsetText(mark, stepUs)}});
+    }
+    return list;
+}
+
+QVariantList CourseView::cursors() const
+{
+    QVariantList list;
+    for (std::size_t cursor = 0; cursor < m_cursors.size(); ++cursor) {
+        if (m_cursors.at(cursor)) {
+            list.append(QVariantMap{{QStringLiteral("number"), static_cast<int>(cursor) + 1},
+                                    {QStringLiteral("share"), span().shareOf(*m_cursors.at(cursor))}});
+        }
+    }
+    return list;
+}
+
+QString CourseView::cursorsText() const
+{
+    const auto& [first, second] = m_cursors;
+    if (!first || !second) {
+        return first || second ? qtTrId("cursors_one").arg(first ? 1 : 2) : QString();
+    }
+    const qint64 apartUs = std::abs(*second - *first);
+    const QString length = qtTrId("cursors_between").arg(lengthText(apartUs));
+    return apartUs > 0 ? length + QStringLiteral(" \u00b7 ") + frequencyText(apartUs) : length;
+}
+
+void CourseView::zoom(double factor, double share)
+{
+    const bool rightStays = m_live && (factor < 1 || share >= c_rightEdge);
+    const TimeSpan next = zoomed(span(), factor, rightStays ? 1 : share);
+    if (rightStays) {
+        m_span = next;
+        Q_EMIT changed();
+        Q_EMIT moved();
+        Q_EMIT cursorsChanged();
+    } else if (next.lengthUs != m_span.lengthUs) {
+        show(next);
+    }
+}
+
+void CourseView::pan(double share)
+{
+    const TimeSpan now = span();
+    show({now.at(-share), now.lengthUs});
+}
+
+void CourseView::showAll()
+{
+    m_live = true;
+    const auto wholeUs = static_cast<double>(presentUs() - earliestUs());
+    zoom(static_cast<double>(m_span.lengthUs) / std::max(1.0, wholeUs), 1);
+}
+
+void CourseView::goLive()
+{
+    m_lines->clock().setRunning(true);
+    m_live = true;
+    zoom(1, 1);
+    m_lines->clock().want();
+}
+
+QString CourseView::timeText(double share) const
+{
+    const TimeSpan shown = span();
+    const auto resolutionUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width));
+    return offsetText(shown.at(share) - (m_live ? presentUs() : m_zeroUs), resolutionUs);
+}
+
+QString CourseView::measureText(int line, double share) const
+{
+    const LineHistory* history = m_lines->history(line);
+    const std::optional<LevelMeasure> measure =
+        history != nullptr ? measureAt(*history, span().at(share)) : std::nullopt;
+    if (!measure || !measure->widthUs) {
+        return QString();
+    }
+    const bool digital = m_lines->highestLevel(line) == 1;
+    const QString level = digital ? qtTrId(measure->level == 1 ? "measure_high" : "measure_low")
+                                  : QString::number(measure->level);
+    QStringList parts{qtTrId("measure_width").arg(level, lengthText(*measure->widthUs))};
+    if (digital && measure->periodUs) {
+        constexpr double percent = 100;
+        const double high = measure->level == 1 ? measure->share : 1 - measure->share;
+        parts += qtTrId("measure_period").arg(lengthText(*measure->periodUs));
+        parts += frequencyText(*measure->periodUs);
+        parts += qtTrId("measure_duty").arg(QString::number(high * percent, 'g', 3));
+    }
+    return parts.join(QStringLiteral(" \u00b7 "));
+}
+
+void CourseView::setCursor(int number, double share, int line)
+{
+    if (number < 1 || number > static_cast<int>(m_cursors.size())) {
+        return;
+    }
+    const TimeSpan shown = span();
+    const qint64 timeUs = shown.at(share);
+    const LineHistory* history = m_lines->history(line);
+    const auto withinUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width) * c_snapDistance);
+    m_activeCursor = static_cast<std::size_t>(number) - 1;
+    m_cursors.at(m_activeCursor) =
+        history != nullptr ? nearestEdge(*history, timeUs, withinUs).value_or(timeUs) : timeUs;
+    Q_EMIT cursorsChanged();
+    m_lines->clock().want();
+}
+
+void CourseView::clearCursors()
+{
+    m_cursors = {};
+    m_activeCursor = 0;
+    Q_EMIT cursorsChanged();
+}
+
+void CourseView::stepCursor(int line, bool forward)
+{
+    const LineHistory* history = m_lines->history(line);
+    if (history == nullptr) {
+        return;
+    }
+    const TimeSpan shown = span();
+    std::optional<qint64>& cursor = m_cursors.at(m_activeCursor);
+    const qint64 fromUs = cursor.value_or(forward ? shown.fromUs : shown.toUs());
+    const std::optional<qint64> edge = forward ? edgeAfter(*history, fromUs) : edgeBefore(*history, fromUs);
+    if (!edge) {
+        return;
+    }
+    cursor = edge;
+    if (*edge < shown.fromUs || *edge > shown.toUs()) {
+        show({*edge - shown.lengthUs / 2, shown.lengthUs});
+    } else {
+        hold();
+        Q_EMIT changed();
+        Q_EMIT cursorsChanged();
+    }
+}
+
+/// Stays where it is.
+void CourseView::hold()
+{
+    if (m_live) {
+        m_span = span();
+        m_zeroUs = presentUs();
+        m_live = false;
+    }
+}
+
+void CourseView::show(const TimeSpan& span)
+{
+    hold();
+    const qint64 latest = presentUs() - span.lengthUs;
+    m_span = {std::clamp(span.fromUs, std::min(earliestUs(), latest), latest), span.lengthUs};
+    Q_EMIT changed();
+    Q_EMIT moved();
+    Q_EMIT cursorsChanged();
+}
+
+qint64 CourseView::earliestUs() const
+{
+    qint64 earliestUs = presentUs();
+    for (int line = 0; line < m_lines->count(); ++line) {
+        for (const LineLevel& change : m_lines->history(line)->changes()) {
+            if (change.known) {
+                earliestUs = std::min(earliestUs, change.sinceUs);
+                break;
+            }
+        }
+    }
+    return std::max(earliestUs, presentUs() - LineHistory::c_longestUs);
+}

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "course.h"
+#include "lines_model.h"
+#include "time_axis.h"
+
+#include <QVariant>
+
+#include <array>
+#include <optional>
+
+/// The part of time that the courses of all lines show, and what is measured in it. It follows the present,
+/// which is at its right edge then, until it is moved; it never reaches beyond the present. Places in it are
+/// shares of its width, 0 on the left and 1 on the right.
+class CourseView : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(CourseView)
+    /// Time at the left edge, in microseconds on the steady clock.
+    Q_PROPERTY(double fromUs READ fromUs NOTIFY moved)
+    /// Time from the left to the right edge, in microseconds.
+    Q_PROPERTY(double spanUs READ spanUs NOTIFY changed)
+    /// True while it follows the present.
+    Q_PROPERTY(bool live READ isLive NOTIFY changed)
+    /// Width of a course, in device-independent pixels.
+    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
+    /// The marks of the time axis: maps with "share" and "text", the time beside the present, or where the
+    /// view does not follow it any more, beside the present of that moment.
+    Q_PROPERTY(QVariantList marks READ marks NOTIFY changed)
+    /// The cursors that are set: maps with "number" and "share", which may be outside of the view.
+    Q_PROPERTY(QVariantList cursors READ cursors NOTIFY cursorsChanged)
+    /// The time between both cursors and its inverse, or the time of the one that is set, or nothing.
+    Q_PROPERTY(QString cursorsText READ cursorsText NOTIFY cursorsChanged)
+
+public:
+    /// lines must outlive the view.
+    explicit CourseView(LinesModel* lines, QObject* parent = nullptr);
+
+    TimeSpan span() const;
+    double fromUs() const { return static_cast<double>(span().fromUs); }
+    double spanUs() const { return static_cast<double>(m_span.lengthUs); }
+    bool isLive() const { return m_live; }
+    double width() const { return m_width; }
+    void setWidth(double width);
+    QVariantList marks() const;
+    QVariantList cursors() const;
+    QString cursorsText() const;
+
+    /// Shows factor times as much detail, less than 1 for less. What is at share stays there, unless the
+    /// view follows the present and share is its right edge, or there is less detail to see: then the right
+    /// edge stays.
+    Q_INVOKABLE void zoom(double factor, double share);
+    /// Moves what is shown to the right, by a share of the width.
+    Q_INVOKABLE void pan(double share);
+    /// Shows all that is remembered, up to the present.
+    Q_INVOKABLE void showAll();
+    /// Follows the present, which runs on.
+    Q_INVOKABLE void goLive();
+
+    /// The time at share, beside the present or what was it.
+    Q_INVOKABLE QString timeText(double share) const;
+    /// What can be said of the level of line there: how long it lasts, its period, frequency and duty cycle.
+    /// Empty where nobody knows the level.
+    Q_INVOKABLE QString measureText(int line, double share) const;
+
+    /// Sets the cursor number, 1 or 2, at share, or at an edge of line that is near; line may be -1.
+    Q_INVOKABLE void setCursor(int number, double share, int line);
+    /// Takes the cursors away.
+    Q_INVOKABLE void clearCursors();
+    /// Moves the cursor that was set last, the first one when there is none, to the next edge of line, or to
+    /// the one before, and shows it. Without such an edge it stays.
+    Q_INVOKABLE void stepCursor(int line, bool forward);
+
+Q_SIGNALS:
+    /// Something else than the present has changed.
+    void changed();
+    /// The left edge is at another time.
+    void moved();
+    void cursorsChanged();
+
+private:
+    void follow();
+    void hold();
+    void show(const TimeSpan& span);
+    qint64 presentUs() const { return static_cast<qint64>(m_lines->clock().now()); }
+    qint64 earliestUs() const;
+
+    LinesModel* const m_lines;
+    TimeSpan m_span{0, 10000000}; ///< its begin counts only while the view does not follow the present
+    qint64 m_zeroUs = 0;          ///< likewise: the present when it stopped to
+    bool m_live = true;
+    double m_width = 0;
+    std::array<std::optional<qint64>, 2> m_cursors;
+    std::size_t m_activeCursor = 0;
+};

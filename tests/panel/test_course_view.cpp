@@ -1,0 +1,331 @@
+#include "literals.h"
+#include "manual_scheduler.h"
+#include "panel_fixture.h"
+#include "rows.h"
+
+#include <window/course_measure.h>
+#include <window/course_view.h>
+#include <window/texts.h>
+
+#include <random>
+
+namespace {
+
+constexpr qint64 c_second = 1000000;
+constexpr int c_line = 1; // a digital input that nothing feeds
+
+/// A line by its levels and their times: "?" is unknown.
+LineHistory historyOf(const QString& levels)
+{
+    LineHistory history;
+    const QStringList changes = levels.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString& change : changes) {
+        const QStringList parts = change.split(QLatin1Char('@'));
+        history.append({parts.at(0).toInt(), parts.at(1).toLongLong(), parts.at(0) != QLatin1String("?")});
+    }
+    return history;
+}
+
+QString textOf(const std::optional<qint64>& time)
+{
+    return time ? QString::number(*time) : "none"_s;
+}
+
+/// A view of the courses of a small board.
+struct Shown
+{
+    Shown()
+        : board(makeSimulatedBoard(smallBoard(), &scheduler, DevicePlace::SameThread))
+        , clock(&scheduler)
+        , lines(board.get(), {}, &clock)
+        , view(&lines)
+    {
+        board->open();
+        view.setWidth(200);
+    }
+
+    void pass(qint64 us)
+    {
+        scheduler.advance(us);
+        clock.tick();
+    }
+
+    /// Changes the line after five and after eight of ten seconds.
+    void makeEdges()
+    {
+        pass(5 * c_second);
+        lines.setLevel(c_line, 1);
+        pass(3 * c_second);
+        lines.setLevel(c_line, 0);
+        pass(2 * c_second);
+    }
+
+    double shareOfCursor() const { return view.cursors().value(0).toMap().value("share"_s).toDouble(); }
+
+    ManualScheduler scheduler;
+    std::unique_ptr<LineDevice> board;
+    DeviceClock clock;
+    LinesModel lines;
+    CourseView view;
+};
+
+} // namespace
+
+/// The arithmetic of the courses: what is shown, measured and found in them.
+class TestCourseView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { installTexts(QLocale(QLocale::English)); }
+
+    void zoomingKeepsTheTimeAtThePointer_data()
+    {
+        const Rows<qint64, qint64, double, double, qint64, qint64> row("from", "length", "factor", "share",
+                                                                       "newFrom", "newLength");
+        row("at the left edge", 1000, 10000, 2.0, 0.0, 1000, 5000);
+        row("in the middle", 1000, 10000, 2.0, 0.5, 3500, 5000);
+        row("at the right edge", 1000, 10000, 2.0, 1.0, 6000, 5000);
+        row("less detail", 1000, 10000, 0.5, 0.5, -4000, 20000);
+        row("no change", 1000, 10000, 1.0, 0.3, 1000, 10000);
+        row("as much detail as there is", 1000, 1000, 1000.0, 0.5, 1450, 100);
+        row("as little", 0, 400000000, 0.1, 1.0, -200000000, 600000000);
+    }
+    void zoomingKeepsTheTimeAtThePointer()
+    {
+        QFETCH(qint64, from);
+        QFETCH(qint64, length);
+        QFETCH(double, factor);
+        QFETCH(double, share);
+        const TimeSpan span = zoomed({from, length}, factor, share);
+        QTEST(span.fromUs, "newFrom");
+        QTEST(span.lengthUs, "newLength");
+    }
+
+    void theAxisIsMarkedAtRoundTimes_data()
+    {
+        const Rows<qint64, qint64, double, QString> row("from", "length", "width", "marks");
+        row("ten seconds", -10000000, 10000000, 400.0, "-10 -8 -6 -4 -2 0");
+        row("ten seconds in little room", -10000000, 10000000, 130.0, "-10 -5 0");
+        row("between the marks", -9500000, 10000000, 400.0, "-8 -6 -4 -2 0");
+        row("after the present", 500000, 3000000, 200.0, "1 2 3");
+        row("tenths", -1000000, 1000000, 400.0, "-1.0 -0.8 -0.6 -0.4 -0.2 0.0");
+        row("microseconds", -100, 100, 220.0, "-0.00010 -0.00005 0.00000");
+        row("no room", -10000000, 10000000, 20.0, "");
+    }
+    void theAxisIsMarkedAtRoundTimes()
+    {
+        QFETCH(qint64, from);
+        QFETCH(qint64, length);
+        QFETCH(double, width);
+        const QVector<qint64> marks = axisMarks({from, length}, width);
+        QStringList texts;
+        for (const qint64 mark : marks) {
+            texts.append(offsetText(mark, marks.at(1) - marks.at(0)).chopped(2));
+        }
+        QTEST(texts.join(QLatin1Char(' ')).replace(QChar(0x2212), QLatin1Char('-')), "marks");
+    }
+
+    void lengthsAndFrequenciesHaveFittingUnits_data()
+    {
+        const Rows<qint64, QString, QString> row("us", "length", "frequency");
+        row("1", 1, "1 \u00b5s", "1000 kHz");
+        row("999", 999, "999 \u00b5s", "1.001 kHz");
+        row("1000", 1000, "1 ms", "1 kHz");
+        row("12345", 12345, "12.345 ms", "81 Hz");
+        row("12500", 12500, "12.5 ms", "80 Hz");
+        row("1000000", 1000000, "1 s", "1 Hz");
+        row("2500001", 2500001, "2.500001 s", "0.4 Hz");
+        row("600000000", 600000000, "600 s", "0.001667 Hz");
+    }
+    void lengthsAndFrequenciesHaveFittingUnits()
+    {
+        QFETCH(qint64, us);
+        QTEST(lengthText(us), "length");
+        QTEST(frequencyText(us), "frequency");
+    }
+
+    void edgesAreFound_data()
+    {
+        const Rows<QString, qint64, QString, QString> row("line", "time", "before", "after");
+        const QString pulses = "0@100 1@200 0@250 1@400"_s;
+        row("before all", pulses, 50, "none", "200");
+        row("where the line becomes known is none", pulses, 150, "none", "200");
+        row("between", pulses, 220, "200", "250");
+        row("on an edge", pulses, 250, "200", "400");
+        row("after all", pulses, 500, "400", "none");
+        row("nothing is known", "", 500, "none", "none");
+        row("an unknown level has no edges", "0@100 ?@200 1@300 0@400", 250, "none", "400");
+    }
+    void edgesAreFound()
+    {
+        QFETCH(QString, line);
+        QFETCH(qint64, time);
+        const LineHistory history = historyOf(line);
+        QTEST(textOf(edgeBefore(history, time)), "before");
+        QTEST(textOf(edgeAfter(history, time)), "after");
+    }
+
+    void theNearestEdgeIsTakenWhenItIsNear_data()
+    {
+        const Rows<qint64, QString> row("time", "edge");
+        row("too far before", 169, "none");
+        row("just near enough", 170, "200");
+        row("on it", 200, "200");
+        row("nearer to the one before", 224, "200");
+        row("nearer to the one after", 226, "250");
+        row("too far after", 281, "none");
+    }
+    void theNearestEdgeIsTakenWhenItIsNear()
+    {
+        QFETCH(qint64, time);
+        QTEST(textOf(nearestEdge(historyOf("0@100 1@200 0@250"_s), time, 30)), "edge");
+    }
+
+    void aLevelIsMeasured_data()
+    {
+        const Rows<QString, qint64, QString> row("line", "time", "measure");
+        const QString pulses = "0@100 1@200 0@250 1@400 0@480"_s;
+        row("before all", pulses, 50, "unknown");
+        row("a level whose begin nobody saw", pulses, 150, "0 none none");
+        row("a level with one of its kind after it", pulses, 220, "1 50 200 0.25");
+        row("its other half", pulses, 300, "0 150 230 0.652174");
+        row("the last whole level", pulses, 450, "1 80 230 0.347826");
+        row("a level that has not ended", pulses, 500, "0 none none");
+        row("a level with nothing around it", "0@100 1@200 0@250", 210, "1 50 none");
+        row("beside a gap", "0@100 1@200 ?@250 1@300 0@400", 210, "1 none none");
+        row("in a gap", "0@100 ?@250 1@300", 260, "unknown");
+        row("steps without a period", "0@100 5@200 9@300 7@400", 250, "5 100 none");
+    }
+    void aLevelIsMeasured()
+    {
+        QFETCH(QString, line);
+        QFETCH(qint64, time);
+        const std::optional<LevelMeasure> measure = measureAt(historyOf(line), time);
+        QString text = "unknown"_s;
+        if (measure) {
+            text = "%1 %2 %3"_s.arg(measure->level).arg(textOf(measure->widthUs), textOf(measure->periodUs));
+            text += measure->periodUs ? " %1"_s.arg(measure->share) : QString();
+        }
+        QTEST(text, "measure");
+    }
+
+    /// Against the levels of each microsecond, and those from which an edge comes.
+    void aCourseHasTheLevelsOfEachMicrosecond()
+    {
+        std::mt19937 random(1);
+        const auto below = [&random](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+        for (int run = 0; run < 300; ++run) {
+            LineHistory history;
+            for (qint64 timeUs = below(30); timeUs < 400; timeUs += 1 + below(30)) {
+                history.append({below(3), timeUs, below(4) != 0});
+            }
+            const TimeColumns columns{20 + below(200), 1 + below(20)};
+            const qint64 first = below(20);
+            const qint64 untilUs = columns.startOf(first + columns.perSpan) - 1;
+            std::vector<LevelRange> expected(std::size_t(columns.perSpan));
+            const qint64 fromUs = columns.startOf(first);
+            for (qint64 us = fromUs; us <= untilUs; ++us) {
+                LevelRange& range = expected.at(std::size_t(columns.of(us) - first));
+                range.add(history.at(us));
+                if (us > fromUs && history.changeCountUntil(us) != history.changeCountUntil(us - 1)) {
+                    range.add(history.at(us - 1));
+                }
+            }
+            std::vector<LevelRange> drawn(expected.size());
+            for (const CourseStep& step : courseOf(history, columns, first, untilUs)) {
+                for (int column = step.column; column < step.column + step.columns; ++column) {
+                    drawn.at(std::size_t(column)).add(step.levels);
+                }
+            }
+            for (std::size_t column = 0; column < expected.size(); ++column) {
+                QCOMPARE(drawn.at(column).lowest, expected.at(column).lowest);
+                QCOMPARE(drawn.at(column).highest, expected.at(column).highest);
+            }
+        }
+    }
+
+    void theViewFollowsThePresentUntilItIsMoved()
+    {
+        Shown shown;
+        shown.pass(20 * c_second);
+        QVERIFY(shown.view.isLive());
+        QCOMPARE(shown.view.span().toUs(), 20 * c_second);
+        shown.view.pan(0.5);
+        QVERIFY(!shown.view.isLive());
+        QCOMPARE(shown.view.span().toUs(), 15 * c_second);
+        shown.pass(c_second);
+        QCOMPARE(shown.view.span().toUs(), 15 * c_second);
+        QCOMPARE(shown.view.timeText(1), "\u22125.00 s"_s);
+        shown.view.goLive();
+        QCOMPARE(shown.view.span().toUs(), 21 * c_second);
+    }
+
+    void theViewStaysInWhatIsRemembered()
+    {
+        Shown shown;
+        shown.pass(20 * c_second);
+        shown.view.pan(1000);
+        QCOMPARE(shown.view.span().fromUs, qint64{0});
+        shown.view.pan(-1000);
+        QCOMPARE(shown.view.span().toUs(), 20 * c_second);
+        shown.view.zoom(0.25, 0);
+        QCOMPARE(shown.view.span().toUs(), 20 * c_second);
+        shown.view.showAll();
+        QCOMPARE(shown.view.span().fromUs, qint64{0});
+        QCOMPARE(shown.view.span().lengthUs, 20 * c_second);
+    }
+
+    void aCursorGoesToAnEdgeThatIsNear()
+    {
+        Shown shown;
+        shown.makeEdges();
+        shown.view.setCursor(1, 0.52, c_line);
+        shown.view.setCursor(2, 0.81, c_line);
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 3 s \u00b7 0.3333 Hz"_s);
+        shown.view.setCursor(2, 0.7, c_line); // too far from any
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 2 s \u00b7 0.5 Hz"_s);
+        shown.view.setCursor(2, 0.5, -1);
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 0 \u00b5s"_s);
+        shown.view.setCursor(3, 0.5, c_line);
+        QCOMPARE(shown.view.cursors().size(), 2);
+        shown.view.clearCursors();
+        QCOMPARE(shown.view.cursorsText(), QString());
+        QVERIFY(shown.view.cursors().isEmpty());
+    }
+
+    void aCursorGoesFromEdgeToEdge()
+    {
+        Shown shown;
+        shown.makeEdges();
+        shown.view.stepCursor(c_line, true);
+        QCOMPARE(shown.shareOfCursor(), 0.5);
+        shown.view.stepCursor(c_line, true);
+        QCOMPARE(shown.shareOfCursor(), 0.8);
+        shown.view.stepCursor(c_line, true);
+        QCOMPARE(shown.shareOfCursor(), 0.8);
+        shown.view.stepCursor(c_line, false);
+        QCOMPARE(shown.shareOfCursor(), 0.5);
+        shown.view.goLive();
+        shown.pass(20 * c_second);
+        QVERIFY(shown.shareOfCursor() < 0);
+        shown.view.stepCursor(c_line, true);
+        QCOMPARE(shown.shareOfCursor(), 0.5); // it is shown in the middle
+        QCOMPARE(shown.view.span().at(0.5), 8 * c_second);
+        shown.view.stepCursor(-1, true);
+        QCOMPARE(shown.shareOfCursor(), 0.5);
+    }
+
+    void aCursorMovesWithTheCoursesAndThenTheClockRests()
+    {
+        Shown shown;
+        shown.pass(20 * c_second);
+        shown.view.setCursor(1, 0.5, -1);
+        QSignalSpy ticks(&shown.clock, &DeviceClock::ticked);
+        shown.scheduler.advance(20 * c_second);
+        QVERIFY2(qAbs(ticks.count() - 100) < 3, qPrintable(QString::number(ticks.count())));
+    }
+};
+
+QTEST_MAIN(TestCourseView)
+#include "test_course_view.moc"
