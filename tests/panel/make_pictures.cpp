@@ -44,7 +44,8 @@ int main(int argc, char** argv)
         words.append(QString::fromLocal8Bit(argv[number]));
     }
     if (words.size() != 7) {
-        qCritical("usage: make_pictures window|cursors|panel LINES light|dark WIDTHxHEIGHT SCALE LANGUAGE FILE.png");
+        qCritical("usage: make_pictures window|cursors|panel LINES light|dark WIDTHxHEIGHT SCALE LANGUAGE "
+                  "FILE.png");
         return 2;
     }
     WindowOptions options;
