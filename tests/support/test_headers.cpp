@@ -1,0 +1,1 @@
+// A target that precompiles headers for others needs a source.
