@@ -262,6 +262,19 @@ int runWindow(int& argc, char* argv[], const Options& options, Output* output)
     return runBench(options, window, output);
 }
 
+/// The options that put something onto standard output that leaves no room for anything else.
+QStringList onStandardOutput(const Options& options)
+{
+    QStringList names;
+    if (options.trace == QLatin1String("-")) {
+        names.append(QStringLiteral("--trace"));
+    }
+    if (options.screenshot == QLatin1String("-")) {
+        names.append(QStringLiteral("--screenshot"));
+    }
+    return names;
+}
+
 /// Carries out what the arguments of the process ask for. Returns the exit status.
 int run(int argc, char* argv[])
 {
@@ -276,15 +289,16 @@ int run(int argc, char* argv[])
         help.text(parsed.text);
         return writeOut(ExitSuccess, &help);
     }
-    const bool traceGoesOut = parsed.options && parsed.options->trace == QLatin1String("-");
-    Output output(json, traceGoesOut && !json);
+    const QStringList streams = parsed.options ? onStandardOutput(*parsed.options) : QStringList();
+    Output output(json, !streams.isEmpty() && !json);
     if (!parsed.options) {
         return writeOut(refuseUsage(parsed.text, &output), &output);
     }
     const Options& options = *parsed.options;
-    if (traceGoesOut && json) {
+    if (streams.size() > (json ? 0 : 1)) {
+        const QString problem = QStringLiteral("%1 -: standard output has what %2 writes, expected a file");
         return writeOut(
-            refuseUsage(QStringLiteral("--trace -: standard output has what --json writes, expected a file"),
+            refuseUsage(problem.arg(streams.last(), json ? QStringLiteral("--json") : streams.first()),
                         &output),
             &output);
     }

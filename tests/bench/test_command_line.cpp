@@ -70,7 +70,8 @@ private Q_SLOTS:
         row("size of nothing", "panel --size 0x9", "--size: expected WIDTHxHEIGHT");
         row("scale", "panel --scale 9", "--scale: expected a number from 0.5 to 4, found \"9\"");
         row("picture of another form", "panel --screenshot p.jpg",
-            "--screenshot: expected a file that ends with .png, found \"p.jpg\"");
+            "--screenshot: expected a file that ends with .png, or \"-\" for standard output, found "
+            "\"p.jpg\"");
         row("theme", "panel --theme pink", "--theme: expected one of light, dark, found \"pink\"");
         row("language", "panel --language de", "--language: expected one of en, fr, found \"de\"");
         row("unknown tool", "--tool Nobody channels", "there is no tool \"Nobody\"\n");

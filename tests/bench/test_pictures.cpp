@@ -17,7 +17,7 @@ BenchRun takePictures(const QString& preparation, const QString& file)
 
 } // namespace
 
-/// The option --screenshot, where the picture cannot be written.
+/// The option --screenshot: where the picture cannot be written, and onto standard output.
 class TestPictures : public QObject
 {
     Q_OBJECT
@@ -58,6 +58,45 @@ private Q_SLOTS:
     {
         const BenchRun run = takePictures("echo old >kept.png"_s, "kept.png"_s);
         QVERIFY2(run.output.startsWith("0\n0\nkept.png\n\x89PNG"), run.output.left(80).constData());
+    }
+
+    void aPictureGoesToStandardOutput_data()
+    {
+        const Rows<QString, QByteArray, QByteArray> row("words", "output", "message");
+        row("a reader that sleeps", "panel --screenshot - | (sleep 0.3; head -c 4)", "\x89PNG", "");
+        row("a reader that has gone", "panel --screenshot - | true", "",
+            "cannot write the picture standard output: Broken pipe");
+        row("a full disk", "panel --screenshot - >/dev/full", "",
+            "cannot write the picture standard output: No space left on device");
+        row("beside what is said", "panel --off-at-end --screenshot - | head -c 4", "\x89PNG", "");
+    }
+
+    void aPictureGoesToStandardOutput()
+    {
+        QFETCH(QString, words);
+        QFETCH(QByteArray, message);
+        const BenchRun run = runScript("\"$BENCH\" "_s + words);
+        QTEST(run.output, "output");
+        QVERIFY2(run.errors.contains(message), run.errors.constData());
+    }
+
+    void onlyOneThingGoesToStandardOutput_data()
+    {
+        const Rows<QString, QByteArray> row("words", "message");
+        row("a trace and objects", "--json --trace - commands", "--trace -: standard output has what --json");
+        row("a picture and objects", "--json panel --screenshot -",
+            "--screenshot -: standard output has what --json");
+        row("a picture and a trace", "--trace - panel --screenshot -",
+            "--screenshot -: standard output has what --trace");
+    }
+
+    void onlyOneThingGoesToStandardOutput()
+    {
+        QFETCH(QString, words);
+        QFETCH(QByteArray, message);
+        const BenchRun run = runBench(words.split(QLatin1Char(' ')));
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains("appvantor: " + message), run.errors.constData());
     }
 };
 

@@ -171,13 +171,6 @@ private Q_SLOTS:
         QCOMPARE(run.output.mid(run.output.lastIndexOf('\n', -2) + 1).left(1), QByteArray("#"));
     }
 
-    void aTraceAndJsonDoNotShareStandardOutput()
-    {
-        const BenchRun run = runBench("--json --trace - commands"_words);
-        QCOMPARE(run.status, 2);
-        QCOMPARE(run.json().value(0).value("kind"_s).toString(), "usage"_s);
-    }
-
     void namesAreToldApart()
     {
         const QString file = temporaryFile(QByteArray(), "vcd"_s);

@@ -28,9 +28,9 @@ Taker picture(QString* taken)
 {
     return [taken](const QString& value) {
         *taken = value;
-        return value.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)
+        return value == QLatin1String("-") || value.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)
                    ? QString()
-                   : QStringLiteral("a file that ends with .png");
+                   : QStringLiteral("a file that ends with .png, or \"-\" for standard output");
     };
 }
 
@@ -171,7 +171,8 @@ std::vector<OptionRow> optionRows(Options* options)
         {"keep-going", "", "Go on with the next line after a failure.", flag(&options->keepGoing)},
         {"report", "FILE.xml", "Write what became of each \"expect\" to FILE, in JUnit's form.",
          text(&options->report)},
-        {"screenshot", "FILE.png", "Write a picture to FILE and end; needs no display.",
+        {"screenshot", "FILE.png",
+         "Write a picture to FILE (\"-\": standard output) and end; needs no display.",
          picture(&options->screenshot)},
         {"size", "WxH", "Width and height in pixels, 1280x800 for example.", size(&options->size)},
         {"scale", "FACTOR", "Scale of all sizes, 2 for 200 %; the screen's own without it.",

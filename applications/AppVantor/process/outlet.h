@@ -10,7 +10,7 @@
 
 /// A queue in front of a descriptor that somebody else reads: what is written goes out when there is room,
 /// and nobody waits for the reader. Without an event loop, it goes out with the next text and at the end.
-class Outlet : public QObject
+class Q_DECL_EXPORT Outlet : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(Outlet)

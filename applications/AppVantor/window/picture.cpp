@@ -5,6 +5,7 @@
 
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
+#include <process/outlet.h>
 #include <process/write_all.h>
 
 #include <QBuffer>
@@ -16,6 +17,8 @@
 #include <QQuickWindow>
 #include <QSaveFile>
 #include <QTimer>
+
+#include <unistd.h>
 
 namespace {
 
@@ -74,24 +77,44 @@ bool waitForValues(const PagePanel& panel, int runMs)
     return true;
 }
 
-/// Returns an empty text, or why the picture cannot be written.
-QString write(const QImage& picture, const QString& file)
+QString failureOf(const QString& file, const QString& reason)
 {
-    const QString failure = QStringLiteral("cannot write the picture %1: %2");
+    return QStringLiteral("cannot write the picture %1: %2").arg(file, reason);
+}
+
+QString writeFile(const QByteArray& png, const QString& file)
+{
     // A picture takes the place of what has its name, which must not be a device or a pipe.
     const QFileInfo present(file);
     if (present.exists() && !present.isFile()) {
-        return failure.arg(file, QStringLiteral("not a regular file"));
-    }
-    QBuffer png;
-    QImageWriter writer(&png, "png");
-    if (!writer.write(picture)) {
-        return failure.arg(file, writer.errorString());
+        return failureOf(file, QStringLiteral("not a regular file"));
     }
     QSaveFile target(file);
     const bool written = target.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-                         writeAll(png.data(), &target) && target.commit();
-    return written ? QString() : failure.arg(file, target.errorString());
+                         writeAll(png, &target) && target.commit();
+    return written ? QString() : failureOf(file, target.errorString());
+}
+
+/// Writes a picture to standard output, at the pace of its reader.
+QString writeOut(const QByteArray& png)
+{
+    Outlet outlet(STDOUT_FILENO);
+    outlet.write({png.constData(), static_cast<std::size_t>(png.size())});
+    Outlet::drain({&outlet});
+    return outlet.error() == 0
+               ? QString()
+               : failureOf(QStringLiteral("standard output"), qt_error_string(outlet.error()));
+}
+
+/// Returns an empty text, or why the picture cannot be written.
+QString write(const QImage& picture, const QString& file)
+{
+    QBuffer png;
+    QImageWriter writer(&png, "png");
+    if (!writer.write(picture)) {
+        return failureOf(file, writer.errorString());
+    }
+    return file == QLatin1String("-") ? writeOut(png.data()) : writeFile(png.data(), file);
 }
 
 } // namespace
