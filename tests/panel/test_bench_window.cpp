@@ -233,6 +233,18 @@ private Q_SLOTS:
         QTRY_COMPARE(visibleNamed(root(), "lineSwitch").size(), 1);
         PanelFixture::click(visibleNamed(root(), "lineSwitch").constFirst());
         QCOMPARE(m_bench->board().level(5).level, 1);
+        QTest::keySequence(&window(), QKeySequence(QKeySequence::Find));
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QTRY_COMPARE(list->property("count").toInt(), 8);
+    }
+
+    /// The one that a wire feeds, and the one that a waveform does.
+    void anInputThatIsFedSaysSo()
+    {
+        QCOMPARE(visibleNamed(root(), "lineDriven").size(), 2);
+        m_bench->board().setPluggedIn(false);
+        m_scene->clock().tick();
+        QVERIFY(visibleNamed(root(), "lineDriven").isEmpty());
     }
 
     void freezingHoldsTheWaveforms()

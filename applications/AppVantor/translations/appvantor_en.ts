@@ -284,5 +284,9 @@
         <source></source>
         <translation>duty cycle %1 %</translation>
     </message>
+    <message id="board_driven">
+        <source></source>
+        <translation>driven</translation>
+    </message>
 </context>
 </TS>

@@ -284,5 +284,9 @@
         <source></source>
         <translation>rapport cyclique %1 %</translation>
     </message>
+    <message id="board_driven">
+        <source></source>
+        <translation>pilotée</translation>
+    </message>
 </context>
 </TS>

@@ -66,6 +66,7 @@ Item {
         UiLabel {
             width: parent.width
             text: model.name
+            elide: Text.ElideMiddle
             font.bold: true
         }
 
@@ -87,10 +88,24 @@ Item {
 
         Loader {
             anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: driven.visible ? -6 : 0
             x: item && item.width < parent.width ? (parent.width - item.width) / 2 : 0
             sourceComponent: !model.known ? unknown
                              : (model.settable ? (model.analog ? slider : lever) : (model.analog ? gauge : lamp))
         }
+    }
+
+    // An input that a wire or a waveform feeds takes no setting.
+    UiLabel {
+        id: driven
+        objectName: "lineDriven"
+        anchors.horizontalCenter: control.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 1
+        visible: model.known && !model.output && !model.settable
+        text: qsTrId("board_driven")
+        font.pixelSize: Style.smallestTextSize
+        color: Style.textSecondary
     }
 
     // Neither lit nor dark, neither on nor off.

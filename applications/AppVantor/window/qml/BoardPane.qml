@@ -65,6 +65,7 @@ Pane {
             placeholderText: qsTrId("board_filter")
             Accessible.name: qsTrId("board_filter")
             onTextChanged: root.filter.text = text
+            Keys.onEscapePressed: clear()
         },
         UiButton {
             objectName: "freezeButton"
