@@ -291,7 +291,11 @@ private Q_SLOTS:
         QCOMPARE(logged(0, OrderLogModel::StateRole), "listening"_s);
         QCOMPARE(m_log->running(), 1);
         QCoreApplication::processEvents();
-        for (const int level : {1, 0, 1}) {
+        m_bench->scheduler().advance(1234567);
+        m_bench->board().setInput(5, 1);
+        QTRY_COMPARE(at(*m_log, 0, OrderLogModel::EventsRole).toInt(), 1);
+        QVERIFY(logged(0, OrderLogModel::DetailRole).startsWith("1 event, at "_s));
+        for (const int level : {0, 1}) {
             m_bench->scheduler().advance(1234567);
             m_bench->board().setInput(5, level);
             QCoreApplication::processEvents();

@@ -72,9 +72,12 @@
         <source></source>
         <translation>Tools</translation>
     </message>
-    <message id="tools_detail">
+    <message id="tools_detail" numerus="yes">
         <source></source>
-        <translation>%1 · %2 channels</translation>
+        <translation>
+            <numerusform>%1 · %n channel</numerusform>
+            <numerusform>%1 · %n channels</numerusform>
+        </translation>
     </message>
     <message id="tools_empty">
         <source></source>
@@ -216,17 +219,26 @@
         <source></source>
         <translation>problem</translation>
     </message>
-    <message id="orders_events">
+    <message id="orders_events" numerus="yes">
         <source></source>
-        <translation>%1 events, the last at %2</translation>
+        <translation>
+            <numerusform>%n event, at %1</numerusform>
+            <numerusform>%n events, the last at %1</numerusform>
+        </translation>
     </message>
-    <message id="orders_lost">
+    <message id="orders_lost" numerus="yes">
         <source></source>
-        <translation>%1 events lost</translation>
+        <translation>
+            <numerusform>%n event lost</numerusform>
+            <numerusform>%n events lost</numerusform>
+        </translation>
     </message>
-    <message id="orders_rejected">
+    <message id="orders_rejected" numerus="yes">
         <source></source>
-        <translation>%1 replies rejected</translation>
+        <translation>
+            <numerusform>%n reply rejected</numerusform>
+            <numerusform>%n replies rejected</numerusform>
+        </translation>
     </message>
     <message id="orders_empty">
         <source></source>

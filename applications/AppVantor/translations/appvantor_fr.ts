@@ -72,9 +72,12 @@
         <source></source>
         <translation>Outils</translation>
     </message>
-    <message id="tools_detail">
+    <message id="tools_detail" numerus="yes">
         <source></source>
-        <translation>%1 · %2 voies</translation>
+        <translation>
+            <numerusform>%1 · %n voie</numerusform>
+            <numerusform>%1 · %n voies</numerusform>
+        </translation>
     </message>
     <message id="tools_empty">
         <source></source>
@@ -216,17 +219,26 @@
         <source></source>
         <translation>problème</translation>
     </message>
-    <message id="orders_events">
+    <message id="orders_events" numerus="yes">
         <source></source>
-        <translation>%1 événements, le dernier à %2</translation>
+        <translation>
+            <numerusform>%n événement, à %1</numerusform>
+            <numerusform>%n événements, le dernier à %1</numerusform>
+        </translation>
     </message>
-    <message id="orders_lost">
+    <message id="orders_lost" numerus="yes">
         <source></source>
-        <translation>%1 événements perdus</translation>
+        <translation>
+            <numerusform>%n événement perdu</numerusform>
+            <numerusform>%n événements perdus</numerusform>
+        </translation>
     </message>
-    <message id="orders_rejected">
+    <message id="orders_rejected" numerus="yes">
         <source></source>
-        <translation>%1 réponses rejetées</translation>
+        <translation>
+            <numerusform>%n réponse rejetée</numerusform>
+            <numerusform>%n réponses rejetées</numerusform>
+        </translation>
     </message>
     <message id="orders_empty">
         <source></source>

@@ -189,10 +189,10 @@ QString OrderLogModel::detail(const Entry& entry) const
 {
     QStringList parts;
     if (entry.events > 0) {
-        parts += qtTrId("orders_events").arg(entry.events).arg(timeText(entry.eventUs));
+        parts += qtTrId("orders_events", entry.events).arg(timeText(entry.eventUs));
     }
     if (entry.lost > 0) {
-        parts += qtTrId("orders_lost").arg(entry.lost);
+        parts += qtTrId("orders_lost", static_cast<int>(entry.lost));
     }
     if (!entry.problem.isEmpty()) {
         parts += entry.problem;
@@ -200,7 +200,7 @@ QString OrderLogModel::detail(const Entry& entry) const
         parts += assignmentsText(entry.values);
     }
     if (entry.rejected > 0) {
-        parts += qtTrId("orders_rejected").arg(entry.rejected);
+        parts += qtTrId("orders_rejected", static_cast<int>(entry.rejected));
     }
     return parts.join(QStringLiteral(" · "));
 }

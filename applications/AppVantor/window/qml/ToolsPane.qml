@@ -62,7 +62,7 @@ Pane {
 
                 UiLabel {
                     width: parent.width
-                    text: qsTrId("tools_detail").arg(model.plugin).arg(model.channelCount)
+                    text: qsTrId("tools_detail", model.channelCount).arg(model.plugin)
                     font.pixelSize: Style.smallTextSize
                     color: Style.textSecondary
                 }
