@@ -16,7 +16,7 @@ struct LeftOut
 constexpr LeftOut c_leftOut[] = {
     {"appvantor [", "says what can be written"},
     {"appvantor discover", "shows GPIO chips: see tests/kernel"},
-    {"appvantor --config bench.json channels", "shows GPIO lines, or mistakes: see test_configuration_files"},
+    {"appvantor --config bench.json", "shows GPIO lines, or mistakes: see test_configuration_files"},
     {"appvantor window", "needs a window: see test_pictures"},
     {"./run panel", "needs a window: see test_pictures"},
     {"./run  ", "builds the bench"},
