@@ -15,6 +15,7 @@
 #include <command_line/watch_channels.h>
 #include <configuration/bench.h>
 #include <process/diagnostics.h>
+#include <process/did_you_mean.h>
 #include <process/exit_status.h>
 #include <process/message_log.h>
 #include <process/output.h>
@@ -63,6 +64,15 @@ DTool* findTool(const Bench& bench, const QString& name)
         }
     }
     return nullptr;
+}
+
+QString noSuchTool(const QString& name, const Bench& bench)
+{
+    QStringList known;
+    for (const DTool* tool : toolsOf(bench)) {
+        known.append(tool->objectName());
+    }
+    return QStringLiteral("there is no tool \"%1\"").arg(name) + didYouMean(name, known);
 }
 
 bool opensWindow(const Options& options)
@@ -191,8 +201,7 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     }
     DTool* tool = findTool(*bench, options.tool);
     if (tool == nullptr) {
-        return writeOut(refuseUsage(QStringLiteral("there is no tool \"%1\"").arg(options.tool), output),
-                        output);
+        return writeOut(refuseUsage(noSuchTool(options.tool, *bench), output), output);
     }
     QObject::connect(&bench->device(), &DDevice::problemTold, &bench->device(),
                      [output](const QString& text) { reportFailure("device", {text}, output); });

@@ -74,6 +74,8 @@ private Q_SLOTS:
             "\"p.jpg\"");
         row("theme", "panel --theme pink", "--theme: expected one of light, dark, found \"pink\"");
         row("language", "panel --language de", "--language: expected one of en, fr, found \"de\"");
+        row("misspelt tool", "--tool Front_panel channels",
+            "there is no tool \"Front_panel\"; did you mean \"Front panel\"?\n");
         row("unknown tool", "--tool Nobody channels", "there is no tool \"Nobody\"\n");
         row("configuration without a name", "--config= commands", "--config: expected a name, found nothing");
         row("trace in no folder", "--trace /nonexistent/t.vcd commands",

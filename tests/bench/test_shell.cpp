@@ -305,6 +305,8 @@ RUNNING=OFF
     {
         const Rows<QByteArray> row("message");
         row("juggle", "unknown command \"juggle\"; the tool has: ");
+        row("wat DOOR", "unknown command \"wat\"; did you mean \"wait\"?");
+        row("juggle DOOR", "unknown command \"juggle\"; \"help\" lists what there is");
         row("getValue START", "expected NAME=VALUE, found \"START\"");
         row("stop", "expected \"stop N\"");
         row("stop one", "expected the number of an order, 1 to 0, found \"one\"");

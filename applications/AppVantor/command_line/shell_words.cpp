@@ -7,6 +7,7 @@
 
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_tool.h>
+#include <process/did_you_mean.h>
 #include <process/failure_status.h>
 
 #include <algorithm>
@@ -19,6 +20,13 @@ namespace {
 constexpr int c_longestSleepMs = 86400000;
 constexpr qint64 c_usPerMs = 1000;
 constexpr int c_usageWidth = -32;
+
+QString unknownCommand(const QString& name, const QStringList& known)
+{
+    const QString meant = didYouMean(name, known);
+    return QStringLiteral("unknown command \"%1\"").arg(name) +
+           (meant.isEmpty() ? QStringLiteral("; \"help\" lists what there is") : meant);
+}
 
 } // namespace
 
@@ -112,7 +120,8 @@ void Shell::startOrder(const QStringList& words)
     QString problem;
     Invocation invocation = readInvocation(words, &problem);
     if (!problem.isEmpty()) {
-        refuseThis(problem);
+        const QStringList known = completions({}, {});
+        refuseThis(known.contains(words.first()) ? problem : unknownCommand(words.first(), known));
         return;
     }
     const auto channel = invocation.arguments.find(QStringLiteral("channel"));
