@@ -89,7 +89,7 @@ void PageTexts::forget(QObject* item)
 {
     m_items.remove(item);
     m_coloured.remove(item);
-    m_texts.remove(static_cast<QQuickItem*>(item)); // only its address counts
+    m_texts.remove(item);
     m_look.start(0);
 }
 
@@ -107,7 +107,8 @@ void PageTexts::release()
 void PageTexts::lookForHidden()
 {
     const double letter = QFontMetricsF(m_font).averageCharWidth();
-    const bool hidden = std::any_of(m_texts.cbegin(), m_texts.cend(), [letter](const QQuickItem* text) {
+    const bool hidden = std::any_of(m_texts.cbegin(), m_texts.cend(), [letter](const QObject* object) {
+        const auto* text = static_cast<const QQuickItem*>(object);
         return text->width() < letter && text->isVisible() && !text->property("text").toString().isEmpty();
     });
     if (hidden != m_hidden) {

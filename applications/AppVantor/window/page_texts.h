@@ -57,8 +57,8 @@ private:
     QFont m_font;
     bool m_isComplete = false;
     bool m_hidden = false;
-    QTimer m_look; ///< when the texts have their widths
-    QSet<QQuickItem*> m_texts;
-    QSet<QObject*> m_items;    // that are watched
+    QTimer m_look;          ///< when the texts have their widths
+    QSet<QObject*> m_items; // that are watched, all of them items until they are destroyed
+    QSet<QObject*> m_texts;
     QSet<QObject*> m_coloured; // texts that have taken the colour
 };
