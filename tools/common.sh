@@ -54,12 +54,21 @@ coverage_packages=(gcovr)
 
 mutation_packages=(python3)
 
+# Names those of the named packages that are missing: for this machine, or for the architecture after a colon.
+missing_packages() {
+    comm -23 <(printf '%s\n' "$@" | sort -u) <(
+        dpkg-query -W -f='${db:Status-Status} ${Package} ${Architecture}\n' |
+            awk -v native="$(dpkg --print-architecture)" '
+                $1 != "installed" { next }
+                { print $2 ":" $3 }
+                $3 == native || $3 == "all" { print $2 }' | sort
+    )
+}
+
 # Installs those of the named packages that are missing.
 require_packages() {
-    local missing=() package
-    for package in "$@"; do
-        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
-    done
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
     [ ${#missing[@]} -gt 0 ] || return 0
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
