@@ -5,7 +5,8 @@
 #include <cstring>
 
 /// The number of a virtual member function's slot in the virtual table, counted from 0; -1 for a function
-/// that is not virtual. The Itanium C++ ABI keeps one more than the slot's offset in a pointer to the member.
+/// that is not virtual. The C++ ABI keeps the slot's offset in a pointer to the member, and marks it as one: with
+/// the lowest bit of that offset, or on ARM, where functions may stand at odd addresses, of the adjustment.
 template <typename Function>
 int virtualSlotOf(Function function)
 {
@@ -16,7 +17,11 @@ int virtualSlotOf(Function function)
     } representation;
     static_assert(sizeof(representation) == sizeof(function));
     std::memcpy(&representation, &function, sizeof(function));
+#ifdef Q_PROCESSOR_ARM
+    const qptrdiff marked = representation.adjustment;
+#else
+    const qptrdiff marked = representation.pointer;
+#endif
     constexpr qptrdiff slotSize = sizeof(void*);
-    const bool isVirtual = representation.pointer % slotSize == 1;
-    return isVirtual ? static_cast<int>(representation.pointer / slotSize) : -1;
+    return marked % 2 != 0 ? static_cast<int>(representation.pointer / slotSize) : -1;
 }
