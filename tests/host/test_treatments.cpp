@@ -58,6 +58,25 @@ private Q_SLOTS:
         QVERIFY(m_backend->findChildren<DOrder*>().isEmpty());
     }
 
+    void theEndOfATreatmentIsToldWithWhatItWas()
+    {
+        const QVariantMap parameters = {{"channel"_s, "LAMP"_s}};
+        QSignalSpy ends(m_backend.get(), &DAbstractPluginBackend::treatmentEnded);
+        m_backend->queueTreatment(5, "work"_s, parameters);
+        deliver();
+        answer(3);
+        QCOMPARE(ends.count(), 1);
+        QCOMPARE(ends.constFirst().mid(0, 3),
+                 (QVariantList{"work"_s, parameters, QVariantMap{{"value"_s, 3}}}));
+        QVERIFY(!ends.takeFirst().at(3).value<DFailure>());
+        m_bench->device->close();
+        m_backend->queueTreatment(6, "work"_s, parameters);
+        deliver();
+        QCOMPARE(ends.count(), 1);
+        QCOMPARE(ends.constFirst().mid(0, 2), (QVariantList{"work"_s, parameters}));
+        QCOMPARE(ends.constFirst().at(3).value<DFailure>().text, "the device is not connected"_s);
+    }
+
     void theCommandReadsTheParametersOfItsTreatment()
     {
         QVariant channel;

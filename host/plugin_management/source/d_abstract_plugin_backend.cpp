@@ -34,6 +34,7 @@ DAbstractPluginBackend::DAbstractPluginBackend(const QString& pluginLib, QObject
             [this](int id, const QString& name, const QVariantMap& reply) {
                 applyTreatmentReply(id, name, reply);
             });
+    connect(d->treatments, &DTreatmentQueue::ended, this, &DAbstractPluginBackend::treatmentEnded);
     connect(d->treatments, &DTreatmentQueue::released, this,
             [this](int id, const QString& name, bool success) { treatmentReleased(id, name, success); });
     QMetaObject::invokeMethod(this, &DAbstractPluginBackend::initialize, Qt::QueuedConnection);
@@ -63,7 +64,14 @@ bool DAbstractPluginBackend::queueTreatment(int id, const QString& name, const Q
     }
     if (!d->gate->refuse()) { // no more can be held back
         QMetaObject::invokeMethod(
-            this, [this, id, name] { treatmentReleased(id, name, false); }, Qt::QueuedConnection);
+            this,
+            [this, id, name, parameters] {
+                Q_EMIT treatmentEnded(
+                    name, parameters, {},
+                    {DFailure::Kind::NothingSent, QStringLiteral("too many treatments wait")});
+                treatmentReleased(id, name, false);
+            },
+            Qt::QueuedConnection);
         return true;
     }
     return false;

@@ -53,24 +53,24 @@ void DTreatmentQueue::runNext()
     waiting.pop_front();
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
     if (device == nullptr || !device->isConnected()) {
-        release(false, {});
+        release({}, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is not connected")});
         return;
     }
     auto* order = new DOrder(m_tool, m_running->name, m_running->parameters, this);
-    connect(order, &DOrder::finished, this, [this, order](bool success) {
+    connect(order, &DOrder::finished, this, [this, order] {
         order->deleteLater();
-        release(success, order->results());
+        release(order->results(), order->failure());
     });
     order->start();
 }
 
 /// The treatment counts until its results were used, and the next waits as long, even where an event loop
 /// runs in between.
-void DTreatmentQueue::release(bool success, const QVariantMap& results)
+void DTreatmentQueue::release(const QVariantMap& results, const DFailure& failure)
 {
     const Treatment treatment = *m_running;
-    if (success) {
-        const QPointer<DTreatmentQueue> self(this);
+    const QPointer<DTreatmentQueue> self(this);
+    if (!failure) {
         Q_EMIT replied(treatment.id, treatment.name, results);
         if (self.isNull()) {
             return;
@@ -79,5 +79,8 @@ void DTreatmentQueue::release(bool success, const QVariantMap& results)
     m_running.reset();
     m_busy = false;
     runNextLater();
-    Q_EMIT released(treatment.id, treatment.name, success);
+    Q_EMIT ended(treatment.name, treatment.parameters, results, failure);
+    if (!self.isNull()) {
+        Q_EMIT released(treatment.id, treatment.name, !failure);
+    }
 }

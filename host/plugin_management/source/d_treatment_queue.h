@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_failure.h>
+
 #include <QObject>
 #include <QPointer>
 #include <QVariant>
@@ -31,6 +33,9 @@ public:
 Q_SIGNALS:
     /// A treatment's order has succeeded with these results; released follows.
     void replied(int id, const QString& name, const QVariantMap& reply);
+    /// A treatment is over: its order ended with results, or for the reason of failure; released follows.
+    void ended(const QString& name, const QVariantMap& parameters, const QVariantMap& results,
+               const DFailure& failure);
     /// A treatment is over. It is counted no more.
     void released(int id, const QString& name, bool success);
 
@@ -46,7 +51,7 @@ private:
     bool asks(const QString& name) const;
     void runNextLater();
     void runNext();
-    void release(bool success, const QVariantMap& results);
+    void release(const QVariantMap& results, const DFailure& failure);
 
     std::deque<Treatment> m_actions;
     std::deque<Treatment> m_questions;

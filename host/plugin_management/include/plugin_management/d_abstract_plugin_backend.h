@@ -56,6 +56,10 @@ Q_SIGNALS:
     void nameChanged();
     void objectIdChanged();
     void isConnectedChanged();
+    /// A treatment is over: the order of the command name with these parameters ended with results, or for
+    /// the reason of failure. treatmentReleased follows.
+    void treatmentEnded(const QString& name, const QVariantMap& parameters, const QVariantMap& results,
+                        const DFailure& failure);
 
 protected:
     /// The tool that the backend is bound to; null while there is none.
