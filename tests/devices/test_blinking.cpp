@@ -33,6 +33,22 @@ private Q_SLOTS:
         QCOMPARE(m_bench->ask("getValue"_s, {{"channel"_s, "out"_s}}), (QVariantMap{{"value"_s, 1}}));
     }
 
+    void theDeviceSaysWhichLinesBlink()
+    {
+        const auto blinks = [this] { return m_bench->board->blinks(0); };
+        QVERIFY(!blinks());
+        m_bench->blink("out"_s, 300, 700);
+        QVERIFY(blinks());
+        QVERIFY(!m_bench->board->blinks(2));
+        m_bench->blink("out"_s, 300, 0);
+        QVERIFY(!blinks());
+        m_bench->blink("out"_s, 300, 700);
+        m_bench->board->setPluggedIn(false);
+        QVERIFY(!blinks());
+        m_bench->board->setPluggedIn(true);
+        QVERIFY(!blinks());
+    }
+
     void anAnalogueLineBlinksWithItsLevel()
     {
         m_bench->blink("dac"_s, 10, 20, 1234);

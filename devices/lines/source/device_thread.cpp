@@ -136,6 +136,11 @@ private:
         }
     }
 
+    void blinkingTold(int line, bool blinks) override
+    {
+        queue([line, blinks](LineListener& listener) { listener.blinkingTold(line, blinks); });
+    }
+
     void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override
     {
         m_lostChanges += count;

@@ -96,6 +96,16 @@ void LineDevice::lineTold(int line, const LineLevel& level)
     Q_EMIT lineChanged(line, level);
 }
 
+void LineDevice::blinkingTold(int line, bool blinks)
+{
+    if (blinks) {
+        m_blinking.insert(line);
+    } else {
+        m_blinking.remove(line);
+    }
+    Q_EMIT blinkingChanged(line);
+}
+
 void LineDevice::changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels)
 {
     qint64 timeUs = 0;
@@ -133,6 +143,7 @@ void LineDevice::failureTold(const QString& text)
 void LineDevice::forgetLevels(qint64 timeUs)
 {
     const LineLevel unknown = {0, timeUs, false};
+    m_blinking.clear();
     const QPointer<LineDevice> self(this); // who hears of a level may destroy the device
     for (int line = 0; !self.isNull() && line < m_levels.size(); ++line) {
         if (m_levels.at(line).known) {

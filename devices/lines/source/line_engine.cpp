@@ -235,6 +235,7 @@ void LineEngine::startBlinking(int line, int level, qint64 onUs, qint64 offUs, q
     blink.startUs = timeUs;
     blink.next = m_scheduler->at(blink.startUs + onUs, [this, line] { blinkPhase(line); });
     m_blinks.insert(line, blink);
+    m_listener->blinkingTold(line, true);
 }
 
 void LineEngine::stopBlinking(int line)
@@ -243,6 +244,7 @@ void LineEngine::stopBlinking(int line)
     if (blink != m_blinks.constEnd()) {
         m_scheduler->cancel(blink->next);
         m_blinks.erase(blink);
+        m_listener->blinkingTold(line, false);
     }
 }
 

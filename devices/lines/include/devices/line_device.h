@@ -2,6 +2,7 @@
 
 #include <devices/line_link.h>
 
+#include <QSet>
 #include <QVector>
 
 /// Where a device itself lives.
@@ -35,6 +36,9 @@ public:
     /// Level of a line as it was told last; an unknown one of a line that does not exist.
     LineLevel level(int line) const { return m_levels.value(line); }
 
+    /// True while requests make a line blink.
+    bool blinks(int line) const { return m_blinking.contains(line); }
+
     /// Sets a settable line from outside to level, cut to what the line can have; other lines stay.
     void setInput(int line, int level);
     /// Plugs a simulated board in or unplugs it; does nothing to a real device.
@@ -44,6 +48,8 @@ Q_SIGNALS:
     /// A line has another level, or it is no longer known. From here a device in a thread of its own may be
     /// destroyed; one in the same thread is at work.
     void lineChanged(int line, const LineLevel& level);
+    /// A line begins or ceases to blink; not emitted when the device is lost, whose lines change all.
+    void blinkingChanged(int line);
     /// So many changes of lines up to timeUs, on the steady clock, came too fast and were left out; level has
     /// the present ones. Followed by lineChanged for each line that had one.
     void changesLost(quint64 count, qint64 timeUs);
@@ -60,6 +66,7 @@ private:
     void eventsLeftOut(quint64 id, quint64 count) override;
     void requestRefused(quint64 id, const DFailure& failure) override;
     void lineTold(int line, const LineLevel& level) override;
+    void blinkingTold(int line, bool blinks) override;
     void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override;
     void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override;
     void failureTold(const QString& text) override;
@@ -67,5 +74,6 @@ private:
 
     const QVector<DLine> m_lines;
     QVector<LineLevel> m_levels;
+    QSet<int> m_blinking;
     std::unique_ptr<LineDriver> m_driver;
 };

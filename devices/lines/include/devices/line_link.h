@@ -23,6 +23,8 @@ public:
     virtual void requestRefused(quint64 id, const DFailure& failure) = 0;
     /// A line has another level, or it is no longer known.
     virtual void lineTold(int line, const LineLevel& level) = 0;
+    /// A line begins or ceases to blink, other than by the loss of the device.
+    virtual void blinkingTold(int line, bool blinks) = 0;
     /// So many changes were left out; levels are the present ones of the lines that had them, by their lines.
     virtual void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) = 0;
     /// Since timeUs the device is Connected, and has told the levels of its lines, or it is Unreachable, and
