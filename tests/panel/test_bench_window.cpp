@@ -6,6 +6,7 @@
 #include <window/scene.h>
 #include <window/texts.h>
 
+#include <QClipboard>
 #include <QQuickWindow>
 
 /// The bench window, used by hand and by keyboard.
@@ -55,10 +56,10 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "toolsList"_s,     "darkSwitch"_s,    "panelLive"_s,        "panelRefresh"_s,  checkBox,
-            checkBox,          "lineFilter"_s,    "freezeButton"_s,     "boardLines"_s,    "courses"_s,
-            "commandBox"_s,    "runButton"_s,     "parameterChannel"_s, "parameterText"_s, "parameterText"_s,
-            "parameterText"_s, "parameterText"_s, "sectionsField"_s,
+            "toolsList"_s,    "allOffButton"_s, "darkSwitch"_s, "panelLive"_s,        "panelRefresh"_s,
+            checkBox,         checkBox,         "lineFilter"_s, "freezeButton"_s,     "boardLines"_s,
+            "courses"_s,      "commandBox"_s,   "runButton"_s,  "parameterChannel"_s, "parameterChoice"_s,
+            "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
     }
@@ -108,7 +109,7 @@ private Q_SLOTS:
 
     void aSliderSetsItsLine()
     {
-        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(0);
+        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(1);
         QVERIFY(slider != nullptr);
         const QPoint right = slider->mapToScene(QPointF(slider->width() - 1, slider->height() / 2)).toPoint();
         QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, right);
@@ -117,7 +118,7 @@ private Q_SLOTS:
 
     void aDraggedSliderStaysUnderThePointer()
     {
-        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(0);
+        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(1);
         const QPoint start = slider->mapToScene(QPointF(8, slider->height() / 2)).toPoint();
         QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, start);
         QTest::mouseMove(&window(), start + QPoint(20, 0));
@@ -150,27 +151,79 @@ private Q_SLOTS:
         QCOMPARE(m_scene->lines().index(0).data(LinesModel::LevelRole).toInt(), 1);
     }
 
+    /// Typing chooses the first word that begins so.
     void aCommandIsFilledInAndRun()
     {
         QQuickItem* channel = itemNamed(&root(), "parameterChannel"_s);
         channel->forceActiveFocus(Qt::TabFocusReason);
-        type("START"_s);
-        QCOMPARE(m_scene->form().index(0).data(CommandForm::TextRole).toString(), "START"_s);
+        type("e_"_s);
+        QTest::keyClick(&window(), Qt::Key_Tab);
+        QCOMPARE(entered("channel"), "E_STOP"_s);
+        type("bl"_s);
+        QCOMPARE(entered("state"), "BLINK"_s);
         QQuickItem* value = visibleNamed(root(), "parameterText").constFirst();
         value->forceActiveFocus(Qt::TabFocusReason);
         type("70000"_s);
-        QQuickItem* problem = itemNamed(&root(), "formProblem"_s);
-        QVERIFY(problem->isVisible());
+        QQuickItem* problem = visibleNamed(root(), "fieldProblem").value(0);
+        QVERIFY(problem != nullptr);
         QVERIFY(problem->property("text").toString().contains(QLatin1String("cannot hold \"70000\"")));
+        QVERIFY(value->property("wrong").toBool());
         QVERIFY(!itemNamed(&root(), "runButton"_s)->isEnabled());
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QCOMPARE(m_scene->orders().count(), 0);
         QTest::keyClick(&window(), Qt::Key_A, Qt::ControlModifier);
         type("1"_s);
-        QVERIFY(!problem->isVisible());
-        visibleNamed(root(), "parameterText").at(1)->forceActiveFocus(Qt::TabFocusReason);
-        type("ON"_s);
-        QTest::keyClick(&window(), Qt::Key_Return, Qt::ControlModifier);
+        QVERIFY(visibleNamed(root(), "fieldProblem").isEmpty());
+        QTest::keyClick(&window(), Qt::Key_Return);
         QCOMPARE(m_scene->orders().count(), 1);
-        QTRY_COMPARE(m_bench->board().level(0).level, 1);
+        QTRY_COMPARE(m_bench->board().level(4).level, 1);
+        channel->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QCOMPARE(m_scene->orders().count(), 2);
+    }
+
+    void nothingOfTheFormIsCut()
+    {
+        m_scene->form().setText(2, "BLINK"_s);
+        const QQuickItem* form = itemNamed(&root(), "formFlickable"_s);
+        QCOMPARE(visibleNamed(root(), "parameterText").size(), 3);
+        QVERIFY(form->property("contentHeight").toDouble() <= form->height());
+    }
+
+    void theEventsOfAnOrderAreShownCopiedAndSaved()
+    {
+        m_scene->orders().run(&m_bench->tool(), "startListening"_s, {{"channel"_s, "ALARM"_s}});
+        m_bench->board().setInput(5, 1);
+        QTRY_VERIFY(m_scene->orders().index(0).data(OrderLogModel::EventsRole).toInt() > 0);
+        m_scene->clock().tick();
+        QTRY_COMPARE(visibleNamed(root(), "eventsButton").size(), 1);
+        PanelFixture::click(visibleNamed(root(), "eventsButton").constFirst());
+        QQuickItem* list = itemNamed(&root(), "eventsList"_s);
+        QVERIFY(list->isVisible());
+        const int count = list->property("count").toInt();
+        QVERIFY(count > 0);
+        PanelFixture::click(itemNamed(&root(), "eventsCopy"_s));
+        const QString copied = QGuiApplication::clipboard()->text();
+        QCOMPARE(copied.count(QLatin1Char('\n')), count + 1);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("e.csv"_s);
+        PanelFixture::click(itemNamed(&root(), "eventsSave"_s));
+        itemNamed(&root(), "saveField"_s)->setProperty("text", file);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QCOMPARE(itemNamed(&root(), "saveOutcome"_s)->property("text").toString(), "Saved as "_s + file);
+        QFile saved(file);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(saved.readAll()), copied);
+        PanelFixture::click(itemNamed(&root(), "eventsSave"_s));
+        itemNamed(&root(), "saveField"_s)->setProperty("text", folder.path());
+        PanelFixture::click(itemNamed(&root(), "saveButton"_s));
+        QVERIFY(itemNamed(&root(), "saveOutcome"_s)
+                    ->property("text")
+                    .toString()
+                    .endsWith(QLatin1String("names no regular file.")));
+        QVERIFY(itemNamed(&root(), "saveField"_s)->isVisible());
+        PanelFixture::click(itemNamed(&root(), "eventsClose"_s));
+        QVERIFY(!list->isVisible());
     }
 
     void aCommandIsChosenFromTheList()
@@ -241,10 +294,101 @@ private Q_SLOTS:
     /// The one that a wire feeds, and the one that a waveform does.
     void anInputThatIsFedSaysSo()
     {
-        QCOMPARE(visibleNamed(root(), "lineDriven").size(), 2);
+        QCOMPARE(remarks(), (QStringList{"driven"_s, "driven"_s}));
         m_bench->board().setPluggedIn(false);
         m_scene->clock().tick();
-        QVERIFY(visibleNamed(root(), "lineDriven").isEmpty());
+        const QStringList told = remarks();
+        QCOMPARE(told.size(), visibleNamed(root(), "lineUnknown").size());
+        QCOMPARE(told.count("old"_s), told.size());
+    }
+
+    void aBlinkingLineIsMarked()
+    {
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "BLINK"_s}, {"dutyCycle"_s, 50}});
+        QTRY_VERIFY(m_bench->board().blinks(0));
+        m_scene->clock().tick();
+        QCOMPARE(remarks().value(0), "\u25d0 blinking"_s);
+    }
+
+    void aClickThatFailsIsToldBesideThePage()
+    {
+        QQuickItem* problem = itemNamed(&root(), "clickProblem"_s);
+        QQuickItem* box = itemNamed(&root(), "idChannelRow.idIndicator.idDigitalOutput"_s);
+        QVERIFY(!problem->isVisible());
+        m_bench->board().setPluggedIn(false);
+        PanelFixture::click(box);
+        QTRY_VERIFY(problem->isVisible());
+        QCOMPARE(problem->property("text").toString(), "START: the device is not connected"_s);
+        QVERIFY(m_scene->orders().index(0).data(OrderLogModel::PageRole).toBool());
+        QCOMPARE(m_scene->orders().index(0).data(OrderLogModel::StateRole).toString(), "failed"_s);
+        PanelFixture::click(itemNamed(&root(), "dismissButton"_s));
+        QVERIFY(!problem->isVisible());
+        PanelFixture::click(box);
+        QTRY_VERIFY(problem->isVisible());
+        m_bench->board().setPluggedIn(true);
+        PanelFixture::click(box);
+        QTRY_VERIFY(!problem->isVisible());
+        QCOMPARE(m_bench->board().level(0).level, 1);
+    }
+
+    void theReadsOfThePageAreUnfolded()
+    {
+        QQuickItem* list = itemNamed(&root(), "pageReadsList"_s);
+        QQuickItem* bar = itemNamed(&root(), "pageReadsBar"_s);
+        QVERIFY(bar->isVisible());
+        QVERIFY(!list->isVisible());
+        PanelFixture::click(bar);
+        QVERIFY(list->isVisible());
+        QCOMPARE(list->property("count").toInt(), m_scene->pageReads().rowCount());
+        QVERIFY(m_scene->pageReads().rowCount() >= 8); // a read of each channel
+        QTest::keyClick(&window(), Qt::Key_Space);
+        QVERIFY(!list->isVisible());
+    }
+
+    void aLevelIsWrittenAsANumber()
+    {
+        const auto numbers = visibleNamed(root(), "lineNumber");
+        QCOMPARE(numbers.size(), 3); // an input, and the outputs that a channel drives
+        PanelFixture::click(numbers.at(1));
+        type("4321"_s);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QCOMPARE(m_bench->board().level(6).level, 4321);
+        // From the keyboard alone; Esc leaves the level.
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
+        list->setProperty("currentIndex", 3);
+        list->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        type("77"_s);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QTRY_COMPARE(m_bench->board().level(3).level, 77);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        type("5"_s);
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        m_scene->clock().tick();
+        QCOMPARE(visibleNamed(root(), "lineNumber").constFirst()->property("text").toString(), "77"_s);
+        QCOMPARE(m_scene->orders().count(), 1);
+    }
+
+    void anAnalogueOutputIsSetByItsSlider()
+    {
+        QQuickItem* slider = visibleNamed(root(), "lineSlider").value(0);
+        const QPoint right = slider->mapToScene(QPointF(slider->width() - 1, slider->height() / 2)).toPoint();
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, right);
+        QTRY_COMPARE(m_bench->board().level(3).level, 65535);
+        QCOMPARE(m_scene->orders().count(), 1);
+    }
+
+    void oneButtonSwitchesAllOff()
+    {
+        for (const QString& channel : {"START"_s, "E_STOP"_s}) {
+            m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                                  {{"channel"_s, channel}, {"state"_s, "ON"_s}});
+        }
+        QTRY_COMPARE(m_bench->board().level(4).level, 1);
+        PanelFixture::click(itemNamed(&root(), "allOffButton"_s));
+        QTRY_COMPARE(m_bench->board().level(0).level, 0);
+        QTRY_COMPARE(m_bench->board().level(4).level, 0);
     }
 
     void freezingHoldsTheWaveforms()
@@ -406,16 +550,18 @@ private Q_SLOTS:
 
     void aFieldThatTheTabKeyReachesIsShownWhole()
     {
+        root().setHeight(500);
+        m_scene->form().setText(2, "BLINK"_s);
         QQuickItem* form = itemNamed(&root(), "formFlickable"_s);
-        QVERIFY(form->property("contentHeight").toDouble() > form->height());
+        QTRY_VERIFY(form->property("contentHeight").toDouble() > form->height());
         itemNamed(&root(), "runButton"_s)->forceActiveFocus(Qt::TabFocusReason);
-        for (int field = 0; field < 6; ++field) {
+        for (int field = 0; field < 5; ++field) {
             QTest::keyClick(&window(), Qt::Key_Tab);
             const QQuickItem* focused = window().activeFocusItem();
             const QRectF place = focused->mapRectToItem(form, focused->boundingRect());
             QVERIFY2(form->boundingRect().contains(place), qPrintable(focused->objectName()));
         }
-        QCOMPARE(window().activeFocusItem()->objectName(), "sectionsField"_s);
+        QCOMPARE(window().activeFocusItem(), visibleNamed(root(), "parameterText").constLast());
     }
 
     void theDarkThemeIsSwitchedOn()
@@ -433,7 +579,7 @@ private Q_SLOTS:
         QTRY_VERIFY(itemNamed(&root(), "panelNotice"_s)->isVisible());
         QVERIFY(visibleNamed(root(), "lineSwitch").isEmpty());
         QCOMPARE(visibleNamed(root(), "lineUnknown").size(), 8);
-        QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "\u2013"_s);
+        QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "(0)"_s);
         m_bench->board().setPluggedIn(true);
         m_scene->clock().tick();
         QTRY_VERIFY(!itemNamed(&root(), "panelNotice"_s)->isVisible());
@@ -524,6 +670,28 @@ private:
         m_scene.reset();
         m_window.reset();
         m_bench.reset();
+    }
+
+    /// What was entered for a parameter of the form.
+    QString entered(const char* parameter)
+    {
+        const CommandForm& form = m_scene->form();
+        for (int row = 0; row < form.rowCount(); ++row) {
+            if (form.index(row).data(CommandForm::NameRole) == QLatin1String(parameter)) {
+                return form.index(row).data(CommandForm::TextRole).toString();
+            }
+        }
+        return {};
+    }
+
+    /// What stands below the controls of the lines.
+    QStringList remarks()
+    {
+        QStringList texts;
+        for (const QQuickItem* remark : visibleNamed(root(), "lineRemark")) {
+            texts.append(remark->property("text").toString());
+        }
+        return texts;
     }
 
     QQuickItem& root() { return m_scene->root(); }

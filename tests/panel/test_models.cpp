@@ -6,7 +6,9 @@
 #include <window/command_form.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
+#include <window/order_events_model.h>
 #include <window/order_log_model.h>
+#include <window/page_reads_model.h>
 #include <window/texts.h>
 #include <window/tools_model.h>
 
@@ -47,6 +49,38 @@ int rowOf(const CommandForm& form, const QString& name)
     }
     return -1;
 }
+
+QString statusOf(const LinesModel& lines, int line)
+{
+    return at(lines, line, LinesModel::StatusRole).toString();
+}
+
+/// A device with one line, of which it tells nothing but what a test has it tell.
+struct DeafDevice
+{
+    struct Driver : LineDriver
+    {
+        void open() override {}
+        void close() override {}
+        void request(quint64 /*id*/, const QString& /*instruction*/,
+                     const QVariantMap& /*arguments*/) override
+        {}
+        void cancel(quint64 /*id*/) override {}
+        void setInput(int /*line*/, int /*level*/) override {}
+        void setPluggedIn(bool /*pluggedIn*/) override {}
+    };
+
+    explicit DeafDevice(DScheduler& scheduler)
+        : front("deaf"_s, {{"line"_s, DLine::Kind::Digital, DLine::Direction::In}}, &scheduler,
+                DevicePlace::SameThread, [this](DScheduler*, LineListener* told) {
+                    listener = told;
+                    return std::make_unique<Driver>();
+                })
+    {}
+
+    LineListener* listener = nullptr;
+    LineDevice front;
+};
 
 } // namespace
 
@@ -125,12 +159,14 @@ private Q_SLOTS:
         for (const int level : {1, 0, 1, 0, 1}) {
             lines.setLevel(1, level);
             QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), level);
+            QCOMPARE(statusOf(lines, 1), "waiting"_s);
         }
         QVERIFY(waitUntil([&lines] { return lines.history(1)->changeCount() == 6; }));
         QCOMPARE(board->level(1).level, 1);
+        QCOMPARE(statusOf(lines, 1), "known"_s);
         board->setPluggedIn(false);
         QVERIFY(waitUntil([&board] { return !board->level(1).known; }));
-        QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), 0);
+        QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), 1); // as it was last
     }
 
     void theLinesAreListedWithTheirChannels()
@@ -182,18 +218,70 @@ private Q_SLOTS:
     void aLevelThatNobodyKnowsIsNone()
     {
         m_bench->scheduler().advance(1000);
-        QVERIFY(at(*m_lines, 5, LinesModel::KnownRole).toBool());
         m_bench->board().setPluggedIn(false);
-        QVERIFY(!at(*m_lines, 5, LinesModel::KnownRole).toBool());
         m_bench->scheduler().advance(1000);
         QCOMPARE(m_lines->levelAt(5, 500), QVariant(0));
         QCOMPARE(m_lines->levelAt(5, 1500), QVariant());
         QCOMPARE(m_lines->levelAt(99, 500), QVariant());
         // It has had its level all the time, but that is known from now on only.
         m_bench->board().setPluggedIn(true);
-        QVERIFY(at(*m_lines, 5, LinesModel::KnownRole).toBool());
         QCOMPARE(m_lines->levelAt(5, 1999), QVariant());
         QCOMPARE(m_lines->levelAt(5, 2000), QVariant(0));
+    }
+
+    void whatIsKnownOfALevelIsTold()
+    {
+        QCOMPARE(statusOf(*m_lines, 5), "known"_s);
+        m_lines->setLevel(5, 1);
+        m_bench->board().setPluggedIn(false);
+        QCOMPARE(statusOf(*m_lines, 5), "old"_s);
+        QCOMPARE(at(*m_lines, 5, LinesModel::LevelRole).toInt(), 1);
+        m_bench->board().setPluggedIn(true);
+        QCOMPARE(statusOf(*m_lines, 5), "known"_s);
+    }
+
+    void aLevelThatWasNeverKnownIsNotOld()
+    {
+        DeafDevice device(m_bench->scheduler());
+        LinesModel lines(&device.front, {}, m_clock.get());
+        QCOMPARE(statusOf(lines, 0), "unknown"_s);
+        device.front.open();
+        QCOMPARE(statusOf(lines, 0), "waiting"_s);
+        device.listener->stateTold(DDevice::State::Connected, {}, 0);
+        QCOMPARE(statusOf(lines, 0), "failed"_s); // its line cannot be read
+        device.listener->stateTold(DDevice::State::Unreachable, "gone"_s, 0);
+        QCOMPARE(statusOf(lines, 0), "unknown"_s);
+    }
+
+    void aLineThatBlinksIsMarked()
+    {
+        const auto blinks = [this] { return at(*m_lines, 0, LinesModel::BlinkingRole).toBool(); };
+        const QVariantMap start = {{"channel"_s, "START"_s}, {"state"_s, "BLINK"_s}, {"dutyCycle"_s, 50}};
+        run("setValue", start);
+        QTRY_VERIFY(blinks());
+        run("setValue", {{"channel"_s, "START"_s}, {"state"_s, "OFF"_s}});
+        QTRY_VERIFY(!blinks());
+        run("setValue", start);
+        QTRY_VERIFY(blinks());
+        m_bench->board().setPluggedIn(false);
+        QVERIFY(!blinks());
+    }
+
+    void anAnalogueOutputIsSetByAnOrder()
+    {
+        QVERIFY(at(*m_lines, 3, LinesModel::DrivableRole).toBool());
+        QVERIFY(!at(*m_lines, 0, LinesModel::DrivableRole).toBool());
+        QVERIFY(!at(*m_lines, 2, LinesModel::DrivableRole).toBool());
+        connect(m_lines.get(), &LinesModel::orderWanted, m_log.get(),
+                [this](DTool* tool, const Invocation& order) {
+                    m_log->run(tool, order.command, order.arguments);
+                });
+        m_lines->setLevel(3, 70000);
+        QTRY_COMPARE(m_bench->board().level(3).level, 65535);
+        m_lines->setLevel(3, 1);
+        QTRY_COMPARE(m_bench->board().level(3).level, 1);
+        m_bench->closeTool();
+        QVERIFY(!at(*m_lines, 3, LinesModel::DrivableRole).toBool());
     }
 
     void aLevelIsSetWithinItsRange()
@@ -285,6 +373,64 @@ private Q_SLOTS:
         QCOMPARE(m_log->count(), 0);
     }
 
+    void clicksOnAPageAreLogged()
+    {
+        m_log->addClick("setValue"_s, {{"channel"_s, "START"_s}}, {{"doneOk"_s, true}}, {});
+        m_log->addClick("setValue"_s, {{"channel"_s, "E_STOP"_s}}, {},
+                        {DFailure::Kind::RefusedByDevice, "no such line"_s});
+        using Log = OrderLogModel;
+        const QVector<int> roles = {Log::CommandRole, Log::StateRole, Log::KindRole, Log::DetailRole,
+                                    Log::PageRole};
+        QCOMPARE(shown(*m_log, 0, roles),
+                 "setValue channel=E_STOP | failed | refusedByDevice | no such line | true"_s);
+        QCOMPARE(shown(*m_log, 1, roles), "setValue channel=START | done |  | doneOk=true | true"_s);
+        readSetPoint();
+        QCOMPARE(logged(0, Log::PageRole), "false"_s);
+    }
+
+    void allThatAToolDrivesIsSwitchedOff()
+    {
+        run("setValue", {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
+        QTRY_COMPARE(m_log->running(), 0);
+        QCOMPARE(m_bench->board().level(0).level, 1);
+        m_log->clear();
+        m_log->switchOff(&m_bench->tool());
+        QCOMPARE(m_log->count(), 4); // the outputs
+        QTRY_COMPARE(m_bench->board().level(0).level, 0);
+        m_log->switchOff(nullptr);
+        QCOMPARE(m_log->count(), 4);
+    }
+
+    void theReadsOfAPageAreToldAtTheNextTick()
+    {
+        const auto reads = watched<PageReadsModel>(m_clock.get());
+        const auto note = [&reads](int number, const DFailure& failure) {
+            reads->add("getValue"_s, {{"channel"_s, "START"_s}}, {{"value"_s, number}}, failure);
+        };
+        note(1, {});
+        note(2, {DFailure::Kind::TimedOut, "no answer"_s});
+        QCOMPARE(reads->rowCount(), 0);
+        m_clock->tick();
+        QCOMPARE(reads->total(), 2);
+        QCOMPARE(reads->failed(), 1);
+        using Reads = PageReadsModel;
+        const QVector<int> roles = {Reads::CommandRole, Reads::DetailRole, Reads::FailedRole};
+        QCOMPARE(shown(*reads, 0, roles), "getValue channel=START | no answer | true"_s);
+        QCOMPARE(shown(*reads, 1, roles), "getValue channel=START | value=1 | false"_s);
+        QCOMPARE(at(*reads, 0, Reads::TimeRole).toString(), timeOfDay(ManualScheduler::c_wallClockOffsetUs));
+        for (int number = 0; number < Reads::c_mostReads + 50; ++number) {
+            note(number, {});
+            if (number % 30 == 0) {
+                m_clock->tick();
+            }
+        }
+        m_clock->tick();
+        QCOMPARE(reads->rowCount(), Reads::c_mostReads);
+        QCOMPARE(reads->total(), Reads::c_mostReads + 52);
+        QCOMPARE(at(*reads, 0, Reads::DetailRole).toString(), "value=%1"_s.arg(Reads::c_mostReads + 49));
+        QCOMPARE(at(*reads, Reads::c_mostReads - 1, Reads::DetailRole).toString(), "value=50"_s);
+    }
+
     void aListeningOrderRunsUntilItIsStopped()
     {
         run("startListening", {{"channel"_s, "ALARM"_s}, {"edge"_s, "RE"_s}});
@@ -313,6 +459,60 @@ private Q_SLOTS:
         QCOMPARE(m_log->running(), 0);
         m_log->stop(-1);
         m_log->stop(2);
+    }
+
+    void theEventsOfAnOrderAreListed()
+    {
+        run("startListening", {{"channel"_s, "ALARM"_s}});
+        QTRY_COMPARE(m_bench->board().pendingRequests(), 1);
+        const auto events = watched<OrderEventsModel>(m_log.get(), m_clock.get());
+        const quint64 order = at(*m_log, 0, OrderLogModel::OrderRole).toULongLong();
+        m_bench->scheduler().advance(1000000);
+        m_bench->board().setInput(5, 1);
+        QTRY_VERIFY(m_log->events(order).size() >= 1);
+        const int before = static_cast<int>(m_log->events(order).size());
+        events->setOrder(order); // what has happened already
+        QCOMPARE(events->rowCount(), before);
+        m_bench->scheduler().advance(1000000);
+        m_bench->board().setInput(5, 0); // and what follows
+        QTRY_COMPARE(static_cast<int>(m_log->events(order).size()), before + 1);
+        QCOMPARE(events->rowCount(), before);
+        m_clock->tick();
+        using Events = OrderEventsModel;
+        QCOMPARE(events->rowCount(), before + 1);
+        QCOMPARE(shown(*events, 0, {Events::TimeRole, Events::TextRole}),
+                 timeOfDay(ManualScheduler::c_wallClockOffsetUs + 2000000) + " | lastValue=0 value=0"_s);
+        const QStringList lines = events->text().split(QLatin1Char('\n'));
+        QCOMPARE(lines.constFirst(), "time,lastValue,value"_s);
+        QCOMPARE(lines.at(before + 1), fullTime(ManualScheduler::c_wallClockOffsetUs + 2000000) + ",0,0"_s);
+        QCOMPARE(lines.size(), before + 3);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("events.csv"_s);
+        QCOMPARE(events->save(file), QString());
+        QFile saved(file);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(saved.readAll()), events->text());
+        QCOMPARE(events->save(folder.path()), "\u201c%1\u201d names no regular file."_s.arg(folder.path()));
+        QVERIFY(events->save(folder.filePath("none/here"_s)).startsWith("Cannot write "_s));
+        events->setOrder(0);
+        QCOMPARE(events->rowCount(), 0);
+        QCOMPARE(events->text(), QString());
+    }
+
+    void ofVeryManyEventsTheLatestAreKept()
+    {
+        run("startListening", {{"channel"_s, "ALARM"_s}});
+        QTRY_COMPARE(m_bench->board().pendingRequests(), 1);
+        const quint64 order = at(*m_log, 0, OrderLogModel::OrderRole).toULongLong();
+        const auto events = watched<OrderEventsModel>(m_log.get(), m_clock.get());
+        events->setOrder(order);
+        const auto most = static_cast<int>(OrderLogModel::c_mostEvents);
+        for (int number = 0; number < most + 100; ++number) {
+            m_bench->board().setInput(5, 1 - number % 2);
+        }
+        QTRY_COMPARE(static_cast<int>(m_log->events(order).size()), most);
+        m_clock->tick();
+        QCOMPARE(events->rowCount(), most);
     }
 
     void clearingKeepsWhatStillRuns()
@@ -364,9 +564,61 @@ private Q_SLOTS:
         QCOMPARE(shown(*m_form, 0, roles), "channel | channel |  | Channel"_s);
         QVERIFY(at(*m_form, 0, CommandForm::ChoicesRole).toStringList().contains("E_STOP"_s));
         QCOMPARE(shown(*m_form, 1, roles), "value | number | 1 | Value"_s);
-        QCOMPARE(shown(*m_form, 2, roles), "state | text |  | ON, OFF, PULSE or BLINK"_s);
+        QCOMPARE(shown(*m_form, 2, roles), "state | choice |  | ON, OFF, PULSE or BLINK"_s);
+        QCOMPARE(at(*m_form, 2, Form::ChoicesRole).toStringList(),
+                 (QStringList{"ON"_s, "OFF"_s, "BLINK"_s, "PULSE"_s}));
         m_form->setCommand("listenToAll"_s);
         QCOMPARE(m_form->rowCount(), 0);
+        QVERIFY(m_form->takesSections());
+    }
+
+    void onlyWhatTheStateUsesIsAskedFor_data()
+    {
+        const Rows<QString, QString> row("state", "used");
+        row("none", QString(), "channel state");
+        row("on", "ON", "channel state");
+        row("off", "OFF", "channel state");
+        row("pulse", "PULSE", "channel state duration");
+        row("blink", "BLINK", "channel value state duration dutyCycle");
+        row("one that is not known", "FLASH", "channel value state duration dutyCycle");
+    }
+    void onlyWhatTheStateUsesIsAskedFor()
+    {
+        const auto [state, used] = Rows<QString, QString>::values();
+        m_form->setText(rowOf(*m_form, "channel"_s), "START"_s);
+        m_form->setText(rowOf(*m_form, "duration"_s), "7"_s);
+        m_form->setText(rowOf(*m_form, "state"_s), state);
+        QStringList names;
+        for (int row = 0; row < m_form->rowCount(); ++row) {
+            if (at(*m_form, row, CommandForm::UsedRole).toBool()) {
+                names.append(at(*m_form, row, CommandForm::NameRole).toString());
+            }
+        }
+        QCOMPARE(names.join(QLatin1Char(' ')), used);
+        // What does nothing is not sent either.
+        m_form->run();
+        QCOMPARE(logged(0, OrderLogModel::CommandRole).contains("duration=7"_s),
+                 names.contains("duration"_s));
+    }
+
+    void theFieldThatIsWrongIsTold()
+    {
+        m_form->setText(rowOf(*m_form, "state"_s), "BLINK"_s);
+        m_form->setText(rowOf(*m_form, "duration"_s), "soon"_s);
+        const auto problem = [this](const char* name) {
+            return at(*m_form, rowOf(*m_form, QLatin1String(name)), CommandForm::ProblemRole).toString();
+        };
+        QVERIFY(problem("duration").contains("cannot hold \"soon\""_s));
+        QCOMPARE(problem("state"), QString());
+        QCOMPARE(m_form->problem(), problem("duration"));
+        m_form->setText(rowOf(*m_form, "duration"_s), "100"_s);
+        m_form->setText(rowOf(*m_form, "channel"_s), "STRAT"_s);
+        QCOMPARE(problem("duration"), QString());
+        QCOMPARE(problem("channel"), "The tool has no channel \"STRAT\"."_s);
+        m_form->run();
+        QCOMPARE(m_log->count(), 0);
+        m_form->setCommand("getValue"_s);
+        QCOMPARE(problem("channel"), "The tool has no channel \"STRAT\"."_s);
     }
 
     void theFormRunsWhatWasEntered()
@@ -381,6 +633,7 @@ private Q_SLOTS:
 
     void theFormRefusesWhatTheCommandWouldRefuse()
     {
+        m_form->setText(rowOf(*m_form, "state"_s), "BLINK"_s);
         const int value = rowOf(*m_form, "value"_s);
         m_form->setText(value, "65536"_s);
         QCOMPARE(m_form->problem(), "parameter \"value\" of command \"setValue\" cannot hold \"65536\"; "

@@ -33,37 +33,20 @@ std::optional<int> levelOf(const DToolChannel& channel, const QString& text)
     return text == QLatin1String("ON") ? 1 : number(text, 0, 1);
 }
 
-Invocation setValue(const DToolChannel& channel, const QString& state, QVariantMap arguments = {})
-{
-    arguments.insert(QStringLiteral("channel"), channel.id);
-    arguments.insert(QStringLiteral("state"), state);
-    return {QStringLiteral("setValue"), arguments};
-}
-
-/// A cycle that is on all the time is steady: the one way to a level that is not 1.
-Invocation setLevel(const DToolChannel& channel, int level)
-{
-    if (level > 1) {
-        return setValue(channel, QStringLiteral("BLINK"),
-                        {{QStringLiteral("value"), level}, {QStringLiteral("dutyCycle"), 100}});
-    }
-    return setValue(channel, level == 1 ? QStringLiteral("ON") : QStringLiteral("OFF"));
-}
-
 /// What is no level: a pulse or blinking.
 std::optional<Invocation> readCourse(const DToolChannel& channel, const QStringList& parts)
 {
     const QString duration = QStringLiteral("duration");
     if (parts.first() == QLatin1String("PULSE") && parts.size() == 2) {
         if (const auto milliseconds = number(parts.at(1), 1, INT_MAX)) {
-            return setValue(channel, parts.first(), {{duration, *milliseconds}});
+            return settingState(channel, parts.first(), {{duration, *milliseconds}});
         }
     } else if (parts.first() == QLatin1String("BLINK") && parts.size() == 3) {
         const auto cycle = number(parts.at(1), 1, c_longestCycleMs);
         const auto percent = number(parts.at(2), 0, 100);
         if (cycle && percent) {
-            return setValue(channel, parts.first(),
-                            {{duration, *cycle}, {QStringLiteral("dutyCycle"), *percent}});
+            return settingState(channel, parts.first(),
+                                {{duration, *cycle}, {QStringLiteral("dutyCycle"), *percent}});
         }
     }
     return std::nullopt;
@@ -151,7 +134,7 @@ Invocation readSetting(const QVector<DToolChannel>& channels, const QString& wor
     }
     const QString value = word.mid(equals + 1);
     if (const auto level = levelOf(*channel, value.toUpper())) {
-        return setLevel(*channel, *level);
+        return settingLevel(*channel, *level);
     }
     if (isAnalogue(*channel)) {
         *problem = unexpected(*channel, levels(*channel), value);
@@ -166,16 +149,4 @@ Invocation readSetting(const QVector<DToolChannel>& channels, const QString& wor
                               value);
     }
     return course.value_or(Invocation());
-}
-
-std::vector<Invocation> switchingOff(const QVector<DToolChannel>& channels)
-{
-    std::vector<Invocation> orders;
-    for (const DToolChannel& channel : channels) {
-        if (!channel.link.isEmpty() &&
-            channel.items.value(QStringLiteral("direction")) == QLatin1String("out")) {
-            orders.push_back(setValue(channel, QStringLiteral("OFF")));
-        }
-    }
-    return orders;
 }

@@ -2,8 +2,6 @@
 
 #include "invocation.h"
 
-#include <plugin_management/d_tool.h>
-
 #include <QVector>
 
 #include <vector>
@@ -30,7 +28,3 @@ int readLevel(const DToolChannel& channel, const QString& text, QString* problem
 /// digital channel also PULSE:MS, on for so many milliseconds, or BLINK:MS:PERCENT, a cycle of so many
 /// milliseconds of which the line is on for so many percent. problem receives what is wrong, or nothing.
 Invocation readSetting(const QVector<DToolChannel>& channels, const QString& word, QString* problem);
-
-/// What switches off everything that a tool drives: an order for each linked channel with the direction
-/// "out".
-std::vector<Invocation> switchingOff(const QVector<DToolChannel>& channels);

@@ -1,8 +1,8 @@
 #include "completion.h"
 
 #include "channel_names.h"
-#include "order_advice.h"
 
+#include <configuration/channel_orders.h>
 #include <plugin_management/d_tool.h>
 
 #include <algorithm>

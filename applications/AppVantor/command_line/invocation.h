@@ -1,15 +1,9 @@
 #pragma once
 
+#include <configuration/channel_orders.h>
+
 #include <QString>
 #include <QStringList>
-#include <QVariantMap>
-
-/// A command and its arguments as a person writes them: COMMAND NAME=VALUE …
-struct Invocation
-{
-    QString command;
-    QVariantMap arguments;
-};
 
 /// Splits a shell line into words at blanks. "…" and '…' keep blanks; a backslash keeps the next character.
 /// JSON keeps its quotes and backslashes: what stands in brackets or braces, and a "…" right after "=".

@@ -77,18 +77,6 @@ QString warningOfDutyCycle(const DOrder& order)
 
 } // namespace
 
-QStringList knownWords(const QString& parameter)
-{
-    if (parameter == QLatin1String("state")) {
-        return {QStringLiteral("ON"), QStringLiteral("OFF"), QStringLiteral("BLINK"),
-                QStringLiteral("PULSE")};
-    }
-    if (parameter == QLatin1String("edge")) {
-        return {QStringLiteral("RE"), QStringLiteral("FE"), QStringLiteral("HL"), QStringLiteral("LL")};
-    }
-    return {};
-}
-
 QString warningOf(const DOrder& order)
 {
     if (order.tool() == nullptr) {

@@ -23,3 +23,8 @@ QString assignmentsText(const QVariantMap& values)
     }
     return assignments.join(QLatin1Char(' '));
 }
+
+QString invocationText(const QString& command, const QVariantMap& arguments)
+{
+    return arguments.isEmpty() ? command : command + QLatin1Char(' ') + assignmentsText(arguments);
+}

@@ -300,5 +300,110 @@
         <source></source>
         <translation>driven</translation>
     </message>
+    <message id="page_click_failed">
+        <source></source>
+        <translation>%1: %2</translation>
+    </message>
+    <message id="page_dismiss">
+        <source></source>
+        <translation>Dismiss</translation>
+    </message>
+    <message id="board_waiting">
+        <source></source>
+        <translation>waiting</translation>
+    </message>
+    <message id="board_old">
+        <source></source>
+        <translation>old</translation>
+    </message>
+    <message id="board_failed">
+        <source></source>
+        <translation>failed</translation>
+    </message>
+    <message id="board_blinking">
+        <source></source>
+        <translation>◐ blinking</translation>
+    </message>
+    <message id="orders_page">
+        <source></source>
+        <translation>page · %1</translation>
+    </message>
+    <message id="orders_reads" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n read of the page</numerusform>
+            <numerusform>%n reads of the page</numerusform>
+        </translation>
+    </message>
+    <message id="orders_reads_failed" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n failed</numerusform>
+            <numerusform>%n failed</numerusform>
+        </translation>
+    </message>
+    <message id="tools_all_off">
+        <source></source>
+        <translation>All off</translation>
+    </message>
+    <message id="tools_all_off_hint">
+        <source></source>
+        <translation>Switch off all that the tools drive</translation>
+    </message>
+    <message id="form_no_channel">
+        <source></source>
+        <translation>The tool has no channel "%1".</translation>
+    </message>
+    <message id="orders_show_events">
+        <source></source>
+        <translation>Events</translation>
+    </message>
+    <message id="orders_show_events_hint">
+        <source></source>
+        <translation>Show the events with their times (Enter)</translation>
+    </message>
+    <message id="events_title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%1: %n event</numerusform>
+            <numerusform>%1: %n events</numerusform>
+        </translation>
+    </message>
+    <message id="events_copy">
+        <source></source>
+        <translation>Copy</translation>
+    </message>
+    <message id="events_copy_hint">
+        <source></source>
+        <translation>Copy all events as comma-separated values</translation>
+    </message>
+    <message id="events_save">
+        <source></source>
+        <translation>Save</translation>
+    </message>
+    <message id="events_close">
+        <source></source>
+        <translation>Close</translation>
+    </message>
+    <message id="save_file">
+        <source></source>
+        <translation>File</translation>
+    </message>
+    <message id="save_done">
+        <source></source>
+        <translation>Saved as %1</translation>
+    </message>
+    <message id="save_cancel">
+        <source></source>
+        <translation>Cancel</translation>
+    </message>
+    <message id="save_no_file">
+        <source></source>
+        <translation>“%1” names no regular file.</translation>
+    </message>
+    <message id="save_failed">
+        <source></source>
+        <translation>Cannot write %1: %2</translation>
+    </message>
 </context>
 </TS>

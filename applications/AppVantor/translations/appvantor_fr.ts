@@ -117,7 +117,7 @@
     </message>
     <message id="board_unknown">
         <source></source>
-        <translation>inconnu</translation>
+        <translation>inconnue</translation>
     </message>
     <message id="board_empty">
         <source></source>
@@ -299,6 +299,111 @@
     <message id="board_driven">
         <source></source>
         <translation>pilotée</translation>
+    </message>
+    <message id="page_click_failed">
+        <source></source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message id="page_dismiss">
+        <source></source>
+        <translation>Masquer</translation>
+    </message>
+    <message id="board_waiting">
+        <source></source>
+        <translation>en attente</translation>
+    </message>
+    <message id="board_old">
+        <source></source>
+        <translation>ancienne</translation>
+    </message>
+    <message id="board_failed">
+        <source></source>
+        <translation>en échec</translation>
+    </message>
+    <message id="board_blinking">
+        <source></source>
+        <translation>◐ clignote</translation>
+    </message>
+    <message id="orders_page">
+        <source></source>
+        <translation>page · %1</translation>
+    </message>
+    <message id="orders_reads" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n lecture de la page</numerusform>
+            <numerusform>%n lectures de la page</numerusform>
+        </translation>
+    </message>
+    <message id="orders_reads_failed" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n en échec</numerusform>
+            <numerusform>%n en échec</numerusform>
+        </translation>
+    </message>
+    <message id="tools_all_off">
+        <source></source>
+        <translation>Tout éteindre</translation>
+    </message>
+    <message id="tools_all_off_hint">
+        <source></source>
+        <translation>Éteindre tout ce que les outils pilotent</translation>
+    </message>
+    <message id="form_no_channel">
+        <source></source>
+        <translation>L’outil n’a pas de voie « %1 ».</translation>
+    </message>
+    <message id="orders_show_events">
+        <source></source>
+        <translation>Événements</translation>
+    </message>
+    <message id="orders_show_events_hint">
+        <source></source>
+        <translation>Montrer les événements avec leurs heures (Entrée)</translation>
+    </message>
+    <message id="events_title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%1 : %n événement</numerusform>
+            <numerusform>%1 : %n événements</numerusform>
+        </translation>
+    </message>
+    <message id="events_copy">
+        <source></source>
+        <translation>Copier</translation>
+    </message>
+    <message id="events_copy_hint">
+        <source></source>
+        <translation>Copier tous les événements, séparés par des virgules</translation>
+    </message>
+    <message id="events_save">
+        <source></source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message id="events_close">
+        <source></source>
+        <translation>Fermer</translation>
+    </message>
+    <message id="save_file">
+        <source></source>
+        <translation>Fichier</translation>
+    </message>
+    <message id="save_done">
+        <source></source>
+        <translation>Enregistré sous %1</translation>
+    </message>
+    <message id="save_cancel">
+        <source></source>
+        <translation>Annuler</translation>
+    </message>
+    <message id="save_no_file">
+        <source></source>
+        <translation>« %1 » ne désigne pas un fichier ordinaire.</translation>
+    </message>
+    <message id="save_failed">
+        <source></source>
+        <translation>Impossible d’écrire %1 : %2</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,7 @@
 
 #include "order_log_model.h"
 
+#include <configuration/channel_orders.h>
 #include <configuration/json_text.h>
 #include <configuration/value_text.h>
 
@@ -39,7 +40,11 @@ QVariant CommandForm::data(const QModelIndex& index, int role) const
     case TextRole:
         return m_texts.at(index.row());
     case ChoicesRole:
-        return editor(parameter) == QLatin1String("channel") ? channels() : QStringList();
+        return choices(parameter);
+    case UsedRole:
+        return isUsed(index.row());
+    case ProblemRole:
+        return m_rowProblems.value(index.row());
     default:
         return QVariant();
     }
@@ -56,6 +61,7 @@ bool CommandForm::setData(const QModelIndex& index, const QVariant& value, int r
         m_texts[index.row()] = text;
         Q_EMIT dataChanged(index, index, {TextRole, Qt::EditRole});
         check();
+        Q_EMIT dataChanged(this->index(0), this->index(count() - 1), {UsedRole, ProblemRole});
     }
     return true;
 }
@@ -64,7 +70,8 @@ QHash<int, QByteArray> CommandForm::roleNames() const
 {
     return {{NameRole, "name"},     {DescriptionRole, "description"},
             {EditorRole, "editor"}, {DefaultTextRole, "defaultText"},
-            {TextRole, "text"},     {ChoicesRole, "choices"}};
+            {TextRole, "text"},     {ChoicesRole, "choices"},
+            {UsedRole, "used"},     {ProblemRole, "problem"}};
 }
 
 QObject* CommandForm::tool() const
@@ -116,10 +123,10 @@ void CommandForm::setCommand(const QString& command)
     for (const DDeclaration& parameter : m_declared.parameters) {
         m_texts.append(entered.value(parameter.name));
     }
+    check();
     endResetModel();
     Q_EMIT commandChanged();
     Q_EMIT problemChanged();
-    check();
 }
 
 void CommandForm::setSections(const QString& sections)
@@ -165,7 +172,7 @@ QVariantMap CommandForm::arguments(QString* problem) const
     }
     for (int row = 0; row < count(); ++row) {
         const QString& text = m_texts.at(row);
-        if (!text.isEmpty()) {
+        if (!text.isEmpty() && isUsed(row)) {
             values.insert(m_declared.parameters.at(row).name, text);
         }
     }
@@ -180,7 +187,41 @@ QString CommandForm::editor(const DDeclaration& parameter) const
     if (parameter.typeTag == QLatin1String("ui16") || parameter.typeTag == QLatin1String("int")) {
         return QStringLiteral("number");
     }
-    return parameter.name == QLatin1String("channel") ? QStringLiteral("channel") : QStringLiteral("text");
+    if (parameter.name == QLatin1String("channel")) {
+        return QStringLiteral("channel");
+    }
+    return choices(parameter).isEmpty() ? QStringLiteral("text") : QStringLiteral("choice");
+}
+
+QStringList CommandForm::choices(const DDeclaration& parameter) const
+{
+    return parameter.name == QLatin1String("channel") ? channels() : knownWords(parameter.name);
+}
+
+/// Beside a state that does not use it a parameter does nothing.
+bool CommandForm::isUsed(int row) const
+{
+    const auto isState = [](const DDeclaration& parameter) {
+        return parameter.name == QLatin1String("state");
+    };
+    const auto state = std::find_if(m_declared.parameters.cbegin(), m_declared.parameters.cend(), isState);
+    return state == m_declared.parameters.cend() ||
+           countsWith(m_texts.at(static_cast<int>(state - m_declared.parameters.cbegin())),
+                      m_declared.parameters.at(row).name);
+}
+
+QString CommandForm::problemOf(int row) const
+{
+    const QString& text = m_texts.at(row);
+    const DDeclaration& parameter = m_declared.parameters.at(row);
+    if (text.isEmpty() || !isUsed(row)) {
+        return QString();
+    }
+    if (parameter.name == QLatin1String("channel") && !channels().contains(text)) {
+        return qtTrId("form_no_channel").arg(text);
+    }
+    QVariantMap alone = {{parameter.name, text}};
+    return m_tool->checkInvocation(command(), &alone).text;
 }
 
 QStringList CommandForm::channels() const
@@ -197,12 +238,17 @@ QStringList CommandForm::channels() const
 void CommandForm::check()
 {
     QString problem;
+    m_rowProblems.clear();
     if (m_tool.isNull() || command().isEmpty()) {
         problem = qtTrId("form_no_command");
     } else {
         QVariantMap values = arguments(&problem);
         if (problem.isEmpty()) {
             problem = m_tool->checkInvocation(command(), &values).text;
+        }
+        for (int row = 0; row < count(); ++row) {
+            m_rowProblems.append(problemOf(row));
+            problem = problem.isEmpty() ? m_rowProblems.constLast() : problem;
         }
     }
     if (problem != m_problem) {

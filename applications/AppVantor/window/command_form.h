@@ -8,7 +8,8 @@
 class OrderLogModel;
 
 /// The form for one of a tool's commands or stop names: a row for each declared parameter, with the text that
-/// was entered. A parameter without a text is left out, so that its default counts.
+/// was entered. A parameter without a text is left out, so that its default counts, and so is one that does
+/// nothing beside the state that was entered.
 class CommandForm : public QAbstractListModel
 {
     Q_OBJECT
@@ -20,6 +21,8 @@ class CommandForm : public QAbstractListModel
     Q_PROPERTY(int count READ count NOTIFY commandChanged)
     /// Lists and maps that reach the command beside its parameters, as one JSON object.
     Q_PROPERTY(QString sections READ sections WRITE setSections NOTIFY problemChanged)
+    /// True when the command declares no parameters, so that only sections reach it.
+    Q_PROPERTY(bool takesSections READ takesSections NOTIFY commandChanged)
     /// Why the command cannot be run with what was entered; empty when it can.
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
@@ -31,7 +34,9 @@ public:
         EditorRole,
         DefaultTextRole,
         TextRole,
-        ChoicesRole
+        ChoicesRole,
+        UsedRole,   ///< false of a parameter that does nothing beside the state that was entered
+        ProblemRole ///< what is wrong with the text; empty for nothing
     };
 
     /// Orders are run in log, which must outlive the form.
@@ -49,6 +54,7 @@ public:
     void setCommand(const QString& command);
     QString description() const { return m_declared.description; }
     int count() const { return static_cast<int>(m_declared.parameters.size()); }
+    bool takesSections() const { return !command().isEmpty() && count() == 0; }
     QString sections() const { return m_sections; }
     void setSections(const QString& sections);
     QString problem() const { return m_problem; }
@@ -67,7 +73,10 @@ private:
     QVector<DCommandDescription> declared() const;
     QVariantMap arguments(QString* problem) const;
     QString editor(const DDeclaration& parameter) const;
+    QStringList choices(const DDeclaration& parameter) const;
     QStringList channels() const;
+    bool isUsed(int row) const;
+    QString problemOf(int row) const;
     void check();
 
     OrderLogModel* m_log;
@@ -76,4 +85,5 @@ private:
     QStringList m_texts;
     QString m_sections;
     QString m_problem;
+    QStringList m_rowProblems;
 };

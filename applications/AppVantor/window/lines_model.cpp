@@ -1,6 +1,6 @@
 #include "lines_model.h"
 
-#include <plugin_management/d_tool.h>
+#include <algorithm>
 
 LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceClock* clock, QObject* parent)
     : QAbstractListModel(parent)
@@ -10,7 +10,7 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     , m_channels(m_lines.size())
     , m_histories(static_cast<std::size_t>(m_lines.size()))
     , m_changed(clock, [this](int first, int last) {
-        Q_EMIT dataChanged(index(first), index(last), {KnownRole, LevelRole});
+        Q_EMIT dataChanged(index(first), index(last), {StatusRole, BlinkingRole, LevelRole});
     })
 {
     for (int line = 0; line < m_lines.size(); ++line) {
@@ -19,7 +19,13 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     linkChannels(tools);
     connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
     connect(device, &LineDevice::changesLost, this, [this] { m_asked.clear(); });
-    connect(device, &DDevice::stateChanged, this, &LinesModel::stateChanged);
+    connect(device, &LineDevice::blinkingChanged, &m_changed, &ChangedRows::add);
+    connect(device, &DDevice::stateChanged, this, [this] {
+        for (int line = 0; line < m_lines.size(); ++line) {
+            m_changed.add(line); // what is not known is so for another reason
+        }
+        Q_EMIT stateChanged();
+    });
     connect(device, &QObject::destroyed, this, &LinesModel::stateChanged);
     connect(clock, &DeviceClock::runningChanged, this,
             [this] { m_heldHistories = m_clock->isRunning() ? std::vector<LineHistory>() : m_histories; });
@@ -47,10 +53,14 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
         return line.direction == DLine::Direction::Out;
     case SettableRole:
         return line.settable;
-    case KnownRole:
-        return !m_device.isNull() && m_device->level(row).known;
+    case DrivableRole:
+        return isDrivable(row);
+    case StatusRole:
+        return status(row);
+    case BlinkingRole:
+        return !m_device.isNull() && m_device->blinks(row);
     case LevelRole:
-        return levelOf(row);
+        return status(row) == QLatin1String("old") ? lastLevel(row) : levelOf(row);
     case HighestRole:
         return line.highestLevel();
     case ChannelsRole:
@@ -65,8 +75,9 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
 QHash<int, QByteArray> LinesModel::roleNames() const
 {
     return {{NameRole, "name"},         {AnalogRole, "analog"},     {OutputRole, "output"},
-            {SettableRole, "settable"}, {KnownRole, "known"},       {LevelRole, "level"},
-            {HighestRole, "highest"},   {ChannelsRole, "channels"}, {LineRole, "line"}};
+            {SettableRole, "settable"}, {DrivableRole, "drivable"}, {StatusRole, "status"},
+            {BlinkingRole, "blinking"}, {LevelRole, "level"},       {HighestRole, "highest"},
+            {ChannelsRole, "channels"}, {LineRole, "line"}};
 }
 
 QString LinesModel::state() const
@@ -97,8 +108,16 @@ int LinesModel::highestLevel(int line) const
 
 void LinesModel::setLevel(int line, int level)
 {
-    if (m_device.isNull() || line < 0 || line >= m_lines.size() || !m_lines.at(line).settable ||
-        level == levelOf(line)) {
+    if (m_device.isNull() || line < 0 || line >= m_lines.size() || level == levelOf(line)) {
+        return;
+    }
+    if (isDrivable(line)) {
+        const Driver& driver = m_drivers[line];
+        Q_EMIT orderWanted(
+            driver.tool, settingLevel(driver.channel, std::clamp(level, 0, m_lines.at(line).highestLevel())));
+        return;
+    }
+    if (!m_lines.at(line).settable) {
         return;
     }
     m_asked.insert(line, level);
@@ -109,6 +128,39 @@ void LinesModel::setLevel(int line, int level)
 int LinesModel::levelOf(int line) const
 {
     return m_asked.value(line, m_device.isNull() ? 0 : m_device->level(line).level);
+}
+
+bool LinesModel::isDrivable(int line) const
+{
+    const auto driver = m_drivers.constFind(line);
+    return driver != m_drivers.constEnd() && !driver->tool.isNull();
+}
+
+QString LinesModel::status(int line) const
+{
+    if (m_device.isNull()) {
+        return QStringLiteral("unknown");
+    }
+    if (m_device->level(line).known) {
+        return m_asked.contains(line) ? QStringLiteral("waiting") : QStringLiteral("known");
+    }
+    switch (m_device->state()) {
+    case DDevice::State::Connected:
+        return QStringLiteral("failed");
+    case DDevice::State::Connecting:
+        return QStringLiteral("waiting");
+    default:
+        return lastLevel(line) >= 0 ? QStringLiteral("old") : QStringLiteral("unknown");
+    }
+}
+
+/// The level before it was no longer known; -1 where it never was.
+int LinesModel::lastLevel(int line) const
+{
+    const std::deque<LineLevel>& changes = m_histories.at(static_cast<std::size_t>(line)).changes();
+    const auto last = std::find_if(changes.crbegin(), changes.crend(),
+                                   [](const LineLevel& change) { return change.known; });
+    return last != changes.crend() ? last->level : -1;
 }
 
 QVariant LinesModel::levelAt(int line, double timeUs) const
@@ -134,11 +186,16 @@ void LinesModel::linkChannels(const QVector<DTool*>& tools)
     for (int line = 0; line < m_lines.size(); ++line) {
         numbers.insert(m_lines.at(line).name, line);
     }
-    for (const DTool* tool : tools) {
+    for (DTool* tool : tools) {
         for (const DToolChannel& channel : tool->channels()) {
             const int line = numbers.value(channel.link, -1);
             if (line >= 0 && !m_channels.at(line).contains(channel.id)) {
                 m_channels[line].append(channel.id);
+                if (m_lines.at(line).direction == DLine::Direction::Out &&
+                    m_lines.at(line).kind == DLine::Kind::Analog && drivesLine(channel) &&
+                    !m_drivers.contains(line)) {
+                    m_drivers.insert(line, {tool, channel});
+                }
             }
         }
     }

@@ -4,6 +4,7 @@
 #include "device_clock.h"
 #include "line_history.h"
 
+#include <configuration/channel_orders.h>
 #include <devices/line_device.h>
 
 #include <QAbstractListModel>
@@ -11,8 +12,6 @@
 #include <QPointer>
 
 #include <vector>
-
-class DTool;
 
 /// The lines of a device with their levels, their last seconds, and the tools' channels that are linked to
 /// them.
@@ -33,9 +32,11 @@ public:
         NameRole = Qt::UserRole,
         AnalogRole,
         OutputRole,
-        SettableRole,
-        KnownRole,
-        LevelRole,
+        SettableRole, ///< from outside
+        DrivableRole, ///< an analogue output that an order of a tool can set
+        StatusRole,   ///< what is known of the level: "known", "waiting", "old", "failed" or "unknown"
+        BlinkingRole,
+        LevelRole, ///< the last one that was known, if any; 0 otherwise
         HighestRole,
         ChannelsRole,
         LineRole
@@ -61,16 +62,28 @@ public:
     int highestLevel(int line) const;
     DeviceClock& clock() const { return *m_clock; }
 
-    /// Sets an input line from outside. The line counts as having that level at once: whoever toggles it
-    /// again before the device has answered toggles what was asked last.
+    /// Sets an input line from outside, or has a drivable one set by an order. An input counts as having that
+    /// level at once: whoever toggles it again before the device has answered toggles what was asked last.
     Q_INVOKABLE void setLevel(int line, int level);
     /// Level that line had at timeUs on the device's clock; undefined where it is not known.
     Q_INVOKABLE QVariant levelAt(int line, double timeUs) const;
 
 Q_SIGNALS:
     void stateChanged();
+    /// A drivable line is to be set by this order of tool.
+    void orderWanted(DTool* tool, const Invocation& order);
 
 private:
+    /// What an order sets an output by.
+    struct Driver
+    {
+        QPointer<DTool> tool;
+        DToolChannel channel;
+    };
+
+    bool isDrivable(int line) const;
+    QString status(int line) const;
+    int lastLevel(int line) const;
     void record(int line, const LineLevel& level);
     int levelOf(int line) const;
     void linkChannels(const QVector<DTool*>& tools);
@@ -79,6 +92,7 @@ private:
     DeviceClock* m_clock;
     QVector<DLine> m_lines;
     QVector<QStringList> m_channels;
+    QHash<int, Driver> m_drivers; ///< of analogue outputs
     std::vector<LineHistory> m_histories;
     std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
     QHash<int, int> m_asked; ///< levels that the device has been asked for and has not told yet

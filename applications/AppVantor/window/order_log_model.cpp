@@ -1,5 +1,6 @@
 #include "order_log_model.h"
 
+#include <configuration/channel_orders.h>
 #include <configuration/value_text.h>
 #include <process/time_text.h>
 
@@ -46,6 +47,8 @@ QVariant OrderLogModel::data(const QModelIndex& index, int role) const
         return detail(entry);
     case EventsRole:
         return entry.events;
+    case PageRole:
+        return entry.onPage;
     default:
         return QVariant();
     }
@@ -54,7 +57,7 @@ QVariant OrderLogModel::data(const QModelIndex& index, int role) const
 QHash<int, QByteArray> OrderLogModel::roleNames() const
 {
     return {{OrderRole, "order"}, {TimeRole, "time"},     {CommandRole, "command"}, {StateRole, "state"},
-            {KindRole, "kind"},   {DetailRole, "detail"}, {EventsRole, "events"}};
+            {KindRole, "kind"},   {DetailRole, "detail"}, {EventsRole, "events"},   {PageRole, "page"}};
 }
 
 int OrderLogModel::running() const
@@ -69,8 +72,7 @@ void OrderLogModel::run(DTool* tool, const QString& command, const QVariantMap& 
     Entry entry;
     entry.order = order;
     entry.id = order->id();
-    entry.command =
-        command + (arguments.isEmpty() ? QString() : QLatin1Char(' ') + assignmentsText(arguments));
+    entry.command = invocationText(command, arguments);
     entry.state = QStringLiteral("running");
     add(entry);
     Q_EMIT runningChanged();
@@ -81,6 +83,28 @@ void OrderLogModel::run(DTool* tool, const QString& command, const QVariantMap& 
     }
 }
 
+void OrderLogModel::switchOff(QObject* tool)
+{
+    auto* const driving = qobject_cast<DTool*>(tool);
+    const QVector<DToolChannel> channels = driving != nullptr ? driving->channels() : QVector<DToolChannel>();
+    for (const Invocation& order : switchingOff(channels)) {
+        run(driving, order.command, order.arguments);
+    }
+}
+
+void OrderLogModel::addClick(const QString& command, const QVariantMap& arguments, const QVariantMap& results,
+                             const DFailure& failure)
+{
+    Entry entry;
+    entry.command = invocationText(command, arguments);
+    entry.state = failure ? QStringLiteral("failed") : QStringLiteral("done");
+    entry.kind = failure.kindName();
+    entry.problem = failure.text;
+    entry.values = results;
+    entry.onPage = true;
+    add(entry);
+}
+
 void OrderLogModel::addProblem(const QString& name, const QString& problem)
 {
     Entry entry;
@@ -88,6 +112,13 @@ void OrderLogModel::addProblem(const QString& name, const QString& problem)
     entry.state = QStringLiteral("problem");
     entry.problem = problem;
     add(entry);
+}
+
+std::deque<OrderEvent> OrderLogModel::events(quint64 order) const
+{
+    const auto found = std::find_if(m_entries.cbegin(), m_entries.cend(),
+                                    [order](const Entry& entry) { return entry.id == order; });
+    return found != m_entries.cend() ? found->kept : std::deque<OrderEvent>();
 }
 
 void OrderLogModel::stop(int row)
@@ -147,6 +178,11 @@ void OrderLogModel::watch(DOrder* order)
             ++entry->events;
             entry->eventUs = timeUs;
             entry->values = event;
+            entry->kept.push_back({timeUs, event});
+            if (entry->kept.size() > c_mostEvents) {
+                entry->kept.pop_front();
+            }
+            Q_EMIT eventLogged(id, entry->kept.back());
         }
     });
     connect(order, &DOrder::eventsLost, this, [this, id](quint64 count) {

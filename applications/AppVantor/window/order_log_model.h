@@ -11,8 +11,15 @@
 
 class DTool;
 
-/// The orders that were given in the window, the latest first, and what became of them; and what failed on
-/// the device that no order waits for.
+/// What a listening order reported at a time, on the steady clock.
+struct OrderEvent
+{
+    qint64 timeUs = 0;
+    QVariantMap values;
+};
+
+/// The orders that were given in the window or clicked on a page, the latest first, and what became of them;
+/// and what failed on the device that no order waits for.
 class OrderLogModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -30,7 +37,8 @@ public:
         StateRole, ///< "running", "listening", "done", "failed", or "problem" of what is no order
         KindRole,  ///< name of the failure's kind; empty without a failure
         DetailRole,
-        EventsRole
+        EventsRole,
+        PageRole ///< true of a click on a page
     };
 
     /// clock tells the times, and must outlive the model.
@@ -46,8 +54,15 @@ public:
 
     /// Runs command of tool with these arguments.
     void run(DTool* tool, const QString& command, const QVariantMap& arguments);
+    /// Runs what switches off everything that tool, a DTool, drives.
+    Q_INVOKABLE void switchOff(QObject* tool);
+    /// Notes a click on a page that is over: command with its arguments, and what became of it.
+    void addClick(const QString& command, const QVariantMap& arguments, const QVariantMap& results,
+                  const DFailure& failure);
     /// Notes that something failed: whose, and what, for people.
     void addProblem(const QString& name, const QString& problem);
+    /// The events of an order, the latest last; none of one that is not there.
+    std::deque<OrderEvent> events(quint64 order) const;
     /// Stops the order of a row; one that has ended stays as it is.
     Q_INVOKABLE void stop(int row);
     /// Stops all orders that have not ended.
@@ -57,10 +72,14 @@ public:
 
     /// More entries than these are not kept; the oldest that have ended go first.
     static constexpr int c_mostEntries = 500;
+    /// More events of an order than these are not kept; the oldest go first.
+    static constexpr std::size_t c_mostEvents = 10000;
 
 Q_SIGNALS:
     void countChanged();
     void runningChanged();
+    /// A listening order has reported.
+    void eventLogged(quint64 order, const OrderEvent& event);
 
 private:
     struct Entry
@@ -77,6 +96,8 @@ private:
         int events = 0;
         quint64 lost = 0; ///< further events, which came too fast
         int rejected = 0;
+        bool onPage = false;
+        std::deque<OrderEvent> kept;
     };
 
     void add(Entry entry);

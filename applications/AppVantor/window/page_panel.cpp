@@ -140,6 +140,7 @@ void PagePanel::valuesRequested()
 void PagePanel::removePage()
 {
     m_valuesRequested = false;
+    dismissClickProblem();
     // A page may be taken away by something that it does itself: it leaves the screen now and the memory
     // later.
     if (!m_page.isNull()) {
@@ -181,6 +182,10 @@ QQuickItem* PagePanel::makePage(const QByteArray& source)
     } else {
         m_valuesRequested = true; // such a page asks when it likes
     }
+    const auto backends = page->findChildren<DAbstractPluginBackend*>();
+    for (const DAbstractPluginBackend* backend : backends) {
+        connect(backend, &DAbstractPluginBackend::treatmentEnded, this, &PagePanel::noteTreatment);
+    }
     tellConnection();
     return page;
 }
@@ -204,4 +209,23 @@ void PagePanel::showProblem(const QString& problem)
 {
     m_problem = problem;
     Q_EMIT pageChanged();
+}
+
+void PagePanel::setClickProblem(const QString& problem)
+{
+    if (problem != m_clickProblem) {
+        m_clickProblem = problem;
+        Q_EMIT clickProblemChanged();
+    }
+}
+
+void PagePanel::noteTreatment(const QString& command, const QVariantMap& arguments,
+                              const QVariantMap& results, const DFailure& failure)
+{
+    const bool asks = !m_tool.isNull() && m_tool->asks(command);
+    if (!asks) {
+        const QString channel = arguments.value(QStringLiteral("channel"), command).toString();
+        setClickProblem(failure ? qtTrId("page_click_failed").arg(channel, failure.text) : QString());
+    }
+    Q_EMIT treatmentEnded(asks, command, arguments, results, failure);
 }

@@ -18,6 +18,8 @@ class PagePanel : public QQuickItem
     Q_PROPERTY(QQuickItem* page READ page NOTIFY pageChanged)
     /// Why there is no page, for people; empty when it is shown.
     Q_PROPERTY(QString problem READ problem NOTIFY pageChanged)
+    /// Which channel the last click on the page was for, and why it failed; empty when it did not.
+    Q_PROPERTY(QString clickProblem READ clickProblem NOTIFY clickProblemChanged)
 
 public:
     explicit PagePanel(QQuickItem* parent = nullptr);
@@ -27,6 +29,9 @@ public:
     void setTool(QObject* tool);
     QQuickItem* page() const { return m_page; }
     QString problem() const { return m_problem; }
+    QString clickProblem() const { return m_clickProblem; }
+    /// Forgets that a click failed.
+    Q_INVOKABLE void dismissClickProblem() { setClickProblem(QString()); }
 
     /// True while the page waits for values that it has requested.
     bool isBusy() const;
@@ -39,6 +44,10 @@ public:
 Q_SIGNALS:
     void toolChanged();
     void pageChanged();
+    void clickProblemChanged();
+    /// Something that the page asked of its tool is over: a click, or a read when asks is true.
+    void treatmentEnded(bool asks, const QString& command, const QVariantMap& arguments,
+                        const QVariantMap& results, const DFailure& failure);
 
 protected:
     void geometryChanged(const QRectF& newGeometry, const QRectF& oldGeometry) override;
@@ -54,9 +63,13 @@ private:
     void fitPage();
     void tellConnection();
     void showProblem(const QString& problem);
+    void setClickProblem(const QString& problem);
+    void noteTreatment(const QString& command, const QVariantMap& arguments, const QVariantMap& results,
+                       const DFailure& failure);
 
     QPointer<DTool> m_tool;
     QPointer<QQuickItem> m_page;
     QString m_problem;
+    QString m_clickProblem;
     bool m_valuesRequested = false;
 };

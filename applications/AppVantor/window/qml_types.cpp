@@ -1,5 +1,6 @@
 #include "qml_types.h"
 
+#include "files.h"
 #include "lines_model.h"
 #include "page_panel.h"
 #include "page_texts.h"
@@ -10,6 +11,8 @@
 void registerQmlTypes()
 {
     constexpr auto module = "AppVantor";
+    qmlRegisterSingletonType<Files>(module, 1, 0, "Files",
+                                    [](QQmlEngine*, QJSEngine*) -> QObject* { return new Files; });
     qmlRegisterType<PagePanel>(module, 1, 0, "PagePanel");
     qmlRegisterType<PageTexts>(module, 1, 0, "PageTexts");
     qmlRegisterType<WaveformItem>(module, 1, 0, "WaveformItem");

@@ -41,6 +41,8 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_lines(device, tools, &m_clock)
     , m_courses(&m_lines)
     , m_orders(&m_clock)
+    , m_orderEvents(&m_orders, &m_clock)
+    , m_pageReads(&m_clock)
     , m_form(&m_orders)
 {
     m_filter.setSourceModel(&m_lines);
@@ -58,8 +60,22 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
           {QStringLiteral("clock"), object(&m_clock)},
           {QStringLiteral("courses"), object(&m_courses)},
           {QStringLiteral("form"), object(&m_form)},
-          {QStringLiteral("orders"), object(&m_orders)}},
+          {QStringLiteral("orders"), object(&m_orders)},
+          {QStringLiteral("orderEvents"), object(&m_orderEvents)},
+          {QStringLiteral("pageReads"), object(&m_pageReads)}},
          theme);
+    QObject::connect(
+        &m_lines, &LinesModel::orderWanted, &m_orders,
+        [this](DTool* tool, const Invocation& order) { m_orders.run(tool, order.command, order.arguments); });
+    QObject::connect(&panel(), &PagePanel::treatmentEnded, &m_orders,
+                     [this](bool asks, const QString& command, const QVariantMap& arguments,
+                            const QVariantMap& results, const DFailure& failure) {
+                         if (asks) {
+                             m_pageReads.add(command, arguments, results, failure);
+                         } else {
+                             m_orders.addClick(command, arguments, results, failure);
+                         }
+                     });
 }
 
 BenchScene::~BenchScene()

@@ -5,7 +5,9 @@
 #include "device_clock.h"
 #include "line_filter.h"
 #include "lines_model.h"
+#include "order_events_model.h"
 #include "order_log_model.h"
+#include "page_reads_model.h"
 #include "tools_model.h"
 #include "window_options.h"
 
@@ -52,6 +54,7 @@ public:
 
     LinesModel& lines() { return m_lines; }
     OrderLogModel& orders() { return m_orders; }
+    PageReadsModel& pageReads() { return m_pageReads; }
     CommandForm& form() { return m_form; }
     DeviceClock& clock() { return m_clock; }
     CourseView& courses() { return m_courses; }
@@ -63,6 +66,8 @@ private:
     CourseView m_courses;
     LineFilter m_filter;
     OrderLogModel m_orders;
+    OrderEventsModel m_orderEvents;
+    PageReadsModel m_pageReads;
     CommandForm m_form;
 };
 

@@ -5,6 +5,8 @@ import QtQuick.Templates 2.15 as T
 T.ComboBox {
     id: root
 
+    // Outlined as one whose content cannot be used.
+    property bool wrong: false
     property string placeholderText: ""
 
     implicitWidth: 160
@@ -65,7 +67,9 @@ T.ComboBox {
     background: Rectangle {
         radius: Style.radius
         color: root.editable ? Style.surface : (root.down ? Style.surfacePressed : Style.surfaceRaised)
-        border.color: root.activeFocus || root.hovered ? Style.accent : Style.controlBorder
+        // The ring stands for the border while it is there.
+        border.width: root.wrong ? 2 : (root.activeFocus ? 0 : 1)
+        border.color: root.wrong ? Style.error : (root.hovered ? Style.accent : Style.controlBorder)
 
         UiFocusRing {
             shown: root.activeFocus

@@ -5,6 +5,9 @@ import QtQuick.Templates 2.15 as T
 T.TextField {
     id: root
 
+    // Outlined as one whose content cannot be used.
+    property bool wrong: false
+
     implicitWidth: 160
     implicitHeight: Style.controlHeight
     leftPadding: Style.defSpacing
@@ -30,7 +33,9 @@ T.TextField {
     background: Rectangle {
         radius: Style.radius
         color: Style.surface
-        border.color: root.activeFocus || root.hovered ? Style.accent : Style.controlBorder
+        // The ring stands for the border while it is there.
+        border.width: root.wrong ? 2 : (root.activeFocus ? 0 : 1)
+        border.color: root.wrong ? Style.error : (root.hovered ? Style.accent : Style.controlBorder)
 
         UiFocusRing {
             shown: root.activeFocus

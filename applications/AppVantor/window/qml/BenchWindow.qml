@@ -12,6 +12,8 @@ Rectangle {
     property var courses
     property var form
     property var orders
+    property var orderEvents
+    property var pageReads
     // "light", "dark", or empty for that of the system.
     property string theme: ""
 
@@ -19,7 +21,7 @@ Rectangle {
     property real wantedToolsWidth: 176
     property real wantedPageWidth: 560
     property real wantedCommandWidth: 448
-    property real wantedLowerHeight: Math.max(height * 0.3, Math.min(280, height * 0.4))
+    property real wantedLowerHeight: Math.max(height * 0.3, Math.min(300, height * 0.4))
     // Where they are: every pane keeps a least size while the window has room for it.
     readonly property real toolsWidth: bounded(96, wantedToolsWidth, width - 640)
     readonly property real boardWidth: bounded(320, width - toolsWidth - wantedPageWidth, width - toolsWidth - 330)
@@ -81,6 +83,11 @@ Rectangle {
         width: root.toolsWidth
         height: root.upperHeight
         tools: root.tools
+        onAllOffWanted: {
+            for (let row = 0; row < root.tools.count; ++row) {
+                root.orders.switchOff(root.tools.toolAt(row))
+            }
+        }
     }
 
     SplitHandle {
@@ -148,6 +155,8 @@ Rectangle {
         anchors.left: commandHandle.right
         anchors.right: parent.right
         orders: root.orders
+        orderEvents: root.orderEvents
+        pageReads: root.pageReads
     }
 
     Binding {

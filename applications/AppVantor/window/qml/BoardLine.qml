@@ -8,39 +8,61 @@ Item {
 
     property var lines
     property var view
+    // Widths of the names, the controls and the level.
+    property var columns
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
     property real pointedShare: -1
     property bool current: false
     property bool focused: false
 
     readonly property int line: model.line
-    readonly property bool settable: model.settable && model.known
+    readonly property bool known: model.status === "known" || (model.status === "waiting" && model.settable)
+    readonly property bool adjustable: known && (model.settable || model.drivable)
     // Undefined while nobody knows it.
     readonly property var shownLevel: pointedShare >= 0 ? lines.levelAt(line, view.fromUs + pointedShare * view.spanUs)
-                                                        : (model.known ? model.level : undefined)
+                                                        : (known ? model.level : undefined)
+    // What the level alone does not say, in a word.
+    readonly property string remark: {
+        if (model.status !== "known") {
+            return qsTrId("board_" + model.status)
+        }
+        if (model.blinking) {
+            return qsTrId("board_blinking")
+        }
+        return !model.output && !model.settable ? qsTrId("board_driven") : ""
+    }
+    readonly property string levelText: shownLevel !== undefined ? String(shownLevel)
+                                        : (model.status === "old" && pointedShare < 0 ? "(" + model.level + ")" : "\u2013")
     readonly property color background: current && focused ? Style.accentSoft : Style.surface
 
     signal chosen()
 
     function adjust(share) {
-        if (settable) {
+        if (adjustable) {
             lines.setLevel(line, model.analog ? Math.round(model.level + share * model.highest)
                                               : (share > 0 ? 1 : 0))
         }
     }
 
     function toggle() {
-        if (settable) {
+        if (adjustable) {
             lines.setLevel(line, model.level > model.highest / 2 ? 0 : model.highest)
+        }
+    }
+
+    // Begins to write the level as a number.
+    function edit() {
+        if (numberLoader.item) {
+            numberLoader.item.forceActiveFocus(Qt.ShortcutFocusReason)
         }
     }
 
     implicitHeight: 48
 
-    Accessible.role: settable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
+    Accessible.role: adjustable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
     Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
-    Accessible.description: model.known ? String(model.level) : qsTrId("board_unknown")
-    Accessible.checked: model.known && !model.analog && model.level === 1
+    Accessible.description: (levelText + " " + remark).trim()
+    Accessible.checked: known && !model.analog && model.level === 1
 
     Rectangle {
         anchors.fill: parent
@@ -61,7 +83,7 @@ Item {
         id: names
         x: Style.defSpacing * 2
         anchors.verticalCenter: parent.verticalCenter
-        width: 88
+        width: root.columns.names
 
         UiLabel {
             width: parent.width
@@ -83,48 +105,43 @@ Item {
         id: control
         anchors.left: names.right
         anchors.leftMargin: Style.defSpacing
-        width: 80
+        width: root.columns.control
         height: parent.height
 
         Loader {
             anchors.verticalCenter: parent.verticalCenter
-            anchors.verticalCenterOffset: driven.visible ? -6 : 0
+            anchors.verticalCenterOffset: remarkLabel.visible ? -6 : 0
             x: item && item.width < parent.width ? (parent.width - item.width) / 2 : 0
-            sourceComponent: !model.known ? unknown
-                             : (model.settable ? (model.analog ? slider : lever) : (model.analog ? gauge : lamp))
+            sourceComponent: {
+                if (!root.known) {
+                    return unknown
+                }
+                if (root.adjustable) {
+                    return model.analog ? slider : lever
+                }
+                return model.analog ? gauge : lamp
+            }
         }
     }
 
-    // An input that a wire or a waveform feeds takes no setting.
     UiLabel {
-        id: driven
-        objectName: "lineDriven"
+        id: remarkLabel
+        objectName: "lineRemark"
         anchors.horizontalCenter: control.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 1
-        visible: model.known && !model.output && !model.settable
-        text: qsTrId("board_driven")
+        visible: text.length > 0
+        text: root.remark
         font.pixelSize: Style.smallestTextSize
         color: Style.textSecondary
     }
 
-    // Neither lit nor dark, neither on nor off.
     Component {
         id: unknown
 
-        Rectangle {
+        StateMark {
             objectName: "lineUnknown"
-            width: 20
-            height: 20
-            radius: Style.radius
-            color: "transparent"
-            border.color: Style.separator
-
-            UiLabel {
-                anchors.centerIn: parent
-                text: "?"
-                color: Style.textSecondary
-            }
+            status: model.status
         }
     }
 
@@ -148,16 +165,26 @@ Item {
 
         UiSlider {
             objectName: "lineSlider"
-            width: 80
+            width: root.columns.control
             focusPolicy: Qt.NoFocus
             to: model.highest
             value: model.level
             onMoved: {
-                lines.setLevel(root.line, Math.round(value))
+                if (model.settable) {
+                    lines.setLevel(root.line, Math.round(value))
+                }
                 root.chosen()
             }
-            // Under the pointer it is where the pointer is, whatever the line does meanwhile.
-            onPressedChanged: value = pressed ? value : Qt.binding(() => model.level)
+            // Under the pointer it is where the pointer is, whatever the line does meanwhile; an order sets an
+            // output when it is let go.
+            onPressedChanged: {
+                if (pressed) {
+                    value = value
+                } else {
+                    lines.setLevel(root.line, Math.round(value))
+                    value = Qt.binding(() => model.level)
+                }
+            }
         }
     }
 
@@ -210,11 +237,55 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: Style.defSpacing * 2
         anchors.verticalCenter: parent.verticalCenter
-        width: 44
+        width: root.columns.level
         horizontalAlignment: Qt.AlignRight
         objectName: "lineLevel"
-        text: root.shownLevel === undefined ? "\u2013" : root.shownLevel
+        visible: !numberLoader.active
+        text: root.levelText
+        color: model.status === "old" ? Style.textSecondary : Style.text
         font.bold: root.pointedShare >= 0
+    }
+
+    Loader {
+        id: numberLoader
+        anchors.right: levelLabel.right
+        anchors.verticalCenter: parent.verticalCenter
+        active: model.analog && root.adjustable
+        sourceComponent: UiTextField {
+            objectName: "lineNumber"
+            width: root.columns.level
+            implicitHeight: 28
+            leftPadding: 4
+            rightPadding: 6
+            activeFocusOnTab: false
+            horizontalAlignment: TextInput.AlignRight
+            text: root.levelText
+            font.bold: root.pointedShare >= 0
+            validator: IntValidator {
+                bottom: 0
+                top: model.highest
+            }
+            Accessible.name: model.name
+
+            function leave() {
+                focus = false // or the list would hand the keyboard back
+                root.chosen()
+            }
+
+            onActiveFocusChanged: {
+                if (activeFocus) {
+                    text = model.level
+                    selectAll()
+                } else {
+                    text = Qt.binding(() => root.levelText)
+                }
+            }
+            onAccepted: {
+                lines.setLevel(root.line, Number(text))
+                leave()
+            }
+            Keys.onEscapePressed: leave()
+        }
     }
 
     Rectangle {

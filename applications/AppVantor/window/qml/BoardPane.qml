@@ -17,6 +17,14 @@ Pane {
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
     readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
 
+    QtObject {
+        id: columnWidths
+
+        readonly property int names: 88
+        readonly property int control: 80
+        readonly property int level: 56
+    }
+
     function focusFilter() {
         filterField.forceActiveFocus(Qt.ShortcutFocusReason)
     }
@@ -118,8 +126,8 @@ Pane {
 
         Item {
             id: ruler
-            x: root.inset + 88 + Style.defSpacing + 80 + Style.defSpacing
-            width: parent.width - x - root.inset - 44 - Style.defSpacing
+            x: root.inset + columnWidths.names + columnWidths.control + 2 * Style.defSpacing
+            width: parent.width - x - root.inset - columnWidths.level - Style.defSpacing
             height: parent.height
 
             Binding {
@@ -180,6 +188,8 @@ Pane {
         Accessible.name: root.title
 
         Keys.onSpacePressed: if (currentItem) currentItem.toggle()
+        Keys.onReturnPressed: if (currentItem) currentItem.edit()
+        Keys.onEnterPressed: if (currentItem) currentItem.edit()
         Keys.onLeftPressed: if (currentItem) currentItem.adjust(-0.01)
         Keys.onRightPressed: if (currentItem) currentItem.adjust(0.01)
         Keys.onPressed: event.accepted = root.useKey(event)
@@ -190,6 +200,7 @@ Pane {
             width: list.width
             lines: root.lines
             view: root.view
+            columns: columnWidths
             pointedShare: root.pointedShare
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus

@@ -70,12 +70,14 @@ Pane {
                 ParameterRow {
                     width: rows.width
                     form: root.form
+                    onSubmitted: root.run()
                 }
             }
 
             Item {
                 width: parent.width
                 height: 40
+                visible: root.form.takesSections
 
                 Column {
                     id: sectionLabels
@@ -106,6 +108,7 @@ Pane {
                     Accessible.name: qsTrId("form_sections")
                     Accessible.description: qsTrId("form_sections_hint")
                     onTextEdited: root.form.sections = text
+                    onAccepted: root.run()
                 }
             }
         }
@@ -116,7 +119,8 @@ Pane {
         anchors.bottom: parent.bottom
         width: parent.width
         height: visible ? problemText.implicitHeight + 2 * Style.defSpacing : 0
-        visible: root.form.problem.length > 0 && root.form.command.length > 0
+        // What is wrong with a field stands beside it.
+        visible: root.form.problem.length > 0 && root.form.takesSections
         color: Style.surfaceRaised
 
         UiLabel {

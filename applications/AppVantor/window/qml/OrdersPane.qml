@@ -7,6 +7,16 @@ Pane {
     id: root
 
     property var orders
+    property var orderEvents
+    property var pageReads
+    property bool readsShown: false
+    // The command of the order whose events are shown.
+    property string eventsCommand: ""
+
+    function showEvents(order, command) {
+        eventsCommand = command
+        orderEvents.order = order
+    }
 
     title: qsTrId("orders_title")
 
@@ -28,7 +38,9 @@ Pane {
     ListView {
         id: list
         objectName: "ordersList"
-        anchors.fill: parent
+        anchors.top: parent.top
+        anchors.bottom: eventsDrawer.top
+        width: parent.width
         activeFocusOnTab: count > 0
         model: root.orders
         clip: true
@@ -39,6 +51,7 @@ Pane {
         Accessible.name: root.title
 
         Keys.onDeletePressed: root.orders.stop(currentIndex)
+        Keys.onReturnPressed: if (currentItem) currentItem.showEvents()
 
         T.ScrollBar.vertical: UiScrollBar {}
 
@@ -48,6 +61,12 @@ Pane {
             readonly property bool active: model.state === "running" || model.state === "listening"
             // What the user ended is no mishap.
             readonly property bool failed: model.state === "problem" || (model.state === "failed" && model.kind !== "stopped")
+
+            function showEvents() {
+                if (model.events > 0) {
+                    root.showEvents(model.order, model.command)
+                }
+            }
 
             width: list.width
             height: 48
@@ -99,11 +118,11 @@ Pane {
                 id: commandLabel
                 anchors.left: timeLabel.right
                 anchors.leftMargin: Style.defSpacing
-                anchors.right: stopButton.visible ? stopButton.left : parent.right
+                anchors.right: eventsButton.visible ? eventsButton.left : (stopButton.visible ? stopButton.left : parent.right)
                 anchors.rightMargin: Style.defSpacing * 2
                 anchors.top: timeLabel.top
                 height: timeLabel.height
-                text: model.command
+                text: model.page ? qsTrId("orders_page").arg(model.command) : model.command
             }
 
             UiLabel {
@@ -115,6 +134,19 @@ Pane {
                 text: model.detail
                 color: row.failed ? Style.error : Style.textSecondary
                 font.pixelSize: Style.smallTextSize
+            }
+
+            UiButton {
+                id: eventsButton
+                objectName: "eventsButton"
+                anchors.right: stopButton.visible ? stopButton.left : parent.right
+                anchors.rightMargin: stopButton.visible ? Style.defSpacing : root.inset
+                anchors.verticalCenter: parent.verticalCenter
+                visible: model.events > 0
+                focusPolicy: Qt.NoFocus
+                text: qsTrId("orders_show_events")
+                hint: qsTrId("orders_show_events_hint")
+                onClicked: row.showEvents()
             }
 
             UiButton {
@@ -142,6 +174,79 @@ Pane {
 
     EmptyState {
         visible: list.count === 0
+        anchors.bottomMargin: readsBar.height + readsList.height + eventsDrawer.height
         text: qsTrId("orders_empty")
+    }
+
+    EventsDrawer {
+        id: eventsDrawer
+        anchors.bottom: readsBar.top
+        width: parent.width
+        height: visible ? Math.round(parent.height * (root.readsShown ? 0.35 : 0.6)) : 0
+        events: root.orderEvents
+        command: root.eventsCommand
+    }
+
+    FoldBar {
+        id: readsBar
+        objectName: "pageReadsBar"
+        anchors.bottom: readsList.top
+        width: parent.width
+        visible: root.pageReads.total > 0
+        height: visible ? implicitHeight : 0
+        unfolded: root.readsShown
+        text: qsTrId("orders_reads", root.pageReads.total)
+              + (root.pageReads.failed > 0 ? " \u00b7 " + qsTrId("orders_reads_failed", root.pageReads.failed) : "")
+        onClicked: root.readsShown = !root.readsShown
+    }
+
+    ListView {
+        id: readsList
+        objectName: "pageReadsList"
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: root.readsShown ? Math.round(parent.height * (eventsDrawer.visible ? 0.35 : 0.5)) : 0
+        visible: root.readsShown
+        activeFocusOnTab: count > 0
+        model: root.readsShown ? root.pageReads : null
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        highlightMoveDuration: 0
+
+        Accessible.role: Accessible.List
+        Accessible.name: readsBar.text
+
+        T.ScrollBar.vertical: UiScrollBar {}
+
+        delegate: Rectangle {
+            width: readsList.width
+            height: 24
+            color: ListView.isCurrentItem && readsList.activeFocus ? Style.accentSoft : "transparent"
+
+            Accessible.role: Accessible.ListItem
+            Accessible.name: model.command
+            Accessible.description: model.detail
+
+            UiLabel {
+                id: readTime
+                x: root.inset
+                width: 112
+                height: parent.height
+                text: model.time
+                color: Style.textSecondary
+                font.pixelSize: Style.smallTextSize
+            }
+
+            UiLabel {
+                anchors.left: readTime.right
+                anchors.leftMargin: Style.defSpacing
+                anchors.right: parent.right
+                anchors.rightMargin: root.inset
+                height: parent.height
+                text: model.command + " \u2192 " + (model.failed ? "\u2715 " : "") + model.detail
+                color: model.failed ? Style.error : Style.text
+                font.pixelSize: Style.smallTextSize
+            }
+        }
     }
 }

@@ -23,6 +23,7 @@ FocusScope {
         anchors.fill: parent
         anchors.leftMargin: Style.defSpacing * 2
         anchors.rightMargin: Style.defSpacing
+        anchors.bottomMargin: clickBar.height
         visible: problem.length === 0
     }
 
@@ -31,5 +32,48 @@ FocusScope {
         visible: panel.problem.length > 0
         text: panel.problem
         horizontalAlignment: Qt.AlignLeft
+    }
+
+    // A click that failed is told here, beside the page that it was made on.
+    Rectangle {
+        id: clickBar
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: visible ? Math.max(48, clickText.implicitHeight + 2 * Style.defSpacing) : 0
+        visible: panel.clickProblem.length > 0
+        color: Style.surfaceRaised
+
+        Rectangle {
+            width: 4
+            height: parent.height
+            color: Style.error
+        }
+
+        UiLabel {
+            id: clickText
+            objectName: "clickProblem"
+            anchors.left: parent.left
+            anchors.leftMargin: Style.defSpacing * 2
+            anchors.right: dismissButton.left
+            anchors.rightMargin: Style.defSpacing
+            anchors.verticalCenter: parent.verticalCenter
+            text: panel.clickProblem
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+            color: Style.error
+
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
+
+        UiButton {
+            id: dismissButton
+            objectName: "dismissButton"
+            anchors.right: parent.right
+            anchors.rightMargin: Style.defSpacing
+            anchors.verticalCenter: parent.verticalCenter
+            text: qsTrId("page_dismiss")
+            onClicked: panel.dismissClickProblem()
+        }
     }
 }

@@ -14,13 +14,36 @@ Item {
     readonly property string editor: model.editor
     readonly property string entered: model.text
     readonly property var choices: model.choices
+    readonly property string problem: model.problem
     readonly property string hint: model.defaultText.length > 0 ? qsTrId("form_default").arg(model.defaultText) : ""
 
-    implicitHeight: 40
+    // Enter was pressed in the editor.
+    signal submitted()
+
+    implicitHeight: visible ? 40 + (problem.length > 0 ? problemLabel.height : 0) : 0
+    visible: model.used
+
+    UiLabel {
+        id: problemLabel
+        objectName: "fieldProblem"
+        anchors.bottom: parent.bottom
+        anchors.left: editorLoader.left
+        anchors.right: editorLoader.right
+        height: implicitHeight + 4
+        visible: text.length > 0
+        text: root.problem
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+        color: Style.error
+        font.pixelSize: Style.smallTextSize
+
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: text
+    }
 
     Column {
         id: labels
-        anchors.verticalCenter: parent.verticalCenter
+        y: (40 - height) / 2
         width: parent.width * 0.4
 
         UiLabel {
@@ -37,12 +60,14 @@ Item {
     }
 
     Loader {
+        id: editorLoader
         anchors.left: labels.right
         anchors.leftMargin: Style.defSpacing
         anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
+        y: (40 - height) / 2
         height: Style.controlHeight
-        sourceComponent: root.editor === "channel" ? channelEditor : (root.editor === "bool" ? boolEditor : textEditor)
+        sourceComponent: root.editor === "channel" || root.editor === "choice" ? choiceEditor
+                         : (root.editor === "bool" ? boolEditor : textEditor)
     }
 
     Component {
@@ -55,18 +80,23 @@ Item {
             inputMethodHints: root.editor === "number" ? Qt.ImhFormattedNumbersOnly : Qt.ImhNone
             Accessible.name: root.parameter
             Accessible.description: root.description
+            wrong: root.problem.length > 0
             onTextEdited: root.form.setText(root.row, text)
+            onAccepted: root.submitted()
         }
     }
 
     Component {
-        id: channelEditor
+        id: choiceEditor
 
         UiComboBox {
-            objectName: "parameterChannel"
+            objectName: root.editor === "channel" ? "parameterChannel" : "parameterChoice"
             editable: true
             model: root.choices
-            placeholderText: qsTrId("form_channel")
+            placeholderText: root.editor === "channel" ? qsTrId("form_channel")
+                                                       : (root.hint.length > 0 ? root.hint : qsTrId("form_not_given"))
+            wrong: root.problem.length > 0
+            onAccepted: root.submitted()
             Accessible.name: root.parameter
             Accessible.description: root.description
             currentIndex: -1
@@ -76,18 +106,25 @@ Item {
             }
             onEditTextChanged: {
                 if (ready) {
-                    root.form.setText(root.row, editText)
+                    const word = find(editText, Qt.MatchFixedString) // in whatever case it was typed
+                    root.form.setText(root.row, word >= 0 ? textAt(word) : editText)
                 }
             }
+            onActiveFocusChanged: takeEntered()
 
             property bool ready: false
+
+            // Not while it is being typed.
+            function takeEntered() {
+                if (!activeFocus && editText !== root.entered) {
+                    editText = root.entered
+                }
+            }
 
             Connections {
                 target: root
                 function onEnteredChanged() {
-                    if (editText !== root.entered) {
-                        editText = root.entered
-                    }
+                    takeEntered()
                 }
             }
         }
@@ -103,6 +140,12 @@ Item {
             Accessible.name: root.parameter
             Accessible.description: root.description
             onActivated: root.form.setText(root.row, index === 0 ? "" : model[index])
+            Keys.onReturnPressed: {
+                event.accepted = !popup.visible
+                if (!popup.visible) {
+                    root.submitted()
+                }
+            }
         }
     }
 }

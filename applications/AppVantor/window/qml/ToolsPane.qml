@@ -9,13 +9,15 @@ Pane {
     property var tools
     readonly property alias currentRow: list.currentIndex
 
+    signal allOffWanted()
+
     title: qsTrId("tools_title")
 
     ListView {
         id: list
         objectName: "toolsList"
         anchors.fill: parent
-        anchors.bottomMargin: 56
+        anchors.bottomMargin: 96
         activeFocusOnTab: count > 0
         model: root.tools
         clip: true
@@ -52,7 +54,7 @@ Pane {
             Column {
                 anchors.verticalCenter: parent.verticalCenter
                 x: root.inset
-                width: parent.width - root.inset - lamp.width - Style.defSpacing
+                width: parent.width - 2 * root.inset
 
                 UiLabel {
                     width: parent.width
@@ -62,20 +64,11 @@ Pane {
 
                 UiLabel {
                     width: parent.width
-                    text: qsTrId("tools_detail", model.channelCount).arg(model.plugin)
+                    text: model.state === "Connected" ? qsTrId("tools_detail", model.channelCount).arg(model.plugin)
+                                                      : qsTrId("not_connected")
                     font.pixelSize: Style.smallTextSize
                     color: Style.textSecondary
                 }
-            }
-
-            UiLedIndicator {
-                id: lamp
-                anchors.right: parent.right
-                anchors.rightMargin: Style.defSpacing
-                anchors.verticalCenter: parent.verticalCenter
-                width: 20
-                height: 20
-                statusColor: model.state === "Connected" ? Style.toolStatusIn : Style.toolStatusInactive
             }
 
             MouseArea {
@@ -93,7 +86,21 @@ Pane {
         text: qsTrId("tools_empty")
     }
 
+    UiButton {
+        objectName: "allOffButton"
+        anchors.left: parent.left
+        anchors.leftMargin: root.inset
+        anchors.bottom: darkSwitch.top
+        anchors.bottomMargin: Style.defSpacing
+        width: Math.min(implicitWidth, parent.width - 2 * root.inset)
+        text: qsTrId("tools_all_off")
+        hint: qsTrId("tools_all_off_hint")
+        enabled: list.count > 0
+        onClicked: root.allOffWanted()
+    }
+
     UiSwitch {
+        id: darkSwitch
         objectName: "darkSwitch"
         anchors.left: parent.left
         anchors.leftMargin: root.inset
