@@ -36,7 +36,7 @@ if(SANITIZE_THREAD)
 endif()
 
 if(COVERAGE)
-    add_compile_options(--coverage -fprofile-update=atomic)
+    add_compile_options(--coverage -fprofile-update=atomic -g0)
     add_link_options(--coverage)
 endif()
 

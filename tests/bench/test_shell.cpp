@@ -228,6 +228,12 @@ READY=ON
 > expect DOOR=0 within 60000
 DOOR=OFF
 )");
+        row("an order's number goes up to the latest one's", 2,
+            "<stdin>:2: expected the number of an order, 1 to 1, found \"2\"\n", R"(
+> getValue channel=ALARM
+[1] getValue: value=1
+> stop 2
+)");
         row("a level is waited for", 1, "<stdin>:2: expected RUNNING=ON within 50 ms, found OFF\n", R"(
 > setValue channel=START state=ON
 [1] setValue: doneOk=true
@@ -309,8 +315,8 @@ RUNNING=OFF
         row("juggle DOOR", "unknown command \"juggle\"; \"help\" lists what there is");
         row("getValue START", "expected NAME=VALUE, found \"START\"");
         row("stop", "expected \"stop N\"");
-        row("stop one", "expected the number of an order, 1 to 0, found \"one\"");
-        row("wait 7", "expected the number of an order, 1 to 0, found \"7\"");
+        row("stop one", "expected the number of an order, of which there is none yet, found \"one\"");
+        row("wait 7", "expected the number of an order, of which there is none yet, found \"7\"");
         row("sleep -1", "expected milliseconds from 0 to 86400000, found \"-1\"");
         row("sleep 99999999999", "expected milliseconds from 0 to 86400000, found \"99999999999\"");
         row("help me", "expected nothing after \"help\"");
@@ -350,8 +356,8 @@ RUNNING=OFF
     void aLineWithAZeroCharacterIsTakenAndToldWhole()
     {
         const QByteArray line = QByteArrayLiteral("stop 1\0zero");
-        const QByteArray refusal =
-            QByteArrayLiteral(": expected the number of an order, 1 to 0, found \"1\0zero\"\n");
+        const QByteArray refusal = QByteArrayLiteral(
+            ": expected the number of an order, of which there is none yet, found \"1\0zero\"\n");
         QCOMPARE(runShell(line + '\n' + line, {"--keep-going"_s}),
                  (BenchRun{2, "", "appvantor: <stdin>:1" + refusal + "appvantor: <stdin>:2" + refusal}));
     }

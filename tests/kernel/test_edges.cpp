@@ -79,8 +79,8 @@ private Q_SLOTS:
     void noEdgeIsLostAndAllAreInOrder_data()
     {
         const Rows<DevicePlace, int> row("place", "edges");
-        row("in the same thread", DevicePlace::SameThread, 100000);
-        row("in a thread of its own", DevicePlace::OwnThread, 20000);
+        row("in the same thread", DevicePlace::SameThread, MANY_EDGES);
+        row("in a thread of its own", DevicePlace::OwnThread, MANY_EDGES / 5);
     }
 
     void noEdgeIsLostAndAllAreInOrder()

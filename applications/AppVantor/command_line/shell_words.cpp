@@ -298,8 +298,8 @@ int Shell::readNumber(const QString& text)
     if (ok && number >= 1 && number <= m_orders.last()) {
         return number;
     }
-    refuseThis(QStringLiteral("expected the number of an order, 1 to %1, found \"%2\"")
-                   .arg(m_orders.last())
-                   .arg(text));
+    const QString range = m_orders.last() > 0 ? QStringLiteral("1 to %1").arg(m_orders.last())
+                                              : QStringLiteral("of which there is none yet");
+    refuseThis(QStringLiteral("expected the number of an order, %1, found \"%2\"").arg(range, text));
     return 0;
 }
