@@ -102,15 +102,15 @@ private Q_SLOTS:
     void aBlockIsBounded()
     {
         Script script;
-        const QString line(1 << 22, QLatin1Char('x'));
+        const QString line(1 << 20, QLatin1Char('x'));
         script.add({"f"_s, 1, "repeat 2"_s});
-        for (int number = 2; number < 40; ++number) {
+        for (int number = 2; number < 19; ++number) {
             script.add({"f"_s, number, line});
         }
-        script.add({"f"_s, 40, "end"_s});
+        script.add({"f"_s, 19, "end"_s});
         const ScriptLine wrong = script.next();
         QCOMPARE(wrong.place() + ": "_s + wrong.problem,
-                 "f:1: expected a block of at most 67108864 characters"_s);
+                 "f:1: expected a block of at most 16777216 characters"_s);
         QVERIFY(script.isEmpty() && !script.isInBlock());
     }
 

@@ -7,7 +7,7 @@
 namespace {
 constexpr int c_mostRounds = 1000000;
 constexpr std::size_t c_deepest = 16;
-constexpr int c_largestBlock = 1 << 26;
+constexpr int c_largestBlock = 1 << 24;
 } // namespace
 
 Problem ScriptLine::told(const QString& complaint) const
