@@ -206,6 +206,12 @@ void DDevice::close()
     }
 }
 
+quint64 DDevice::nextRequestId()
+{
+    static quint64 last = 0;
+    return ++last;
+}
+
 void DDevice::send(quint64 id, const QString& instruction, const QVariantMap& arguments, int timeoutMs,
                    DDeviceClient* client)
 {

@@ -23,12 +23,6 @@ quint64 nextOrderId()
     return ++last;
 }
 
-quint64 nextInstructionId()
-{
-    static quint64 last = 0;
-    return ++last;
-}
-
 } // namespace
 
 struct DOrder::Private
@@ -343,7 +337,7 @@ quint64 DOrder::addInstruction(const QString& target, const QString& instruction
         return 0;
     }
     const CommandCode frame(d);
-    const quint64 id = nextInstructionId();
+    const quint64 id = DDevice::nextRequestId();
     DDevice* device = d->tool->device();
     const bool recurring = device != nullptr && device->isRecurring(instruction);
     d->instructions.append({id, recurring});

@@ -75,6 +75,8 @@ public:
     /// Gives the device up: pending requests fail.
     void close();
 
+    /// An identifier for the next request to any device: 1 and rising. Requests are sent from one thread.
+    static quint64 nextRequestId();
     /// Sends the request id (1 or more, unique in the process and rising). client hears of replies until the
     /// request is over or cancelled. A request without a (first) reply within timeoutMs milliseconds fails; 0
     /// sets no limit.
