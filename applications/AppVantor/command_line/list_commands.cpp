@@ -33,17 +33,6 @@ QString toText(const QString& title, const DDeclarations& declarations)
     return text;
 }
 
-Json toJson(const DTool& tool, const DCommandDescription& command)
-{
-    return {{"type", "command"},
-            {"tool", toJson(tool.objectName())},
-            {"command", toJson(command.name)},
-            {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
-            {"description", toJson(command.description)},
-            {"parameters", toJson(command.parameters)},
-            {"returns", toJson(command.results)}};
-}
-
 QString toText(const DCommandDescription& command)
 {
     const QString stop =
@@ -55,11 +44,22 @@ QString toText(const DCommandDescription& command)
 
 } // namespace
 
+Json commandJson(const DTool& tool, const DCommandDescription& command)
+{
+    return {{"type", "command"},
+            {"tool", toJson(tool.objectName())},
+            {"command", toJson(command.name)},
+            {"stop", command.stopName.isEmpty() ? Json() : toJson(command.stopName)},
+            {"description", toJson(command.description)},
+            {"parameters", toJson(command.parameters)},
+            {"returns", toJson(command.results)}};
+}
+
 int listCommands(const DTool& tool, Output* output)
 {
     const QVector<DCommandDescription> commands = tool.commands();
     for (const DCommandDescription& command : commands) {
-        output->write([&] { return toJson(tool, command); }, [&] { return toText(command); });
+        output->write([&] { return commandJson(tool, command); }, [&] { return toText(command); });
     }
     return ExitSuccess;
 }

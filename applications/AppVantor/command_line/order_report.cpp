@@ -1,13 +1,11 @@
 #include "order_report.h"
 
 #include "channel_value.h"
-#include "failure_report.h"
 #include "order_advice.h"
+#include "order_json.h"
 
 #include <configuration/value_text.h>
-#include <plugin_management/d_device.h>
 #include <plugin_management/d_order.h>
-#include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
 #include <process/diagnostics.h>
 #include <process/time_text.h>
@@ -16,52 +14,12 @@
 
 namespace {
 
-/// The wall-clock time that belongs to timeUs of the steady clock.
-qint64 wallClock(const DOrder& order, qint64 timeUs)
-{
-    const DDevice* device = order.tool() != nullptr ? order.tool()->device() : nullptr;
-    return device != nullptr ? device->scheduler()->wallClock(timeUs) : timeUs;
-}
-
-/// An object about an order, of this type, with what stands in each of them. number is 0 for an order that
-/// was refused before it had one.
-Json orderJson(const char* type, const DOrder& order, int number)
-{
-    const QVariantMap arguments = order.arguments();
-    const QString channel = arguments.value(QStringLiteral("channel")).toString();
-    return {{"type", type},
-            {"order", number > 0 ? Json(number) : Json()},
-            {"tool", order.tool() != nullptr ? toJson(order.tool()->objectName()) : Json()},
-            {"command", toJson(order.commandName())},
-            {"channel", channel.isEmpty() ? Json() : toJson(channel)},
-            {"arguments", toJson(QVariant(arguments))}};
-}
-
 /// For people: with its place.
 void complain(const QString& text, const Problem& place)
 {
     Problem problem = place;
     problem.text = text;
     diagnostic(problem.toString());
-}
-
-Json failureJson(const DOrder& order, int number, const Problem& place)
-{
-    Json json = orderJson("failure", order, number);
-    json["kind"] = toJson(order.failure().kindName());
-    json["reason"] = toJson(reasonOf(order));
-    addPlace(place, &json);
-    return json;
-}
-
-Json endJson(const DOrder& order, int number, const Problem& place)
-{
-    Json json = order.failure() ? failureJson(order, number, place) : orderJson("result", order, number);
-    json["results"] = toJson(QVariant(order.results()));
-    if (order.rejectedReplies() > 0) {
-        json["rejected"] = order.rejectedReplies();
-    }
-    return json;
 }
 
 /// Reports an order as long as it lives. Events that find no room are counted, and the count is told in their
@@ -86,12 +44,7 @@ public:
             return;
         }
         complain(QStringLiteral("%1 %2: %3").arg(label(), m_order.commandName(), warning), m_place);
-        m_output->json([&] {
-            Json json = orderJson("warning", m_order, m_number);
-            json["warning"] = toJson(warning);
-            addPlace(m_place, &json);
-            return json;
-        });
+        m_output->json([&] { return warningJson(m_order, m_number, warning, m_place); });
     }
 
     void tellEvent(const QVariantMap& event, qint64 timeUs)
@@ -104,20 +57,14 @@ public:
             return;
         }
         tellLeftOut();
-        const qint64 time = wallClock(m_order, timeUs);
-        m_output->write(
-            [&] {
-                Json json = orderJson("event", m_order, m_number);
-                json["time"] = toJson(fullTime(time));
-                json["results"] = toJson(QVariant(event));
-                return json;
-            },
-            [&] {
-                return m_ofChannel && m_ofChannel->eventText
-                           ? m_ofChannel->eventText(event, time)
-                           : QStringLiteral("%1 %2  %3")
-                                 .arg(label(), timeOfDay(time), assignmentsText(event));
-            });
+        const qint64 time = wallClockOf(m_order, timeUs);
+        m_output->write([&] { return eventJson(m_order, m_number, event, timeUs); },
+                        [&] {
+                            return m_ofChannel && m_ofChannel->eventText
+                                       ? m_ofChannel->eventText(event, time)
+                                       : QStringLiteral("%1 %2  %3")
+                                             .arg(label(), timeOfDay(time), assignmentsText(event));
+                        });
     }
 
     void tellLost(quint64 count)
@@ -169,12 +116,7 @@ private:
     void tellLost(quint64 count, const QString& reason)
     {
         m_output->write(
-            [&] {
-                Json json = orderJson("lost", m_order, m_number);
-                json["lost"] = count;
-                json["reason"] = toJson(reason);
-                return json;
-            },
+            [&] { return lostJson(m_order, m_number, count, reason); },
             [&] { return QStringLiteral("%1 %2 events lost: %3").arg(label()).arg(count).arg(reason); });
     }
 
