@@ -17,14 +17,17 @@ build_packages=(
     qtbase5-dev qtdeclarative5-dev qttools5-dev-tools
     qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-templates2
     fonts-roboto-unhinted libedit-dev nlohmann-json3-dev libudev-dev
+    libmosquitto-dev libssl-dev
 )
 
 # What the tests need besides: nm, a reader of ELF files, a checker of JSON, readers of VCD files and of JUnit reports by
 # other people, a display that nobody sees, qmllint, what makes manual pages of Markdown and
-# shows them, and shells whose completion is tried.
+# shows them, shells whose completion is tried, and a broker with clients by other people, and what makes certificates
+# for it.
 test_packages=(
     binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
     qml-module-qttest qtdeclarative5-dev-tools lowdown man-db bash-completion zsh
+    mosquitto mosquitto-clients openssl
 )
 
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.

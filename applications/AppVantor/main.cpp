@@ -1,6 +1,7 @@
 #include "window_library.h"
 
 #include <command_line/about.h>
+#include <command_line/broker_options.h>
 #include <command_line/discover.h>
 #include <command_line/failure_report.h>
 #include <command_line/get_channels.h>
@@ -8,12 +9,14 @@
 #include <command_line/list_commands.h>
 #include <command_line/options.h>
 #include <command_line/order_file.h>
+#include <command_line/order_json.h>
 #include <command_line/run_order.h>
 #include <command_line/run_shell.h>
 #include <command_line/set_channels.h>
 #include <command_line/typed_line.h>
 #include <command_line/watch_channels.h>
 #include <configuration/bench.h>
+#include <fleet/serve.h>
 #include <process/diagnostics.h>
 #include <process/did_you_mean.h>
 #include <process/exit_status.h>
@@ -22,6 +25,7 @@
 #include <trace/vcd_trace.h>
 
 #include <QCoreApplication>
+#include <QSysInfo>
 
 #include <algorithm>
 #include <csignal>
@@ -118,6 +122,21 @@ int showWindowWithOrders(const WindowPart& window, Bench* bench, DTool* tool, co
     return std::max(status, orders.end());
 }
 
+/// Puts the bench on the broker that the options name.
+int serve(const Bench& bench, const Options& options, Output* output)
+{
+    QString problem;
+    std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    if (!place) {
+        return refuseUsage(problem, output);
+    }
+    if (place->address.rig.isEmpty()) {
+        place->address.rig = QSysInfo::machineHostName();
+    }
+    return serveBench(bench, {place->address, place->access, options.readOnly}, {commandJson, followOrder},
+                      output);
+}
+
 /// window is there when a window is opened.
 int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Options& options, Output* output)
 {
@@ -138,6 +157,8 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
         return runOrder(tool, options, output);
     case Options::Subcommand::Shell:
         return runShell(tool, options, output);
+    case Options::Subcommand::Serve:
+        return serve(*bench, options, output);
     case Options::Subcommand::Discover:
     case Options::Subcommand::About:
     case Options::Subcommand::Complete:
@@ -156,8 +177,8 @@ DevicePlace placeOf(const Options& options)
     if (options.realtime) {
         return DevicePlace::RealtimeThread;
     }
-    const bool isWatched =
-        opensWindow(options) || (options.subcommand == Options::Subcommand::Shell && isInteractive(options));
+    const bool isWatched = opensWindow(options) || options.subcommand == Options::Subcommand::Serve ||
+                           (options.subcommand == Options::Subcommand::Shell && isInteractive(options));
     return isWatched ? DevicePlace::OwnThread : DevicePlace::SameThread;
 }
 

@@ -16,7 +16,7 @@ private Q_SLOTS:
         row("unknown subcommand", "juggle",
             "unknown subcommand \"juggle\"; expected one of: window, commands, channels, get, set, off, "
             "watch, "
-            "run, shell, discover, panel, complete, about");
+            "run, shell, serve, discover, panel, complete, about");
         row("misspelt subcommand", "chanels", "unknown subcommand \"chanels\"; did you mean \"channels\"?");
         row("unknown option", "--colour commands", "unknown option \"--colour\"\n");
         row("unknown letter", "-x commands", "unknown option \"-x\"\n");
@@ -118,6 +118,7 @@ private Q_SLOTS:
         row("watch", "--count --edge --timeout"_words, "--for --off-at-end"_words);
         row("run", {"--config"_s, "--count"_s, "COMMAND [NAME=VALUE …]\n"_s}, "--screenshot --echo"_words);
         row("shell", "--config --echo"_words, "--screenshot --count"_words);
+        row("serve", "--read-only --off-at-end"_words, "--count --echo"_words);
         row("panel", "--config --screenshot"_words, "--count --orders"_words);
         row("about", "--json"_words, "--screenshot --version"_words);
     }

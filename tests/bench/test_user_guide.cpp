@@ -27,6 +27,7 @@ constexpr LeftOut c_leftOut[] = {
     {"appvantor --config examples/plugin", "needs a built plugin: see tests/install"},
     {"ctest ", "runs all tests"},
     {"tools/", "checks sources and libraries"},
+    {"appvantor serve", "needs a broker: see tests/fleet"},
 };
 
 struct CommandLine

@@ -20,6 +20,7 @@ struct Options
         Watch,
         Run,
         Shell,
+        Serve,
         Discover,
         Panel,
         Complete,
@@ -33,6 +34,12 @@ struct Options
     QString logLevel = QStringLiteral("info");
     bool json = false;
     bool realtime = false;
+    QString broker;      ///< its address; empty for that of the environment
+    QString rig;         ///< a name on the broker
+    QString login;       ///< a file with user and password
+    QString authorities; ///< a file with certificates
+    QString certificate; ///< a file
+    QString key;         ///< a file
     /// The words after the subcommand.
     QStringList words;
 
@@ -40,6 +47,7 @@ struct Options
     std::optional<int> count;      ///< of watch and run
     QString edge;                  ///< of watch: "rising", "falling", or both with any other
     std::optional<double> timeout; ///< of watch, in seconds
+    bool readOnly = false;         ///< of serve
     bool offAtEnd = false;         ///< of all that can drive something
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool watch = false;            ///< of discover

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "options.h"
+
+#include <devices/broker_address.h>
+
+/// A broker, and what it asks of who comes to it.
+struct BrokerPlace
+{
+    BrokerAddress address; ///< with the rig that is meant, if one is
+    BrokerAccess access;
+};
+
+/// The broker that the options or the environment name. Returns nothing, and in problem what is wrong or
+/// missing, when there is none.
+std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem);

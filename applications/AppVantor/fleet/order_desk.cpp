@@ -1,0 +1,235 @@
+#include "order_desk.h"
+
+#include "device_request.h"
+
+#include <configuration/bench.h>
+#include <plugin_management/d_order.h>
+#include <process/diagnostics.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int c_requestTimeoutMs = 10000;
+
+DTool* findTool(const Bench& bench, const QString& name)
+{
+    for (const auto& tool : bench.tools()) {
+        if (name.isEmpty() || tool->objectName() == name) {
+            return tool.get();
+        }
+    }
+    return nullptr;
+}
+
+/// The level that a plain text stands for; nothing for another text.
+std::optional<int> levelOf(const QByteArray& payload)
+{
+    constexpr int highest = 65535;
+    const QByteArray text = payload.trimmed().toLower();
+    if (text == "on" || text == "true") {
+        return 1;
+    }
+    if (text == "off" || text == "false") {
+        return 0;
+    }
+    bool isNumber = false;
+    const int level = text.toInt(&isNumber);
+    return isNumber && level >= 0 && level <= highest ? std::optional<int>(level) : std::nullopt;
+}
+
+/// The end of a request to the device, in the form of an order's end.
+Json endOf(const RigOrder& request, int number, const QVariantMap& reply, const DFailure& failure)
+{
+    const QString channel = request.arguments.value(QStringLiteral("channel")).toString();
+    Json json = {{"type", failure ? "failure" : "result"},
+                 {"order", number},
+                 {"tool", Json()},
+                 {"command", toJson(request.name)},
+                 {"channel", channel.isEmpty() ? Json() : toJson(channel)},
+                 {"arguments", toJson(QVariant(request.arguments))}};
+    if (failure) {
+        json["kind"] = toJson(failure.kindName());
+        json["reason"] = toJson(failure.text);
+    }
+    json["results"] = toJson(QVariant(reply));
+    return json;
+}
+
+} // namespace
+
+OrderDesk::OrderDesk(const Bench& bench, const RigTopics& topics, const RigForms& forms, BrokerLink* link,
+                     bool takesOrders)
+    : m_bench(bench)
+    , m_topics(topics)
+    , m_forms(forms)
+    , m_link(link)
+    , m_takesOrders(takesOrders)
+    , m_lease(bench.device().scheduler())
+{
+    connect(link, &BrokerLink::unheard, this, &OrderDesk::stopUnheard);
+}
+
+OrderDesk::~OrderDesk() = default;
+
+/// One that the broker has kept is nobody's order of now.
+void OrderDesk::takeOrder(const BrokerMessage& message)
+{
+    if (message.retained || !m_link->hasRoom()) {
+        return;
+    }
+    if (!message.responseTopic.isEmpty() && !m_topics.mayAnswer(message.responseTopic)) {
+        diagnostic(QStringLiteral("an order is not taken: its answer may not go to \"%1\"")
+                       .arg(QString::fromUtf8(message.responseTopic)));
+        return;
+    }
+    if (!m_taken.isNew(message.responseTopic, message.correlation)) {
+        return;
+    }
+    const Answer answer(message, m_link);
+    QString problem;
+    const std::optional<RigOrder> order = readRigOrder(message.payload, &problem);
+    if (!order) {
+        answer.refuse("syntax", problem);
+    } else {
+        carryOut(*order, answer);
+    }
+}
+
+void OrderDesk::carryOut(const RigOrder& order, const Answer& answer)
+{
+    const bool onlyAsks =
+        order.kind == RigOrder::Kind::Instruction && order.name == QLatin1String("getValue");
+    const QString holder = m_lease.refusalOf(order.holder);
+    if (!m_takesOrders && !onlyAsks) {
+        answer.refuse("readOnly", QStringLiteral("this rig takes no orders"));
+    } else if (!holder.isEmpty() && !onlyAsks) {
+        answer.refuse("leased", holder);
+    } else if (order.kind == RigOrder::Kind::Lease || order.kind == RigOrder::Kind::Release) {
+        answerLease(order, answer);
+    } else if (m_running.size() + m_requests >= c_mostRunning) {
+        answer.refuse("busy", QStringLiteral("%1 orders run already").arg(c_mostRunning));
+    } else if (order.kind == RigOrder::Kind::Instruction) {
+        runInstruction(order, answer);
+    } else {
+        runCommand(order, answer);
+    }
+}
+
+void OrderDesk::answerLease(const RigOrder& order, const Answer& answer)
+{
+    const QString refusal = order.kind == RigOrder::Kind::Lease ? m_lease.take(order.holder, order.minutes)
+                                                                : m_lease.release(order.holder);
+    if (refusal.isEmpty()) {
+        answer.send({{"type", "lease"}, {"lease", Json::parse(m_lease.toJson().toStdString())}});
+    } else {
+        answer.refuse("leased", refusal);
+    }
+}
+
+void OrderDesk::runCommand(const RigOrder& order, const Answer& answer)
+{
+    DTool* tool = findTool(m_bench, order.tool);
+    if (tool == nullptr) {
+        answer.refuse("usage", QStringLiteral("there is no tool \"%1\"").arg(order.tool));
+        return;
+    }
+    const int number = ++m_last;
+    auto made = std::make_unique<DOrder>(tool, order.name, order.arguments);
+    DOrder* running = made.get();
+    m_running.emplace(number, Running{std::move(made), answer});
+    running->start();
+    m_forms.follow(running, number, [this, number](const Json& line) { passOn(number, line); });
+    if (running->state() == DOrder::State::Finished) {
+        m_running.erase(number);
+    } else {
+        connect(running, &DOrder::finished, this, [this, number] { orderEnded(number); });
+    }
+}
+
+/// What is left out is told before what comes next; an end always goes out.
+void OrderDesk::passOn(int number, const Json& line)
+{
+    Running& running = m_running.at(number);
+    if (line.at("type") == "event" && !running.answer.hasRoom()) {
+        ++running.leftOut;
+        return;
+    }
+    if (running.leftOut > 0) {
+        Json lost = line;
+        for (const char* key : {"time", "results", "kind", "reason", "rejected"}) {
+            lost.erase(key);
+        }
+        lost["type"] = "lost";
+        lost["lost"] = std::exchange(running.leftOut, 0);
+        lost["reason"] = "the broker was too slow";
+        running.answer.send(lost);
+    }
+    running.answer.send(line);
+}
+
+void OrderDesk::orderEnded(int number)
+{
+    const auto ended = m_running.find(number);
+    ended->second.order.release()->deleteLater(); // its signal is on the stack
+    m_running.erase(ended);
+}
+
+void OrderDesk::stopUnheard(const QByteArray& topic)
+{
+    std::vector<DOrder*> unheard;
+    for (const auto& [number, running] : m_running) {
+        if (running.answer.topic() == topic && running.order->isListening()) {
+            unheard.push_back(running.order.get());
+        }
+    }
+    for (DOrder* order : unheard) {
+        order->stop();
+    }
+}
+
+void OrderDesk::runInstruction(const RigOrder& order, const Answer& answer)
+{
+    ++m_requests;
+    auto* request = new DeviceRequest(
+        &m_bench.device(),
+        [this, order, answer, number = ++m_last](const QVariantMap& reply, const DFailure& failure) {
+            --m_requests;
+            answer.send(endOf(order, number, reply, failure));
+        });
+    request->setParent(this);
+    request->send(order.name, order.arguments, c_requestTimeoutMs);
+}
+
+void OrderDesk::takeLevel(const BrokerMessage& message)
+{
+    const QString line = m_topics.lineOfSet(message.topic);
+    const std::optional<int> level = levelOf(message.payload);
+    QString refusal = m_lease.refusalOf(QString());
+    if (message.retained || !m_takesOrders) {
+        return;
+    }
+    if (refusal.isEmpty() && m_running.size() + m_requests >= c_mostRunning) {
+        refusal = QStringLiteral("%1 orders run already").arg(c_mostRunning);
+    }
+    if (refusal.isEmpty() && !level) {
+        refusal = QStringLiteral("expected ON, OFF, or a number from 0 to 65535");
+    }
+    if (!refusal.isEmpty()) {
+        diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, refusal));
+        return;
+    }
+    ++m_requests;
+    auto* request = new DeviceRequest(
+        &m_bench.device(), [this, line](const QVariantMap& /*reply*/, const DFailure& failure) {
+            --m_requests;
+            if (failure) {
+                diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
+            }
+        });
+    request->setParent(this);
+    request->send(QStringLiteral("setValues"),
+                  {{QStringLiteral("channel"), line}, {QStringLiteral("values"), *level}},
+                  c_requestTimeoutMs);
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "answer.h"
+#include "rig_forms.h"
+#include "rig_lease.h"
+#include "rig_order.h"
+#include "taken_orders.h"
+
+#include <devices/rig_topics.h>
+
+#include <QObject>
+
+#include <map>
+#include <memory>
+
+class Bench;
+class DOrder;
+class DeviceRequest;
+
+/// Takes the orders that come from a broker, carries them out on the bench, and answers each with its JSON
+/// lines.
+class OrderDesk : public QObject
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(OrderDesk)
+
+public:
+    /// How many orders run at a time; further ones are refused.
+    static constexpr std::size_t c_mostRunning = 256;
+
+    /// All must outlive this. takesOrders is false for a rig that is only looked at.
+    OrderDesk(const Bench& bench, const RigTopics& topics, const RigForms& forms, BrokerLink* link,
+              bool takesOrders);
+    ~OrderDesk() override;
+
+    /// A message to the topic "order".
+    void takeOrder(const BrokerMessage& message);
+    /// A message to the topic of a line that is to be set.
+    void takeLevel(const BrokerMessage& message);
+    RigLease& lease() { return m_lease; }
+
+private:
+    struct Running
+    {
+        std::unique_ptr<DOrder> order;
+        Answer answer;
+        quint64 leftOut = 0; ///< events since the last one that was sent
+    };
+
+    void carryOut(const RigOrder& order, const Answer& answer);
+    void runCommand(const RigOrder& order, const Answer& answer);
+    void runInstruction(const RigOrder& order, const Answer& answer);
+    void answerLease(const RigOrder& order, const Answer& answer);
+    void passOn(int number, const Json& line);
+    void orderEnded(int number);
+    void stopUnheard(const QByteArray& topic);
+
+    const Bench& m_bench;
+    const RigTopics m_topics;
+    const RigForms m_forms;
+    BrokerLink* const m_link;
+    const bool m_takesOrders;
+    RigLease m_lease;
+    TakenOrders m_taken;
+    int m_last = 0; ///< number of the latest order
+    std::map<int, Running> m_running;
+    std::size_t m_requests = 0; ///< of the device, that are under way
+};

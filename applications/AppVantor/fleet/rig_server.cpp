@@ -1,0 +1,199 @@
+#include "rig_server.h"
+
+#include "rig_description.h"
+
+#include <configuration/bench.h>
+#include <configuration/config_object.h>
+#include <process/diagnostics.h>
+
+#include <QEventLoop>
+#include <QUuid>
+
+#include <utility>
+
+namespace {
+
+constexpr int c_lostAfterSeconds = 5;
+
+DScheduler* schedulerOf(const Bench& bench)
+{
+    return bench.device().scheduler();
+}
+
+QByteArray clientName(const RigServerSetup& setup)
+{
+    return "appvantor-rig-" + setup.broker.rig.toUtf8();
+}
+
+} // namespace
+
+RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigForms& forms)
+    : m_bench(bench)
+    , m_setup(setup)
+    , m_forms(forms)
+    , m_topics(setup.broker.rig)
+    , m_session(QUuid::createUuid().toString(QUuid::WithoutBraces))
+    , m_sinceUs(schedulerOf(bench)->wallClock(schedulerOf(bench)->now()))
+    , m_link(setup.broker, setup.access, clientName(setup))
+    , m_ring(m_session)
+    , m_events(&m_ring, m_topics.events(), &m_link, schedulerOf(bench))
+    , m_levels(bench.device().lines(), m_topics, m_session, &m_link, schedulerOf(bench))
+    , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
+{
+    BrokerMessage will;
+    will.topic = m_topics.state();
+    will.payload = stateCalled("lost");
+    will.retained = true;
+    m_link.setWill(will, c_lostAfterSeconds);
+    for (const QByteArray& topic :
+         {m_topics.state(), m_topics.order(), m_topics.history(), m_topics.anyLineSet()}) {
+        m_link.subscribe(topic);
+    }
+    connect(&m_link, &BrokerLink::connected, this, &RigServer::connected);
+    connect(&m_link, &BrokerLink::disconnected, this, &RigServer::disconnected);
+    connect(&m_link, &BrokerLink::received, this, &RigServer::take);
+    connect(&m_desk.lease(), &RigLease::changed, this,
+            [this] { publish(m_topics.lease(), m_desk.lease().toJson()); });
+    connect(&bench.device(), &LineDevice::lineChanged, this, &RigServer::lineChanged);
+    connect(&bench.device(), &LineDevice::changesLost, this, [this](quint64 count) {
+        m_ring.skip(count);
+        m_events.changesAdded();
+    });
+    for (int line = 0; line < bench.device().lines().size(); ++line) {
+        m_levels.setLevel(line, bench.device().level(line), 0);
+    }
+}
+
+RigServer::~RigServer() = default;
+
+void RigServer::begin()
+{
+    m_link.open();
+}
+
+void RigServer::end()
+{
+    constexpr int patienceMs = 2000;
+    m_bench.device().disconnect(this); // nothing is told after the farewell
+    if (m_link.isConnected()) {
+        publish(m_topics.state(), stateCalled("offline"));
+        QEventLoop loop;
+        connect(&m_link, &BrokerLink::freeAgain, &loop, [&] {
+            if (m_link.isEmpty()) {
+                loop.quit();
+            }
+        });
+        connect(&m_link, &BrokerLink::disconnected, &loop, &QEventLoop::quit);
+        QTimer::singleShot(patienceMs, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    m_link.leave();
+}
+
+/// The broker may have forgotten everything, or have said that the rig is lost.
+void RigServer::connected()
+{
+    const bool isFirst = !std::exchange(m_wasConnected, true);
+    publish(m_topics.state(), stateCalled("online"));
+    publish(m_topics.description(), describeRig(m_bench, m_forms));
+    publish(m_topics.lease(), m_desk.lease().toJson());
+    m_levels.tellAll();
+    if (isFirst) {
+        Q_EMIT served();
+    } else {
+        diagnostic(QStringLiteral("%1 is there again").arg(m_setup.broker.text()));
+    }
+    m_problem.clear();
+}
+
+void RigServer::disconnected(const QString& problem)
+{
+    if (std::exchange(m_problem, problem) != problem) {
+        diagnostic(QStringLiteral("%1: %2; it is tried again").arg(m_setup.broker.text(), problem));
+    }
+}
+
+void RigServer::take(const BrokerMessage& message)
+{
+    if (message.topic == m_topics.state()) {
+        hearState(message.payload);
+    } else if (message.topic == m_topics.order()) {
+        m_desk.takeOrder(message);
+    } else if (message.topic == m_topics.history()) {
+        answerHistory(message);
+    } else {
+        m_desk.takeLevel(message);
+    }
+}
+
+/// Of two benches that serve one rig, the one that came later stays: not every broker says why it ended a
+/// connection.
+void RigServer::hearState(const QByteArray& payload)
+{
+    const std::optional<RigState> state = RigState::fromJson(payload);
+    if (!state || !state->isOnline() || state->session == m_session) {
+        return;
+    }
+    if (state->sinceUs > m_sinceUs) {
+        m_link.leave();
+        Q_EMIT replaced();
+    } else {
+        publish(m_topics.state(), stateCalled("online"));
+    }
+}
+
+void RigServer::lineChanged(int line, const LineLevel& level)
+{
+    m_levels.setLevel(line, level, m_ring.add(changeOf(line, level)));
+    m_events.changesAdded();
+}
+
+RigChange RigServer::changeOf(int line, const LineLevel& level) const
+{
+    return {schedulerOf(m_bench)->wallClock(level.sinceUs), line, level.known ? level.level : -1};
+}
+
+/// Who asks from 0 on gets the present levels, and what comes after them.
+void RigServer::answerHistory(const BrokerMessage& message)
+{
+    constexpr int mostInAnswer = 2048;
+    if (message.retained || !m_link.hasRoom() || !m_topics.mayAnswer(message.responseTopic)) {
+        return;
+    }
+    QVector<JsonMistake> mistakes;
+    const std::optional<JsonNode> json = readJson(message.payload, &mistakes);
+    const QVariantMap fields = json ? json->toVariant().toMap() : QVariantMap();
+    bool isNumber = false;
+    const quint64 from = fields.value(QStringLiteral("from")).toULongLong(&isNumber);
+    if (!isNumber) {
+        return;
+    }
+    const bool isOfSession = fields.value(QStringLiteral("session")).toString() == m_session;
+    const bool fromBeginning = from == 0 || !isOfSession || from > m_ring.next();
+    RigChanges answer = m_ring.changesFrom(fromBeginning ? m_ring.next() : from, mostInAnswer);
+    answer.next = answer.end();
+    if (fromBeginning) {
+        for (int line = 0; line < m_bench.device().lines().size(); ++line) {
+            answer.levels.append(changeOf(line, m_bench.device().level(line)));
+        }
+    }
+    BrokerMessage reply;
+    reply.topic = message.responseTopic;
+    reply.correlation = message.correlation;
+    reply.payload = answer.toJson();
+    m_link.publish(reply);
+}
+
+void RigServer::publish(const QByteArray& topic, const QByteArray& payload)
+{
+    BrokerMessage message;
+    message.topic = topic;
+    message.payload = payload;
+    message.retained = true;
+    m_link.publish(message);
+}
+
+QByteArray RigServer::stateCalled(const char* state) const
+{
+    return RigState{QString::fromLatin1(state), m_session, m_sinceUs}.toJson();
+}

@@ -1,0 +1,62 @@
+#include <devices/broker_address.h>
+
+#include <QFile>
+#include <QUrl>
+
+QString BrokerAddress::text() const
+{
+    const QString scheme = encrypted ? QStringLiteral("mqtts") : QStringLiteral("mqtt");
+    const QString name = host.contains(QLatin1Char(':')) ? QStringLiteral("[%1]").arg(host) : host;
+    return QStringLiteral("%1://%2:%3").arg(scheme, name).arg(port);
+}
+
+std::optional<BrokerAddress> readBrokerAddress(const QString& text, QString* problem)
+{
+    constexpr int plainPort = 1883;
+    constexpr int encryptedPort = 8883;
+    const QUrl url(text, QUrl::StrictMode);
+    const bool encrypted = url.scheme() == QLatin1String("mqtts");
+    if (!url.isValid() || (!encrypted && url.scheme() != QLatin1String("mqtt")) || url.host().isEmpty() ||
+        url.hasQuery() || url.hasFragment() || url.port() == 0) {
+        *problem = QStringLiteral("expected mqtt://HOST[:PORT]/[RIG] or mqtts://…, found \"%1\"").arg(text);
+        return std::nullopt;
+    }
+    if (!url.userInfo().isEmpty()) {
+        *problem =
+            QStringLiteral("expected no user in a broker's address: user and password come from a file "
+                           "or from the environment");
+        return std::nullopt;
+    }
+    const QString path = url.path(QUrl::FullyEncoded).mid(1);
+    const QString rig = QUrl::fromPercentEncoding(path.toLatin1());
+    if (path.contains(QLatin1Char('/'))) {
+        *problem = QStringLiteral("expected one name of a rig behind the broker, found \"%1\"").arg(path);
+        return std::nullopt;
+    }
+    return BrokerAddress{url.host(), url.port(encrypted ? encryptedPort : plainPort), encrypted, rig};
+}
+
+QString readLogin(const QString& file, BrokerAccess* access)
+{
+    constexpr int longest = 4096;
+    if (file.isEmpty()) {
+        access->user = qEnvironmentVariable("APPVANTOR_USER");
+        access->password = qgetenv("APPVANTOR_PASSWORD");
+        return QString();
+    }
+    QFile login(file);
+    if (!login.open(QIODevice::ReadOnly)) {
+        return QStringLiteral("%1 cannot be read: %2").arg(file, login.errorString());
+    }
+    QByteArray line = login.readLine(longest);
+    while (line.endsWith('\n') || line.endsWith('\r')) {
+        line.chop(1);
+    }
+    const int colon = line.indexOf(':');
+    if (colon < 1) {
+        return QStringLiteral("%1: expected USER:PASSWORD in the first line").arg(file);
+    }
+    access->user = QString::fromUtf8(line.left(colon));
+    access->password = line.mid(colon + 1);
+    return QString();
+}

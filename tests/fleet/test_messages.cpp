@@ -1,0 +1,94 @@
+#include "literals.h"
+#include "rows.h"
+
+#include <fleet/change_ring.h>
+#include <fleet/taken_orders.h>
+
+#include <QTest>
+
+/// The messages of a rig, and what it remembers of them.
+class TestMessages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void changesAreReadAsTheyAreWritten()
+    {
+        const RigChanges written{"s"_s, 7, 2, {{1000, 0, 1}, {1500, 3, -1}}, 9, {{10, 0, 5}}};
+        QCOMPARE(
+            written.toJson(),
+            QByteArray(
+                R"({"session":"s","first":7,"t0":1000,"lost":2,"e":[[0,0,1],[500,3,null]],"next":9,"levels":[[-990,0,5]]})"));
+        const auto read = RigChanges::fromJson(written.toJson());
+        QVERIFY(read);
+        QCOMPARE(read->toJson(), written.toJson());
+    }
+
+    void whatIsNoListOfChangesIsNotRead_data()
+    {
+        const Rows<QByteArray> row("payload");
+        row("nothing", "");
+        row("no JSON", "{");
+        row("no object", "[]");
+        row("no session", R"({"first":1,"t0":0,"lost":0,"e":[]})");
+        row("no changes", R"({"session":"s","first":1,"t0":0,"lost":0})");
+        row("first is 0", R"({"session":"s","first":0,"t0":0,"lost":0,"e":[]})");
+        row("more lost than there were", R"({"session":"s","first":3,"t0":0,"lost":3,"e":[]})");
+        row("a number too large", R"({"session":"s","first":18446744073709551615,"t0":0,"lost":0,"e":[]})");
+        row("a fraction", R"({"session":"s","first":1.5,"t0":0,"lost":0,"e":[]})");
+        row("a change too short", R"({"session":"s","first":1,"t0":0,"lost":0,"e":[[0,1]]})");
+        row("a level too high", R"({"session":"s","first":1,"t0":0,"lost":0,"e":[[0,1,65536]]})");
+        row("a line below 0", R"({"session":"s","first":1,"t0":0,"lost":0,"e":[[0,-1,0]]})");
+        row("levels that are none", R"({"session":"s","first":1,"t0":0,"lost":0,"e":[],"levels":1})");
+        row("nested deep", R"({"session":"s","first":1,"t0":0,"lost":0,"e":)" + QByteArray(30000, '[') +
+                               QByteArray(30000, ']') + "}");
+    }
+    void whatIsNoListOfChangesIsNotRead()
+    {
+        QFETCH(QByteArray, payload);
+        QVERIFY(!RigChanges::fromJson(payload));
+    }
+
+    void theRingTellsWhatItNoLongerHas()
+    {
+        ChangeRing ring("s"_s);
+        for (std::size_t i = 0; i < ChangeRing::c_capacity + 10; ++i) {
+            ring.add({static_cast<qint64>(i), 0, 1});
+        }
+        const RigChanges found = ring.changesFrom(1, 5);
+        QCOMPARE(found.first, quint64{11});
+        QCOMPARE(found.lost, quint64{10});
+        QCOMPARE(found.changes.size(), 5);
+        QCOMPARE(found.changes.first().timeUs, qint64{10});
+    }
+
+    void aGapEndsAMessage()
+    {
+        ChangeRing ring("s"_s);
+        ring.add({1, 0, 1});
+        ring.skip(3);
+        QCOMPARE(ring.add({2, 0, 0}), quint64{5});
+        QCOMPARE(ring.changesFrom(1, 9).end(), quint64{2});
+        const RigChanges after = ring.changesFrom(2, 9);
+        QCOMPARE(after.first, quint64{5});
+        QCOMPARE(after.lost, quint64{3});
+        QCOMPARE(ring.changesFrom(6, 9).end(), quint64{6});
+    }
+
+    void anOrderIsNewOnce()
+    {
+        TakenOrders taken;
+        QVERIFY(taken.isNew("a", "1"));
+        QVERIFY(!taken.isNew("a", "1"));
+        QVERIFY(taken.isNew("b", "1"));
+        QVERIFY(taken.isNew("a", ""));
+        QVERIFY(taken.isNew("a", ""));
+        for (std::size_t i = 0; i < TakenOrders::c_capacity; ++i) {
+            taken.isNew("c", QByteArray::number(static_cast<int>(i)));
+        }
+        QVERIFY(taken.isNew("a", "1"));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestMessages)
+#include "test_messages.moc"

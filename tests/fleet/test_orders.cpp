@@ -1,0 +1,200 @@
+#include "broker_client.h"
+#include "json_checks.h"
+#include "rows.h"
+
+#include <QTest>
+
+#include <csignal>
+
+/// Orders that come from a broker.
+class TestOrders : public QObject
+{
+    Q_OBJECT
+
+    static QString order() { return "appvantor/1/bench-7/order"_s; }
+
+    /// Publishes an order with its correlation, and waits for nothing.
+    static void send(const Broker& broker, const QByteArray& payload, const QString& correlation)
+    {
+        publish(broker, order(), payload,
+                {"-D"_s, "publish"_s, "response-topic"_s, "answers/sent"_s, "-D"_s, "publish"_s,
+                 "correlation-data"_s, correlation});
+    }
+
+    static void sendMany(const Broker& broker, const QByteArray& payload, int count)
+    {
+        publish(broker, order(), (payload + '\n').repeated(count),
+                {"-l"_s, "-D"_s, "publish"_s, "response-topic"_s, "answers/sent"_s});
+    }
+
+    static int levelOf(const Broker& broker, const char* line)
+    {
+        const QByteArray payload = R"({"instruction":"getValue","arguments":{"channel":"LINE"}})";
+        const QByteArray answer = ask(broker, order(), QByteArray(payload).replace("LINE", line));
+        return objectOf(answer).value("results"_s).toObject().value("value"_s).toInt(-1);
+    }
+
+private Q_SLOTS:
+    void isAnsweredInTheFormOfTheCommandLine_data()
+    {
+        const Rows<QByteArray, QByteArray> row("order", "answer");
+        row("a command", R"({"command":"setValue","arguments":{"channel":"START","state":"ON"}})",
+            R"({"type":"result","order":1,"tool":"Front panel","command":"setValue","channel":"START","arguments":{"channel":"START","state":"ON"},"results":{"doneOk":true}})");
+        row("of a tool", R"({"command":"getValue","arguments":{"channel":"ALARM"},"tool":"Front panel"})",
+            R"({"type":"result","order":1,"tool":"Front panel","command":"getValue","channel":"ALARM","arguments":{"channel":"ALARM"},"results":{"value":1}})");
+        row("of no tool", R"({"command":"getValue","arguments":{"channel":"DOOR"},"tool":"Back panel"})",
+            R"({"type":"failure","kind":"usage","reason")");
+        row("no command", R"({"command":"juggle"})", R"("kind":"wrongInvocation")");
+        row("a warning first", R"({"command":"setValue","arguments":{"channel":"START","state":"on"}})",
+            R"("type":"warning")");
+        row("to the device", R"({"instruction":"setValues","arguments":{"channel":"line1","values":1}})",
+            R"({"type":"result","order":1,"tool":null,"command":"setValues","channel":"line1","arguments":{"channel":"line1","values":1},"results":{"channel":"line1","values":1}})");
+        row("to no line", R"({"instruction":"getValue","arguments":{"channel":"line99"}})",
+            R"("kind":"refusedByDevice","reason")");
+        row("one that recurs", R"({"instruction":"listenEvents"})",
+            R"(order:1:2: instruction: expected one of)");
+        row("no JSON", "{]", "\"syntax\",\"reason\":\"order:1:2: expected JSON, found ]\"}");
+        row("no object", "[1]", "expected an object");
+        row("nothing", "", "expected JSON, found nothing more");
+        row("a number for a text", R"({"command":3})", "order:1:2: command: expected a text");
+        row("a key too many", R"({"command":"getValue","arguments":{},"channel":"DOOR"})", "channel: ");
+        row("an answer", R"({"type":"result","command":"setValue","arguments":{}})", "type: ");
+        row("nested deep", QByteArray(2000, '['), "nested too deeply");
+    }
+    void isAnsweredInTheFormOfTheCommandLine()
+    {
+        QFETCH(QByteArray, order);
+        QFETCH(QByteArray, answer);
+        const Broker broker;
+        const ServedBench bench(broker);
+        const QByteArray answered = ask(broker, TestOrders::order(), order);
+        QVERIFY2(answered.contains(answer), answered);
+        QCOMPARE(problemOfJsonLine(answered), QByteArray());
+    }
+
+    void thatComesTwiceRunsOnce()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader answers(broker, "answers/sent"_s);
+        const QByteArray toggle = R"({"command":"switchValue","arguments":{"channel":"START"}})";
+        send(broker, toggle, "1"_s);
+        send(broker, toggle, "1"_s);
+        QVERIFY(!answers.waitFor("answers/sent", "\"order\":1").isEmpty());
+        QCOMPARE(levelOf(broker, "line0"), 1);
+        QCOMPARE(answers.messages("answers/sent").size(), 1);
+        send(broker, toggle, "2"_s);
+        QVERIFY(!answers.waitFor("answers/sent", "\"order\":3").isEmpty());
+        QCOMPARE(levelOf(broker, "line0"), 0);
+    }
+
+    void thatIsOldNeverRuns()
+    {
+        const Broker broker;
+        publish(broker, order(), R"({"command":"setValue","arguments":{"channel":"START","state":"ON"}})",
+                {"-r"_s});
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1", {"-r"_s});
+        {
+            ServedBench earlier(broker);
+            earlier.send(SIGKILL);
+            earlier.end();
+        }
+        publish(broker, order(), R"({"command":"setValue","arguments":{"channel":"LAMP","state":"ON"}})");
+        const ServedBench bench(broker);
+        QCOMPARE(levelOf(broker, "line0"), 0);
+        QCOMPARE(levelOf(broker, "line1"), 0);
+        QCOMPARE(levelOf(broker, "line2"), 0);
+    }
+
+    void aLineIsSetByItsPlainValue()
+    {
+        const Broker broker;
+        ServedBench bench(broker);
+        Reader reader(broker, "appvantor/1/bench-7/line/+"_s);
+        const QString topic = "appvantor/1/bench-7/line/line1/set"_s;
+        publish(broker, topic, "ON");
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/line/line1", "\"v\":1").isEmpty());
+        publish(broker, topic, "0");
+        QTRY_COMPARE(levelOf(broker, "line1"), 0);
+        publish(broker, topic, "perhaps");
+        publish(broker, "appvantor/1/bench-7/line/door/set"_s, "1");
+        QCOMPARE(levelOf(broker, "line1"), 0);
+        const QByteArray errors = bench.leave().errors;
+        QVERIFY2(errors.contains("line \"line1\" is not set: expected ON, OFF, or a number"), errors);
+        QVERIFY2(errors.contains("line \"door\" is not set: unknown channel \"door\""), errors);
+    }
+
+    void ofOthersAreRefusedWhileSomebodyHoldsTheRig()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader reader(broker, "appvantor/1/bench-7/lease"_s);
+        QVERIFY(ask(broker, order(), R"({"lease":5,"holder":"ada"})")
+                    .contains(R"({"type":"lease","lease":{"holder":"ada","until":)"));
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/lease", "ada").isEmpty());
+        const QByteArray refused =
+            ask(broker, order(), R"({"command":"getValue","arguments":{"channel":"DOOR"}})");
+        QVERIFY2(refused.contains("\"leased\",\"reason\":\"ada holds the rig until "), refused);
+        QCOMPARE(problemOfJsonLine(refused), QByteArray());
+        QVERIFY(ask(broker, order(), R"({"lease":5,"holder":"bob"})").contains("ada holds the rig"));
+        QVERIFY(ask(broker, order(), R"({"release":true,"holder":"bob"})").contains("ada holds the rig"));
+        QVERIFY(
+            ask(broker, order(), R"({"command":"getValue","arguments":{"channel":"DOOR"},"holder":"ada"})")
+                .contains("result"));
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1");
+        QCOMPARE(levelOf(broker, "line1"), 0);
+        QVERIFY(ask(broker, order(), R"({"release":true,"holder":"ada"})").contains(R"({"holder":null})"));
+        QVERIFY(ask(broker, order(), R"({"release":true,"holder":"ada"})").contains("nobody holds the rig"));
+        QVERIFY(ask(broker, order(), R"({"command":"getValue","arguments":{"channel":"DOOR"}})")
+                    .contains("result"));
+    }
+
+    void areNotTakenByARigThatIsOnlyLookedAt()
+    {
+        const Broker broker;
+        const ServedBench bench(broker, {"--read-only"_s});
+        const QByteArray refused =
+            ask(broker, order(), R"({"command":"setValue","arguments":{"channel":"START"}})");
+        QCOMPARE(refused,
+                 QByteArray(R"({"type":"failure","kind":"readOnly","reason":"this rig takes no orders"})"));
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1");
+        QCOMPARE(levelOf(broker, "line1"), 0);
+    }
+
+    void areNotTakenWhereTheirAnswerWouldBeAnOrder()
+    {
+        const Broker broker;
+        ServedBench bench(broker);
+        const QByteArray order = R"({"command":"setValue","arguments":{"channel":"START","state":"ON"}})";
+        QCOMPARE(ask(broker, TestOrders::order(), order, "appvantor/1/bench-8/order"_s), QByteArray());
+        QCOMPARE(levelOf(broker, "line0"), 0);
+        QVERIFY(
+            ask(broker, TestOrders::order(), order, "appvantor/1/bench-7/answer/me"_s).contains("result"));
+        QVERIFY(bench.leave().errors.contains("its answer may not go to \"appvantor/1/bench-8/order\""));
+    }
+
+    void thatListensEndsWhenNobodyHearsOfIt()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        const QByteArray listen = R"({"command":"startListening","arguments":{"channel":"TEMPERATURE"}})";
+        sendMany(broker, listen, 257);
+        // Each was stopped with its first event that reached nobody: there is room for more.
+        QTRY_VERIFY(ask(broker, order(), listen).contains("\"event\""));
+    }
+
+    void beyondWhatARigCanDoAreRefused()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader answers(broker, "answers/sent"_s);
+        const QByteArray pulse =
+            R"({"command":"setValue","arguments":{"channel":"START","state":"PULSE","duration":20000}})";
+        sendMany(broker, pulse, 300);
+        QVERIFY(
+            !answers.waitFor("answers/sent", R"("kind":"busy","reason":"256 orders run already")").isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestOrders)
+#include "test_orders.moc"
