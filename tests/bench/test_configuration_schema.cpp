@@ -54,8 +54,8 @@ const char* const c_chips = R"({
 })";
 
 const char* const c_replacements = R"([
-  null, true, -1, 0, 1, 1.5, 2, 65536, 1000001, 3600001, 4e9, "", "x", "3", "in", "out", "analog", "analogInput",
-  "digitalOutput", "link", "gpiochip", "{00000000-0000-0000-0000-000000000000}", [], {} ])";
+  null, true, -1, 0, 1, 1.5, 2, 65536, 1000001, 3600001, 4e9, "", "x", "3", "4294967296", "in", "out", "analog",
+  "analogInput", "digitalOutput", "link", "gpiochip", "{00000000-0000-0000-0000-000000000000}", [], {} ])";
 
 QJsonObject with(QJsonObject object, const QString& key, const QJsonValue& value)
 {

@@ -1,5 +1,6 @@
 #include "gpio_configuration.h"
 
+#include <QRegularExpression>
 #include <QSet>
 
 namespace {
@@ -75,9 +76,8 @@ GpioChipSetup::Line readLine(const ConfigObject& entry)
     line.name = entry.text(QStringLiteral("name"));
     line.chip = entry.textOr(QStringLiteral("chip"), QString());
     line.line = readLineKey(entry, line.name);
-    bool isOffset = false;
-    line.line.toInt(&isOffset);
-    if (entry.isSound() && line.chip.isEmpty() && isOffset) {
+    static const QRegularExpression offset(QStringLiteral("^\\s*[+-]?[0-9]+\\s*$"));
+    if (entry.isSound() && line.chip.isEmpty() && line.line.contains(offset)) {
         entry.addProblem(QStringLiteral("chip"),
                          QStringLiteral("expected the chip of line %1").arg(line.line));
     }
