@@ -66,9 +66,9 @@ private Q_SLOTS:
         QCOMPARE(runBench({"--trace"_s, file, "commands"_s}).status, 0);
         const QByteArray text = contentOf(file);
         QVERIFY(text.startsWith("$date "));
-        QVERIFY(
-            text.contains(" $end\n$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n"
-                          "$var wire 1 ! line0 $end\n"));
+        QVERIFY(text.contains(" $end\n$version " + runBench({"--version"_s}).output.trimmed() +
+                              " $end\n$timescale 1 us $end\n$scope module device $end\n"
+                              "$var wire 1 ! line0 $end\n"));
         QVERIFY(text.contains("$var real 64 ( adc0 $end\n"));
         QVERIFY(text.contains("$upscope $end\n$scope module Front_panel $end\n$var wire 1 ! START $end\n"));
         QVERIFY(text.contains("$upscope $end\n$enddefinitions $end\n#0\n$dumpvars\n0!\n"));

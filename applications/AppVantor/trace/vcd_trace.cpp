@@ -4,6 +4,7 @@
 #include <plugin_management/d_tool.h>
 #include <process/time_text.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
 #include <QRegularExpression>
@@ -107,7 +108,8 @@ QString VcdTrace::begin(const QString& file, const std::vector<const DTool*>& to
     connect(m_outlet.get(), &Outlet::drained, this, &VcdTrace::closeFile);
     m_startUs = m_device.scheduler()->now();
     m_buffer = "$date " + fullTime(m_device.scheduler()->wallClock(m_startUs)).toStdString() + " $end\n";
-    m_buffer += "$version appvantor $end\n$timescale 1 us $end\n$scope module device $end\n";
+    m_buffer += "$version appvantor " + QCoreApplication::applicationVersion().toStdString() +
+                " $end\n$timescale 1 us $end\n$scope module device $end\n";
     const QVector<DLine>& lines = m_device.lines();
     QSet<QString> names;
     for (int line = 0; line < lines.size(); ++line) {
