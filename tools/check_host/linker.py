@@ -1,5 +1,6 @@
 """The libraries that the plugin and its host need, where the dynamic linker would find them."""
 
+import glob
 import os
 import re
 import subprocess
@@ -11,7 +12,7 @@ _SANITIZER = re.compile(r"lib(a|l|t|ub)san\.so\.\d+")
 
 
 class SystemLibraries:
-    """The libraries in the linker's cache, for one kind of machine."""
+    """The libraries in the linker's cache, and those of other architectures beside them, for one kind of machine."""
 
     def __init__(self, machine):
         self._machine = machine
@@ -21,8 +22,9 @@ class SystemLibraries:
             self._paths.setdefault(name, []).append(path)
 
     def find(self, name, run_paths):
-        """The library of a name, on one of the run paths or in the cache; None when there is none."""
-        for path in [os.path.join(folder, name) for folder in run_paths] + self._paths.get(name, []):
+        """The library of a name, on one of the run paths or of the system; None when there is none."""
+        for path in ([os.path.join(folder, name) for folder in run_paths] + self._paths.get(name, [])
+                     + glob.glob(f"/lib/*-linux-gnu*/{name}") + glob.glob(f"/usr/lib/*-linux-gnu*/{name}")):
             try:
                 library = ElfLibrary(path)
             except UnreadableLibrary:
