@@ -33,6 +33,17 @@ test_packages=(
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.
 kernel_packages=(linux-source make gcc bc bison flex xz-utils gpiod udev)
 
+# What builds for 64-bit ARM: the compiler, and the libraries of that architecture.
+arm64_packages=(
+    crossbuild-essential-arm64 pkg-config:arm64 qtbase5-dev:arm64 qtdeclarative5-dev:arm64 libedit-dev:arm64
+    libudev-dev:arm64
+)
+
+# What runs the programs of that architecture on this one, and what these load.
+arm64_test_packages=(
+    qemu-user-static qml-module-qtquick2:arm64 qml-module-qtquick-window2:arm64 qml-module-qtquick-templates2:arm64
+)
+
 # What the benchmarks need: the library that times them and the program that times processes, a plugin of Qt and a tool of
 # the kernel's lines to compare with, the counters of instructions and of system calls, and what draws the picture.
 benchmark_packages=(
@@ -79,6 +90,7 @@ require_packages() {
         as_root=(sudo)
     fi
     say "Installing packages: ${missing[*]}"
+    case " ${missing[*]} " in *:arm64\ *) "${as_root[@]}" dpkg --add-architecture arm64 ;; esac
     local log
     log=$(mktemp)
     if ! { "${as_root[@]}" apt-get update &&

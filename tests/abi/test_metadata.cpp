@@ -1,4 +1,5 @@
 #include "literals.h"
+#include "run_program.h"
 
 #include <QtTest>
 
@@ -48,9 +49,10 @@ private Q_SLOTS:
     {
         const QTemporaryDir directory;
         const QString sectionFile = directory.filePath("section"_s);
-        QCOMPARE(QProcess::execute(QStringLiteral(OBJCOPY_PROGRAM),
-                                   {"-O"_s, "binary"_s, "--only-section=.qtmetadata"_s,
-                                    QStringLiteral(PLUGIN_FILE), sectionFile}),
+        QByteArray complaints;
+        QCOMPARE(runProgram({QStringLiteral(OBJCOPY_PROGRAM), "-O"_s, "binary"_s,
+                             "--only-section=.qtmetadata"_s, QStringLiteral(PLUGIN_FILE), sectionFile},
+                            &complaints),
                  0);
         QFile section(sectionFile);
         QVERIFY(section.open(QIODevice::ReadOnly));

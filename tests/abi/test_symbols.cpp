@@ -1,4 +1,5 @@
 #include "literals.h"
+#include "run_program.h"
 
 #include <QtTest>
 
@@ -11,14 +12,14 @@ class TestSymbols : public QObject
     /// Names of the symbols of a library, sorted and each once. The arguments go to nm.
     static QStringList symbolsOf(const QString& file, const QStringList& arguments)
     {
-        QProcess nm;
-        nm.start(QStringLiteral(NM_PROGRAM), QStringList("--format=posix"_s) + arguments + QStringList(file));
-        if (!nm.waitForFinished() || nm.exitCode() != 0) {
-            return {"nm failed: "_s + nm.errorString()};
+        QByteArray output;
+        if (runProgram(QStringList{QStringLiteral(NM_PROGRAM), "--format=posix"_s} + arguments +
+                           QStringList(file),
+                       &output) != 0) {
+            return {"nm failed"_s};
         }
         QStringList symbols;
-        const QString output = QString::fromUtf8(nm.readAllStandardOutput());
-        for (const QString& line : output.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        for (const QString& line : QString::fromUtf8(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             // "name type [value size]", where a demangled name has blanks of its own.
             static const QRegularExpression afterName(" [A-Za-z]( [0-9a-f]*)*$"_s);
             symbols.append(line.left(line.indexOf(afterName)));

@@ -206,7 +206,7 @@ QString lastLevels(const QString& file)
 
 QString benchFile()
 {
-    return QStringLiteral(APPVANTOR);
+    return qEnvironmentVariable("APPVANTOR", QStringLiteral(APPVANTOR));
 }
 
 QString example(const QString& name)

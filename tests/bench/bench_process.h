@@ -76,7 +76,7 @@ bool isTraceComplete(const QString& file);
 /// The last levels of the lines in the trace in file, with blanks between them.
 QString lastLevels(const QString& file);
 
-/// The bench's executable.
+/// The bench's executable: of this build, or the one that the variable APPVANTOR names.
 QString benchFile();
 /// A file of the examples folder.
 QString example(const QString& name);
