@@ -36,7 +36,7 @@ kernel_packages=(linux-source make gcc bc bison flex xz-utils gpiod udev)
 # What builds for 64-bit ARM: the compiler, and the libraries of that architecture.
 arm64_packages=(
     crossbuild-essential-arm64 pkg-config:arm64 qtbase5-dev:arm64 qtdeclarative5-dev:arm64 libedit-dev:arm64
-    libudev-dev:arm64
+    libudev-dev:arm64 libmosquitto-dev:arm64 libssl-dev:arm64
 )
 
 # What runs the programs of that architecture on this one, and what these load.
