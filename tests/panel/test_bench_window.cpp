@@ -56,9 +56,22 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "toolsList"_s,    "allOffButton"_s, "darkSwitch"_s, "panelLive"_s,        "panelRefresh"_s,
-            checkBox,         checkBox,         "lineFilter"_s, "freezeButton"_s,     "boardLines"_s,
-            "courses"_s,      "commandBox"_s,   "runButton"_s,  "parameterChannel"_s, "parameterChoice"_s,
+            "toolsList"_s,
+            "allOffButton"_s,
+            "darkSwitch"_s,
+            "panelLive"_s,
+            "panelRefresh"_s,
+            checkBox,
+            checkBox,
+            "lineFilter"_s,
+            "linesButton"_s,
+            "freezeButton"_s,
+            "boardLines"_s,
+            "courses"_s,
+            "commandBox"_s,
+            "runButton"_s,
+            "parameterChannel"_s,
+            "parameterChoice"_s,
             "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
@@ -493,7 +506,8 @@ private Q_SLOTS:
         QTest::keyClick(&window(), Qt::Key_2); // near no edge
         QTest::keyClick(&window(), Qt::Key_Right);
         QTest::keyClick(&window(), Qt::Key_Right);
-        QCOMPARE(text->property("text").toString(), "1\u20132: 250 ms \u00b7 4 Hz"_s);
+        QCOMPARE(text->property("text").toString(),
+                 "1\u20132: 250 ms \u00b7 4 Hz \u00b7 2 edges \u00b7 1 to 1 \u00b7 mean 1"_s);
         QTest::keyClick(&window(), Qt::Key_Escape);
         QVERIFY(visibleNamed(root(), "cursor1").isEmpty());
         QCOMPARE(text->property("text").toString(), QString());
@@ -546,6 +560,88 @@ private Q_SLOTS:
         QTest::mouseMove(&window(), grip + QPoint(50, 0));
         QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, grip + QPoint(50, 0));
         QCOMPARE(handle->x(), before + 50);
+    }
+
+    void panesFoldAway_data()
+    {
+        const Rows<QString, QString, int> row("handle", "pane", "key");
+        row("tools", "toolsHandle", "toolsList", Qt::Key_1);
+        row("page", "boardHandle", "pagePanel", Qt::Key_2);
+        row("command and orders", "lowerHandle", "ordersList", Qt::Key_3);
+    }
+    void panesFoldAway()
+    {
+        const auto [handle, pane, key] = Rows<QString, QString, int>::values();
+        const QQuickItem* list = itemNamed(&root(), "boardLines"_s);
+        const double before = list->width() * list->height();
+        PanelFixture::click(itemNamed(&root(), handle + "Fold"_s));
+        QVERIFY(!itemNamed(&root(), pane)->isVisible());
+        QVERIFY(list->width() * list->height() > before);
+        QTest::keyClick(&window(), static_cast<Qt::Key>(key), Qt::ControlModifier);
+        QVERIFY(itemNamed(&root(), pane)->isVisible());
+        QCOMPARE(list->width() * list->height(), before);
+    }
+
+    void rowsAreAsHighAsTheyAreDragged()
+    {
+        const QQuickItem* course = visibleNamed(root(), "lineCourse").constFirst();
+        const QQuickItem* handle = visibleNamed(root(), "rowHeightHandle").constFirst();
+        const double before = course->height();
+        const QPoint grip = handle->mapToScene(QPointF(20, 3)).toPoint();
+        QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, grip);
+        QTest::mouseMove(&window(), grip + QPoint(0, 10));
+        QTest::mouseMove(&window(), grip + QPoint(0, 32));
+        QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, grip + QPoint(0, 32));
+        QCOMPARE(course->height(), before + 32);
+    }
+
+    void keysHideMoveAndGroupTheLines()
+    {
+        const auto names = [this] {
+            QStringList found;
+            for (int row = 0; row < 3; ++row) {
+                found.append(m_scene->lineFilter().index(row, 0).data(LinesModel::NameRole).toString());
+            }
+            return found.join(QLatin1Char(' '));
+        };
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
+        list->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(names(), "di0 do0 ai0"_s);
+        QCOMPARE(list->property("currentIndex").toInt(), 1);
+        QTest::keyClick(&window(), Qt::Key_H);
+        QCOMPARE(names(), "di0 ai0 ao0"_s);
+        QTest::keyClick(&window(), Qt::Key_G);
+        QCOMPARE(names(), "ai0 ai1 ao0"_s);
+        QTRY_COMPARE(visibleNamed(root(), "groupName").size(), 4);
+        // The same from the menu.
+        PanelFixture::click(itemNamed(&root(), "linesButton"_s));
+        QTRY_VERIFY(itemNamed(window().contentItem(), "menuEntry1"_s) != nullptr);
+        QTRY_VERIFY(itemNamed(window().contentItem(), "menuEntry1"_s)->isVisible());
+        PanelFixture::click(itemNamed(window().contentItem(), "menuEntry1"_s));
+        QCOMPARE(m_scene->lineFilter().hiddenCount(), 0);
+    }
+
+    void theTriggerIsSetByAKeyAndMarked()
+    {
+        QQuickItem* bar = itemNamed(&root(), "triggerBar"_s);
+        QVERIFY(!bar->isVisible());
+        PanelFixture::click(itemNamed(&root(), "boardLines"_s)); // some line
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
+        list->setProperty("currentIndex", 5);
+        QTest::keyClick(&window(), Qt::Key_T);
+        QVERIFY(bar->isVisible());
+        m_bench->board().setInput(5, 1);
+        m_bench->scheduler().advance(100000);
+        m_scene->clock().tick();
+        QCOMPARE(itemNamed(&root(), "triggerText"_s)->property("text").toString(),
+                 "Trigger di1 \u2191: 1 time"_s);
+        QTRY_COMPARE(visibleNamed(root(), "triggerMark").size(), 1);
+        m_bench->scheduler().advance(10000000);
+        m_scene->clock().tick();
+        QVERIFY(!m_scene->clock().isRunning());
+        PanelFixture::click(itemNamed(&root(), "triggerClear"_s));
+        QVERIFY(!bar->isVisible());
     }
 
     void aFieldThatTheTabKeyReachesIsShownWhole()

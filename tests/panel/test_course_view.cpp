@@ -4,6 +4,7 @@
 #include "rows.h"
 
 #include <window/course_measure.h>
+#include <window/course_trigger.h>
 #include <window/course_view.h>
 #include <window/texts.h>
 
@@ -211,6 +212,147 @@ private Q_SLOTS:
     }
 
     /// Against the levels of each microsecond, and those from which an edge comes.
+    void aSelectionIsMeasured_data()
+    {
+        const Rows<QString, int, int, QString> row("levels", "from", "to", "measure");
+        row("a pulse", "0@0 1@10 0@20", 0, 40, "2 edges, 0 to 1, mean 0.25");
+        row("its middle", "0@0 1@10 0@20", 12, 16, "0 edges, 1 to 1, mean 1");
+        row("edges at its ends", "0@0 1@10 0@20", 10, 20, "2 edges, 1 to 1, mean 1");
+        row("a gap counts for nothing", "0@0 1@10 ?@20 0@30", 0, 40, "1 edges, 0 to 1, mean 0.333333");
+        row("analogue", "100@0 300@30", 0, 40, "1 edges, 100 to 300, mean 150");
+        row("before all", "0@50", 0, 40, "none");
+        row("a gap alone", "0@0 ?@10", 20, 40, "none");
+        row("no time", "0@0", 5, 5, "none");
+    }
+    void aSelectionIsMeasured()
+    {
+        const auto [levels, from, to, expected] = Rows<QString, int, int, QString>::values();
+        const auto measure = measureBetween(historyOf(levels), from, to);
+        QCOMPARE(measure ? "%1 edges, %2 to %3, mean %4"_s.arg(measure->edges)
+                               .arg(measure->levels.lowest)
+                               .arg(measure->levels.highest)
+                               .arg(measure->mean)
+                         : "none"_s,
+                 expected);
+    }
+
+    void whatALineDidBetweenTheCursorsIsTold()
+    {
+        Shown shown;
+        shown.makeEdges();
+        QCOMPARE(shown.view.selectionText(c_line), QString());
+        shown.view.setCursor(1, 0.4, -1);
+        shown.view.setCursor(2, 0.9, -1);
+        QCOMPARE(shown.view.selectionText(c_line), "2 edges \u00b7 0 to 1 \u00b7 mean 0.6"_s);
+        QCOMPARE(shown.view.selectionText(99), QString());
+    }
+
+    void theTriggerCountsAndStops_data()
+    {
+        using Trigger = CourseTrigger;
+        const Rows<int, QString, int, int> row("condition", "mode", "count", "right");
+        // The line is high from 5 to 8 s; at 20 s the courses have gone on or stopped with this right edge.
+        row("rising, at", int(Trigger::Condition::Rising), "at", 1, 5);
+        row("rising, around", int(Trigger::Condition::Rising), "around", 1, 10);
+        row("rising, from", int(Trigger::Condition::Rising), "from", 1, 15);
+        row("falling", int(Trigger::Condition::Falling), "at", 1, 8);
+        row("either, the first one stops", int(Trigger::Condition::Either), "around", 2, 10);
+        row("high", int(Trigger::Condition::High), "at", 1, 5);
+        row("low", int(Trigger::Condition::Low), "at", 1, 8);
+        row("only counted", int(Trigger::Condition::Either), "none", 2, 20);
+    }
+    void theTriggerCountsAndStops()
+    {
+        const auto [condition, mode, count, right] = Rows<int, QString, int, int>::values();
+        Shown shown;
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setMode(mode);
+        trigger.setCondition(c_line, static_cast<CourseTrigger::Condition>(condition));
+        for (int second = 0; second < 20; ++second) {
+            if (second == 5 || second == 8) {
+                shown.lines.setLevel(c_line, second == 5 ? 1 : 0);
+            }
+            shown.clock.tick();
+            shown.pass(c_second);
+        }
+        QCOMPARE(trigger.count(), mode == "at"_s ? 1 : count);
+        QCOMPARE(shown.clock.isRunning(), mode == "none"_s);
+        QCOMPARE(shown.view.span().toUs(), right * c_second);
+        QVERIFY(mode == "none"_s || !trigger.marks().isEmpty());
+    }
+
+    void theTriggerWaitsForTheLevelsOfOtherLines()
+    {
+        constexpr int other = 3; // analogue: high above its middle
+        Shown shown;
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setMode("none"_s);
+        trigger.setCondition(c_line, CourseTrigger::Condition::Rising);
+        trigger.setCondition(other, CourseTrigger::Condition::High);
+        QCOMPARE(trigger.text(), "din \u2191, ain 1"_s);
+        const auto pulse = [&shown] {
+            shown.lines.setLevel(c_line, 1);
+            shown.pass(1000);
+            shown.lines.setLevel(c_line, 0);
+            shown.pass(1000);
+        };
+        pulse();
+        QCOMPARE(trigger.count(), 0);
+        shown.lines.setLevel(other, 40000);
+        QCOMPARE(trigger.count(), 0);
+        pulse();
+        QCOMPARE(trigger.count(), 1);
+        shown.board->setPluggedIn(false);
+        shown.board->setPluggedIn(true); // what becomes known is no edge
+        QCOMPARE(trigger.count(), 1);
+        trigger.setCondition(other, CourseTrigger::Condition::None);
+        QCOMPARE(trigger.count(), 0);
+        for (std::size_t number = 0; number < CourseTrigger::c_mostMarks + 1; ++number) {
+            pulse();
+        }
+        QCOMPARE(trigger.count(), static_cast<int>(CourseTrigger::c_mostMarks) + 1);
+        QCOMPARE(trigger.marks().size(), static_cast<int>(CourseTrigger::c_mostMarks));
+        shown.clock.setRunning(false);
+        pulse(); // a held course is not looked at
+        QCOMPARE(trigger.count(), static_cast<int>(CourseTrigger::c_mostMarks) + 1);
+        trigger.clear();
+        QVERIFY(!trigger.isActive());
+        QVERIFY(trigger.marks().isEmpty());
+    }
+
+    void theNextConditionFollowsTheLast()
+    {
+        Shown shown;
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        QStringList signs;
+        for (int step = 0; step < 7; ++step) {
+            signs.append(trigger.sign(c_line));
+            trigger.next(c_line);
+        }
+        QCOMPARE(signs,
+                 (QStringList{QString(), "\u2191"_s, "\u2193"_s, "\u2195"_s, "1"_s, "0"_s, QString()}));
+        trigger.next(-1); // no line
+        QCOMPARE(trigger.text(), "din \u2191"_s);
+    }
+
+    void whatWasLostIsAGap()
+    {
+        Shown shown;
+        shown.makeEdges();
+        Q_EMIT shown.board->changesLost(5, 11 * c_second);
+        Q_EMIT shown.board->lineChanged(c_line, {1, 11 * c_second, true});
+        Q_EMIT shown.board->lineChanged(0, {1, 12 * c_second, true}); // lost nothing
+        shown.pass(2 * c_second);
+        const auto knownAt = [&shown](int line, qint64 timeUs) {
+            return shown.lines.history(line)->at(timeUs).known;
+        };
+        QVERIFY(knownAt(c_line, 8 * c_second));
+        QVERIFY(!knownAt(c_line, 8 * c_second + 1));
+        QVERIFY(!knownAt(c_line, 11 * c_second - 1));
+        QVERIFY(knownAt(c_line, 11 * c_second));
+        QVERIFY(knownAt(0, 11 * c_second));
+    }
+
     void aCourseHasTheLevelsOfEachMicrosecond()
     {
         std::mt19937 random(1);

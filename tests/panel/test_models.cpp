@@ -55,7 +55,7 @@ QString statusOf(const LinesModel& lines, int line)
     return at(lines, line, LinesModel::StatusRole).toString();
 }
 
-/// A device with one line, of which it tells nothing but what a test has it tell.
+/// A device with such a number of lines, of which it tells nothing but what a test has it tell.
 struct DeafDevice
 {
     struct Driver : LineDriver
@@ -70,9 +70,9 @@ struct DeafDevice
         void setPluggedIn(bool /*pluggedIn*/) override {}
     };
 
-    explicit DeafDevice(DScheduler& scheduler)
-        : front("deaf"_s, {{"line"_s, DLine::Kind::Digital, DLine::Direction::In}}, &scheduler,
-                DevicePlace::SameThread, [this](DScheduler*, LineListener* told) {
+    explicit DeafDevice(DScheduler& scheduler, int lines = 1)
+        : front("deaf"_s, QVector<DLine>(lines, {"line"_s, DLine::Kind::Digital, DLine::Direction::In}),
+                &scheduler, DevicePlace::SameThread, [this](DScheduler*, LineListener* told) {
                     listener = told;
                     return std::make_unique<Driver>();
                 })
@@ -329,6 +329,62 @@ private Q_SLOTS:
             found.append(at(*filter, row, LinesModel::NameRole).toString());
         }
         QCOMPARE(found, lines);
+    }
+
+    void linesAreHiddenMovedAndGrouped()
+    {
+        const auto filter = watched<LineFilter>();
+        filter->setSourceModel(m_lines.get());
+        const auto names = [&filter] {
+            QStringList found;
+            for (int row = 0; row < filter->rowCount(); ++row) {
+                found.append(at(*filter, row, LinesModel::NameRole).toString());
+            }
+            return found.join(QLatin1Char(' '));
+        };
+        QCOMPARE(names(), "do0 di0 ai0 ao0 do1 di1 ai1 ao1"_s);
+        filter->hide(1);
+        filter->hide(0);
+        filter->hide(99);
+        QCOMPARE(names(), "ai0 ao0 do1 di1 ai1 ao1"_s);
+        QCOMPARE(filter->hiddenCount(), 2);
+        QVERIFY(filter->move(0, 1));
+        QCOMPARE(names(), "ao0 ai0 do1 di1 ai1 ao1"_s);
+        QVERIFY(!filter->move(0, -1));
+        QVERIFY(!filter->move(5, 1));
+        QVERIFY(!filter->move(9, -1));
+        filter->showHidden();
+        QCOMPARE(names(), "do0 di0 ao0 ai0 do1 di1 ai1 ao1"_s);
+        filter->setGrouped(true);
+        QCOMPARE(names(), "ai0 ai1 ao0 ao1 di0 di1 do0 do1"_s);
+        QCOMPARE(at(*filter, 0, LinesModel::GroupRole).toString(), "ai"_s);
+        filter->setGrouped(false);
+        QCOMPARE(names(), "do0 di0 ao0 ai0 do1 di1 ai1 ao1"_s);
+        filter->setGrouped(true);
+        QVERIFY(filter->move(0, 1)); // from where it is seen
+        QCOMPARE(names(), "ai1 ai0 ao0 ao1 di0 di1 do0 do1"_s);
+        // What is remembered is found again, whatever lines there are.
+        filter->hide(2);
+        const QStringList order = filter->order();
+        const auto next = watched<LineFilter>();
+        next->setSourceModel(m_lines.get());
+        next->arrange(QStringList{"gone"_s} + order, filter->hidden() + QStringList{"gone"_s});
+        QCOMPARE(next->order(), order);
+        QCOMPARE(next->hidden(), QStringList{"ao0"_s});
+        next->arrange({"do1"_s}, {});
+        QCOMPARE(next->order().join(QLatin1Char(' ')), "do1 do0 di0 ai0 ao0 di1 ai1 ao1"_s);
+    }
+
+    void allLinesTogetherRememberSoMuch()
+    {
+        constexpr int count = 4000;
+        DeafDevice device(m_bench->scheduler(), count);
+        const LinesModel lines(&device.front, {}, m_clock.get());
+        constexpr auto share = static_cast<int>(LinesModel::c_mostChanges) / count;
+        for (int number = 0; number < share + 10; ++number) {
+            device.listener->lineTold(7, {number % 2, number, true});
+        }
+        QCOMPARE(lines.history(7)->changes().size(), std::size_t{share});
     }
 
     // Orders

@@ -405,5 +405,106 @@
         <source></source>
         <translation>Cannot write %1: %2</translation>
     </message>
+    <message id="fold_hide_tools">
+        <source></source>
+        <translation>Fold the tools away (Ctrl+1)</translation>
+    </message>
+    <message id="fold_show_tools">
+        <source></source>
+        <translation>Show the tools (Ctrl+1)</translation>
+    </message>
+    <message id="fold_hide_page">
+        <source></source>
+        <translation>Fold the page away (Ctrl+2)</translation>
+    </message>
+    <message id="fold_show_page">
+        <source></source>
+        <translation>Show the page (Ctrl+2)</translation>
+    </message>
+    <message id="fold_hide_lower">
+        <source></source>
+        <translation>Fold command and orders away (Ctrl+3)</translation>
+    </message>
+    <message id="fold_show_lower">
+        <source></source>
+        <translation>Show command and orders (Ctrl+3)</translation>
+    </message>
+    <message id="lines_menu">
+        <source></source>
+        <translation>Lines</translation>
+    </message>
+    <message id="lines_menu_hint">
+        <source></source>
+        <translation>Hide, move and group lines</translation>
+    </message>
+    <message id="lines_hide">
+        <source></source>
+        <translation>Hide this line</translation>
+    </message>
+    <message id="lines_show_hidden" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Show %n hidden line</numerusform>
+            <numerusform>Show %n hidden lines</numerusform>
+        </translation>
+    </message>
+    <message id="lines_up">
+        <source></source>
+        <translation>Move up</translation>
+    </message>
+    <message id="lines_down">
+        <source></source>
+        <translation>Move down</translation>
+    </message>
+    <message id="lines_group">
+        <source></source>
+        <translation>Group by name</translation>
+    </message>
+    <message id="lines_ungroup">
+        <source></source>
+        <translation>Do not group</translation>
+    </message>
+    <message id="lines_trigger">
+        <source></source>
+        <translation>Trigger: ↑ ↓ ↕ 1 0</translation>
+    </message>
+    <message id="trigger_text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Trigger %1: %n time</numerusform>
+            <numerusform>Trigger %1: %n times</numerusform>
+        </translation>
+    </message>
+    <message id="trigger_mode">
+        <source></source>
+        <translation>Where the courses stop</translation>
+    </message>
+    <message id="trigger_at">
+        <source></source>
+        <translation>stop at it</translation>
+    </message>
+    <message id="trigger_around">
+        <source></source>
+        <translation>stop around it</translation>
+    </message>
+    <message id="trigger_from">
+        <source></source>
+        <translation>stop after it</translation>
+    </message>
+    <message id="trigger_none">
+        <source></source>
+        <translation>only count</translation>
+    </message>
+    <message id="trigger_clear">
+        <source></source>
+        <translation>Clear</translation>
+    </message>
+    <message id="selection_measure" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n edge · %1 to %2 · mean %3</numerusform>
+            <numerusform>%n edges · %1 to %2 · mean %3</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -405,5 +405,106 @@
         <source></source>
         <translation>Impossible d’écrire %1 : %2</translation>
     </message>
+    <message id="fold_hide_tools">
+        <source></source>
+        <translation>Replier les outils (Ctrl+1)</translation>
+    </message>
+    <message id="fold_show_tools">
+        <source></source>
+        <translation>Montrer les outils (Ctrl+1)</translation>
+    </message>
+    <message id="fold_hide_page">
+        <source></source>
+        <translation>Replier la page (Ctrl+2)</translation>
+    </message>
+    <message id="fold_show_page">
+        <source></source>
+        <translation>Montrer la page (Ctrl+2)</translation>
+    </message>
+    <message id="fold_hide_lower">
+        <source></source>
+        <translation>Replier commande et ordres (Ctrl+3)</translation>
+    </message>
+    <message id="fold_show_lower">
+        <source></source>
+        <translation>Montrer commande et ordres (Ctrl+3)</translation>
+    </message>
+    <message id="lines_menu">
+        <source></source>
+        <translation>Lignes</translation>
+    </message>
+    <message id="lines_menu_hint">
+        <source></source>
+        <translation>Masquer, déplacer et grouper les lignes</translation>
+    </message>
+    <message id="lines_hide">
+        <source></source>
+        <translation>Masquer cette ligne</translation>
+    </message>
+    <message id="lines_show_hidden" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Montrer %n ligne masquée</numerusform>
+            <numerusform>Montrer %n lignes masquées</numerusform>
+        </translation>
+    </message>
+    <message id="lines_up">
+        <source></source>
+        <translation>Vers le haut</translation>
+    </message>
+    <message id="lines_down">
+        <source></source>
+        <translation>Vers le bas</translation>
+    </message>
+    <message id="lines_group">
+        <source></source>
+        <translation>Grouper par nom</translation>
+    </message>
+    <message id="lines_ungroup">
+        <source></source>
+        <translation>Ne plus grouper</translation>
+    </message>
+    <message id="lines_trigger">
+        <source></source>
+        <translation>Déclencheur : ↑ ↓ ↕ 1 0</translation>
+    </message>
+    <message id="trigger_text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Déclencheur %1 : %n fois</numerusform>
+            <numerusform>Déclencheur %1 : %n fois</numerusform>
+        </translation>
+    </message>
+    <message id="trigger_mode">
+        <source></source>
+        <translation>Où les courbes s’arrêtent</translation>
+    </message>
+    <message id="trigger_at">
+        <source></source>
+        <translation>arrêter là</translation>
+    </message>
+    <message id="trigger_around">
+        <source></source>
+        <translation>arrêter autour</translation>
+    </message>
+    <message id="trigger_from">
+        <source></source>
+        <translation>arrêter après</translation>
+    </message>
+    <message id="trigger_none">
+        <source></source>
+        <translation>compter seulement</translation>
+    </message>
+    <message id="trigger_clear">
+        <source></source>
+        <translation>Effacer</translation>
+    </message>
+    <message id="selection_measure" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n front · %1 à %2 · moyenne %3</numerusform>
+            <numerusform>%n fronts · %1 à %2 · moyenne %3</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

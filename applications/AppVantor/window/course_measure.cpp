@@ -74,3 +74,33 @@ std::optional<LevelMeasure> measureAt(const LineHistory& history, qint64 timeUs)
     }
     return measure;
 }
+
+std::optional<SelectionMeasure> measureBetween(const LineHistory& history, qint64 fromUs, qint64 toUs)
+{
+    const Changes& changes = history.changes();
+    SelectionMeasure measure;
+    double sum = 0;
+    qint64 knownUs = 0;
+    LineLevel level = history.at(fromUs);
+    qint64 sinceUs = fromUs;
+    const auto pass = [&](qint64 untilUs) {
+        if (level.known && untilUs > sinceUs) {
+            measure.levels.add(level);
+            sum += static_cast<double>(level.level) * static_cast<double>(untilUs - sinceUs);
+            knownUs += untilUs - sinceUs;
+        }
+        sinceUs = untilUs;
+    };
+    for (std::size_t number = history.firstAfter(fromUs - 1);
+         number < changes.size() && changes.at(number).sinceUs <= toUs; ++number) {
+        pass(changes.at(number).sinceUs);
+        level = changes.at(number);
+        measure.edges += isEdge(changes, number) ? 1 : 0;
+    }
+    pass(toUs);
+    if (knownUs == 0) {
+        return std::nullopt;
+    }
+    measure.mean = sum / static_cast<double>(knownUs);
+    return measure;
+}

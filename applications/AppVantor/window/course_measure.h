@@ -28,3 +28,16 @@ struct LevelMeasure
 
 /// Measures the level that is there at timeUs; none where nobody knows it.
 std::optional<LevelMeasure> measureAt(const LineHistory& history, qint64 timeUs);
+
+/// What a line did in a part of time, as far as its level was known there.
+struct SelectionMeasure
+{
+    /// Those at its begin and its end count.
+    int edges = 0;
+    LevelRange levels;
+    /// Over the time in which the level was known.
+    double mean = 0;
+};
+
+/// Measures from fromUs until before toUs; none where the level was never known.
+std::optional<SelectionMeasure> measureBetween(const LineHistory& history, qint64 fromUs, qint64 toUs);

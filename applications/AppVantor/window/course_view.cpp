@@ -87,6 +87,28 @@ QString CourseView::cursorsText() const
     return apartUs > 0 ? length + QStringLiteral(" \u00b7 ") + frequencyText(apartUs) : length;
 }
 
+QString CourseView::selectionText(int line) const
+{
+    const auto& [first, second] = m_cursors;
+    const LineHistory* history = m_lines->history(line);
+    if (!first || !second || history == nullptr) {
+        return QString();
+    }
+    const std::optional<SelectionMeasure> measure =
+        measureBetween(*history, std::min(*first, *second), std::max(*first, *second));
+    return measure ? qtTrId("selection_measure", measure->edges)
+                         .arg(measure->levels.lowest)
+                         .arg(measure->levels.highest)
+                         .arg(QString::number(measure->mean, 'g', 4))
+                   : QString();
+}
+
+void CourseView::showAt(qint64 timeUs, double share)
+{
+    const auto beforeUs = static_cast<qint64>(spanUs() * share);
+    show({timeUs - beforeUs, m_span.lengthUs});
+}
+
 void CourseView::zoom(double factor, double share)
 {
     const bool rightStays = m_live && (factor < 1 || share >= c_rightEdge);

@@ -67,6 +67,11 @@ public:
     Q_INVOKABLE void setCursor(int number, double share, int line);
     /// Takes the cursors away.
     Q_INVOKABLE void clearCursors();
+    /// What line did between both cursors: its edges, and its least, greatest and mean level. Empty where
+    /// there are not both, or nobody knew the level.
+    Q_INVOKABLE QString selectionText(int line) const;
+    /// Holds the view, with timeUs at share of it if the present is that far.
+    void showAt(qint64 timeUs, double share);
     /// Moves the cursor that was set last, the first one when there is none, to the next edge of line, or to
     /// the one before, and shows it. Without such an edge it stays.
     Q_INVOKABLE void stepCursor(int line, bool forward);

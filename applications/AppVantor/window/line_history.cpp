@@ -26,7 +26,7 @@ void LineHistory::append(LineLevel level)
     }
     m_blocks.back().add(level);
     m_changes.push_back(level);
-    while (m_changes.size() > c_mostChanges ||
+    while (m_changes.size() > m_most ||
            (m_changes.size() > 1 && m_changes.at(1).sinceUs <= level.sinceUs - c_longestUs)) {
         forgetFirst();
     }

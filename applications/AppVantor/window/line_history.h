@@ -20,6 +20,11 @@ struct LevelRange
 class LineHistory
 {
 public:
+    /// Of the changes the latest most, 1 or more, are remembered.
+    explicit LineHistory(std::size_t most = c_mostChanges)
+        : m_most(most)
+    {}
+
     /// The line has this level since its time; one before the last change counts as that of the last. Levels
     /// that ended the longest time ago or earlier, or are too many, are forgotten.
     void append(LineLevel level);
@@ -40,7 +45,7 @@ public:
     bool hasChangedSince(qint64 fromUs) const;
 
     static constexpr qint64 c_longestUs = 600000000;
-    static constexpr std::size_t c_mostChanges = 16384;
+    static constexpr std::size_t c_mostChanges = 1000000;
 
 private:
     /// Changes by blocks, whose ranges are reckoned when they are made.
@@ -48,6 +53,7 @@ private:
 
     void forgetFirst();
 
+    std::size_t m_most;
     std::deque<LineLevel> m_changes;
     quint64 m_forgotten = 0;
     std::deque<LevelRange> m_blocks; ///< each of c_block changes, counted from the first ever

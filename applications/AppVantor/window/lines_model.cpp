@@ -2,13 +2,32 @@
 
 #include <algorithm>
 
+namespace {
+
+std::size_t shareOfChanges(int lines)
+{
+    const auto share = LinesModel::c_mostChanges / static_cast<std::size_t>(std::max(1, lines));
+    return std::clamp<std::size_t>(share, 1, LineHistory::c_mostChanges);
+}
+
+QString groupOf(const QString& name)
+{
+    int length = name.size();
+    while (length > 0 && name.at(length - 1).isDigit()) {
+        --length;
+    }
+    return length > 0 ? name.left(length) : name;
+}
+
+} // namespace
+
 LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceClock* clock, QObject* parent)
     : QAbstractListModel(parent)
     , m_device(device)
     , m_clock(clock)
     , m_lines(device->lines())
     , m_channels(m_lines.size())
-    , m_histories(static_cast<std::size_t>(m_lines.size()))
+    , m_histories(static_cast<std::size_t>(m_lines.size()), LineHistory(shareOfChanges(m_lines.size())))
     , m_changed(clock, [this](int first, int last) {
         Q_EMIT dataChanged(index(first), index(last), {StatusRole, BlinkingRole, LevelRole});
     })
@@ -18,7 +37,10 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     }
     linkChannels(tools);
     connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
-    connect(device, &LineDevice::changesLost, this, [this] { m_asked.clear(); });
+    connect(device, &LineDevice::changesLost, this, [this](quint64, qint64 timeUs) {
+        m_asked.clear();
+        m_lostUntilUs = timeUs;
+    });
     connect(device, &LineDevice::blinkingChanged, &m_changed, &ChangedRows::add);
     connect(device, &DDevice::stateChanged, this, [this] {
         for (int line = 0; line < m_lines.size(); ++line) {
@@ -65,6 +87,8 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
         return line.highestLevel();
     case ChannelsRole:
         return m_channels.at(row).join(QStringLiteral(", "));
+    case GroupRole:
+        return groupOf(line.name);
     case LineRole:
         return row;
     default:
@@ -77,7 +101,7 @@ QHash<int, QByteArray> LinesModel::roleNames() const
     return {{NameRole, "name"},         {AnalogRole, "analog"},     {OutputRole, "output"},
             {SettableRole, "settable"}, {DrivableRole, "drivable"}, {StatusRole, "status"},
             {BlinkingRole, "blinking"}, {LevelRole, "level"},       {HighestRole, "highest"},
-            {ChannelsRole, "channels"}, {LineRole, "line"}};
+            {ChannelsRole, "channels"}, {GroupRole, "group"},       {LineRole, "line"}};
 }
 
 QString LinesModel::state() const
@@ -173,7 +197,13 @@ QVariant LinesModel::levelAt(int line, double timeUs) const
 
 void LinesModel::record(int line, const LineLevel& level)
 {
-    m_histories.at(static_cast<std::size_t>(line)).append(level);
+    LineHistory& history = m_histories.at(static_cast<std::size_t>(line));
+    const LineLevel before = history.changes().empty() ? LineLevel() : history.changes().back();
+    if (before.known && level.sinceUs <= m_lostUntilUs) {
+        history.append({0, before.sinceUs + 1, false}); // what it did in between nobody knows
+    }
+    history.append(level);
+    Q_EMIT lineRecorded(line, before, level);
     if (!level.known || level.level == m_asked.value(line, level.level)) {
         m_asked.remove(line);
     }

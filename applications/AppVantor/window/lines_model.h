@@ -39,6 +39,7 @@ public:
         LevelRole, ///< the last one that was known, if any; 0 otherwise
         HighestRole,
         ChannelsRole,
+        GroupRole, ///< the name without the number at its end
         LineRole
     };
 
@@ -58,6 +59,8 @@ public:
     /// What line did: until now, or while the clock stands still, until it stopped. Null when there is no
     /// such line.
     const LineHistory* history(int line) const;
+    /// What is known of the level of line now.
+    LineLevel present(int line) const { return m_device.isNull() ? LineLevel() : m_device->level(line); }
     /// Highest level that line can have.
     int highestLevel(int line) const;
     DeviceClock& clock() const { return *m_clock; }
@@ -68,8 +71,13 @@ public:
     /// Level that line had at timeUs on the device's clock; undefined where it is not known.
     Q_INVOKABLE QVariant levelAt(int line, double timeUs) const;
 
+    /// As many changes are remembered of all lines together; each has an equal share.
+    static constexpr std::size_t c_mostChanges = 4000000;
+
 Q_SIGNALS:
     void stateChanged();
+    /// A line that had the level before has another one.
+    void lineRecorded(int line, const LineLevel& before, const LineLevel& level);
     /// A drivable line is to be set by this order of tool.
     void orderWanted(DTool* tool, const Invocation& order);
 
@@ -95,6 +103,7 @@ private:
     QHash<int, Driver> m_drivers; ///< of analogue outputs
     std::vector<LineHistory> m_histories;
     std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
+    qint64 m_lostUntilUs = std::numeric_limits<qint64>::min(); ///< changes up to then may be missing
     QHash<int, int> m_asked; ///< levels that the device has been asked for and has not told yet
     ChangedRows m_changed;
 };

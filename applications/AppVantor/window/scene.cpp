@@ -40,6 +40,7 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_tools(tools)
     , m_lines(device, tools, &m_clock)
     , m_courses(&m_lines)
+    , m_trigger(&m_lines, &m_courses)
     , m_orders(&m_clock)
     , m_orderEvents(&m_orders, &m_clock)
     , m_pageReads(&m_clock)
@@ -59,6 +60,7 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
           {QStringLiteral("lineFilter"), object(&m_filter)},
           {QStringLiteral("clock"), object(&m_clock)},
           {QStringLiteral("courses"), object(&m_courses)},
+          {QStringLiteral("trigger"), object(&m_trigger)},
           {QStringLiteral("form"), object(&m_form)},
           {QStringLiteral("orders"), object(&m_orders)},
           {QStringLiteral("orderEvents"), object(&m_orderEvents)},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command_form.h"
+#include "course_trigger.h"
 #include "course_view.h"
 #include "device_clock.h"
 #include "line_filter.h"
@@ -58,12 +59,15 @@ public:
     CommandForm& form() { return m_form; }
     DeviceClock& clock() { return m_clock; }
     CourseView& courses() { return m_courses; }
+    CourseTrigger& trigger() { return m_trigger; }
+    LineFilter& lineFilter() { return m_filter; }
 
 private:
     DeviceClock m_clock;
     ToolsModel m_tools;
     LinesModel m_lines;
     CourseView m_courses;
+    CourseTrigger m_trigger;
     LineFilter m_filter;
     OrderLogModel m_orders;
     OrderEventsModel m_orderEvents;

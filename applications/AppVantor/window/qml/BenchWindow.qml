@@ -10,6 +10,7 @@ Rectangle {
     property var lineFilter
     property var clock
     property var courses
+    property var trigger
     property var form
     property var orders
     property var orderEvents
@@ -22,14 +23,20 @@ Rectangle {
     property real wantedPageWidth: 560
     property real wantedCommandWidth: 448
     property real wantedLowerHeight: Math.max(height * 0.3, Math.min(300, height * 0.4))
+    // What is folded away.
+    property bool toolsFolded: false
+    property bool pageFolded: false
+    property bool lowerFolded: false
     // Where they are: every pane keeps a least size while the window has room for it.
-    readonly property real toolsWidth: bounded(96, wantedToolsWidth, width - 640)
-    readonly property real boardWidth: bounded(320, width - toolsWidth - wantedPageWidth, width - toolsWidth - 330)
+    readonly property real toolsWidth: toolsFolded ? 0 : bounded(96, wantedToolsWidth, width - 640)
+    readonly property real besideTools: width - toolsWidth - 16
+    readonly property real boardWidth: pageFolded ? besideTools
+                                                  : bounded(320, besideTools - wantedPageWidth, besideTools - 320)
     readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
-    readonly property real lowerHeight: bounded(120, wantedLowerHeight, height - 205)
+    readonly property real lowerHeight: lowerFolded ? 0 : bounded(120, wantedLowerHeight, height - 208)
     readonly property real upperHeight: height - lowerHeight - lowerHandle.height
 
-    readonly property var panes: [toolsPane, pagePane, boardPane, commandPane, ordersPane]
+    readonly property var panes: [toolsPane, pagePane, boardPane, commandPane, ordersPane].filter(pane => pane.visible)
 
     function bounded(least, wanted, most) {
         return Math.round(Math.max(least, Math.min(wanted, most)))
@@ -78,8 +85,24 @@ Rectangle {
         onActivated: root.focusNextPane(-1)
     }
 
+    Shortcut {
+        sequence: "Ctrl+1"
+        onActivated: root.toolsFolded = !root.toolsFolded
+    }
+
+    Shortcut {
+        sequence: "Ctrl+2"
+        onActivated: root.pageFolded = !root.pageFolded
+    }
+
+    Shortcut {
+        sequence: "Ctrl+3"
+        onActivated: root.lowerFolded = !root.lowerFolded
+    }
+
     ToolsPane {
         id: toolsPane
+        visible: !root.toolsFolded
         width: root.toolsWidth
         height: root.upperHeight
         tools: root.tools
@@ -93,8 +116,12 @@ Rectangle {
     SplitHandle {
         id: toolsHandle
         objectName: "toolsHandle"
-        x: toolsPane.width
+        x: root.toolsWidth
         height: root.upperHeight
+        foldable: true
+        folded: root.toolsFolded
+        text: folded ? qsTrId("fold_show_tools") : qsTrId("fold_hide_tools")
+        onFoldWanted: root.toolsFolded = !root.toolsFolded
         onDragged: root.wantedToolsWidth = root.toolsWidth + distance
     }
 
@@ -103,14 +130,20 @@ Rectangle {
         anchors.left: toolsHandle.right
         anchors.right: boardHandle.left
         height: root.upperHeight
+        visible: !root.pageFolded
         tool: toolsPane.currentRow >= 0 ? root.tools.toolAt(toolsPane.currentRow) : null
     }
 
     SplitHandle {
         id: boardHandle
+        objectName: "boardHandle"
         anchors.right: boardPane.left
         height: root.upperHeight
-        onDragged: root.wantedPageWidth = root.width - root.toolsWidth - root.boardWidth + distance
+        foldable: true
+        folded: root.pageFolded
+        text: folded ? qsTrId("fold_show_page") : qsTrId("fold_hide_page")
+        onFoldWanted: root.pageFolded = !root.pageFolded
+        onDragged: root.wantedPageWidth = root.besideTools - root.boardWidth + distance
     }
 
     BoardPane {
@@ -122,13 +155,19 @@ Rectangle {
         filter: root.lineFilter
         clock: root.clock
         view: root.courses
+        trigger: root.trigger
     }
 
     SplitHandle {
         id: lowerHandle
+        objectName: "lowerHandle"
         y: root.upperHeight
         width: parent.width
         upright: false
+        foldable: true
+        folded: root.lowerFolded
+        text: folded ? qsTrId("fold_show_lower") : qsTrId("fold_hide_lower")
+        onFoldWanted: root.lowerFolded = !root.lowerFolded
         onDragged: root.wantedLowerHeight = root.lowerHeight - distance
     }
 
@@ -137,6 +176,7 @@ Rectangle {
         anchors.top: lowerHandle.bottom
         anchors.bottom: parent.bottom
         width: root.commandWidth
+        visible: !root.lowerFolded
         form: root.form
     }
 
@@ -145,6 +185,7 @@ Rectangle {
         anchors.top: lowerHandle.bottom
         anchors.bottom: parent.bottom
         x: commandPane.width
+        visible: !root.lowerFolded
         onDragged: root.wantedCommandWidth = root.commandWidth + distance
     }
 
@@ -154,6 +195,7 @@ Rectangle {
         anchors.bottom: parent.bottom
         anchors.left: commandHandle.right
         anchors.right: parent.right
+        visible: !root.lowerFolded
         orders: root.orders
         orderEvents: root.orderEvents
         pageReads: root.pageReads

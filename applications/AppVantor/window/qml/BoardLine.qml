@@ -8,6 +8,7 @@ Item {
 
     property var lines
     property var view
+    property var trigger
     // Widths of the names, the controls and the level.
     property var columns
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
@@ -36,6 +37,8 @@ Item {
     readonly property color background: current && focused ? Style.accentSoft : Style.surface
 
     signal chosen()
+    // The line below it was dragged to make the rows this high.
+    signal heightWanted(real height)
 
     function adjust(share) {
         if (adjustable) {
@@ -57,7 +60,7 @@ Item {
         }
     }
 
-    implicitHeight: 48
+    implicitHeight: columns.rowHeight
 
     Accessible.role: adjustable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
     Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
@@ -77,6 +80,21 @@ Item {
     MouseArea {
         anchors.fill: parent
         onClicked: root.chosen()
+    }
+
+    // What the trigger waits for on this line.
+    UiLabel {
+        objectName: "lineTrigger"
+        x: 2
+        width: 12
+        height: parent.height
+        horizontalAlignment: Text.AlignHCenter
+        text: {
+            root.trigger.text // changes with each condition
+            return root.trigger.sign(root.line)
+        }
+        color: Style.accent
+        font.bold: true
     }
 
     Column {
@@ -294,5 +312,23 @@ Item {
         width: parent.width - 2 * x
         height: 1
         color: Style.separator
+    }
+
+    MouseArea {
+        objectName: "rowHeightHandle"
+
+        property real pressedAt: 0
+        property real heightThen: 0
+
+        anchors.bottom: parent.bottom
+        width: control.x + control.width
+        height: 6
+        cursorShape: Qt.SplitVCursor
+        preventStealing: true
+        onPressed: {
+            pressedAt = mapToItem(null, mouse.x, mouse.y).y
+            heightThen = root.height
+        }
+        onPositionChanged: root.heightWanted(heightThen + mapToItem(null, mouse.x, mouse.y).y - pressedAt)
     }
 }

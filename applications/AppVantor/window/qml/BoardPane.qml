@@ -12,6 +12,8 @@ Pane {
     property var filter
     property var clock
     property var view
+    property var trigger
+    property alias rowHeight: columnWidths.rowHeight
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
     readonly property real pointedShare: pointer.containsMouse
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
@@ -23,10 +25,21 @@ Pane {
         readonly property int names: 88
         readonly property int control: 80
         readonly property int level: 56
+        property real rowHeight: 48
     }
 
     function focusFilter() {
         filterField.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+
+    function hideLine() {
+        filter.hide(list.currentIndex)
+    }
+
+    function moveLine(by) {
+        if (filter.move(list.currentIndex, by)) {
+            list.currentIndex += by
+        }
     }
 
     function lineAt(y) {
@@ -59,6 +72,22 @@ Pane {
         case Qt.Key_Escape:
             view.clearCursors()
             return true
+        case Qt.Key_H:
+            hideLine()
+            return true
+        case Qt.Key_G:
+            filter.grouped = !filter.grouped
+            return true
+        case Qt.Key_T:
+            trigger.next(chosenLine)
+            return true
+        case Qt.Key_Up:
+        case Qt.Key_Down:
+            if (event.modifiers & Qt.AltModifier) {
+                moveLine(event.key === Qt.Key_Up ? -1 : 1)
+                return true
+            }
+            return false
         }
         return false
     }
@@ -69,11 +98,36 @@ Pane {
         UiTextField {
             id: filterField
             objectName: "lineFilter"
-            width: 136
+            width: Math.max(64, Math.min(136, root.width - 320))
             placeholderText: qsTrId("board_filter")
             Accessible.name: qsTrId("board_filter")
             onTextChanged: root.filter.text = text
             Keys.onEscapePressed: clear()
+        },
+        UiButton {
+            id: linesButton
+            objectName: "linesButton"
+            text: qsTrId("lines_menu") + (root.filter.hiddenCount > 0 ? " \u2212" + root.filter.hiddenCount : "")
+            hint: qsTrId("lines_menu_hint")
+            onClicked: linesMenu.open()
+
+            ActionMenu {
+                id: linesMenu
+                objectName: "linesMenu"
+                y: linesButton.height + 2
+                actions: [
+                    {text: qsTrId("lines_hide"), keys: "H", enabled: root.chosenLine >= 0, run: () => root.hideLine()},
+                    {text: qsTrId("lines_show_hidden", root.filter.hiddenCount), keys: "",
+                     enabled: root.filter.hiddenCount > 0, run: () => root.filter.showHidden()},
+                    {text: qsTrId("lines_up"), keys: "Alt+\u2191", enabled: list.currentIndex > 0, run: () => root.moveLine(-1)},
+                    {text: qsTrId("lines_down"), keys: "Alt+\u2193", enabled: list.currentIndex < list.count - 1,
+                     run: () => root.moveLine(1)},
+                    {text: root.filter.grouped ? qsTrId("lines_ungroup") : qsTrId("lines_group"), keys: "G", enabled: true,
+                     run: () => root.filter.grouped = !root.filter.grouped},
+                    {text: qsTrId("lines_trigger"), keys: "T", enabled: root.chosenLine >= 0,
+                     run: () => root.trigger.next(root.chosenLine)}
+                ]
+            }
         },
         UiButton {
             objectName: "freezeButton"
@@ -174,10 +228,30 @@ Pane {
         id: list
         objectName: "boardLines"
         anchors.top: axis.bottom
-        anchors.bottom: reading.top
+        anchors.bottom: triggerBar.top
         width: parent.width
         activeFocusOnTab: count > 0
         model: root.filter
+        section.property: root.filter.grouped ? "group" : ""
+        section.delegate: Rectangle {
+            width: list.width
+            height: 24
+            color: Style.surfaceRaised
+
+            Accessible.role: Accessible.Heading
+            Accessible.name: section
+
+            UiLabel {
+                objectName: "groupName"
+                x: root.inset
+                width: parent.width - 2 * x
+                height: parent.height
+                text: section
+                font.bold: true
+                font.pixelSize: Style.smallTextSize
+                color: Style.textSecondary
+            }
+        }
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: 0
@@ -201,6 +275,8 @@ Pane {
             lines: root.lines
             view: root.view
             columns: columnWidths
+            trigger: root.trigger
+            onHeightWanted: columnWidths.rowHeight = Math.round(Math.max(40, Math.min(240, height)))
             pointedShare: root.pointedShare
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus
@@ -216,7 +292,7 @@ Pane {
         objectName: "courses"
         x: ruler.x
         anchors.top: axis.top
-        anchors.bottom: reading.top
+        anchors.bottom: triggerBar.top
         width: ruler.width
         visible: list.count > 0
         activeFocusOnTab: true
@@ -228,8 +304,20 @@ Pane {
         Accessible.focusable: true
 
         Keys.onSpacePressed: root.clock.running = !root.clock.running
-        Keys.onUpPressed: list.decrementCurrentIndex()
-        Keys.onDownPressed: list.incrementCurrentIndex()
+        Keys.onUpPressed: {
+            if (!(event.modifiers & Qt.AltModifier)) {
+                list.decrementCurrentIndex()
+            } else {
+                root.moveLine(-1)
+            }
+        }
+        Keys.onDownPressed: {
+            if (!(event.modifiers & Qt.AltModifier)) {
+                list.incrementCurrentIndex()
+            } else {
+                root.moveLine(1)
+            }
+        }
         Keys.onLeftPressed: root.view.stepCursor(root.chosenLine, false)
         Keys.onRightPressed: root.view.stepCursor(root.chosenLine, true)
         Keys.onPressed: event.accepted = root.useKey(event)
@@ -274,6 +362,33 @@ Pane {
             }
         }
 
+        // Where the trigger has found what it waits for.
+        Repeater {
+            model: root.trigger.marks
+
+            Item {
+                objectName: "triggerMark"
+                x: Math.round(courses.width * modelData)
+                height: courses.height
+
+                UiLabel {
+                    x: -width / 2
+                    height: axis.height
+                    text: "\u25bc"
+                    color: Style.accent
+                    font.pixelSize: Style.smallestTextSize
+                    verticalAlignment: Text.AlignBottom
+                }
+
+                Rectangle {
+                    y: axis.height
+                    width: 1
+                    height: parent.height - y
+                    color: Style.accent
+                }
+            }
+        }
+
         Rectangle {
             x: courses.width * root.pointedShare
             y: axis.height
@@ -307,6 +422,56 @@ Pane {
                 }
             }
             onWheel: root.view.zoom(Math.pow(1.25, wheel.angleDelta.y / 120), root.pointedShare)
+        }
+    }
+
+    // What the trigger waits for, and what has come of it.
+    Rectangle {
+        id: triggerBar
+        objectName: "triggerBar"
+        anchors.bottom: reading.top
+        width: parent.width
+        height: visible ? 40 : 0
+        visible: root.trigger.active && list.count > 0
+        color: Style.surfaceRaised
+
+        UiLabel {
+            objectName: "triggerText"
+            x: root.inset
+            width: triggerControls.x - x - Style.defSpacing
+            height: parent.height
+            text: qsTrId("trigger_text", root.trigger.count).arg(root.trigger.text)
+            font.pixelSize: Style.smallTextSize
+            elide: Text.ElideMiddle
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Row {
+            id: triggerControls
+            anchors.right: parent.right
+            anchors.rightMargin: root.inset
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: Style.defSpacing
+
+            UiComboBox {
+                objectName: "triggerMode"
+
+                readonly property var modes: ["at", "around", "from", "none"]
+
+                width: 128
+                model: modes.map(mode => qsTrId("trigger_" + mode))
+                currentIndex: modes.indexOf(root.trigger.mode)
+                Accessible.name: qsTrId("trigger_mode")
+                onActivated: root.trigger.mode = modes[index]
+            }
+
+            UiButton {
+                objectName: "triggerClear"
+                text: qsTrId("trigger_clear")
+                onClicked: root.trigger.clear()
+            }
         }
     }
 
@@ -347,7 +512,11 @@ Pane {
             anchors.right: parent.right
             anchors.rightMargin: root.inset
             height: parent.height
-            text: root.view.cursorsText
+            text: {
+                const selected = root.chosenLine >= 0 && root.view.cursors.length === 2
+                                 ? root.view.selectionText(root.chosenLine) : ""
+                return selected.length > 0 ? root.view.cursorsText + " \u00b7 " + selected : root.view.cursorsText
+            }
             font.bold: true
             font.pixelSize: Style.smallTextSize
         }
