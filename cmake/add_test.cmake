@@ -28,12 +28,13 @@ function(tool_gpio_run_again name suffix)
     set_property(TEST ${run} APPEND PROPERTY ENVIRONMENT ${ARGN})
 endfunction()
 
-# Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit. Compiled pages
-# are kept with the build: Qt crashes where another build of the bench replaces one while it is read.
+# Gives the ctest test <name> its label, its environment and, when it is not empty, its time limit. What windows
+# remember is kept with the build, and so are compiled pages: Qt crashes where another build of the bench replaces one
+# while it is read.
 function(tool_gpio_set_test_surroundings name label timeout)
     set_tests_properties(${name} PROPERTIES
         LABELS ${label}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/tests/cache;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:history_size=7")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/tests/cache;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/tests/config;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp:halt_on_error=1:history_size=7")
     if(timeout)
         set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
     endif()

@@ -90,8 +90,14 @@ WindowOptions windowOptions(const Options& options)
     constexpr double msPerSecond = 1000.0;
     WindowOptions window;
     window.screenshotFile = options.screenshot;
-    window.size = options.size.isEmpty() ? window.size : options.size;
+    window.configuration = options.configuration;
     window.scale = options.scale;
+    window.sizeGiven = !options.size.isEmpty();
+    if (window.sizeGiven) {
+        window.size = options.size;
+    } else if (window.scale > 0) {
+        window.size = (QSizeF(window.size) * window.scale).toSize();
+    }
     if (options.seconds) {
         window.runMs = static_cast<int>(*options.seconds * msPerSecond);
     }

@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QImage>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -61,6 +62,29 @@ private Q_SLOTS:
     {
         QVERIFY(m_folder.isValid());
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path()));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_folder.path()));
+    }
+
+    void aWindowIsRemembered()
+    {
+        const auto remembered = [this] {
+            return QSettings(m_folder.filePath("appvantor/window.ini"_s), QSettings::IniFormat)
+                .value("built-in/geometry"_s)
+                .toRect();
+        };
+        QCOMPARE(runBench("window --size 750x500 --for 0.2"_words).status, 0);
+        const QSize size = remembered().size();
+        QVERIFY(size.width() < size.height() * 1.6 && size.width() > size.height() * 1.4);
+        QCOMPARE(runBench("window --for 0.2"_words).status, 0);
+        // A screen that is none has no whole number of pixels in a unit.
+        QVERIFY(qAbs(remembered().width() - size.width()) < 40);
+    }
+
+    void aPictureIsAsLargeAsItsScale()
+    {
+        const QString file = m_folder.filePath("scaled.png"_s);
+        QCOMPARE(runBench("window --scale 1.5 --screenshot"_words << file).status, 0);
+        QCOMPARE(QImage(file).size(), QSize(1920, 1200));
     }
 
     void aPictureHasTheSizeAndTheThemeThatWereAskedFor_data()

@@ -9,6 +9,8 @@
 
 #include <QGuiApplication>
 
+#include <functional>
+
 namespace {
 
 /// Some orders, so that their list has something to show.
@@ -34,6 +36,47 @@ void settle(Scene& scene)
     } while (!scene.panel().hasValues());
 }
 
+/// The courses alone, and as many of the five steps that find the width of a pulse.
+void findPulse(BenchScene& scene, int steps)
+{
+    constexpr int line = 0;
+    for (const char* pane : {"toolsFolded", "pageFolded", "lowerFolded"}) {
+        scene.root().setProperty(pane, true);
+    }
+    const auto stepOn = [&](int times) {
+        for (int time = 0; time < times; ++time) {
+            scene.courses().stepCursor(line, true);
+        }
+    };
+    const auto setCursor = [&](int number) { scene.courses().setCursor(number, 0.05, -1); };
+    const QVector<std::function<void()>> all = {
+        [&] { scene.clock().setRunning(false); },
+        [&] { itemNamed(&scene.root(), "courses"_s)->forceActiveFocus(Qt::MouseFocusReason); },
+        [&] {
+            setCursor(1);
+            stepOn(1);
+        },
+        [&] { setCursor(2); },
+        [&] { stepOn(2); },
+    };
+    for (int step = 0; step < steps; ++step) {
+        all.at(step)();
+    }
+}
+
+/// Two cursors around a pulse.
+void setCursors(BenchScene& scene)
+{
+    constexpr int line = 0;
+    scene.clock().setRunning(false);
+    scene.courses().zoom(2.5, 0.5);
+    scene.courses().setCursor(1, 0.1, -1);
+    scene.courses().stepCursor(line, true);
+    scene.courses().setCursor(2, 0.1, -1);
+    scene.courses().stepCursor(line, true);
+    scene.courses().stepCursor(line, true);
+}
+
 } // namespace
 
 /// Draws the bench window, or a panel alone, into a PNG file, the same picture at each run.
@@ -44,8 +87,9 @@ int main(int argc, char** argv)
         words.append(QString::fromLocal8Bit(argv[number]));
     }
     if (words.size() != 7) {
-        qCritical("usage: make_pictures window|cursors|panel LINES light|dark WIDTHxHEIGHT SCALE LANGUAGE "
-                  "FILE.png");
+        qCritical("usage: make_pictures window|cursors|lost|panel|pulse1…pulse5 LINES light|dark "
+                  "WIDTHxHEIGHT SCALE "
+                  "LANGUAGE FILE.png");
         return 2;
     }
     WindowOptions options;
@@ -77,15 +121,14 @@ int main(int argc, char** argv)
     scene.form().setText(2, "BLINK"_s);
     scene.form().setText(4, "25"_s);
     scene.clock().tick();
-    if (words.at(0) == QLatin1String("cursors")) {
-        constexpr int line = 0;
-        scene.clock().setRunning(false);
-        scene.courses().zoom(2.5, 0.5);
-        scene.courses().setCursor(1, 0.1, -1);
-        scene.courses().stepCursor(line, true);
-        scene.courses().setCursor(2, 0.1, -1);
-        scene.courses().stepCursor(line, true);
-        scene.courses().stepCursor(line, true);
+    const QString& what = words.at(0);
+    if (what == QLatin1String("cursors")) {
+        setCursors(scene);
+    } else if (what.startsWith(QLatin1String("pulse"))) {
+        findPulse(scene, what.mid(5).toInt());
+    } else if (what == QLatin1String("lost")) {
+        bench.board().setPluggedIn(false);
+        scene.clock().tick();
     }
     scene.panel().refresh();
     settle(scene);

@@ -1,6 +1,7 @@
 #include "example_bench.h"
 #include "panel_fixture.h"
 
+#include <window/close_guard.h>
 #include <window/page_panel.h>
 #include <window/picture.h>
 #include <window/scene.h>
@@ -56,23 +57,11 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "toolsList"_s,
-            "allOffButton"_s,
-            "darkSwitch"_s,
-            "panelLive"_s,
-            "panelRefresh"_s,
-            checkBox,
-            checkBox,
-            "lineFilter"_s,
-            "linesButton"_s,
-            "freezeButton"_s,
-            "boardLines"_s,
-            "courses"_s,
-            "commandBox"_s,
-            "runButton"_s,
-            "parameterChannel"_s,
-            "parameterChoice"_s,
-            "pageReadsBar"_s,
+            "toolsList"_s,       "allOffButton"_s, "darkSwitch"_s,   "helpButton"_s,
+            "panelLive"_s,       "panelRefresh"_s, checkBox,         checkBox,
+            "lineFilter"_s,      "linesButton"_s,  "freezeButton"_s, "boardLines"_s,
+            "courses"_s,         "commandBox"_s,   "runButton"_s,    "parameterChannel"_s,
+            "parameterChoice"_s, "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
     }
@@ -221,20 +210,22 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString file = folder.filePath("e.csv"_s);
         PanelFixture::click(itemNamed(&root(), "eventsSave"_s));
-        itemNamed(&root(), "saveField"_s)->setProperty("text", file);
+        visibleNamed(root(), "saveField").constFirst()->setProperty("text", file);
         QTest::keyClick(&window(), Qt::Key_Return);
-        QCOMPARE(itemNamed(&root(), "saveOutcome"_s)->property("text").toString(), "Saved as "_s + file);
+        QCOMPARE(visibleNamed(root(), "saveOutcome").constFirst()->property("text").toString(),
+                 "Saved as "_s + file);
         QFile saved(file);
         QVERIFY(saved.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(saved.readAll()), copied);
         PanelFixture::click(itemNamed(&root(), "eventsSave"_s));
-        itemNamed(&root(), "saveField"_s)->setProperty("text", folder.path());
-        PanelFixture::click(itemNamed(&root(), "saveButton"_s));
-        QVERIFY(itemNamed(&root(), "saveOutcome"_s)
+        visibleNamed(root(), "saveField").constFirst()->setProperty("text", folder.path());
+        PanelFixture::click(visibleNamed(root(), "saveButton").constFirst());
+        QVERIFY(visibleNamed(root(), "saveOutcome")
+                    .constFirst()
                     ->property("text")
                     .toString()
                     .endsWith(QLatin1String("names no regular file.")));
-        QVERIFY(itemNamed(&root(), "saveField"_s)->isVisible());
+        QVERIFY(visibleNamed(root(), "saveField").constFirst()->isVisible());
         PanelFixture::click(itemNamed(&root(), "eventsClose"_s));
         QVERIFY(!list->isVisible());
     }
@@ -642,6 +633,106 @@ private Q_SLOTS:
         QVERIFY(!m_scene->clock().isRunning());
         PanelFixture::click(itemNamed(&root(), "triggerClear"_s));
         QVERIFY(!bar->isVisible());
+    }
+
+    void theCoursesAreExportedAndRecorded()
+    {
+        const QTemporaryDir folder;
+        const auto saveAs = [&](Qt::Key key, const QString& name) {
+            itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
+            QTest::keyClick(&window(), key);
+            for (QQuickItem* field : visibleNamed(root(), "saveField")) {
+                field->setProperty("text", folder.filePath(name));
+            }
+            QTest::keyClick(&window(), Qt::Key_Return);
+        };
+        const auto isThere = [&folder](const QString& name) {
+            return QFileInfo(folder.filePath(name)).size() > 0;
+        };
+        saveAs(Qt::Key_E, "a.csv"_s);
+        QVERIFY(isThere("a.csv"_s));
+        saveAs(Qt::Key_E, "a.png"_s);
+        QTRY_VERIFY(!QImage(folder.filePath("a.png"_s)).isNull());
+        saveAs(Qt::Key_R, "a.vcd"_s);
+        QVERIFY(m_scene->reasonToStay().contains("trace"_s));
+        itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_R);
+        QVERIFY(isThere("a.vcd"_s));
+        QCOMPARE(m_scene->reasonToStay(), QString());
+    }
+
+    void theHelpTellsKeysAndVersions()
+    {
+        const auto help = [this] { return itemNamed(window().contentItem(), "helpText"_s); };
+        QTest::keyClick(&window(), Qt::Key_F1);
+        QTRY_VERIFY(help() != nullptr && help()->isVisible());
+        const QQuickItem* versions = itemNamed(window().contentItem(), "helpVersions"_s);
+        QVERIFY(versions->property("text").toString().contains("Qt "_s + QLatin1String(qVersion())));
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QTRY_VERIFY(help() == nullptr || !help()->isVisible());
+    }
+
+    void closingAsksWhileSomethingRuns()
+    {
+        CloseGuard guard(*m_scene, &window());
+        QSignalSpy confirmed(&guard, &CloseGuard::confirmed);
+        const auto closes = [this] {
+            QCloseEvent event;
+            QCoreApplication::sendEvent(&window(), &event);
+            return event.isAccepted();
+        };
+        const auto shown = [this](const char* name) {
+            QQuickItem* item = itemNamed(window().contentItem(), QLatin1String(name));
+            return item != nullptr && item->isVisible();
+        };
+        QVERIFY(m_scene->reasonToStay().isEmpty());
+        giveOrder("listenToAll"_s);
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "BLINK"_s}, {"dutyCycle"_s, 50}});
+        QTRY_VERIFY(m_bench->board().blinks(0));
+        QTRY_COMPARE(m_scene->orders().running(), 1);
+        QVERIFY(!closes());
+        QTRY_VERIFY(shown("closeReason"));
+        QCOMPARE(
+            itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
+            "1 order still runs and would be stopped. Lines blink, which would end. These outputs are on, "
+            "and would be left so: do0."_s);
+        PanelFixture::click(itemNamed(window().contentItem(), "closeCancel"_s));
+        QTRY_VERIFY(!shown("closeReason"));
+        QCOMPARE(confirmed.count(), 0);
+        QVERIFY(!closes());
+        QTRY_VERIFY(shown("closeAnyway"));
+        PanelFixture::click(itemNamed(window().contentItem(), "closeAnyway"_s));
+        QCOMPARE(confirmed.count(), 1);
+        QCOMPARE(m_scene->orders().running(), 1);
+        QTRY_VERIFY(!shown("closeReason"));
+        QVERIFY(!closes());
+        QTRY_VERIFY(shown("closeStop"));
+        PanelFixture::click(itemNamed(window().contentItem(), "closeStop"_s));
+        QCOMPARE(confirmed.count(), 2);
+        QCOMPARE(m_scene->orders().running(), 0);
+    }
+
+    void theArrangementIsTakenUpAgain()
+    {
+        QTest::keyClick(&window(), Qt::Key_1, Qt::ControlModifier);
+        root().setProperty("rowHeight", 70);
+        root().setProperty("wantedPageWidth", 500);
+        m_scene->lineFilter().move(0, 1);
+        m_scene->lineFilter().hide(3);
+        QVariantMap arrangement = m_scene->arrangement();
+        close();
+        open(8);
+        QVERIFY(itemNamed(&root(), "toolsList"_s)->isVisible());
+        m_scene->arrange(arrangement);
+        QVERIFY(!itemNamed(&root(), "toolsList"_s)->isVisible());
+        QCOMPARE(m_scene->arrangement(), arrangement);
+        // What makes no sense does no harm.
+        arrangement.insert("rowHeight"_s, "tall"_s);
+        arrangement.insert("wantedPageWidth"_s, 1e12);
+        m_scene->arrange(arrangement);
+        QCOMPARE(root().property("rowHeight").toInt(), 70);
+        QVERIFY(itemNamed(&root(), "boardLines"_s)->width() >= 320);
     }
 
     void aFieldThatTheTabKeyReachesIsShownWhole()

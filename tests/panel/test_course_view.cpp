@@ -3,10 +3,14 @@
 #include "panel_fixture.h"
 #include "rows.h"
 
+#include <process/time_text.h>
+#include <window/course_export.h>
 #include <window/course_measure.h>
 #include <window/course_trigger.h>
 #include <window/course_view.h>
 #include <window/texts.h>
+
+#include <QXmlStreamReader>
 
 #include <random>
 
@@ -245,6 +249,75 @@ private Q_SLOTS:
         shown.view.setCursor(2, 0.9, -1);
         QCOMPARE(shown.view.selectionText(c_line), "2 edges \u00b7 0 to 1 \u00b7 mean 0.6"_s);
         QCOMPARE(shown.view.selectionText(99), QString());
+    }
+
+    void theCoursesAreExported()
+    {
+        Shown shown;
+        shown.makeEdges();
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("in"_s); // a digital line and an analogue one
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const auto time = [](qint64 us) {
+            return fullTime(ManualScheduler::c_wallClockOffsetUs + us).toUtf8();
+        };
+        QCOMPARE(exporter.csv(), "time,line,level\n" + time(0) + ",din,0\n" + time(0) + ",ain,0\n" +
+                                     time(5 * c_second) + ",din,1\n" + time(8 * c_second) + ",din,0\n");
+        shown.view.setCursor(1, 0.4, -1);
+        shown.view.setCursor(2, 0.7, -1); // the selection alone
+        QCOMPARE(exporter.vcd(), "$date " + time(4 * c_second) +
+                                     " $end\n$timescale 1 us $end\n$scope module device $end\n"
+                                     "$var wire 1 ! din $end\n$var real 64 \" ain $end\n"
+                                     "$upscope $end\n$enddefinitions $end\n"
+                                     "#0\n0!\nr0 \"\n#1000000\n1!\n");
+        const QByteArray svg = exporter.svg();
+        QXmlStreamReader xml(svg);
+        int texts = 0;
+        while (!xml.atEnd()) {
+            texts += xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("text");
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QVERIFY(texts > 3); // both names, and the marks of the axis
+        QVERIFY(svg.contains(">din</text>"));
+    }
+
+    void aLevelThatNobodyKnowsIsExportedAsSuch()
+    {
+        Shown shown;
+        shown.makeEdges();
+        shown.board->setPluggedIn(false);
+        shown.pass(c_second);
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("in"_s);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        QVERIFY(exporter.vcd().endsWith("x!\nrnan \"\n"));
+        QVERIFY(exporter.csv().endsWith(",ain,\n"));
+    }
+
+    void theNameOfAFileTellsItsKind_data()
+    {
+        const Rows<QString, QString> row("file", "begin");
+        row("values", "a.csv", "time,line,level");
+        row("dump", "a.VCD", "$date ");
+        row("picture", "a.svg", "<svg ");
+        row("another", "a.txt", "");
+    }
+    void theNameOfAFileTellsItsKind()
+    {
+        const auto [file, begin] = Rows<QString, QString>::values();
+        Shown shown;
+        shown.makeEdges();
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const QTemporaryDir folder;
+        const QString problem = exporter.save(folder.filePath(file));
+        QFile saved(folder.filePath(file));
+        QCOMPARE(saved.open(QIODevice::ReadOnly), !begin.isEmpty());
+        QCOMPARE(problem, begin.isEmpty() ? "The name must end with .csv, .vcd, .svg or .png."_s : QString());
+        QVERIFY(!saved.isOpen() || saved.readAll().startsWith(begin.toUtf8()));
     }
 
     void theTriggerCountsAndStops_data()

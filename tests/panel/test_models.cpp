@@ -11,6 +11,8 @@
 #include <window/page_reads_model.h>
 #include <window/texts.h>
 #include <window/tools_model.h>
+#include <window/trace_recorder.h>
+#include <window/window_memory.h>
 
 namespace {
 
@@ -385,6 +387,45 @@ private Q_SLOTS:
             device.listener->lineTold(7, {number % 2, number, true});
         }
         QCOMPARE(lines.history(7)->changes().size(), std::size_t{share});
+    }
+
+    void aWindowIsRememberedForItsConfiguration()
+    {
+        const QTemporaryDir folder;
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
+        const QVariantMap values = {{"size"_s, QSize(3, 4)}, {"names"_s, QStringList{"a"_s, "b, c"_s}}};
+        const QString file = folder.filePath("own.json"_s);
+        QVERIFY(QFile(file).open(QIODevice::WriteOnly));
+        WindowMemory(file).remember(values);
+        QCOMPARE(WindowMemory(file).recall(), values);
+        QCOMPARE(WindowMemory(QString()).recall(), QVariantMap());
+        WindowMemory(QString()).remember({{"other"_s, 1}});
+        WindowMemory(file).remember({{"size"_s, QSize(5, 6)}});
+        QCOMPARE(WindowMemory(file).recall(), (QVariantMap{{"size"_s, QSize(5, 6)}}));
+    }
+
+    void aTraceIsRecordedUntilItIsStopped()
+    {
+        TraceRecorder recorder(&m_bench->board(), {&m_bench->tool()});
+        const QTemporaryDir folder;
+        QCOMPARE(recorder.begin("-"_s), "\u201c-\u201d names no regular file."_s);
+        QVERIFY(!recorder.begin(folder.filePath("no/where.vcd"_s)).isEmpty());
+        QVERIFY(!recorder.isRecording());
+        const QString file = folder.filePath("a.vcd"_s);
+        QCOMPARE(recorder.begin(file), QString());
+        QVERIFY(recorder.isRecording());
+        m_bench->scheduler().advance(1000);
+        m_bench->board().setInput(5, 1);
+        recorder.end();
+        recorder.end();
+        QVERIFY(!recorder.isRecording());
+        m_bench->scheduler().advance(1000);
+        m_bench->board().setInput(5, 0);
+        QFile saved(file);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        const QByteArray text = saved.readAll();
+        QVERIFY(text.contains("#1000\n"));
+        QVERIFY(!text.contains("#2000\n"));
     }
 
     // Orders

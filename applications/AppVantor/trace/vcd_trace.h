@@ -16,7 +16,7 @@ class LineDevice;
 /// was recorded is in the file a tenth of a second later at most, so that it can be read even if the process
 /// is killed. It waits for no reader: a gap that one leaves is marked, with the number of changes lost, as is
 /// one that the device leaves.
-class VcdTrace : public QObject
+class Q_DECL_EXPORT VcdTrace : public QObject
 {
     Q_OBJECT
     Q_DISABLE_COPY(VcdTrace)

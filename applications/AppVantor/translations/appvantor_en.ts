@@ -506,5 +506,124 @@
             <numerusform>%n edges · %1 to %2 · mean %3</numerusform>
         </translation>
     </message>
+    <message id="tools_help">
+        <source></source>
+        <translation>Help</translation>
+    </message>
+    <message id="tools_help_hint">
+        <source></source>
+        <translation>Keys, manual and versions (F1)</translation>
+    </message>
+    <message id="export_courses">
+        <source></source>
+        <translation>Export: CSV, VCD, SVG, PNG</translation>
+    </message>
+    <message id="export_kinds">
+        <source></source>
+        <translation>The name must end with .csv, .vcd, .svg or .png.</translation>
+    </message>
+    <message id="record_begin">
+        <source></source>
+        <translation>Record a trace</translation>
+    </message>
+    <message id="record_stop">
+        <source></source>
+        <translation>Stop the trace</translation>
+    </message>
+    <message id="close_title">
+        <source></source>
+        <translation>Close the window?</translation>
+    </message>
+    <message id="close_running" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n order still runs and would be stopped.</numerusform>
+            <numerusform>%n orders still run and would be stopped.</numerusform>
+        </translation>
+    </message>
+    <message id="close_blinking">
+        <source></source>
+        <translation>Lines blink, which would end.</translation>
+    </message>
+    <message id="close_recording">
+        <source></source>
+        <translation>A trace is recorded, which would end.</translation>
+    </message>
+    <message id="close_nothing_on">
+        <source></source>
+        <translation>No output is on.</translation>
+    </message>
+    <message id="close_stays_on">
+        <source></source>
+        <translation>These outputs are on, and would be left so: %1.</translation>
+    </message>
+    <message id="close_stop">
+        <source></source>
+        <translation>Stop all and close</translation>
+    </message>
+    <message id="close_anyway">
+        <source></source>
+        <translation>Close</translation>
+    </message>
+    <message id="help_title">
+        <source></source>
+        <translation>Keys</translation>
+    </message>
+    <message id="help_space">
+        <source></source>
+        <translation>Space</translation>
+    </message>
+    <message id="help_f1">
+        <source></source>
+        <translation>this help</translation>
+    </message>
+    <message id="help_f5">
+        <source></source>
+        <translation>reads the page again</translation>
+    </message>
+    <message id="help_f6">
+        <source></source>
+        <translation>the next pane, the one before</translation>
+    </message>
+    <message id="help_find">
+        <source></source>
+        <translation>filters the lines; Esc clears the filter</translation>
+    </message>
+    <message id="help_fold">
+        <source></source>
+        <translation>fold tools, page, command and orders away</translation>
+    </message>
+    <message id="help_run">
+        <source></source>
+        <translation>runs the command from anywhere</translation>
+    </message>
+    <message id="help_zoom">
+        <source></source>
+        <translation>more and less detail, all, follow the present</translation>
+    </message>
+    <message id="help_freeze">
+        <source></source>
+        <translation>on the courses: freezes them; on the list: switches the line</translation>
+    </message>
+    <message id="help_cursors">
+        <source></source>
+        <translation>cursors at the pointer, from edge to edge, away with them</translation>
+    </message>
+    <message id="help_trigger">
+        <source></source>
+        <translation>the next trigger of the line</translation>
+    </message>
+    <message id="help_lines">
+        <source></source>
+        <translation>hide, group and move lines</translation>
+    </message>
+    <message id="help_files">
+        <source></source>
+        <translation>export the courses, record a trace</translation>
+    </message>
+    <message id="help_manual">
+        <source></source>
+        <translation>The manual: "man appvantor", or docs/user-guide.md of the project.</translation>
+    </message>
 </context>
 </TS>

@@ -506,5 +506,124 @@
             <numerusform>%n fronts · %1 à %2 · moyenne %3</numerusform>
         </translation>
     </message>
+    <message id="tools_help">
+        <source></source>
+        <translation>Aide</translation>
+    </message>
+    <message id="tools_help_hint">
+        <source></source>
+        <translation>Touches, manuel et versions (F1)</translation>
+    </message>
+    <message id="export_courses">
+        <source></source>
+        <translation>Exporter : CSV, VCD, SVG, PNG</translation>
+    </message>
+    <message id="export_kinds">
+        <source></source>
+        <translation>Le nom doit finir par .csv, .vcd, .svg ou .png.</translation>
+    </message>
+    <message id="record_begin">
+        <source></source>
+        <translation>Enregistrer une trace</translation>
+    </message>
+    <message id="record_stop">
+        <source></source>
+        <translation>Arrêter la trace</translation>
+    </message>
+    <message id="close_title">
+        <source></source>
+        <translation>Fermer la fenêtre ?</translation>
+    </message>
+    <message id="close_running" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%n ordre est en cours et serait arrêté.</numerusform>
+            <numerusform>%n ordres sont en cours et seraient arrêtés.</numerusform>
+        </translation>
+    </message>
+    <message id="close_blinking">
+        <source></source>
+        <translation>Des lignes clignotent ; cela cesserait.</translation>
+    </message>
+    <message id="close_recording">
+        <source></source>
+        <translation>Une trace est enregistrée ; elle se terminerait.</translation>
+    </message>
+    <message id="close_nothing_on">
+        <source></source>
+        <translation>Aucune sortie n’est active.</translation>
+    </message>
+    <message id="close_stays_on">
+        <source></source>
+        <translation>Ces sorties sont actives et le resteraient : %1.</translation>
+    </message>
+    <message id="close_stop">
+        <source></source>
+        <translation>Tout arrêter et fermer</translation>
+    </message>
+    <message id="close_anyway">
+        <source></source>
+        <translation>Fermer</translation>
+    </message>
+    <message id="help_title">
+        <source></source>
+        <translation>Touches</translation>
+    </message>
+    <message id="help_space">
+        <source></source>
+        <translation>Espace</translation>
+    </message>
+    <message id="help_f1">
+        <source></source>
+        <translation>cette aide</translation>
+    </message>
+    <message id="help_f5">
+        <source></source>
+        <translation>relit la page</translation>
+    </message>
+    <message id="help_f6">
+        <source></source>
+        <translation>le volet suivant, le précédent</translation>
+    </message>
+    <message id="help_find">
+        <source></source>
+        <translation>filtre les lignes ; Échap efface le filtre</translation>
+    </message>
+    <message id="help_fold">
+        <source></source>
+        <translation>replient outils, page, commande et ordres</translation>
+    </message>
+    <message id="help_run">
+        <source></source>
+        <translation>lance la commande de n’importe où</translation>
+    </message>
+    <message id="help_zoom">
+        <source></source>
+        <translation>plus et moins de détail, tout, suivre le présent</translation>
+    </message>
+    <message id="help_freeze">
+        <source></source>
+        <translation>sur les courbes : les fige ; sur la liste : commute la ligne</translation>
+    </message>
+    <message id="help_cursors">
+        <source></source>
+        <translation>curseurs au pointeur, de front en front, les enlever</translation>
+    </message>
+    <message id="help_trigger">
+        <source></source>
+        <translation>le déclencheur suivant de la ligne</translation>
+    </message>
+    <message id="help_lines">
+        <source></source>
+        <translation>masquer, grouper et déplacer des lignes</translation>
+    </message>
+    <message id="help_files">
+        <source></source>
+        <translation>exporter les courbes, enregistrer une trace</translation>
+    </message>
+    <message id="help_manual">
+        <source></source>
+        <translation>Le manuel : « man appvantor », ou docs/user-guide.md du projet.</translation>
+    </message>
 </context>
 </TS>

@@ -89,18 +89,28 @@ QString CourseView::cursorsText() const
 
 QString CourseView::selectionText(int line) const
 {
-    const auto& [first, second] = m_cursors;
+    const std::optional<TimeSpan> selected = selection();
     const LineHistory* history = m_lines->history(line);
-    if (!first || !second || history == nullptr) {
+    if (!selected || history == nullptr) {
         return QString();
     }
     const std::optional<SelectionMeasure> measure =
-        measureBetween(*history, std::min(*first, *second), std::max(*first, *second));
+        measureBetween(*history, selected->fromUs, selected->toUs());
     return measure ? qtTrId("selection_measure", measure->edges)
                          .arg(measure->levels.lowest)
                          .arg(measure->levels.highest)
                          .arg(QString::number(measure->mean, 'g', 4))
                    : QString();
+}
+
+std::optional<TimeSpan> CourseView::selection() const
+{
+    const auto& [first, second] = m_cursors;
+    if (!first || !second) {
+        return std::nullopt;
+    }
+    const qint64 fromUs = std::min(*first, *second);
+    return TimeSpan{fromUs, std::max(*first, *second) - fromUs};
 }
 
 void CourseView::showAt(qint64 timeUs, double share)

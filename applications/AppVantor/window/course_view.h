@@ -70,6 +70,8 @@ public:
     /// What line did between both cursors: its edges, and its least, greatest and mean level. Empty where
     /// there are not both, or nobody knew the level.
     Q_INVOKABLE QString selectionText(int line) const;
+    /// The time between both cursors; none where there are not both.
+    std::optional<TimeSpan> selection() const;
     /// Holds the view, with timeUs at share of it if the present is that far.
     void showAt(qint64 timeUs, double share);
     /// Moves the cursor that was set last, the first one when there is none, to the next edge of line, or to

@@ -10,12 +10,15 @@ QString Files::documentFile(const QString& name) const
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QLatin1Char('/') + name;
 }
 
+QString Files::pathOf(const QString& file)
+{
+    const QString path = file.trimmed();
+    return path.startsWith(QLatin1String("~/")) ? QDir::homePath() + path.mid(1) : path;
+}
+
 QString Files::write(const QString& file, const QByteArray& content)
 {
-    QString path = file.trimmed();
-    if (path.startsWith(QLatin1String("~/"))) {
-        path = QDir::homePath() + path.mid(1);
-    }
+    const QString path = pathOf(file);
     const QFileInfo present(path);
     if (path.isEmpty() || (present.exists() && !present.isFile())) {
         return qtTrId("save_no_file").arg(path);

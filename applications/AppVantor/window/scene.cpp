@@ -4,7 +4,34 @@
 #include "qml_types.h"
 #include "texts.h"
 
+#include <plugin_management/i_plugin.h>
+
+#include <QCoreApplication>
 #include <QQmlComponent>
+
+#include <array>
+
+namespace {
+
+/// What the user arranges of the window's root item.
+constexpr std::array<const char*, 9> c_arranged = {
+    "wantedToolsWidth", "wantedPageWidth", "wantedCommandWidth", "wantedLowerShare", "toolsFolded",
+    "pageFolded",       "lowerFolded",     "rowHeight",          "chosenTheme"};
+
+QString versionsOf(const QVector<DTool*>& tools)
+{
+    QStringList parts = {QStringLiteral("AppVantor ") + QCoreApplication::applicationVersion(),
+                         QStringLiteral("Qt ") + QLatin1String(qVersion())};
+    for (const DTool* tool : tools) {
+        if (tool->plugin() != nullptr) {
+            parts += tool->plugin()->pluginName();
+        }
+    }
+    parts.removeDuplicates();
+    return parts.join(QStringLiteral(" \u00b7 "));
+}
+
+} // namespace
 
 Scene::~Scene() = default;
 
@@ -41,6 +68,8 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_lines(device, tools, &m_clock)
     , m_courses(&m_lines)
     , m_trigger(&m_lines, &m_courses)
+    , m_export(&m_lines, &m_courses, &m_filter)
+    , m_recorder(device, {tools.cbegin(), tools.cend()})
     , m_orders(&m_clock)
     , m_orderEvents(&m_orders, &m_clock)
     , m_pageReads(&m_clock)
@@ -61,6 +90,9 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
           {QStringLiteral("clock"), object(&m_clock)},
           {QStringLiteral("courses"), object(&m_courses)},
           {QStringLiteral("trigger"), object(&m_trigger)},
+          {QStringLiteral("versions"), versionsOf(tools)},
+          {QStringLiteral("exporter"), object(&m_export)},
+          {QStringLiteral("recorder"), object(&m_recorder)},
           {QStringLiteral("form"), object(&m_form)},
           {QStringLiteral("orders"), object(&m_orders)},
           {QStringLiteral("orderEvents"), object(&m_orderEvents)},
@@ -78,6 +110,62 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
                              m_orders.addClick(command, arguments, results, failure);
                          }
                      });
+}
+
+QVariantMap BenchScene::arrangement() const
+{
+    QVariantMap values;
+    for (const char* name : c_arranged) {
+        values.insert(QLatin1String(name), root().property(name));
+    }
+    values.insert(QStringLiteral("order"), m_filter.order());
+    values.insert(QStringLiteral("hidden"), m_filter.hidden());
+    values.insert(QStringLiteral("grouped"), m_filter.isGrouped());
+    return values;
+}
+
+void BenchScene::arrange(const QVariantMap& arrangement)
+{
+    for (const char* name : c_arranged) {
+        QVariant value = arrangement.value(QLatin1String(name));
+        if (value.isValid() && value.convert(static_cast<int>(root().property(name).type()))) {
+            root().setProperty(name, value);
+        }
+    }
+    if (arrangement.contains(QStringLiteral("order"))) {
+        m_filter.arrange(arrangement.value(QStringLiteral("order")).toStringList(),
+                         arrangement.value(QStringLiteral("hidden")).toStringList());
+        m_filter.setGrouped(arrangement.value(QStringLiteral("grouped")).toBool());
+    }
+}
+
+QString BenchScene::reasonToStay() const
+{
+    QStringList on;
+    bool blinks = false;
+    for (int line = 0; line < m_lines.count(); ++line) {
+        const QModelIndex index = m_lines.index(line);
+        blinks = blinks || index.data(LinesModel::BlinkingRole).toBool();
+        if (index.data(LinesModel::OutputRole).toBool() && index.data(LinesModel::LevelRole).toInt() > 0) {
+            on.append(index.data(LinesModel::NameRole).toString());
+        }
+    }
+    if (m_orders.running() == 0 && !blinks && !m_recorder.isRecording()) {
+        return QString();
+    }
+    QStringList parts;
+    if (m_orders.running() > 0) {
+        parts += qtTrId("close_running", m_orders.running());
+    }
+    if (blinks) {
+        parts += qtTrId("close_blinking");
+    }
+    if (m_recorder.isRecording()) {
+        parts += qtTrId("close_recording");
+    }
+    parts += on.isEmpty() ? qtTrId("close_nothing_on")
+                          : qtTrId("close_stays_on").arg(on.join(QStringLiteral(", ")));
+    return parts.join(QLatin1Char(' '));
 }
 
 BenchScene::~BenchScene()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command_form.h"
+#include "course_export.h"
 #include "course_trigger.h"
 #include "course_view.h"
 #include "device_clock.h"
@@ -10,6 +11,7 @@
 #include "order_log_model.h"
 #include "page_reads_model.h"
 #include "tools_model.h"
+#include "trace_recorder.h"
 #include "window_options.h"
 
 #include <QQmlEngine>
@@ -28,7 +30,7 @@ public:
 
     QQmlEngine& engine() { return m_engine; }
     /// The root item; it takes the size of its window.
-    QQuickItem& root() { return *m_root; }
+    QQuickItem& root() const { return *m_root; }
     /// The panel with the plugin's page.
     PagePanel& panel();
 
@@ -62,6 +64,13 @@ public:
     CourseTrigger& trigger() { return m_trigger; }
     LineFilter& lineFilter() { return m_filter; }
 
+    /// How the user has arranged the window, by names: panes, rows and lines.
+    QVariantMap arrangement() const;
+    /// Arranges the window so; what is not named, or makes no sense, stays.
+    void arrange(const QVariantMap& arrangement);
+    /// What would end or stay on if the window were closed, for people; empty for nothing.
+    QString reasonToStay() const;
+
 private:
     DeviceClock m_clock;
     ToolsModel m_tools;
@@ -69,6 +78,8 @@ private:
     CourseView m_courses;
     CourseTrigger m_trigger;
     LineFilter m_filter;
+    CourseExport m_export;
+    TraceRecorder m_recorder;
     OrderLogModel m_orders;
     OrderEventsModel m_orderEvents;
     PageReadsModel m_pageReads;

@@ -19,8 +19,12 @@ struct WindowOptions
 
     /// PNG file that a picture is written to instead of opening a window; empty for a window.
     QString screenshotFile;
+    /// The configuration file that is shown; empty for the built-in one.
+    QString configuration;
     /// Size of the window or the picture in pixels of the screen or the picture.
     QSize size = QSize(1280, 800);
+    /// True when that was asked for; else a window takes the size that it had before.
+    bool sizeGiven = false;
     Theme theme = Theme::System;
     /// Scale of all sizes, 2 for 200 %; 0 for that of the screen.
     qreal scale = 0;

@@ -1,15 +1,19 @@
 #include "window_part.h"
+#include "close_guard.h"
 #include "picture.h"
 #include "scene.h"
 #include "texts.h"
+#include "window_memory.h"
 
 #include <configuration/bench.h>
 #include <process/unix_signals.h>
 
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QOpenGLContext>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTimer>
 
 namespace {
@@ -35,14 +39,25 @@ QVector<DTool*> toolsOf(const Bench& bench)
     return tools;
 }
 
-int openWindow(Scene& scene, const QString& title, const WindowOptions& options)
+/// Before the first window is made.
+void chooseRenderer()
 {
     if (!isSet("QT_QUICK_BACKEND") && !QOpenGLContext().create()) {
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software); // the display offers no other
     }
-    QQuickWindow window;
+}
+
+/// geometry is that of the window before; invalid for none.
+int openWindow(QQuickWindow& window, Scene& scene, const QString& title, const WindowOptions& options,
+               const QRect& geometry = {})
+{
     window.setTitle(title);
-    window.resize(options.logicalSize(window.effectiveDevicePixelRatio()));
+    if (!options.sizeGiven && QGuiApplication::screenAt(geometry.center()) != nullptr) {
+        window.setGeometry(geometry);
+    } else {
+        const QSize size = options.logicalSize(window.effectiveDevicePixelRatio());
+        window.resize(options.sizeGiven ? size : size.boundedTo(window.screen()->availableSize()));
+    }
     window.setMinimumSize(QSize(640, 400));
     QQuickItem& root = scene.root();
     root.setParentItem(window.contentItem());
@@ -61,9 +76,29 @@ int openWindow(Scene& scene, const QString& title, const WindowOptions& options)
     return status;
 }
 
-int show(Scene& scene, const QString& title, const WindowOptions& options)
+/// The window of a bench, as it was left.
+int openBench(BenchScene& scene, const WindowOptions& options)
 {
-    return options.screenshotFile.isEmpty() ? openWindow(scene, title, options) : takePicture(scene, options);
+    WindowMemory memory(options.configuration);
+    QVariantMap remembered = memory.recall();
+    if (options.theme != WindowOptions::Theme::System) {
+        remembered.remove(QStringLiteral("chosenTheme"));
+    }
+    scene.arrange(remembered);
+    chooseRenderer();
+    QQuickWindow window;
+    const CloseGuard guard(scene, &window);
+    QObject::connect(&guard, &CloseGuard::confirmed, qGuiApp, &QGuiApplication::quit);
+    const QString geometry = QStringLiteral("geometry");
+    const QString name = QFileInfo(options.configuration).fileName();
+    const int status = openWindow(window, scene,
+                                  (name.isEmpty() ? QString() : name + QStringLiteral(" \u2013 ")) +
+                                      QStringLiteral("AppVantor"),
+                                  options, remembered.value(geometry).toRect());
+    QVariantMap arrangement = scene.arrangement();
+    arrangement.insert(geometry, window.geometry());
+    memory.remember(arrangement);
+    return status;
 }
 
 QString prepare(const WindowOptions& options)
@@ -98,14 +133,19 @@ int showWindow(Bench& bench, const WindowOptions& options)
 {
     installTexts(options.locale);
     BenchScene scene(&bench.device(), toolsOf(bench), options.theme);
-    return show(scene, QStringLiteral("AppVantor"), options);
+    return options.screenshotFile.isEmpty() ? openBench(scene, options) : takePicture(scene, options);
 }
 
 int showPanel(DTool& tool, const WindowOptions& options)
 {
     installTexts(options.locale);
     PanelScene scene(&tool, options.theme);
-    return show(scene, tool.objectName(), options);
+    if (!options.screenshotFile.isEmpty()) {
+        return takePicture(scene, options);
+    }
+    chooseRenderer();
+    QQuickWindow window;
+    return openWindow(window, scene, tool.objectName(), options);
 }
 
 } // namespace

@@ -11,6 +11,13 @@ Rectangle {
     property var clock
     property var courses
     property var trigger
+    property var exporter
+    property var recorder
+    // The versions of what runs, for people.
+    property string versions: ""
+    property alias rowHeight: boardPane.rowHeight
+    // As the user has chosen it: "light", "dark", or empty.
+    property string chosenTheme: ""
     property var form
     property var orders
     property var orderEvents
@@ -22,7 +29,8 @@ Rectangle {
     property real wantedToolsWidth: 176
     property real wantedPageWidth: 560
     property real wantedCommandWidth: 448
-    property real wantedLowerHeight: Math.max(height * 0.3, Math.min(300, height * 0.4))
+    // A share of the height; 0 for what suits it.
+    property real wantedLowerShare: 0
     // What is folded away.
     property bool toolsFolded: false
     property bool pageFolded: false
@@ -33,7 +41,9 @@ Rectangle {
     readonly property real boardWidth: pageFolded ? besideTools
                                                   : bounded(320, besideTools - wantedPageWidth, besideTools - 320)
     readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
-    readonly property real lowerHeight: lowerFolded ? 0 : bounded(120, wantedLowerHeight, height - 208)
+    readonly property real lowerHeight: lowerFolded ? 0 : bounded(120, wantedLowerShare > 0 ? wantedLowerShare * height
+                                                                             : Math.max(height * 0.3, Math.min(300, height * 0.4)),
+                                                                 height - 208)
     readonly property real upperHeight: height - lowerHeight - lowerHandle.height
 
     readonly property var panes: [toolsPane, pagePane, boardPane, commandPane, ordersPane].filter(pane => pane.visible)
@@ -52,7 +62,21 @@ Rectangle {
         }
     }
 
+    // The window may be closed, though something runs.
+    signal closeConfirmed()
+
+    function askToClose(reason) {
+        closeDialog.reason = reason
+        closeDialog.open()
+    }
+
     color: Style.background
+
+    onChosenThemeChanged: {
+        if (chosenTheme.length > 0) {
+            Style.dark = chosenTheme === "dark"
+        }
+    }
 
     Component.onCompleted: {
         if (theme.length > 0) {
@@ -86,6 +110,11 @@ Rectangle {
     }
 
     Shortcut {
+        sequence: StandardKey.HelpContents
+        onActivated: help.open()
+    }
+
+    Shortcut {
         sequence: "Ctrl+1"
         onActivated: root.toolsFolded = !root.toolsFolded
     }
@@ -106,6 +135,8 @@ Rectangle {
         width: root.toolsWidth
         height: root.upperHeight
         tools: root.tools
+        onThemeChosen: root.chosenTheme = dark ? "dark" : "light"
+        onHelpWanted: help.open()
         onAllOffWanted: {
             for (let row = 0; row < root.tools.count; ++row) {
                 root.orders.switchOff(root.tools.toolAt(row))
@@ -156,6 +187,8 @@ Rectangle {
         clock: root.clock
         view: root.courses
         trigger: root.trigger
+        exporter: root.exporter
+        recorder: root.recorder
     }
 
     SplitHandle {
@@ -168,7 +201,7 @@ Rectangle {
         folded: root.lowerFolded
         text: folded ? qsTrId("fold_show_lower") : qsTrId("fold_hide_lower")
         onFoldWanted: root.lowerFolded = !root.lowerFolded
-        onDragged: root.wantedLowerHeight = root.lowerHeight - distance
+        onDragged: root.wantedLowerShare = (root.lowerHeight - distance) / root.height
     }
 
     CommandPane {
@@ -205,5 +238,18 @@ Rectangle {
         target: root.form
         property: "tool"
         value: pagePane.tool
+    }
+
+    HelpPopup {
+        id: help
+        objectName: "help"
+        versions: root.versions
+    }
+
+    CloseDialog {
+        id: closeDialog
+        objectName: "closeDialog"
+        onStopped: root.orders.stopAll()
+        onConfirmed: root.closeConfirmed()
     }
 }

@@ -220,7 +220,7 @@ Item {
         id: gauge
 
         Rectangle {
-            width: 72
+            width: Math.min(72, root.columns.control)
             height: 8
             radius: 4
             color: "transparent"

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import AppVantor 1.0
 import "../../gui/widgets"
 
 // The device as it looks from outside: every line with what drives or shows it, and its course over one time
@@ -13,7 +14,9 @@ Pane {
     property var clock
     property var view
     property var trigger
-    property alias rowHeight: columnWidths.rowHeight
+    property alias rowHeight: columnWidths.wantedRowHeight
+    property var exporter
+    property var recorder
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
     readonly property real pointedShare: pointer.containsMouse
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
@@ -22,10 +25,12 @@ Pane {
     QtObject {
         id: columnWidths
 
-        readonly property int names: 88
-        readonly property int control: 80
+        readonly property bool narrow: root.width < 420
+        readonly property int names: narrow ? 72 : 88
+        readonly property int control: narrow ? 56 : 80
         readonly property int level: 56
-        property real rowHeight: 48
+        property real wantedRowHeight: 48
+        readonly property real rowHeight: Math.round(Math.max(40, Math.min(240, wantedRowHeight)))
     }
 
     function focusFilter() {
@@ -72,6 +77,12 @@ Pane {
         case Qt.Key_Escape:
             view.clearCursors()
             return true
+        case Qt.Key_E:
+            exportCourses()
+            return true
+        case Qt.Key_R:
+            record()
+            return true
         case Qt.Key_H:
             hideLine()
             return true
@@ -92,7 +103,31 @@ Pane {
         return false
     }
 
-    title: lines.deviceName
+    function exportCourses() {
+        saveBar.write = file => file.endsWith(".png") ? savePicture(file) : exporter.save(file)
+        saveBar.open("courses.csv")
+    }
+
+    // The pane as it is, without the field for the name of the file.
+    function savePicture(file) {
+        const name = Files.path(file)
+        return root.grabToImage(result => {
+            if (!result.saveToFile(name)) {
+                saveBar.fail(qsTrId("save_failed").arg(name).arg("PNG"))
+            }
+        }) ? "" : qsTrId("save_failed").arg(name).arg("PNG")
+    }
+
+    function record() {
+        if (recorder.recording) {
+            recorder.end()
+        } else {
+            saveBar.write = file => recorder.begin(Files.path(file))
+            saveBar.open("trace.vcd")
+        }
+    }
+
+    title: (recorder.recording ? "\u25cf REC  " : "") + lines.deviceName
 
     controls: [
         UiTextField {
@@ -125,7 +160,10 @@ Pane {
                     {text: root.filter.grouped ? qsTrId("lines_ungroup") : qsTrId("lines_group"), keys: "G", enabled: true,
                      run: () => root.filter.grouped = !root.filter.grouped},
                     {text: qsTrId("lines_trigger"), keys: "T", enabled: root.chosenLine >= 0,
-                     run: () => root.trigger.next(root.chosenLine)}
+                     run: () => root.trigger.next(root.chosenLine)},
+                    {text: qsTrId("export_courses"), keys: "E", enabled: list.count > 0, run: () => root.exportCourses()},
+                    {text: root.recorder.recording ? qsTrId("record_stop") : qsTrId("record_begin"), keys: "R",
+                     enabled: true, run: () => root.record()}
                 ]
             }
         },
@@ -159,9 +197,23 @@ Pane {
         }
     }
 
+    SaveBar {
+        id: saveBar
+        objectName: "courseSaveBar"
+        anchors.top: notice.bottom
+        width: parent.width
+    }
+
+    Connections {
+        target: root.recorder
+        function onFailed(problem) {
+            saveBar.fail(problem)
+        }
+    }
+
     Item {
         id: axis
-        anchors.top: notice.bottom
+        anchors.top: saveBar.bottom
         width: parent.width
         height: visible ? 24 : 0
         visible: list.count > 0
@@ -276,7 +328,7 @@ Pane {
             view: root.view
             columns: columnWidths
             trigger: root.trigger
-            onHeightWanted: columnWidths.rowHeight = Math.round(Math.max(40, Math.min(240, height)))
+            onHeightWanted: columnWidths.wantedRowHeight = height
             pointedShare: root.pointedShare
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus

@@ -20,6 +20,11 @@ FocusScope {
         field.selectAll()
     }
 
+    function fail(problem) {
+        failed = true
+        outcome = problem
+    }
+
     function save() {
         const problem = write(field.text)
         failed = problem.length > 0

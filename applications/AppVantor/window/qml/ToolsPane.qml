@@ -10,6 +10,8 @@ Pane {
     readonly property alias currentRow: list.currentIndex
 
     signal allOffWanted()
+    signal themeChosen(bool dark)
+    signal helpWanted()
 
     title: qsTrId("tools_title")
 
@@ -17,7 +19,7 @@ Pane {
         id: list
         objectName: "toolsList"
         anchors.fill: parent
-        anchors.bottomMargin: 96
+        anchors.bottomMargin: 136
         activeFocusOnTab: count > 0
         model: root.tools
         clip: true
@@ -105,9 +107,24 @@ Pane {
         anchors.left: parent.left
         anchors.leftMargin: root.inset
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 12
+        anchors.bottomMargin: 52
         text: qsTrId("tools_dark")
         checked: Style.dark
-        onToggled: Style.dark = checked
+        onToggled: {
+            Style.dark = checked
+            root.themeChosen(checked)
+        }
+    }
+
+    UiButton {
+        objectName: "helpButton"
+        anchors.left: parent.left
+        anchors.leftMargin: root.inset
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 12
+        width: Math.min(implicitWidth, parent.width - 2 * root.inset)
+        text: qsTrId("tools_help")
+        hint: qsTrId("tools_help_hint")
+        onClicked: root.helpWanted()
     }
 }

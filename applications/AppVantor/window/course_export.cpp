@@ -1,0 +1,178 @@
+#include "course_export.h"
+
+#include "files.h"
+
+#include <process/time_text.h>
+
+#include <algorithm>
+
+namespace {
+
+/// A name of a variable in a dump: "!", "\"", … and then two and more characters.
+QByteArray codeOf(int number)
+{
+    constexpr int first = 33;
+    constexpr int count = 94;
+    QByteArray code;
+    do {
+        code.append(static_cast<char>(first + number % count));
+        number = number / count - 1;
+    } while (number >= 0);
+    return code;
+}
+
+} // namespace
+
+CourseExport::CourseExport(LinesModel* lines, CourseView* view, LineFilter* filter, QObject* parent)
+    : QObject(parent)
+    , m_lines(lines)
+    , m_view(view)
+    , m_filter(filter)
+{}
+
+QString CourseExport::save(const QString& file) const
+{
+    if (file.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive)) {
+        return Files::write(file, csv());
+    }
+    if (file.endsWith(QLatin1String(".vcd"), Qt::CaseInsensitive)) {
+        return Files::write(file, vcd());
+    }
+    if (file.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive)) {
+        return Files::write(file, svg());
+    }
+    return qtTrId("export_kinds");
+}
+
+TimeSpan CourseExport::span() const
+{
+    return m_view->selection().value_or(m_view->span());
+}
+
+QVector<int> CourseExport::shownLines() const
+{
+    QVector<int> lines;
+    for (int row = 0; row < m_filter->rowCount(); ++row) {
+        lines.append(m_filter->index(row, 0).data(LinesModel::LineRole).toInt());
+    }
+    return lines;
+}
+
+QString CourseExport::nameOf(int line) const
+{
+    return m_lines->index(line).data(LinesModel::NameRole).toString();
+}
+
+/// In the order of their times, with the levels at the begin before them.
+std::vector<CourseExport::Change> CourseExport::changes() const
+{
+    const TimeSpan shown = span();
+    const QVector<int> lines = shownLines();
+    std::vector<Change> changes;
+    for (int place = 0; place < lines.size(); ++place) {
+        const LineHistory& history = *m_lines->history(lines.at(place));
+        changes.push_back({shown.fromUs, place, history.at(shown.fromUs)});
+        for (std::size_t number = history.firstAfter(shown.fromUs);
+             number < history.changes().size() && history.changes().at(number).sinceUs <= shown.toUs();
+             ++number) {
+            const LineLevel& level = history.changes().at(number);
+            changes.push_back({level.sinceUs, place, level});
+        }
+    }
+    std::stable_sort(changes.begin(), changes.end(),
+                     [](const Change& one, const Change& other) { return one.timeUs < other.timeUs; });
+    return changes;
+}
+
+QByteArray CourseExport::csv() const
+{
+    const QVector<int> lines = shownLines();
+    QByteArray text = "time,line,level\n";
+    for (const Change& change : changes()) {
+        text += fullTime(m_lines->clock().scheduler().wallClock(change.timeUs)).toUtf8() + ',' +
+                nameOf(lines.at(change.line)).toUtf8() + ',' +
+                (change.level.known ? QByteArray::number(change.level.level) : QByteArray()) + '\n';
+    }
+    return text;
+}
+
+QByteArray CourseExport::vcd() const
+{
+    const QVector<int> lines = shownLines();
+    const qint64 startUs = span().fromUs;
+    QByteArray text = "$date " + fullTime(m_lines->clock().scheduler().wallClock(startUs)).toUtf8() +
+                      " $end\n$timescale 1 us $end\n$scope module device $end\n";
+    for (int place = 0; place < lines.size(); ++place) {
+        const bool isReal = m_lines->highestLevel(lines.at(place)) > 1;
+        text += QByteArray("$var ") + (isReal ? "real 64 " : "wire 1 ") + codeOf(place) + ' ' +
+                nameOf(lines.at(place)).toUtf8().replace(' ', '_') + " $end\n";
+    }
+    text += "$upscope $end\n$enddefinitions $end\n";
+    qint64 timeUs = -1;
+    for (const Change& change : changes()) {
+        if (change.timeUs - startUs != timeUs) {
+            timeUs = change.timeUs - startUs;
+            text += '#' + QByteArray::number(timeUs) + '\n';
+        }
+        if (m_lines->highestLevel(lines.at(change.line)) > 1) {
+            text +=
+                'r' + (change.level.known ? QByteArray::number(change.level.level) : QByteArray("nan")) + ' ';
+        } else {
+            text += change.level.known ? QByteArray::number(change.level.level) : QByteArray("x");
+        }
+        text += codeOf(change.line) + '\n';
+    }
+    return text;
+}
+
+QByteArray CourseExport::svg() const
+{
+    constexpr int left = 120;
+    constexpr int width = 1000;
+    constexpr int right = 20;
+    constexpr int head = 40;
+    constexpr int row = 48;
+    constexpr int margin = 10;
+    const QVector<int> lines = shownLines();
+    const TimeSpan shown = span();
+    const int height = head + row * lines.size();
+    QString text = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%2\" "
+                                  "font-family=\"sans-serif\" font-size=\"13\">\n"
+                                  "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n")
+                       .arg(left + width + right)
+                       .arg(height);
+    const QVector<qint64> marks = axisMarks({0, shown.lengthUs}, width);
+    const qint64 stepUs = marks.size() > 1 ? marks.at(1) - marks.at(0) : shown.lengthUs;
+    for (const qint64 mark : marks) {
+        const int x = left + static_cast<int>(width * TimeSpan{0, shown.lengthUs}.shareOf(mark));
+        text += QStringLiteral("<path d=\"M%1 %2V%3\" stroke=\"#d8dce2\"/>"
+                               "<text x=\"%1\" y=\"24\" text-anchor=\"middle\">%4</text>\n")
+                    .arg(x)
+                    .arg(head)
+                    .arg(height)
+                    .arg(offsetText(mark, stepUs));
+    }
+    const TimeColumns columns{shown.lengthUs, width};
+    const qint64 last = columns.of(shown.toUs());
+    for (int place = 0; place < lines.size(); ++place) {
+        const int top = head + row * place;
+        const int highest = m_lines->highestLevel(lines.at(place));
+        const auto y = [&](int level) { return top + row - margin - (row - 2 * margin) * level / highest; };
+        QString path;
+        int end = -1;
+        for (const CourseStep& step :
+             courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, shown.toUs())) {
+            const int x = left + step.column;
+            path += (step.column == end ? QStringLiteral("L%1 %2") : QStringLiteral("M%1 %2"))
+                        .arg(x)
+                        .arg(y(step.levels.lowest));
+            path += QStringLiteral("V%1H%2").arg(y(step.levels.highest)).arg(x + step.columns);
+            end = step.column + step.columns;
+        }
+        text += QStringLiteral("<text x=\"12\" y=\"%1\">%2</text><path d=\"%3\" fill=\"none\" "
+                               "stroke=\"#1f5fd1\" stroke-width=\"1.5\"/>\n")
+                    .arg(top + row / 2 + 4)
+                    .arg(nameOf(lines.at(place)).toHtmlEscaped(), path);
+    }
+    return (text + QStringLiteral("</svg>\n")).toUtf8();
+}

@@ -1,0 +1,38 @@
+#include "trace_recorder.h"
+
+#include <trace/vcd_trace.h>
+
+TraceRecorder::TraceRecorder(const LineDevice* device, std::vector<const DTool*> tools, QObject* parent)
+    : QObject(parent)
+    , m_device(device)
+    , m_tools(std::move(tools))
+{}
+
+TraceRecorder::~TraceRecorder() = default;
+
+QString TraceRecorder::begin(const QString& file)
+{
+    if (file == QLatin1String("-")) {
+        return qtTrId("save_no_file").arg(file);
+    }
+    auto trace = std::make_unique<VcdTrace>(*m_device);
+    const QString problem = trace->begin(file, m_tools);
+    if (problem.isEmpty()) {
+        m_trace = std::move(trace);
+        connect(m_trace.get(), &VcdTrace::failed, this, &TraceRecorder::failed);
+        Q_EMIT recordingChanged();
+    }
+    return problem;
+}
+
+void TraceRecorder::end()
+{
+    if (m_trace != nullptr) {
+        const QString problem = m_trace->end();
+        m_trace.reset();
+        Q_EMIT recordingChanged();
+        if (!problem.isEmpty()) {
+            Q_EMIT failed(problem);
+        }
+    }
+}

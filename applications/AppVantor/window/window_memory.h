@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QSettings>
+#include <QVariantMap>
+
+/// What windows looked like when they were closed last, by the configurations that they showed.
+class WindowMemory
+{
+public:
+    /// Of the window for the file configuration; empty for the built-in one.
+    explicit WindowMemory(const QString& configuration);
+
+    /// What was remembered, by its names; empty for nothing.
+    QVariantMap recall();
+    /// Remembers values in place of what there is.
+    void remember(const QVariantMap& values);
+
+private:
+    QSettings m_settings;
+};
