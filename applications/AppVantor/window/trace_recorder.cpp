@@ -16,7 +16,7 @@ QString TraceRecorder::begin(const QString& file)
         return qtTrId("save_no_file").arg(file);
     }
     auto trace = std::make_unique<VcdTrace>(*m_device);
-    const QString problem = trace->begin(file, m_tools);
+    QString problem = trace->begin(file, m_tools);
     if (problem.isEmpty()) {
         m_trace = std::move(trace);
         connect(m_trace.get(), &VcdTrace::failed, this, &TraceRecorder::failed);
