@@ -789,6 +789,58 @@ private Q_SLOTS:
         QCOMPARE(m_form->problem(), "Choose a tool to see its commands."_s);
     }
 
+    void failuresAndCommandsSpeakTheLanguageOfTheWindow()
+    {
+        installTexts(QLocale(QLocale::French));
+        run("noSuchCommand");
+        QVERIFY(logged(0, OrderLogModel::DetailRole).startsWith("appel incorrect : unknown command "_s));
+        QCOMPARE(m_form->description(), "Donner un \u00e9tat \u00e0 une ligne"_s);
+        QCOMPARE(at(*m_form, 0, CommandForm::DescriptionRole).toString(), "Voie de l\u2019outil"_s);
+        installTexts(QLocale(QLocale::English));
+        QCOMPARE(m_form->description(), "Set the value of a GPIO pin"_s);
+        QVERIFY(logged(0, OrderLogModel::DetailRole).startsWith("unknown command "_s));
+    }
+
+    /// Every kind of failure has a text of its own in French.
+    void everyKindOfFailureIsTranslated()
+    {
+        installTexts(QLocale(QLocale::French));
+        for (int kind = 1; kind < static_cast<int>(DFailure::Kind::Count); ++kind) {
+            const DFailure failure = {static_cast<DFailure::Kind>(kind), "reason"_s};
+            const QString text = failureText(failure.kindName(), failure.text);
+            QVERIFY2(text.endsWith(" : reason"_s), qPrintable(failure.kindName()));
+        }
+        installTexts(QLocale(QLocale::English));
+    }
+
+    /// An hour leaves no more than ten minutes do.
+    void anHourOfSixtyBlinkingLinesIsBounded()
+    {
+        constexpr int count = 60;
+        constexpr qint64 second = 1000000;
+        DeafDevice device(m_bench->scheduler(), count);
+        const LinesModel lines(&device.front, {}, m_clock.get());
+        const auto remembered = [&lines] {
+            std::size_t changes = 0;
+            for (int line = 0; line < count; ++line) {
+                changes += lines.history(line)->changes().size();
+            }
+            return changes;
+        };
+        std::vector<std::size_t> sizes;
+        for (int time = 0; time < 3600; ++time) {
+            for (int line = 0; line < count; ++line) {
+                device.listener->lineTold(line, {time % 2, time * second, true});
+            }
+            m_bench->scheduler().advance(second);
+            if (time % 600 == 599) {
+                sizes.push_back(remembered());
+            }
+        }
+        QCOMPARE(sizes.back(), sizes.at(1));
+        QVERIFY(sizes.back() <= count * 602);
+    }
+
     void valuesAreWrittenForPeople_data()
     {
         const Rows<QVariant, QString> row("value", "text");

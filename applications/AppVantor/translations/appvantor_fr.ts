@@ -625,5 +625,97 @@
         <source></source>
         <translation>Le manuel : « man appvantor », ou docs/user-guide.md du projet.</translation>
     </message>
+    <message id="failure_wrongInvocation">
+        <source></source>
+        <translation>appel incorrect : %1</translation>
+    </message>
+    <message id="failure_refusedByCommand">
+        <source></source>
+        <translation>refusé par la commande : %1</translation>
+    </message>
+    <message id="failure_nothingSent">
+        <source></source>
+        <translation>rien n’a été envoyé : %1</translation>
+    </message>
+    <message id="failure_replyRejected">
+        <source></source>
+        <translation>réponse rejetée : %1</translation>
+    </message>
+    <message id="failure_refusedByDevice">
+        <source></source>
+        <translation>refusé par l’appareil : %1</translation>
+    </message>
+    <message id="failure_deviceUnreachable">
+        <source></source>
+        <translation>appareil injoignable : %1</translation>
+    </message>
+    <message id="failure_timedOut">
+        <source></source>
+        <translation>délai dépassé : %1</translation>
+    </message>
+    <message id="failure_stopped">
+        <source></source>
+        <translation>arrêté : %1</translation>
+    </message>
+    <message id="failure_toolClosed">
+        <source></source>
+        <translation>outil fermé : %1</translation>
+    </message>
+    <message id="command_setValue">
+        <source></source>
+        <translation>Donner un état à une ligne</translation>
+    </message>
+    <message id="command_switchValue">
+        <source></source>
+        <translation>Inverser l’état d’une ligne</translation>
+    </message>
+    <message id="command_getValue">
+        <source></source>
+        <translation>Lire une ligne</translation>
+    </message>
+    <message id="command_startListening">
+        <source></source>
+        <translation>Écouter les événements d’une voie</translation>
+    </message>
+    <message id="command_init">
+        <source></source>
+        <translation>Donner aux lignes leurs valeurs initiales</translation>
+    </message>
+    <message id="command_listenToAll">
+        <source></source>
+        <translation>Écouter toutes les lignes binaires</translation>
+    </message>
+    <message id="command_stopTheCommand">
+        <source></source>
+        <translation>Arrêter l’ordre en cours</translation>
+    </message>
+    <message id="command_stopListening">
+        <source></source>
+        <translation>Arrêter l’écoute</translation>
+    </message>
+    <message id="parameter_channel">
+        <source></source>
+        <translation>Voie de l’outil</translation>
+    </message>
+    <message id="parameter_value">
+        <source></source>
+        <translation>Valeur</translation>
+    </message>
+    <message id="parameter_state">
+        <source></source>
+        <translation>ON, OFF, PULSE ou BLINK</translation>
+    </message>
+    <message id="parameter_duration">
+        <source></source>
+        <translation>Durée du cycle, en ms</translation>
+    </message>
+    <message id="parameter_dutyCycle">
+        <source></source>
+        <translation>Rapport cyclique, en %</translation>
+    </message>
+    <message id="parameter_edge">
+        <source></source>
+        <translation>RE : front montant, FE : descendant, HL : niveau haut, LL : bas</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,7 @@
 #include "command_form.h"
 
 #include "order_log_model.h"
+#include "texts.h"
 
 #include <configuration/channel_orders.h>
 #include <configuration/json_text.h>
@@ -31,7 +32,7 @@ QVariant CommandForm::data(const QModelIndex& index, int role) const
     case NameRole:
         return parameter.name;
     case DescriptionRole:
-        return parameter.description;
+        return textOr(QStringLiteral("parameter_") + parameter.name, parameter.description);
     case EditorRole:
         return editor(parameter);
     case DefaultTextRole:
@@ -255,4 +256,9 @@ void CommandForm::check()
         m_problem = problem;
         Q_EMIT problemChanged();
     }
+}
+
+QString CommandForm::description() const
+{
+    return textOr(QStringLiteral("command_") + command(), m_declared.description);
 }

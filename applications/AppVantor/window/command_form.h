@@ -52,7 +52,7 @@ public:
     QStringList commands() const;
     QString command() const { return m_declared.name; }
     void setCommand(const QString& command);
-    QString description() const { return m_declared.description; }
+    QString description() const;
     int count() const { return static_cast<int>(m_declared.parameters.size()); }
     bool takesSections() const { return !command().isEmpty() && count() == 0; }
     QString sections() const { return m_sections; }

@@ -1,5 +1,7 @@
 #include "order_log_model.h"
 
+#include "texts.h"
+
 #include <configuration/channel_orders.h>
 #include <configuration/value_text.h>
 #include <process/time_text.h>
@@ -231,7 +233,7 @@ QString OrderLogModel::detail(const Entry& entry) const
         parts += qtTrId("orders_lost", static_cast<int>(entry.lost));
     }
     if (!entry.problem.isEmpty()) {
-        parts += entry.problem;
+        parts += failureText(entry.kind, entry.problem);
     } else if (!entry.values.isEmpty()) {
         parts += assignmentsText(entry.values);
     }

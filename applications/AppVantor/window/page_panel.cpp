@@ -1,6 +1,7 @@
 #include "page_panel.h"
 
 #include "page_source.h"
+#include "texts.h"
 
 #include <plugin_management/d_abstract_plugin_backend.h>
 #include <plugin_management/d_device.h>
@@ -225,7 +226,9 @@ void PagePanel::noteTreatment(const QString& command, const QVariantMap& argumen
     const bool asks = !m_tool.isNull() && m_tool->asks(command);
     if (!asks) {
         const QString channel = arguments.value(QStringLiteral("channel"), command).toString();
-        setClickProblem(failure ? qtTrId("page_click_failed").arg(channel, failure.text) : QString());
+        setClickProblem(
+            failure ? qtTrId("page_click_failed").arg(channel, failureText(failure.kindName(), failure.text))
+                    : QString());
     }
     Q_EMIT treatmentEnded(asks, command, arguments, results, failure);
 }

@@ -23,3 +23,15 @@ void installTexts(const QLocale& locale)
     }
     QCoreApplication::installTranslator(translator);
 }
+
+QString textOr(const QString& id, const QString& fallback)
+{
+    const QString text = qtTrId(qPrintable(id));
+    return text == id ? fallback : text;
+}
+
+QString failureText(const QString& kind, const QString& reason)
+{
+    const QString known = textOr(QStringLiteral("failure_") + kind, QString());
+    return known.isEmpty() ? reason : known.arg(reason);
+}

@@ -9,3 +9,10 @@ void initializeGuiResources();
 /// Installs the texts of locale's language for the whole application, replacing those installed before;
 /// English where there are none of it. Needs the application object.
 void installTexts(const QLocale& locale);
+
+/// The text of this id in the language of the window; fallback where there is none.
+QString textOr(const QString& id, const QString& fallback);
+
+/// Why something failed, for people: what kind of failure it is, where the language has a text for that, and
+/// the reason itself.
+QString failureText(const QString& kind, const QString& reason);
