@@ -5,8 +5,10 @@
 #include <command_line/discover.h>
 #include <command_line/failure_report.h>
 #include <command_line/get_channels.h>
+#include <command_line/lease_rig.h>
 #include <command_line/list_channels.h>
 #include <command_line/list_commands.h>
+#include <command_line/list_rigs.h>
 #include <command_line/options.h>
 #include <command_line/order_file.h>
 #include <command_line/order_json.h>
@@ -16,6 +18,7 @@
 #include <command_line/typed_line.h>
 #include <command_line/watch_channels.h>
 #include <configuration/bench.h>
+#include <devices/rig_lookup.h>
 #include <fleet/serve.h>
 #include <process/diagnostics.h>
 #include <process/did_you_mean.h>
@@ -165,6 +168,9 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
         return runShell(tool, options, output);
     case Options::Subcommand::Serve:
         return serve(*bench, options, output);
+    case Options::Subcommand::Rigs:
+    case Options::Subcommand::Lease:
+    case Options::Subcommand::Release:
     case Options::Subcommand::Discover:
     case Options::Subcommand::About:
     case Options::Subcommand::Complete:
@@ -200,12 +206,43 @@ int writeOut(int status, Output* output, VcdTrace* trace = nullptr)
     return traceIsWhole && output->readerIsGone() ? ExitReaderGone : ExitOrderFailed;
 }
 
-/// The bench that the options name. Null, after telling why, when there is none.
-std::unique_ptr<Bench> makeBench(const Options& options, Output* output)
+/// True when the options name a rig on a broker to work on, in the place of a configuration.
+bool isElsewhere(const Options& options)
 {
+    return !options.rig.isEmpty() && options.subcommand != Options::Subcommand::Serve;
+}
+
+/// The rig on the broker that the options name. Nothing, after telling why, when there is none; status
+/// becomes that of the process then.
+std::optional<BenchConfiguration> rigElsewhere(const Options& options, QVector<Problem>* problems,
+                                               Output* output, int* status)
+{
+    QString problem;
+    const std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    if (!place) {
+        *status = refuseUsage(problem, output);
+        return std::nullopt;
+    }
+    const std::optional<QByteArray> description = describedRig(place->address, place->access, &problem);
+    if (!description) {
+        reportFailure("deviceUnreachable", {problem}, output);
+        *status = ExitDeviceUnreachable;
+        return std::nullopt;
+    }
+    return readRigDescription(*description, place->address, place->access, problems);
+}
+
+/// The bench that the options name. Null, after telling why, when there is none; status becomes that of the
+/// process then.
+std::unique_ptr<Bench> makeBench(const Options& options, Output* output, int* status)
+{
+    *status = ExitWrongUsage;
     QVector<Problem> problems;
-    const std::optional<BenchConfiguration> configuration = readConfiguration(
-        options.configuration.isEmpty() ? builtInConfiguration() : options.configuration, &problems);
+    const std::optional<BenchConfiguration> configuration =
+        isElsewhere(options) ? rigElsewhere(options, &problems, output, status)
+                             : readConfiguration(options.configuration.isEmpty() ? builtInConfiguration()
+                                                                                 : options.configuration,
+                                                 &problems);
     std::unique_ptr<Bench> bench;
     if (configuration) {
         Problem problem;
@@ -222,9 +259,10 @@ std::unique_ptr<Bench> makeBench(const Options& options, Output* output)
 
 int runBench(const Options& options, const WindowPart* window, Output* output)
 {
-    const std::unique_ptr<Bench> bench = makeBench(options, output);
+    int unmade = ExitWrongUsage;
+    const std::unique_ptr<Bench> bench = makeBench(options, output, &unmade);
     if (bench == nullptr) {
-        return writeOut(ExitWrongUsage, output);
+        return writeOut(unmade, output);
     }
     DTool* tool = findTool(*bench, options.tool);
     if (tool == nullptr) {
@@ -255,7 +293,9 @@ int completeLine(const Options& options)
 {
     Output output(false); // --json among the words is a word
     const TypedLine line(options.words);
-    const std::unique_ptr<Bench> bench = line.needsBench() ? makeBench(line.options(), &output) : nullptr;
+    int unmade = ExitSuccess;
+    const std::unique_ptr<Bench> bench =
+        line.needsBench() ? makeBench(line.options(), &output, &unmade) : nullptr;
     const QStringList completions = line.completions(bench.get());
     for (const QString& completion : completions) {
         output.text(completion);
@@ -269,6 +309,12 @@ int runOnTerminal(const Options& options, Output* output)
     switch (options.subcommand) {
     case Options::Subcommand::Discover:
         return writeOut(discover(options, output), output);
+    case Options::Subcommand::Rigs:
+        return writeOut(listRigs(options, output), output);
+    case Options::Subcommand::Lease:
+        return writeOut(leaseRig(options, output), output);
+    case Options::Subcommand::Release:
+        return writeOut(releaseRig(options, output), output);
     case Options::Subcommand::About:
         return writeOut(tellAbout(output), output);
     case Options::Subcommand::Complete:

@@ -16,7 +16,7 @@ private Q_SLOTS:
         row("unknown subcommand", "juggle",
             "unknown subcommand \"juggle\"; expected one of: window, commands, channels, get, set, off, "
             "watch, "
-            "run, shell, serve, discover, panel, complete, about");
+            "run, shell, serve, rigs, lease, release, discover, panel, complete, about");
         row("misspelt subcommand", "chanels", "unknown subcommand \"chanels\"; did you mean \"channels\"?");
         row("unknown option", "--colour commands", "unknown option \"--colour\"\n");
         row("unknown letter", "-x commands", "unknown option \"-x\"\n");

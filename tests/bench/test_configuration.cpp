@@ -24,6 +24,15 @@ const char* const c_chips = R"({
                                                      {"id": "link", "value": "lamp"} ] } ] } ]
 })";
 
+const char* const c_rig = R"({
+  "device": { "type": "rig", "broker": "mqtt:\/\/lab", "rig": "bench-7",
+              "lines": [ {"name": "lamp", "line": "line0"}, {"name": "door", "direction": "in"} ] },
+  "tools": [ { "name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "p_tool_gpio",
+               "channels": [ { "id": "A", "value": [ {"id": "type", "value": "digitalInput"},
+                                                     {"id": "direction", "value": "out"},
+                                                     {"id": "link", "value": "lamp"} ] } ] } ]
+})";
+
 QByteArray replaced(QByteArray text, const QByteArray& part, const QByteArray& replacement)
 {
     return text.replace(part, replacement);
@@ -80,9 +89,9 @@ private Q_SLOTS:
         row("control characters", "'wires'", "'wi\\u0000\\n\\u001bres'",
             "device.wi\\u0000\\u000a\\u001bres: unknown entry");
         row("device type", "'simulated'", "'quantum'",
-            "device.type: expected one of 'simulated', 'gpiochip', found 'quantum'");
+            "device.type: expected one of 'simulated', 'gpiochip', 'rig', found 'quantum'");
         row("device type missing", "'type': 'simulated',", "",
-            "device.type: expected one of 'simulated', 'gpiochip', found nothing");
+            "device.type: expected one of 'simulated', 'gpiochip', 'rig', found nothing");
         row("no lines", "[ {'name': 'a'}, {'name': 'b'}, {'name': 'c', 'kind': 'analog'} ]", "[]",
             "device.lines: expected at least one line");
         row("line without a name", "{'name': 'b'}", "{}",
@@ -248,6 +257,27 @@ private Q_SLOTS:
     }
 
     void aMistakeInALineOfAChipNamesPlaceAndExpectation() { aMistakeNamesFilePlaceAndExpectation(); }
+
+    void aMistakeInALineOfARigNamesPlaceAndExpectation_data()
+    {
+        const Mistakes row(c_rig);
+        row("unknown entry", "'rig': 'bench-7'", "'rig': 'bench-7', 'user': 'ada'",
+            "device.user: unknown entry, expected one of: type, broker, rig, login, ca, cert, key, lines");
+        row("no broker", "'broker': 'mqtt:\\/\\/lab', ", "", "device.broker: expected a text, found nothing");
+        row("another protocol", "mqtt:", "http:",
+            "device.broker: expected mqtt://HOST[:PORT]/[RIG] or mqtts://…, found 'http://lab'");
+        row("no rig", "'rig': 'bench-7',", "", "device.rig: expected the name of a rig");
+        row("no lines", "'lines'", "'lines': [], 'type2'", "device.lines: expected at least one line");
+        row("name twice", "'door'", "'lamp'",
+            "device.lines[1].name: expected a name of its own, 'lamp' is taken");
+        row("kind", "'line': 'line0'", "'kind': 'analogue'",
+            "device.lines[0].kind: expected one of 'digital', 'analog', found 'analogue'");
+        row("output of an input", "'value': 'lamp'", "'value': 'door'",
+            "tools[0].channels[0].value: channel 'A': 'direction' is 'out', expected 'link' to name an "
+            "output line, 'door' is an input");
+    }
+
+    void aMistakeInALineOfARigNamesPlaceAndExpectation() { aMistakeNamesFilePlaceAndExpectation(); }
 
     void aMistakeStandsAtItsLineAndColumn_data()
     {

@@ -53,6 +53,16 @@ const char* const c_chips = R"({
         { "id": "B", "value": [ {"id": "type", "value": "analogOutput"} ] } ] } ]
 })";
 
+const char* const c_rig = R"({
+  "device": {
+    "type": "rig", "broker": "mqtts:\/\/lab.example:8884", "rig": "bench 7", "ca": "lab.crt", "cert": "me.crt",
+    "key": "me.key",
+    "lines": [ { "name": "lamp", "line": "line0", "kind": "digital", "direction": "out" }, { "name": "adc0" } ]
+  },
+  "tools": [
+    { "name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "p_tool_gpio", "channels": [] } ]
+})";
+
 const char* const c_replacements = R"([
   null, true, -1, 0, 1, 1.5, 2, 65536, 1000001, 3600001, 4e9, "", "x", "3", "4294967296", "in", "out", "analog",
   "analogInput", "digitalOutput", "link", "gpiochip", "{00000000-0000-0000-0000-000000000000}", [], {} ])";
@@ -127,6 +137,7 @@ private Q_SLOTS:
         const Rows<QByteArray> row("right");
         row("a simulated board", c_simulated);
         row("lines of GPIO chips", c_chips);
+        row("lines of a rig", c_rig);
     }
 
     void schemaAndReaderAgreeOnEveryChangeInOnePlace()

@@ -28,6 +28,9 @@ constexpr LeftOut c_leftOut[] = {
     {"ctest ", "runs all tests"},
     {"tools/", "checks sources and libraries"},
     {"appvantor serve", "needs a broker: see tests/fleet"},
+    {"appvantor rigs", "needs a broker: see tests/fleet"},
+    {"appvantor run setValue channel=START state=ON --rig", "needs a broker: see tests/fleet"},
+    {"appvantor get START RUNNING --rig", "needs a broker: see tests/fleet"},
 };
 
 struct CommandLine

@@ -171,8 +171,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
     require(problems.isEmpty(), "what is taken has no mistake");
     if (const auto* board = std::get_if<SimulatedBoardSetup>(&configuration->device)) {
         workWithBoard(*configuration, *board);
-    } else {
-        workWithoutChips(*configuration, std::get<GpioChipSetup>(configuration->device));
+    } else if (const auto* chips = std::get_if<GpioChipSetup>(&configuration->device)) {
+        workWithoutChips(*configuration, *chips);
     }
     return 0;
 }

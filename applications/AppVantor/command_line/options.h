@@ -21,6 +21,9 @@ struct Options
         Run,
         Shell,
         Serve,
+        Rigs,
+        Lease,
+        Release,
         Discover,
         Panel,
         Complete,
@@ -50,7 +53,7 @@ struct Options
     bool readOnly = false;         ///< of serve
     bool offAtEnd = false;         ///< of all that can drive something
     QString configurationFor;      ///< of discover: file, name or label of a chip
-    bool watch = false;            ///< of discover
+    bool watch = false;            ///< of discover and rigs
     bool echo = false;             ///< of shell
     bool keepGoing = false;        ///< of shell: after a failure
     QString report;                ///< of shell: a file

@@ -15,6 +15,11 @@ std::unique_ptr<LineDevice> makeDevice(const GpioChipSetup& setup, DScheduler* s
     return makeGpioChipDevice(setup, scheduler, place);
 }
 
+std::unique_ptr<LineDevice> makeDevice(const RigDeviceSetup& setup, DScheduler* scheduler, DevicePlace place)
+{
+    return makeRigDevice(setup, scheduler, place);
+}
+
 } // namespace
 
 std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, DevicePlace place,

@@ -2,10 +2,14 @@
 
 #include "board_configuration.h"
 #include "gpio_configuration.h"
+#include "rig_configuration.h"
 #include "tool_configuration.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <utility>
 
@@ -47,6 +51,11 @@ QVector<DLine> linesOf(const GpioChipSetup& chips)
     return GpioChipDevice::linesOf(chips);
 }
 
+QVector<DLine> linesOf(const RigDeviceSetup& rig)
+{
+    return rigLines(rig);
+}
+
 /// The bench that text describes; nothing, after a problem, when not even the kind of the device is known.
 std::optional<BenchConfiguration> readBench(const QByteArray& text, const QString& folder,
                                             ConfigProblems* problems)
@@ -70,7 +79,8 @@ std::optional<BenchConfiguration> readBench(const QByteArray& text, const QStrin
     const int before = problems->all().size();
     const ConfigObject device = root.object(QStringLiteral("device"));
     const bool hasDevice = problems->all().size() == before;
-    const QStringList types = {QStringLiteral("simulated"), QStringLiteral("gpiochip")};
+    const QStringList types = {QStringLiteral("simulated"), QStringLiteral("gpiochip"),
+                               QStringLiteral("rig")};
     const int type = hasDevice ? device.choice(QStringLiteral("type"), types) : -1;
     if (type < 0) {
         return std::nullopt;
@@ -78,14 +88,16 @@ std::optional<BenchConfiguration> readBench(const QByteArray& text, const QStrin
     BenchConfiguration configuration;
     if (type == 0) {
         configuration.device = readBoard(device);
-    } else {
+    } else if (type == 1) {
         configuration.device = readGpioLines(device);
+    } else {
+        configuration.device = readRigLines(device, folder);
     }
     std::optional<QVector<DLine>> lines;
     if (problems->all().isEmpty()) {
         lines = std::visit([](const auto& setup) { return linesOf(setup); }, configuration.device);
     }
-    configuration.tools = readTools(root, lines, type == 0 ? LineKinds::Any : LineKinds::DigitalOnly, folder);
+    configuration.tools = readTools(root, lines, type == 1 ? LineKinds::DigitalOnly : LineKinds::Any, folder);
     return configuration;
 }
 
@@ -105,4 +117,44 @@ std::optional<BenchConfiguration> readConfiguration(const QString& file, QVector
         readBench(*text, QFileInfo(file).absolutePath(), &found);
     *problems = found.all();
     return problems->isEmpty() ? std::move(configuration) : std::nullopt;
+}
+
+std::optional<BenchConfiguration> readRigDescription(const QByteArray& description,
+                                                     const BrokerAddress& address, const BrokerAccess& access,
+                                                     QVector<Problem>* problems)
+{
+    const QString tools = QStringLiteral("tools");
+    const QString lines = QStringLiteral("lines");
+    const QJsonObject described = QJsonDocument::fromJson(description).object();
+    QJsonArray configuredLines;
+    const QJsonArray describedLines = described.value(lines).toArray();
+    for (const QJsonValue& line : describedLines) {
+        QJsonObject configured = line.toObject();
+        configured.remove(QStringLiteral("index"));
+        configuredLines.append(configured);
+    }
+    QJsonArray configuredTools;
+    const QJsonArray describedTools = described.value(tools).toArray();
+    for (const QJsonValue& tool : describedTools) {
+        QJsonObject configured = tool.toObject();
+        const QString plugin = QStringLiteral("plugin");
+        configured.remove(QStringLiteral("commands"));
+        // What another machine says is no file of this one.
+        configured.insert(plugin, QFileInfo(configured.value(plugin).toString()).baseName());
+        configuredTools.append(configured);
+    }
+    const QJsonObject device = {{QStringLiteral("type"), QStringLiteral("rig")},
+                                {QStringLiteral("broker"), address.text()},
+                                {QStringLiteral("rig"), address.rig},
+                                {lines, configuredLines}};
+    const QByteArray text =
+        QJsonDocument({{QStringLiteral("device"), device}, {tools, configuredTools}}).toJson();
+    ConfigProblems found(address.text() + QLatin1Char('/') + address.rig, text);
+    std::optional<BenchConfiguration> configuration = readBench(text, QString(), &found);
+    *problems = found.all();
+    if (!problems->isEmpty()) {
+        return std::nullopt;
+    }
+    std::get<RigDeviceSetup>(configuration->device).access = access;
+    return configuration;
 }

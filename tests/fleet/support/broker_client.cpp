@@ -58,8 +58,9 @@ QByteArray Reader::waitFor(const QByteArray& topic, const QByteArray& text)
     return QByteArray();
 }
 
-QVector<QByteArray> Reader::messages(const QByteArray& topic) const
+QVector<QByteArray> Reader::messages(const QByteArray& topic)
 {
+    readMore(100);
     QVector<QByteArray> found;
     for (const auto& [heard, payload] : m_messages) {
         if (heard == topic) {

@@ -17,7 +17,7 @@ public:
     /// too long.
     QByteArray waitFor(const QByteArray& topic, const QByteArray& text = QByteArray());
     /// The messages to topic so far.
-    QVector<QByteArray> messages(const QByteArray& topic) const;
+    QVector<QByteArray> messages(const QByteArray& topic);
 
 private:
     void readMore(int timeoutMs);

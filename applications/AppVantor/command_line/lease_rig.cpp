@@ -1,0 +1,186 @@
+#include "lease_rig.h"
+
+#include "broker_options.h"
+#include "failure_report.h"
+
+#include <devices/broker_link.h>
+#include <devices/rig_device.h>
+#include <devices/rig_topics.h>
+#include <process/exit_status.h>
+#include <process/time_text.h>
+#include <process/unix_signals.h>
+
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUuid>
+
+namespace {
+
+/// A talk with a rig about who holds it.
+class LeaseTalk : public QObject
+{
+public:
+    LeaseTalk(const BrokerPlace& place, const QString& rig, Output* output)
+        : m_place(place)
+        , m_topics(rig)
+        , m_rig(rig)
+        , m_client("appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces))
+        , m_output(output)
+        , m_link(place.address, place.access, m_client)
+    {
+        m_link.subscribe(m_topics.answer(m_client));
+        connect(&m_link, &BrokerLink::received, this, &LeaseTalk::take);
+        connect(&m_link, &BrokerLink::disconnected, this, [this](const QString& problem) {
+            fail(QStringLiteral("%1: %2").arg(m_place.address.text(), problem));
+        });
+    }
+
+    /// The rig is given back when this process is lost.
+    void releaseWhenLost()
+    {
+        BrokerMessage will = order(release());
+        will.responseTopic.clear();
+        m_link.setWill(will, 0);
+        m_stays = true;
+        m_link.subscribe(m_topics.lease());
+    }
+
+    /// Asks, and waits for the answer; one that stays waits for its end.
+    int ask(const Json& question)
+    {
+        constexpr int patienceMs = 5000;
+        const UnixSignals unixSignals;
+        connect(&unixSignals, &UnixSignals::interrupted, &m_loop, &QEventLoop::quit);
+        m_link.publish(order(question));
+        m_link.open();
+        QTimer::singleShot(patienceMs, this, [this] {
+            if (!m_isAnswered) {
+                fail(QStringLiteral("the rig \"%1\" does not answer").arg(m_rig));
+            }
+        });
+        m_loop.exec();
+        if (m_stays && m_isHeld) {
+            m_link.publish(order(release()));
+            connect(&m_link, &BrokerLink::freeAgain, &m_loop, &QEventLoop::quit);
+            QTimer::singleShot(patienceMs, &m_loop, &QEventLoop::quit);
+            m_loop.exec();
+        }
+        m_link.leave();
+        return m_status;
+    }
+
+    static Json release() { return {{"release", true}, {"holder", toJson(thisHolder())}}; }
+
+private:
+    BrokerMessage order(const Json& question) const
+    {
+        BrokerMessage message;
+        message.topic = m_topics.order();
+        message.payload = QByteArray::fromStdString(question.dump());
+        message.responseTopic = m_topics.answer(m_client);
+        message.correlation = QByteArray::fromStdString(question.dump());
+        message.expirySeconds = 10;
+        return message;
+    }
+
+    void take(const BrokerMessage& message)
+    {
+        const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
+        if (message.topic == m_topics.lease()) {
+            const bool isHeld = payload.value(QStringLiteral("holder")).toString() == thisHolder();
+            if (m_isHeld && !isHeld) {
+                m_isHeld = false;
+                m_loop.quit(); // given back by another process, or its time is over
+            }
+            return;
+        }
+        if (m_isAnswered) {
+            return;
+        }
+        if (payload.value(QStringLiteral("type")).toString() != QLatin1String("lease")) {
+            fail(payload.value(QStringLiteral("reason")).toString());
+            return;
+        }
+        m_isAnswered = true;
+        tell(payload.value(QStringLiteral("lease")).toObject());
+        m_isHeld = m_stays;
+        if (!m_stays) {
+            m_loop.quit();
+        }
+    }
+
+    void tell(const QJsonObject& lease)
+    {
+        const QString holder = lease.value(QStringLiteral("holder")).toString();
+        const auto untilUs = static_cast<qint64>(lease.value(QStringLiteral("until")).toDouble());
+        m_output->write(
+            [&] {
+                Json json = {{"holder", holder.isEmpty() ? Json() : toJson(holder)}};
+                if (!holder.isEmpty()) {
+                    json["until"] = untilUs;
+                }
+                return Json{{"type", "lease"}, {"lease", json}};
+            },
+            [&] {
+                return holder.isEmpty()
+                           ? QStringLiteral("nobody holds %1").arg(m_rig)
+                           : QStringLiteral("%1 holds %2 until %3").arg(holder, m_rig, fullTime(untilUs));
+            });
+    }
+
+    void fail(const QString& reason)
+    {
+        const bool isUnreachable = !m_link.isConnected();
+        reportFailure(isUnreachable ? "deviceUnreachable" : "leased", {reason}, m_output);
+        m_status = isUnreachable ? ExitDeviceUnreachable : ExitOrderFailed;
+        m_isHeld = false;
+        m_loop.quit();
+    }
+
+    const BrokerPlace m_place;
+    const RigTopics m_topics;
+    const QString m_rig;
+    const QByteArray m_client;
+    Output* const m_output;
+    BrokerLink m_link;
+    QEventLoop m_loop;
+    bool m_stays = false;
+    bool m_isAnswered = false;
+    bool m_isHeld = false;
+    int m_status = ExitSuccess;
+};
+
+std::optional<BrokerPlace> placeOf(const Options& options, Output* output)
+{
+    QString problem;
+    const std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    if (!place) {
+        reportFailure("usage", {problem}, output);
+    }
+    return place;
+}
+
+} // namespace
+
+int leaseRig(const Options& options, Output* output)
+{
+    constexpr double usualMinutes = 10;
+    const std::optional<BrokerPlace> place = placeOf(options, output);
+    if (!place) {
+        return ExitWrongUsage;
+    }
+    const int minutes = qMax(1, qRound(options.seconds.value_or(usualMinutes)));
+    LeaseTalk talk(*place, options.words.first(), output);
+    talk.releaseWhenLost();
+    return talk.ask({{"lease", minutes}, {"holder", toJson(thisHolder())}});
+}
+
+int releaseRig(const Options& options, Output* output)
+{
+    const std::optional<BrokerPlace> place = placeOf(options, output);
+    if (!place) {
+        return ExitWrongUsage;
+    }
+    return LeaseTalk(*place, options.words.first(), output).ask(LeaseTalk::release());
+}

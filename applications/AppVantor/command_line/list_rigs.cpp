@@ -1,0 +1,157 @@
+#include "list_rigs.h"
+
+#include "broker_options.h"
+#include "failure_report.h"
+#include "table.h"
+
+#include <devices/broker_link.h>
+#include <devices/rig_changes.h>
+#include <devices/rig_topics.h>
+#include <process/exit_status.h>
+#include <process/time_text.h>
+#include <process/unix_signals.h>
+
+#include <QEventLoop>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QUuid>
+
+namespace {
+
+struct Rig
+{
+    RigState state;
+    int lines = 0;
+    QString holder;
+    qint64 untilUs = 0;
+};
+
+QString sinceOf(const Rig& rig)
+{
+    return rig.state.sinceUs > 0 ? fullTime(rig.state.sinceUs) : QString();
+}
+
+Json rigJson(const QString& name, const Rig& rig)
+{
+    Json json = {{"type", "rig"},
+                 {"rig", toJson(name)},
+                 {"state", toJson(rig.state.state)},
+                 {"since", toJson(sinceOf(rig))},
+                 {"lines", rig.lines},
+                 {"holder", rig.holder.isEmpty() ? Json() : toJson(rig.holder)}};
+    if (!rig.holder.isEmpty()) {
+        json["until"] = toJson(fullTime(rig.untilUs));
+    }
+    return json;
+}
+
+/// What is heard of the rigs.
+class Rigs
+{
+public:
+    /// Takes a message. Returns the name of the rig that something is known of now that was not before.
+    QString take(const BrokerMessage& message)
+    {
+        const QString name = RigTopics::rigOf(message.topic);
+        const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
+        Rig& rig = m_rigs[name];
+        if (message.topic.endsWith("/state")) {
+            rig.state = RigState::fromJson(message.payload).value_or(RigState());
+        } else if (message.topic.endsWith("/description")) {
+            rig.lines = payload.value(QStringLiteral("lines")).toArray().size();
+        } else {
+            rig.holder = payload.value(QStringLiteral("holder")).toString();
+            rig.untilUs = static_cast<qint64>(payload.value(QStringLiteral("until")).toDouble());
+        }
+        return rig.state.state.isEmpty() ? QString() : name;
+    }
+
+    void write(Output* output) const
+    {
+        Table table({16, 8, 33, 6});
+        table.add({QStringLiteral("RIG"), QStringLiteral("STATE"), QStringLiteral("SINCE"),
+                   QStringLiteral("LINES"), QStringLiteral("HELD BY")});
+        for (auto rig = m_rigs.cbegin(); rig != m_rigs.cend(); ++rig) {
+            if (rig->state.state.isEmpty()) {
+                continue;
+            }
+            output->json([&] { return rigJson(rig.key(), *rig); });
+            table.add({rig.key(), rig->state.state, sinceOf(*rig), QString::number(rig->lines), rig->holder});
+        }
+        output->text(table.text());
+    }
+
+    void write(const QString& name, Output* output) const
+    {
+        const Rig rig = m_rigs.value(name);
+        output->write([&] { return rigJson(name, rig); },
+                      [&] {
+                          const QString holder =
+                              rig.holder.isEmpty() ? QString() : QStringLiteral(", held by ") + rig.holder;
+                          return QStringLiteral("%1 %2%3").arg(name, rig.state.state, holder);
+                      });
+    }
+
+private:
+    QMap<QString, Rig> m_rigs;
+};
+
+} // namespace
+
+int listRigs(const Options& options, Output* output)
+{
+    constexpr int quietMs = 300;
+    QString problem;
+    const std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    if (!place) {
+        reportFailure("usage", {problem}, output);
+        return ExitWrongUsage;
+    }
+    BrokerLink link(place->address, place->access,
+                    "appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces));
+    constexpr int largestPayload = 8 << 20;
+    link.setLargestPayload(largestPayload);
+    for (const char* topic : {"state", "description", "lease"}) {
+        link.subscribe(RigTopics::ofAnyRig(topic));
+    }
+    QEventLoop loop;
+    Rigs rigs;
+    QTimer quiet; // nobody says when all that is kept has come
+    quiet.setSingleShot(true);
+    quiet.setInterval(quietMs);
+    int status = ExitSuccess;
+    bool isListed = false;
+    const UnixSignals unixSignals;
+    QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
+    QObject::connect(output, &Output::failed, &loop, &QEventLoop::quit);
+    QObject::connect(&link, &BrokerLink::connected, &quiet, qOverload<>(&QTimer::start));
+    QObject::connect(&link, &BrokerLink::received, &loop, [&](const BrokerMessage& message) {
+        const QString changed = rigs.take(message);
+        if (!isListed) {
+            quiet.start();
+        } else if (!changed.isEmpty() && !message.topic.endsWith("/description")) {
+            rigs.write(changed, output);
+        }
+    });
+    QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const QString& why) {
+        reportFailure("deviceUnreachable", {QStringLiteral("%1: %2").arg(place->address.text(), why)},
+                      output);
+        if (!isListed) {
+            status = ExitDeviceUnreachable;
+            loop.quit();
+        }
+    });
+    QObject::connect(&quiet, &QTimer::timeout, &loop, [&] {
+        isListed = true;
+        rigs.write(output);
+        if (!options.watch) {
+            loop.quit();
+        }
+    });
+    link.open();
+    loop.exec();
+    link.leave();
+    return status;
+}
