@@ -131,19 +131,44 @@ int showWindowWithOrders(const WindowPart& window, Bench* bench, DTool* tool, co
     return std::max(status, orders.end());
 }
 
-/// Puts the bench on the broker that the options name.
-int serve(const Bench& bench, const Options& options, Output* output)
+/// How the bench is put on the broker that the options name. Nothing, and in problem why, when there is none.
+std::optional<RigServerSetup> serverSetup(const Options& options, QString* problem)
 {
-    QString problem;
-    std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    std::optional<BrokerPlace> place = brokerOf(options, problem);
     if (!place) {
-        return refuseUsage(problem, output);
+        return std::nullopt;
     }
     if (place->address.rig.isEmpty()) {
         place->address.rig = QSysInfo::machineHostName();
     }
-    return serveBench(bench, {place->address, place->access, options.readOnly}, {commandJson, followOrder},
-                      output);
+    return RigServerSetup{place->address, place->access, options.readOnly};
+}
+
+RigForms rigForms()
+{
+    return {commandJson, followOrder};
+}
+
+/// Puts the bench on the broker that the options name.
+int serve(const Bench& bench, const Options& options, Output* output)
+{
+    QString problem;
+    const std::optional<RigServerSetup> setup = serverSetup(options, &problem);
+    return setup ? serveBench(bench, *setup, rigForms(), output) : refuseUsage(problem, output);
+}
+
+/// What puts the bench on the broker of --serve, beside what else it does. Null without that option, and,
+/// after a problem, when there is no such broker.
+std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, QString* problem)
+{
+    if (options.serve.isEmpty()) {
+        return nullptr;
+    }
+    Options there = options;
+    there.broker = options.serve;
+    there.rig.clear(); // that of --broker
+    const std::optional<RigServerSetup> setup = serverSetup(there, problem);
+    return setup ? std::make_unique<RigServer>(bench, *setup, rigForms()) : nullptr;
 }
 
 /// window is there when a window is opened.
@@ -190,6 +215,7 @@ DevicePlace placeOf(const Options& options)
         return DevicePlace::RealtimeThread;
     }
     const bool isWatched = opensWindow(options) || options.subcommand == Options::Subcommand::Serve ||
+                           !options.serve.isEmpty() ||
                            (options.subcommand == Options::Subcommand::Shell && isInteractive(options));
     return isWatched ? DevicePlace::OwnThread : DevicePlace::SameThread;
 }
@@ -281,7 +307,18 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     }
     QObject::connect(&trace, &VcdTrace::failed, &trace,
                      [output](const QString& text) { reportFailure("trace", {text}, output); });
+    QString problem;
+    const std::unique_ptr<RigServer> server = makeServer(*bench, options, &problem);
+    if (!problem.isEmpty()) {
+        return writeOut(refuseUsage(problem, output), output, &trace);
+    }
+    if (server != nullptr) {
+        server->begin();
+    }
     int status = runSubcommand(window, bench.get(), tool, options, output);
+    if (server != nullptr) {
+        server->end();
+    }
     if (options.offAtEnd) {
         status = std::max(status, switchOff(toolsOf(*bench), output));
     }

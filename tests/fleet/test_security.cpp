@@ -107,6 +107,42 @@ private Q_SLOTS:
         QVERIFY(!run.output.contains("serving"));
     }
 
+    void theDocumentedAccessListKeepsEachToItsOwn()
+    {
+        const QByteArray document = contentOf(QStringLiteral(FLEET_DOCUMENT));
+        const int start = document.indexOf("# a rig speaks");
+        Broker::add("access"_s, "pattern readwrite hello\npattern readwrite answers/here\n" +
+                                    document.mid(start, document.indexOf("```", start) - start));
+        Broker::add("users"_s, "");
+        for (const char* user : {"bench-7", "bench-8", "wall", "ada"}) {
+            QProcess passwords;
+            const QString name = QString::fromLatin1(user);
+            passwords.start("mosquitto_passwd"_s, {"-b"_s, Broker::file("users"_s), name, name});
+            QVERIFY(passwords.waitForFinished());
+        }
+        Broker broker("password_file $DIR/users\nacl_file $DIR/access\n");
+        Broker::add("rig"_s, "bench-7:bench-7\n");
+        ServedBench bench(broker, {"--login"_s, Broker::file("rig"_s)});
+        const QString order = "appvantor/1/bench-7/order"_s;
+        const QString answer = "appvantor/1/bench-7/answer/me"_s;
+        const QByteArray setting = R"({"command":"setValue","arguments":{"channel":"START","state":"ON"}})";
+        broker.comeAs("wall"_s);
+        Reader reader(broker, "appvantor/#"_s);
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/state", "online").isEmpty());
+        publish(broker, order, setting);
+        publish(broker, "appvantor/1/bench-7/line/line0/set"_s, "1");
+        QVERIFY(ask(broker, "appvantor/1/bench-7/history"_s, R"({"from":0})", answer).contains("levels"));
+        broker.comeAs("bench-8"_s);
+        publish(broker, "appvantor/1/bench-7/state"_s, "a lie");
+        publish(broker, order, setting);
+        broker.comeAs("ada"_s);
+        const QByteArray question = R"({"instruction":"getValue","arguments":{"channel":"line0"}})";
+        QVERIFY(ask(broker, order, question, answer).contains("\"value\":0"));
+        QVERIFY(ask(broker, order, setting, answer).contains("result"));
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/line/line0", "\"v\":1").isEmpty());
+        QVERIFY(!reader.messages("appvantor/1/bench-7/state").contains("a lie"));
+    }
+
     void aPasswordComesFromAFile()
     {
         QProcess passwords;

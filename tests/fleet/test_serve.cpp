@@ -145,6 +145,24 @@ private Q_SLOTS:
         QCOMPARE(second.leave().status, 0);
     }
 
+    void aShellIsServedBesideItsLines()
+    {
+        const Broker broker;
+        Reader reader(broker, "appvantor/#"_s);
+        BenchProcess shell({"shell"_s, "--serve"_s, broker.url()});
+        QVERIFY(!reader.waitFor(topic("state"), "online").isEmpty());
+        shell.process().write("set START=ON\n");
+        QVERIFY(shell.process().waitForBytesWritten());
+        QVERIFY(!reader.waitFor(topic("line/line0"), "\"v\":1").isEmpty());
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1");
+        QVERIFY(!reader.waitFor(topic("line/line1"), "\"v\":1").isEmpty());
+        shell.process().write("get STOP\n");
+        shell.process().closeWriteChannel();
+        QCOMPARE(shell.end(), (BenchRun{0, "[1] setValue: doneOk=true\nSTOP=ON\n"}));
+        QVERIFY(!reader.waitFor(topic("state"), "offline").isEmpty());
+        QCOMPARE(runBench("shell --serve mqtt:/x"_words).status, 2);
+    }
+
     void refusesWhatIsNoBroker_data()
     {
         QTest::addColumn<QString>("url");

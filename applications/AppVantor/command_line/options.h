@@ -50,7 +50,8 @@ struct Options
     std::optional<int> count;      ///< of watch and run
     QString edge;                  ///< of watch: "rising", "falling", or both with any other
     std::optional<double> timeout; ///< of watch, in seconds
-    bool readOnly = false;         ///< of serve
+    QString serve;                 ///< of window and shell: address of a broker
+    bool readOnly = false;         ///< of serve, window and shell
     bool offAtEnd = false;         ///< of all that can drive something
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool watch = false;            ///< of discover and rigs

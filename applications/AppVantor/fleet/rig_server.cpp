@@ -136,6 +136,7 @@ void RigServer::hearState(const QByteArray& payload)
     }
     if (state->sinceUs > m_sinceUs) {
         m_link.leave();
+        diagnostic(QStringLiteral("another bench serves \"%1\" now").arg(m_setup.broker.rig));
         Q_EMIT replaced();
     } else {
         publish(m_topics.state(), stateCalled("online"));

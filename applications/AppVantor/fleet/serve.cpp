@@ -1,6 +1,5 @@
 #include "serve.h"
 
-#include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/unix_signals.h>
 
@@ -22,7 +21,6 @@ int serveBench(const Bench& bench, const RigServerSetup& setup, const RigForms& 
             [&] { return QStringLiteral("serving %1 on %2").arg(setup.broker.rig, setup.broker.text()); });
     });
     QObject::connect(&server, &RigServer::replaced, &loop, [&] {
-        diagnostic(QStringLiteral("another bench serves \"%1\" now").arg(setup.broker.rig));
         status = ExitOrderFailed;
         loop.quit();
     });

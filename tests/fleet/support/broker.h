@@ -22,12 +22,16 @@ public:
     /// As a crash would: what it holds in memory is gone.
     void kill();
     int port() const { return m_port; }
+    /// Whom the clients of the test come as, with the user's name as password.
+    void comeAs(const QString& user) { m_user = user; }
+    const QString& user() const { return m_user; }
     /// Its address, with a rig.
     QString url(const QString& rig = "bench-7"_s) const;
 
 private:
     BenchChild m_process;
     int m_port = 0;
+    QString m_user;
     QString m_file;
 };
 

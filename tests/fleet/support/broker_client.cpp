@@ -10,7 +10,9 @@ constexpr int c_patienceMs = 20000;
 
 QStringList at(const Broker& broker)
 {
-    return {"-V"_s, "5"_s, "-h"_s, "127.0.0.1"_s, "-p"_s, QString::number(broker.port())};
+    const QStringList login =
+        broker.user().isEmpty() ? QStringList() : QStringList{"-u"_s, broker.user(), "-P"_s, broker.user()};
+    return QStringList{"-V"_s, "5"_s, "-h"_s, "127.0.0.1"_s, "-p"_s, QString::number(broker.port())} + login;
 }
 
 } // namespace
