@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <utility>
+
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -13,11 +15,16 @@ Json levelJson(int level)
     return level < 0 ? Json() : Json(level);
 }
 
-/// An object; what is none, or no JSON, gives an empty one.
+/// An object; what is none, or no JSON, gives an empty one. What is nested deeper than any message of ours is
+/// left out: a value is copied and compared level by level.
 Json objectOf(const QByteArray& text)
 {
-    const Json json = Json::parse(text.cbegin(), text.cend(), nullptr, false);
-    return json.is_object() ? json : Json::object();
+    constexpr int deepest = 8;
+    const auto isTaken = [](int depth, Json::parse_event_t /*event*/, const Json& /*value*/) {
+        return depth <= deepest;
+    };
+    Json json = Json::parse(text.cbegin(), text.cend(), isTaken, false);
+    return json.is_object() ? std::move(json) : Json::object();
 }
 
 std::optional<qint64> numberAt(const Json& json, qint64 lowest, qint64 highest)
