@@ -54,7 +54,7 @@ void BrokerLink::subscribe(const QByteArray& topic)
 void BrokerLink::open()
 {
     m_pauseMs = 0;
-    lookUp();
+    m_pause.start(0); // what comes of it is told from the event loop
 }
 
 void BrokerLink::leave()
@@ -91,6 +91,11 @@ bool BrokerLink::isFree() const
 /// The library would wait for the answer.
 void BrokerLink::lookUp()
 {
+    if (!QHostAddress(m_address.host).isNull()) {
+        m_hosts = QStringList(m_address.host);
+        reach();
+        return;
+    }
     QHostInfo::lookupHost(m_address.host, this, [this](const QHostInfo& found) {
         m_hosts.clear();
         const QList<QHostAddress> addresses = found.addresses();
