@@ -5,8 +5,9 @@
 #include <cstring>
 
 /// The number of a virtual member function's slot in the virtual table, counted from 0; -1 for a function
-/// that is not virtual. The C++ ABI keeps the slot's offset in a pointer to the member, and marks it as one: with
-/// the lowest bit of that offset, or on ARM, where functions may stand at odd addresses, of the adjustment.
+/// that is not virtual. The C++ ABI keeps the slot's offset in a pointer to the member, and marks it as one:
+/// with the lowest bit of that offset, or on ARM, where functions may stand at odd addresses, of the
+/// adjustment.
 template <typename Function>
 int virtualSlotOf(Function function)
 {
