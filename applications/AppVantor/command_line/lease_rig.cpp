@@ -154,7 +154,7 @@ private:
 std::optional<BrokerPlace> placeOf(const Options& options, Output* output)
 {
     QString problem;
-    const std::optional<BrokerPlace> place = brokerOf(options, &problem);
+    std::optional<BrokerPlace> place = brokerOf(options, &problem);
     if (!place) {
         reportFailure("usage", {problem}, output);
     }
