@@ -6,6 +6,8 @@
 #include <plugin_management/d_device.h>
 #include <plugin_management/d_tool_registry.h>
 
+#include <QPointer>
+
 #include <algorithm>
 #include <optional>
 
@@ -65,11 +67,13 @@ bool DAbstractPluginBackend::queueTreatment(int id, const QString& name, const Q
     if (!d->gate->refuse()) { // no more can be held back
         QMetaObject::invokeMethod(
             this,
-            [this, id, name, parameters] {
+            [this, self = QPointer<DAbstractPluginBackend>(this), id, name, parameters] {
                 Q_EMIT treatmentEnded(
                     name, parameters, {},
                     {DFailure::Kind::NothingSent, QStringLiteral("too many treatments wait")});
-                treatmentReleased(id, name, false);
+                if (!self.isNull()) { // who heard of it may have destroyed the backend
+                    treatmentReleased(id, name, false);
+                }
             },
             Qt::QueuedConnection);
         return true;
