@@ -63,16 +63,6 @@ std::vector<DTool*> toolsOf(const Bench& bench)
     return tools;
 }
 
-DTool* findTool(const Bench& bench, const QString& name)
-{
-    for (DTool* tool : toolsOf(bench)) {
-        if (name.isEmpty() || tool->objectName() == name) {
-            return tool;
-        }
-    }
-    return nullptr;
-}
-
 QString noSuchTool(const QString& name, const Bench& bench)
 {
     QStringList known;
@@ -290,7 +280,7 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     if (bench == nullptr) {
         return writeOut(unmade, output);
     }
-    DTool* tool = findTool(*bench, options.tool);
+    DTool* tool = bench->findTool(options.tool);
     if (tool == nullptr) {
         return writeOut(refuseUsage(noSuchTool(options.tool, *bench), output), output);
     }

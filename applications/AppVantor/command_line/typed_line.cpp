@@ -121,11 +121,8 @@ QStringList TypedLine::completions(const Bench* bench) const
             candidates.append(row.name);
         }
     } else if (bench != nullptr) {
-        for (const auto& tool : bench->tools()) {
-            if (m_given.tool.isEmpty() || tool->objectName() == m_given.tool) {
-                candidates = argumentsOf(*tool);
-                break;
-            }
+        if (const DTool* tool = bench->findTool(m_given.tool)) {
+            candidates = argumentsOf(*tool);
         }
     }
     QStringList matching;

@@ -46,3 +46,13 @@ std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, Devi
     }
     return bench;
 }
+
+DTool* Bench::findTool(const QString& name) const
+{
+    for (const auto& tool : m_tools) {
+        if (name.isEmpty() || tool->objectName() == name) {
+            return tool.get();
+        }
+    }
+    return nullptr;
+}

@@ -21,6 +21,8 @@ public:
     LineDevice& device() const { return *m_device; }
     /// The tools; at least one.
     const std::vector<std::unique_ptr<DTool>>& tools() const { return m_tools; }
+    /// The tool that is called so, or the first one without a name; null when there is none.
+    DTool* findTool(const QString& name) const;
 
 private:
     Bench() = default;

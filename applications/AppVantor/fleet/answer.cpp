@@ -14,7 +14,7 @@ void Answer::send(const Json& line) const
     BrokerMessage message;
     message.topic = m_topic;
     message.correlation = m_correlation;
-    message.payload = QByteArray::fromStdString(line.dump(-1, ' ', false, Json::error_handler_t::replace));
+    message.payload = QByteArray::fromStdString(lineOf(line));
     m_link->publish(message);
 }
 

@@ -83,5 +83,5 @@ QByteArray LevelFeed::payloadOf(const Told& line) const
                        {"seq", line.number},
                        {"session", toJson(m_session)},
                        {"quality", line.level.known ? "good" : "unknown"}};
-    return QByteArray::fromStdString(json.dump());
+    return QByteArray::fromStdString(lineOf(json));
 }

@@ -1,7 +1,5 @@
 #include "order_desk.h"
 
-#include "device_request.h"
-
 #include <configuration/bench.h>
 #include <plugin_management/d_order.h>
 #include <process/diagnostics.h>
@@ -12,16 +10,6 @@
 namespace {
 
 constexpr int c_requestTimeoutMs = 10000;
-
-DTool* findTool(const Bench& bench, const QString& name)
-{
-    for (const auto& tool : bench.tools()) {
-        if (name.isEmpty() || tool->objectName() == name) {
-            return tool.get();
-        }
-    }
-    return nullptr;
-}
 
 /// The level that a plain text stands for; nothing for another text.
 std::optional<int> levelOf(const QByteArray& payload)
@@ -122,7 +110,7 @@ void OrderDesk::answerLease(const RigOrder& order, const Answer& answer)
     const QString refusal = order.kind == RigOrder::Kind::Lease ? m_lease.take(order.holder, order.minutes)
                                                                 : m_lease.release(order.holder);
     if (refusal.isEmpty()) {
-        answer.send({{"type", "lease"}, {"lease", Json::parse(m_lease.toJson().toStdString())}});
+        answer.send({{"type", "lease"}, {"lease", m_lease.toJson()}});
     } else {
         answer.refuse("leased", refusal);
     }
@@ -130,7 +118,7 @@ void OrderDesk::answerLease(const RigOrder& order, const Answer& answer)
 
 void OrderDesk::runCommand(const RigOrder& order, const Answer& answer)
 {
-    DTool* tool = findTool(m_bench, order.tool);
+    DTool* tool = m_bench.findTool(order.tool);
     if (tool == nullptr) {
         answer.refuse("usage", QStringLiteral("there is no tool \"%1\"").arg(order.tool));
         return;
@@ -191,15 +179,22 @@ void OrderDesk::stopUnheard(const QByteArray& topic)
 
 void OrderDesk::runInstruction(const RigOrder& order, const Answer& answer)
 {
+    request(order.name, order.arguments,
+            [order, answer, number = ++m_last](const QVariantMap& reply, const DFailure& failure) {
+                answer.send(endOf(order, number, reply, failure));
+            });
+}
+
+void OrderDesk::request(const QString& instruction, const QVariantMap& arguments, DeviceRequest::Done done)
+{
     ++m_requests;
     auto* request = new DeviceRequest(
-        &m_bench.device(),
-        [this, order, answer, number = ++m_last](const QVariantMap& reply, const DFailure& failure) {
+        &m_bench.device(), [this, done = std::move(done)](const QVariantMap& reply, const DFailure& failure) {
             --m_requests;
-            answer.send(endOf(order, number, reply, failure));
+            done(reply, failure);
         });
     request->setParent(this);
-    request->send(order.name, order.arguments, c_requestTimeoutMs);
+    request->send(instruction, arguments, c_requestTimeoutMs);
 }
 
 void OrderDesk::takeLevel(const BrokerMessage& message)
@@ -220,16 +215,11 @@ void OrderDesk::takeLevel(const BrokerMessage& message)
         diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, refusal));
         return;
     }
-    ++m_requests;
-    auto* request = new DeviceRequest(
-        &m_bench.device(), [this, line](const QVariantMap& /*reply*/, const DFailure& failure) {
-            --m_requests;
-            if (failure) {
-                diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
-            }
-        });
-    request->setParent(this);
-    request->send(QStringLiteral("setValues"),
-                  {{QStringLiteral("channel"), line}, {QStringLiteral("values"), *level}},
-                  c_requestTimeoutMs);
+    request(QStringLiteral("setValues"),
+            {{QStringLiteral("channel"), line}, {QStringLiteral("values"), *level}},
+            [line](const QVariantMap& /*reply*/, const DFailure& failure) {
+                if (failure) {
+                    diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
+                }
+            });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "answer.h"
+#include "device_request.h"
 #include "rig_forms.h"
 #include "rig_lease.h"
 #include "rig_order.h"
@@ -15,7 +16,6 @@
 
 class Bench;
 class DOrder;
-class DeviceRequest;
 
 /// Takes the orders that come from a broker, carries them out on the bench, and answers each with its JSON
 /// lines.
@@ -50,6 +50,7 @@ private:
     void carryOut(const RigOrder& order, const Answer& answer);
     void runCommand(const RigOrder& order, const Answer& answer);
     void runInstruction(const RigOrder& order, const Answer& answer);
+    void request(const QString& instruction, const QVariantMap& arguments, DeviceRequest::Done done);
     void answerLease(const RigOrder& order, const Answer& answer);
     void passOn(int number, const Json& line);
     void orderEnded(int number);

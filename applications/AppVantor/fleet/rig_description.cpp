@@ -53,5 +53,5 @@ QByteArray describeRig(const Bench& bench, const RigForms& forms)
                        {"clock", "steady"},
                        {"lines", toJson(bench.device().lines())},
                        {"tools", tools}};
-    return QByteArray::fromStdString(json.dump(-1, ' ', false, Json::error_handler_t::replace));
+    return QByteArray::fromStdString(lineOf(json));
 }

@@ -1,6 +1,5 @@
 #include "rig_lease.h"
 
-#include <process/json_line.h>
 #include <process/time_text.h>
 
 #include <utility>
@@ -48,13 +47,13 @@ QString RigLease::refusalOf(const QString& somebody) const
                      .arg(m_holder, fullTime(m_scheduler->wallClock(m_untilUs)));
 }
 
-QByteArray RigLease::toJson() const
+Json RigLease::toJson() const
 {
     Json json = {{"holder", m_holder.isEmpty() ? Json() : ::toJson(m_holder)}};
     if (!m_holder.isEmpty()) {
         json["until"] = m_scheduler->wallClock(m_untilUs);
     }
-    return QByteArray::fromStdString(json.dump(-1, ' ', false, Json::error_handler_t::replace));
+    return json;
 }
 
 void RigLease::end()

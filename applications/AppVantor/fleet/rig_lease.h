@@ -1,6 +1,7 @@
 #pragma once
 
 #include <plugin_management/d_scheduler.h>
+#include <process/json_line.h>
 
 #include <QObject>
 #include <QString>
@@ -23,7 +24,7 @@ public:
     QString release(const QString& holder);
     /// Why the order of somebody is refused; empty when it is not.
     QString refusalOf(const QString& somebody) const;
-    QByteArray toJson() const;
+    Json toJson() const;
 
 Q_SIGNALS:
     void changed();

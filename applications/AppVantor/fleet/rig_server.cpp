@@ -52,8 +52,7 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     connect(&m_link, &BrokerLink::connected, this, &RigServer::connected);
     connect(&m_link, &BrokerLink::disconnected, this, &RigServer::disconnected);
     connect(&m_link, &BrokerLink::received, this, &RigServer::take);
-    connect(&m_desk.lease(), &RigLease::changed, this,
-            [this] { publish(m_topics.lease(), m_desk.lease().toJson()); });
+    connect(&m_desk.lease(), &RigLease::changed, this, &RigServer::publishLease);
     connect(&bench.device(), &LineDevice::lineChanged, this, &RigServer::lineChanged);
     connect(&bench.device(), &LineDevice::changesLost, this, [this](quint64 count) {
         m_ring.skip(count);
@@ -96,7 +95,7 @@ void RigServer::connected()
     const bool isFirst = !std::exchange(m_wasConnected, true);
     publish(m_topics.state(), stateCalled("online"));
     publish(m_topics.description(), describeRig(m_bench, m_forms));
-    publish(m_topics.lease(), m_desk.lease().toJson());
+    publishLease();
     m_levels.tellAll();
     if (isFirst) {
         Q_EMIT served();
@@ -192,6 +191,11 @@ void RigServer::publish(const QByteArray& topic, const QByteArray& payload)
     message.payload = payload;
     message.retained = true;
     m_link.publish(message);
+}
+
+void RigServer::publishLease()
+{
+    publish(m_topics.lease(), QByteArray::fromStdString(lineOf(m_desk.lease().toJson())));
 }
 
 QByteArray RigServer::stateCalled(const char* state) const

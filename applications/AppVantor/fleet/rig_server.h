@@ -47,6 +47,7 @@ private:
     void lineChanged(int line, const LineLevel& level);
     void answerHistory(const BrokerMessage& message);
     void publish(const QByteArray& topic, const QByteArray& payload);
+    void publishLease();
     QByteArray stateCalled(const char* state) const;
     RigChange changeOf(int line, const LineLevel& level) const;
 

@@ -61,3 +61,8 @@ Json toJson(const QVariant& value)
         return value.isValid() && value.canConvert(QMetaType::QString) ? toJson(value.toString()) : Json();
     }
 }
+
+std::string lineOf(const Json& value)
+{
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}

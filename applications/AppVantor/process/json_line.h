@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
+
 /// A JSON object that keeps the order of its keys and its whole numbers exact.
 using Json = nlohmann::ordered_json;
 
@@ -12,3 +14,6 @@ using Json = nlohmann::ordered_json;
 /// number of a map that is beyond 2^53 stands its text, called as the number with "Text" behind it.
 Json toJson(const QVariant& value);
 Json toJson(const QString& text);
+
+/// A JSON value in one line. What holds half a surrogate pair, from outside, has it replaced.
+std::string lineOf(const Json& value);

@@ -63,10 +63,9 @@ void Output::json(const JsonMaker& json)
     }
 }
 
-/// Text from outside may hold half a surrogate pair; it is replaced, never thrown at.
 void Output::object(const Json& object)
 {
-    line(object.dump(-1, ' ', false, Json::error_handler_t::replace));
+    line(lineOf(object));
 }
 
 void Output::line(const std::string& line)
