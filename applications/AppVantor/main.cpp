@@ -78,11 +78,12 @@ bool opensWindow(const Options& options)
            options.subcommand == Options::Subcommand::Panel;
 }
 
-WindowOptions windowOptions(const Options& options)
+WindowOptions windowOptions(const Options& options, Output* output)
 {
     constexpr double msPerSecond = 1000.0;
     WindowOptions window;
     window.screenshotFile = options.screenshot;
+    window.tellProblem = [output](const QString& problem) { reportFailure("picture", {problem}, output); };
     window.configuration = options.configuration;
     window.scale = options.scale;
     window.sizeGiven = !options.size.isEmpty();
@@ -117,7 +118,7 @@ int showWindowWithOrders(const WindowPart& window, Bench* bench, DTool* tool, co
     if (!problem.isEmpty()) {
         return refuseUsage(problem, output);
     }
-    const int status = window.showWindow(*bench, windowOptions(options));
+    const int status = window.showWindow(*bench, windowOptions(options, output));
     return std::max(status, orders.end());
 }
 
@@ -193,7 +194,7 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Window:
         return showWindowWithOrders(*window, bench, tool, options, output);
     case Options::Subcommand::Panel:
-        return window->showPanel(*tool, windowOptions(options));
+        return window->showPanel(*tool, windowOptions(options, output));
     }
     return ExitWrongUsage;
 }
@@ -363,7 +364,7 @@ int runWindow(int& argc, char* argv[], const Options& options, Output* output)
     if (window == nullptr) {
         return refuse(problem);
     }
-    problem = window->prepare(windowOptions(options));
+    problem = window->prepare(windowOptions(options, output));
     if (!problem.isEmpty()) {
         return refuse(problem);
     }

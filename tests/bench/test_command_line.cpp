@@ -44,6 +44,7 @@ private Q_SLOTS:
         row("unknown command", "run nosuch",
             "unknown command \"nosuch\"; the tool has: setValue, switchValue, getValue, startListening, "
             "init, listenToAll, stopTheCommand, stopListening");
+        row("unknown command with a mistake behind it", "run nosuch START", "unknown command \"nosuch\"; ");
         row("unknown parameter", "run getValue colour=red",
             "unknown parameter \"colour\" of command \"getValue\"; it takes: \"channel\"");
         row("unknown parameter of a stop name", "run stopListening colour=red",

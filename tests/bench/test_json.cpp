@@ -159,6 +159,8 @@ private Q_SLOTS:
             "trace", "t: the trace is lost: the file was removed meanwhile", 1);
         row("report", "ulimit -f 0; echo expect ALARM=ON | \"$BENCH\" --json shell --report r.xml", "report",
             "r.xml: the report cannot be written: File too large", 1);
+        row("picture", "mkdir p.png; \"$BENCH\" --json panel --screenshot p.png", "picture",
+            "cannot write the picture p.png: not a regular file", 2);
     }
 
     void whatNoOrderWaitsForIsAFailureWithItsKind()
@@ -177,6 +179,16 @@ private Q_SLOTS:
         }
         QCOMPARE(reasons, QStringList(reason));
         QCOMPARE(run.errors, QByteArray("appvantor: " + reason.toUtf8() + '\n'));
+    }
+
+    void whatAScriptLeavesGoingOnIsAnObject()
+    {
+        const BenchRun run =
+            runBench("--json shell"_words, "setValue channel=DOOR state=BLINK duration=1000 dutyCycle=50\n"
+                                           "setValue channel=START state=PULSE duration=60000 &\n");
+        const QByteArray driven = R"({ "type": "driven", "tool": "Front panel", "channels": [
+            { "channel": "DOOR", "by": "BLINK" }, { "channel": "START", "by": "PULSE" } ] })";
+        QVERIFY2(run.json().contains(QJsonDocument::fromJson(driven).object()), run.output.constData());
     }
 
     /// Those that switch off at the end, of every tool, too.

@@ -159,6 +159,7 @@ private Q_SLOTS:
         QVERIFY(terminal.answers("startL\tch\tDO\ted\tH\t\n", {"lastValue=1 value=true"}));
         QVERIFY(terminal.answers("stopL\tch\tDO\t\n", {"[4] stopListening: done"}));
         QVERIFY(terminal.answers("let L = DOO\t\n", {"gpio> "}));
+        QVERIFY(terminal.answers("let M=AL\t\nget M\n", {"ALARM=ON", "gpio> "}));
         QVERIFY(terminal.answers("exp\tL=O\tN\twit\t50\n", {"L=ON", "gpio> "}));
         QVERIFY(terminal.answers("rep\t1\n", {"  ... "}));
         QVERIFY(terminal.answers("en\t\n", {"gpio> "}));

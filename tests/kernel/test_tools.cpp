@@ -114,6 +114,16 @@ private Q_SLOTS:
         QCOMPARE(run.json().value(0).value("results"_s).toObject().value("value"_s).toInt(), 1);
     }
 
+    void theConfigurationForAChipLeavesOutWhatOthersHold()
+    {
+        const SimChip chip("found"_s, 2, {"ALPHA"_s, "BETA"_s});
+        const LineBench holder({output("lamp"_s, chip.name(), "BETA"_s)});
+        const BenchRun run = runBench("--json discover --config-for found"_words);
+        const QJsonArray leftOut = {QJsonObject{{"line"_s, 1}, {"consumer"_s, "appvantor"_s}}};
+        QCOMPARE(run.json().value(0).value("leftOut"_s).toArray(), leftOut);
+        QVERIFY2(run.errors.contains(" is held by \"appvantor\" and left out\n"), run.errors.constData());
+    }
+
     void theWatchTellsWhatComesGoesIsTakenAndReleased()
     {
         const SimChip chip("found"_s, 3, {"ALPHA"_s, "BETA"_s});

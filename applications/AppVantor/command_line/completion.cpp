@@ -67,8 +67,11 @@ QStringList argumentsOf(const QStringList& before, const QString& word, const Ch
     if (before.first() == QLatin1String("get")) {
         return names.all();
     }
-    if (before.first() == QLatin1String("let") && before.last() == QLatin1String("=")) {
-        return names.all();
+    if (before.first() == QLatin1String("let")) {
+        const int equals = word.indexOf(QLatin1Char('='));
+        return before.last() == QLatin1String("=") ? names.all()
+               : equals > 0                        ? assignments(word, word.left(equals), names.all())
+                                                   : QStringList();
     }
     return {};
 }

@@ -150,8 +150,10 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
         tell(GpioMessages::noSuchChip(wanted), output);
         return ExitDeviceUnreachable;
     }
+    Json leftOut = Json::array();
     for (const GpioLineInfo& line : chip->lines) {
         if (line.used) {
+            leftOut.push_back({{"line", line.offset}, {"consumer", toJson(line.consumer)}});
             diagnostic(QStringLiteral("line %1 of %2 is held by \"%3\" and left out")
                            .arg(QString::number(line.offset), chip->name, holderOf(line)));
         }
@@ -160,8 +162,10 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
     const Json configuration = configurationOf(*chip, wanted);
     output->write(
         [&] {
-            return Json{
-                {"type", "configuration"}, {"chip", toJson(chip->name)}, {"configuration", configuration}};
+            return Json{{"type", "configuration"},
+                        {"chip", toJson(chip->name)},
+                        {"leftOut", leftOut},
+                        {"configuration", configuration}};
         },
         [&] { return QString::fromStdString(configuration.dump(indent)); });
     return ExitSuccess;

@@ -10,6 +10,8 @@
 #include <process/exit_status.h>
 #include <process/unix_signals.h>
 
+#include <algorithm>
+
 namespace {
 
 /// With an edge, an event tells whether that was seen; one that was not, the first reading for example, does
@@ -20,13 +22,20 @@ bool counts(const QVariantMap& event)
     return value.type() != QVariant::Bool || value.toBool();
 }
 
+bool canOrder(const DTool& tool, const QString& command)
+{
+    const QVector<DCommandDescription> known = tool.orderables();
+    return std::any_of(known.cbegin(), known.cend(),
+                       [&command](const DCommandDescription& one) { return one.name == command; });
+}
+
 } // namespace
 
 int runOrder(DTool* tool, const Options& options, Output* output)
 {
     QString problem;
     const Invocation invocation = readInvocation(options.words, &problem);
-    if (!problem.isEmpty()) {
+    if (!problem.isEmpty() && canOrder(*tool, invocation.command)) { // else it is refused for its name, below
         reportFailure("syntax", {problem}, output);
         return ExitWrongUsage;
     }

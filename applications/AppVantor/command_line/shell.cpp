@@ -228,9 +228,8 @@ void Shell::noteFailure(int status)
 void Shell::end()
 {
     m_ending = true;
-    const QStringList driven = m_orders.driven();
-    if (!driven.isEmpty() && !m_line.place().isEmpty()) { // who types knows
-        diagnostic(QStringLiteral("still driven at the end: %1").arg(driven.join(QStringLiteral(", "))));
+    if (!m_line.place().isEmpty()) { // who types knows
+        m_orders.reportDriven();
     }
     m_orders.stopAll();
     Q_EMIT ended();

@@ -2,6 +2,7 @@
 
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
+#include <process/diagnostics.h>
 
 #include <utility>
 
@@ -74,16 +75,29 @@ void ShellOrders::stopAll()
     }
 }
 
-QStringList ShellOrders::driven() const
+void ShellOrders::reportDriven() const
 {
-    QStringList channels = m_driven.blinking();
-    for (QString& channel : channels) {
-        channel += QStringLiteral(" (blinks)");
+    QStringList texts;
+    Json channels = Json::array();
+    const auto add = [&](const QString& channel, const char* by, const char* words) {
+        texts.append(QStringLiteral("%1 (%2)").arg(channel, QLatin1String(words)));
+        channels.push_back({{"channel", toJson(channel)}, {"by", by}});
+    };
+    const QStringList blinking = m_driven.blinking();
+    for (const QString& channel : blinking) {
+        add(channel, "BLINK", "blinks");
     }
     for (const auto& [number, running] : m_running) {
         if (DrivenChannels::isPulse(running.invocation)) {
-            channels.append(DrivenChannels::channelOf(running.invocation) + QStringLiteral(" (pulse)"));
+            add(DrivenChannels::channelOf(running.invocation), "PULSE", "pulse");
         }
     }
-    return channels;
+    if (texts.isEmpty()) {
+        return;
+    }
+    diagnostic(QStringLiteral("still driven at the end: %1").arg(texts.join(QStringLiteral(", "))));
+    m_output->json([&] {
+        return Json{
+            {"type", "driven"}, {"tool", toJson(m_tool->objectName())}, {"channels", std::move(channels)}};
+    });
 }

@@ -40,8 +40,8 @@ public:
     /// Stops a running order.
     void stop(int number);
     void stopAll();
-    /// The channels that go on changing by themselves, in words: "DOOR (blinks)".
-    QStringList driven() const;
+    /// Tells which channels go on changing by themselves, if any.
+    void reportDriven() const;
 
 Q_SIGNALS:
     /// The order that line had asked for has ended.

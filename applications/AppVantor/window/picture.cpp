@@ -3,7 +3,6 @@
 #include "page_panel.h"
 #include "scene.h"
 
-#include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/outlet.h>
 #include <process/write_all.h>
@@ -126,15 +125,16 @@ int takePicture(Scene& scene, const WindowOptions& options)
     const QImage drawn = canvas.draw().copy(QRect(QPoint(0, 0), options.size));
     const QString problem = write(drawn.convertToFormat(QImage::Format_RGB32), options.screenshotFile);
     if (!problem.isEmpty()) {
-        diagnostic(problem);
+        options.tellProblem(problem);
         return ExitWrongUsage;
     }
     if (!arrived) {
-        diagnostic(QStringLiteral("the values did not arrive within %1 s").arg(c_longestWaitMs / 1000));
+        options.tellProblem(
+            QStringLiteral("the values did not arrive within %1 s").arg(c_longestWaitMs / 1000));
     }
     const QString pageProblem = scene.panel().problem();
     if (!pageProblem.isEmpty()) {
-        diagnostic(pageProblem);
+        options.tellProblem(pageProblem);
     }
     return arrived && pageProblem.isEmpty() ? ExitSuccess : ExitOrderFailed;
 }

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cmath>
+#include <functional>
 #include <optional>
 
 /// How the bench window, or a panel alone, is shown.
@@ -19,6 +20,8 @@ struct WindowOptions
 
     /// PNG file that a picture is written to instead of opening a window; empty for a window.
     QString screenshotFile;
+    /// Is told what is wrong with that picture.
+    std::function<void(const QString& problem)> tellProblem;
     /// The configuration file that is shown; empty for the built-in one.
     QString configuration;
     /// Size of the window or the picture in pixels of the screen or the picture.
