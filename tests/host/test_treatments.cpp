@@ -280,6 +280,30 @@ private Q_SLOTS:
         QCOMPARE(m_bench->device->requests.size(), 1);
     }
 
+    void theBackendMayGoWhereTheEndOfATreatmentIsHeard_data()
+    {
+        const Rows<int> row("waiting");
+        row("of one that ran", 0);
+        row("of one that cannot wait", 40);
+    }
+
+    void theBackendMayGoWhereTheEndOfATreatmentIsHeard()
+    {
+        QFETCH(int, waiting);
+        if (waiting > 0) {
+            fillQueue();
+        } else {
+            answerAtOnce();
+            m_backend->queueTreatment(1, "work"_s, {});
+        }
+        for (int id = 1000; id < 1000 + waiting; ++id) {
+            tryAgain(id);
+        }
+        connect(m_backend.get(), &DAbstractPluginBackend::treatmentEnded, this,
+                [this] { m_backend.reset(); });
+        QTRY_VERIFY(m_backend == nullptr);
+    }
+
     void theBackendMayGoWithATreatmentRunning()
     {
         m_backend->queueTreatment(1, "work"_s, {});
