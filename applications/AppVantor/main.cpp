@@ -132,7 +132,7 @@ std::optional<RigServerSetup> serverSetup(const Options& options, QString* probl
     if (place->address.rig.isEmpty()) {
         place->address.rig = QSysInfo::machineHostName();
     }
-    return RigServerSetup{place->address, place->access, options.readOnly};
+    return RigServerSetup{place->address, place->access, options.readOnly, options.homeAssistant};
 }
 
 RigForms rigForms()

@@ -52,6 +52,7 @@ struct Options
     std::optional<double> timeout; ///< of watch, in seconds
     QString serve;                 ///< of window and shell: address of a broker
     bool readOnly = false;         ///< of serve, window and shell
+    bool homeAssistant = false;    ///< of serve, window and shell
     bool offAtEnd = false;         ///< of all that can drive something
     QString configurationFor;      ///< of discover: file, name or label of a chip
     bool watch = false;            ///< of discover and rigs

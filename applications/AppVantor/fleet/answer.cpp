@@ -1,24 +1,19 @@
 #include "answer.h"
 
-Answer::Answer(const BrokerMessage& order, BrokerLink* link)
-    : m_topic(order.responseTopic)
-    , m_correlation(order.correlation)
+Answer::Answer(const BrokerMessage& question, BrokerLink* link)
+    : m_topic(question.responseTopic)
+    , m_correlation(question.correlation)
     , m_link(link)
 {}
 
-void Answer::send(const Json& line) const
+void Answer::send(const QByteArray& payload) const
 {
-    if (m_topic.isEmpty()) {
-        return;
+    if (!m_topic.isEmpty()) {
+        m_link->publish({m_topic, payload, false, {}, m_correlation});
     }
-    BrokerMessage message;
-    message.topic = m_topic;
-    message.correlation = m_correlation;
-    message.payload = QByteArray::fromStdString(lineOf(line));
-    m_link->publish(message);
 }
 
 void Answer::refuse(const char* kind, const QString& reason) const
 {
-    send({{"type", "failure"}, {"kind", kind}, {"reason", toJson(reason)}});
+    send(Json{{"type", "failure"}, {"kind", kind}, {"reason", toJson(reason)}});
 }

@@ -4,15 +4,16 @@
 #include <plugin_management/d_failure.h>
 #include <process/json_line.h>
 
-/// The way back to who gave an order.
+/// The way back to who sent an order, or a question.
 class Answer
 {
 public:
-    /// To who sent order, over link, which must outlive this.
-    Answer(const BrokerMessage& order, BrokerLink* link);
+    /// To who sent question, over link, which must outlive this.
+    Answer(const BrokerMessage& question, BrokerLink* link);
 
-    /// Sends a line of the answer. With nobody to answer to, nothing is sent.
-    void send(const Json& line) const;
+    /// Sends a message of the answer. With nobody to answer to, nothing is sent.
+    void send(const Json& line) const { send(QByteArray::fromStdString(lineOf(line))); }
+    void send(const QByteArray& payload) const;
     /// Sends that nothing came of it: the only line, which belongs to no order.
     void refuse(const char* kind, const QString& reason) const;
     const QByteArray& topic() const { return m_topic; }

@@ -1,5 +1,6 @@
 #include "rig_server.h"
 
+#include "home_announcement.h"
 #include "rig_description.h"
 
 #include <configuration/bench.h>
@@ -40,11 +41,7 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     , m_levels(bench.device().lines(), m_topics, m_session, &m_link, schedulerOf(bench))
     , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
 {
-    BrokerMessage will;
-    will.topic = m_topics.state();
-    will.payload = stateCalled("lost");
-    will.retained = true;
-    m_link.setWill(will, c_lostAfterSeconds);
+    m_link.setWill({m_topics.state(), stateCalled("lost"), true}, c_lostAfterSeconds);
     for (const QByteArray& topic :
          {m_topics.state(), m_topics.order(), m_topics.history(), m_topics.anyLineSet()}) {
         m_link.subscribe(topic);
@@ -95,6 +92,9 @@ void RigServer::connected()
     const bool isFirst = !std::exchange(m_wasConnected, true);
     publish(m_topics.state(), stateCalled("online"));
     publish(m_topics.description(), describeRig(m_bench, m_forms));
+    if (m_setup.homeAssistant) {
+        m_link.publish(homeAnnouncement(m_bench, m_setup.broker.rig, !m_setup.readOnly));
+    }
     publishLease();
     m_levels.tellAll();
     if (isFirst) {
@@ -177,20 +177,12 @@ void RigServer::answerHistory(const BrokerMessage& message)
             answer.levels.append(changeOf(line, m_bench.device().level(line)));
         }
     }
-    BrokerMessage reply;
-    reply.topic = message.responseTopic;
-    reply.correlation = message.correlation;
-    reply.payload = answer.toJson();
-    m_link.publish(reply);
+    Answer(message, &m_link).send(answer.toJson());
 }
 
 void RigServer::publish(const QByteArray& topic, const QByteArray& payload)
 {
-    BrokerMessage message;
-    message.topic = topic;
-    message.payload = payload;
-    message.retained = true;
-    m_link.publish(message);
+    m_link.publish({topic, payload, true});
 }
 
 void RigServer::publishLease()

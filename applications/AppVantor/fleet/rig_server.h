@@ -15,6 +15,7 @@ struct RigServerSetup
     BrokerAddress broker; ///< with the name of the rig
     BrokerAccess access;
     bool readOnly = false;
+    bool homeAssistant = false; ///< announces the rig to home-automation dashboards
 };
 
 /// Puts a bench on an MQTT broker: tells its state, its lines and every change, and takes orders.
