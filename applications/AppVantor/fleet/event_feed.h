@@ -21,10 +21,10 @@ public:
 
     /// There are more changes in the ring.
     void changesAdded();
-
-private:
+    /// Tells what waits at once, as far as the broker takes it.
     void flush();
 
+private:
     ChangeRing* const m_ring;
     const QByteArray m_topic;
     BrokerLink* const m_link;

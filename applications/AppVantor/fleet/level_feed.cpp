@@ -63,16 +63,12 @@ void LevelFeed::flushLater()
 
 void LevelFeed::flush()
 {
-    m_flush = {};
+    m_scheduler->cancel(std::exchange(m_flush, {}));
     while (!m_waiting.empty() && m_link->isFree()) {
         Told& line = m_lines.at(static_cast<std::size_t>(m_waiting.front()));
         m_waiting.pop_front();
         line.isWaiting = false;
-        BrokerMessage message;
-        message.topic = line.topic;
-        message.payload = payloadOf(line);
-        message.retained = true;
-        m_link->publish(message);
+        m_link->publish({line.topic, payloadOf(line), true});
     }
 }
 

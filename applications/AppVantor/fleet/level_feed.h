@@ -28,6 +28,8 @@ public:
     void setLevel(int line, const LineLevel& level, quint64 number);
     /// The broker is to have the levels of all lines anew.
     void tellAll();
+    /// Tells what waits at once, as far as the broker takes it.
+    void flush();
 
 private:
     struct Told
@@ -39,7 +41,6 @@ private:
     };
 
     void queue(int line);
-    void flush();
     void flushLater();
     QByteArray payloadOf(const Told& line) const;
 

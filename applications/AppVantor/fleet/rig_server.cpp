@@ -72,6 +72,8 @@ void RigServer::end()
     constexpr int patienceMs = 2000;
     m_bench.device().disconnect(this); // nothing is told after the farewell
     if (m_link.isConnected()) {
+        m_events.flush();
+        m_levels.flush();
         publish(m_topics.state(), stateCalled("offline"));
         QEventLoop loop;
         connect(&m_link, &BrokerLink::freeAgain, &loop, [&] {
