@@ -171,8 +171,8 @@ void RigDevice::takeDescription(const QByteArray& payload)
     const QJsonArray described =
         QJsonDocument::fromJson(payload).object().value(QStringLiteral("lines")).toArray();
     QHash<QString, int> indexes;
-    for (const QJsonValue& line : described) {
-        indexes.insert(line.toObject().value(QStringLiteral("name")).toString(), indexes.size());
+    for (int index = 0; index < described.size(); ++index) {
+        indexes.insert(described.at(index).toObject().value(QStringLiteral("name")).toString(), index);
     }
     m_lineNumbers.clear();
     for (int line = 0; line < m_setup.lines.size(); ++line) {
@@ -280,12 +280,19 @@ void RigDevice::setLevelOf(const RigChange& change)
     if (line == m_lineNumbers.constEnd()) {
         return;
     }
-    if (change.level >= 0) {
+    const DLine& told = lines().at(*line);
+    if (change.level > told.highestLevel()) {
+        setUnreadable(
+            *line, {DFailure::Kind::RefusedByDevice,
+                    QStringLiteral("line \"%1\": expected a level from 0 to %2 of the rig \"%3\", found %4")
+                        .arg(told.name, QString::number(told.highestLevel()), m_setup.broker.rig,
+                             QString::number(change.level))});
+    } else if (change.level >= 0) {
         setLevel(*line, change.level, steadyTime(change.timeUs));
     } else {
         setUnreadable(*line, {DFailure::Kind::DeviceUnreachable,
                               QStringLiteral("line \"%1\" is not known to the rig \"%2\"")
-                                  .arg(lines().at(*line).name, m_setup.broker.rig)});
+                                  .arg(told.name, m_setup.broker.rig)});
     }
 }
 

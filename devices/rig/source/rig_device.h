@@ -24,6 +24,8 @@ public:
     void close() override;
     void request(quint64 id, const QString& instruction, const QVariantMap& arguments) override;
     void cancel(quint64 id) override;
+    /// A message from the broker.
+    void take(const BrokerMessage& message);
 
 protected:
     DFailure drive(int line, int level, qint64 timeUs) override;
@@ -33,7 +35,6 @@ private:
     void linkLost(const QString& problem);
     void lose(const QString& problem);
     void loseAfter(qint64 patienceUs, const QString& problem);
-    void take(const BrokerMessage& message);
     void takeState(const RigState& state);
     void takeDescription(const QByteArray& payload);
     void takeEvents(const RigChanges& events);
