@@ -27,7 +27,7 @@ build_packages=(
 test_packages=(
     binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
     qml-module-qttest qtdeclarative5-dev-tools lowdown man-db bash-completion zsh
-    mosquitto mosquitto-clients openssl
+    mosquitto mosquitto-clients python3-paho-mqtt openssl
 )
 
 # What builds the kernel of the kernel tests, the GPIO tools that these are compared with, and the udev that runs there.

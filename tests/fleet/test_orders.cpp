@@ -183,6 +183,69 @@ private Q_SLOTS:
         QTRY_VERIFY(ask(broker, order(), listen).contains("\"event\""));
     }
 
+    void areAllAnsweredHoweverManyComeAtOnce()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader answers(broker, "answers/sent"_s);
+        sendMany(broker, R"({"command":"getValue","arguments":{"channel":"DOOR"}})", 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.messages("answers/sent").size(), 10000, 60000);
+    }
+
+    void areAnsweredToAClientOfAnotherMake()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        const QStringList orders = {
+            R"({"command":"setValue","arguments":{"channel":"START","state":"PULSE","duration":50}})"_s,
+            R"({"command":"setValue","arguments":{"channel":"STOP","state":"on"}})"_s,
+            R"({"command":"juggle"})"_s, R"({"instruction":"getValue","arguments":{"channel":"line1"}})"_s};
+        QProcess paho;
+        paho.start(QStringLiteral(PAHO_ORDERS),
+                   QStringList{QString::number(broker.port()), order()} + orders);
+        QVERIFY(paho.waitForFinished());
+        QVERIFY2(paho.exitCode() == 0, paho.readAllStandardError());
+        QVector<QStringList> types(orders.size());
+        for (const QByteArray& line : paho.readAllStandardOutput().trimmed().split('\n')) {
+            const int blank = line.indexOf(' ');
+            types[line.left(blank).toInt()].append(objectOf(line.mid(blank)).value("type"_s).toString());
+        }
+        QCOMPARE(types, (QVector<QStringList>{
+                            {"result"_s}, {"warning"_s, "failure"_s}, {"failure"_s}, {"result"_s}}));
+    }
+
+    void areReadUpTo64KiB()
+    {
+        constexpr int longest = 64 << 10;
+        const Broker broker;
+        const ServedBench bench(broker);
+        const QByteArray getting = R"({"instruction":"getValue","arguments":{"channel":"line0"}})";
+        QCOMPARE(ask(broker, order(), getting.leftJustified(longest + 1, ' ')), QByteArray());
+        QVERIFY(ask(broker, order(), getting.leftJustified(longest, ' ')).contains("\"order\":1,"));
+    }
+
+    void areNoneWhateverElseIsSent_data()
+    {
+        const Rows<QByteArray> row("payload");
+        row("nothing", "");
+        row("bytes", QByteArray("\0\xff\xfe{", 4));
+        row("nested deep", QByteArray(60000, '['));
+        row("a long number", QByteArray(60000, '9'));
+        row("a question without an end", R"({"from":18446744073709551615,"session":{}})");
+    }
+    void areNoneWhateverElseIsSent()
+    {
+        QFETCH(QByteArray, payload);
+        const Broker broker;
+        ServedBench bench(broker);
+        for (const char* topic : {"order", "history", "line/line1/set", "line/%00%ff/set", "state"}) {
+            publish(broker, "appvantor/1/bench-7/"_s + QLatin1String(topic), payload,
+                    {"-D"_s, "publish"_s, "response-topic"_s, "answers/sent"_s});
+        }
+        QCOMPARE(levelOf(broker, "line1"), 0);
+        QCOMPARE(bench.leave().status, 0);
+    }
+
     void beyondWhatARigCanDoAreRefused()
     {
         const Broker broker;

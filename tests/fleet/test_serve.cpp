@@ -1,14 +1,20 @@
 #include "broker_client.h"
+#include "rows.h"
 
 #include <QJsonArray>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
 #include <csignal>
+#include <memory>
 
 /// A bench on a broker, as others see it.
 class TestServe : public QObject
 {
     Q_OBJECT
+
+    static constexpr int c_patienceMs = 20000;
 
     static QByteArray topic(const char* name) { return QByteArray("appvantor/1/bench-7/") + name; }
 
@@ -19,6 +25,14 @@ class TestServe : public QObject
                          R"({ "id": "A", "name": "A", "visibility": "public", "value": [
                             {"id": "type", "value": "digitalInput"}, {"id": "direction", "value": "out"},
                             {"id": "link", "value": "a"} ] })");
+    }
+
+    /// Begins a bench that is to be served on broker, which the test plays.
+    static std::unique_ptr<BenchProcess> reachingFor(QTcpServer* broker)
+    {
+        broker->listen(QHostAddress::LocalHost);
+        return std::make_unique<BenchProcess>(
+            QStringList{"serve"_s, "--broker"_s, "mqtt://127.0.0.1:%1/bench-7"_s.arg(broker->serverPort())});
     }
 
 private Q_SLOTS:
@@ -95,6 +109,13 @@ private Q_SLOTS:
         QVERIFY2(run.errors.contains("Connection refused; it is tried again"), run.errors);
     }
 
+    void aBrokerIsFoundByItsName()
+    {
+        const Broker broker;
+        BenchProcess bench({"serve"_s, "--broker"_s, "mqtt://localhost:%1/rig"_s.arg(broker.port())});
+        QVERIFY(bench.waitForOutput("serving rig"));
+    }
+
     void aBrokerThatIsNotFoundHoldsNothingUp()
     {
         BenchProcess bench({"serve"_s, "--broker"_s, "mqtt://no-such-host.invalid/rig"_s});
@@ -164,6 +185,81 @@ private Q_SLOTS:
         QCOMPARE(shell.end(), (BenchRun{0, "[1] setValue: doneOk=true\nSTOP=ON\n"}));
         QVERIFY(!reader.waitFor(topic("state"), "offline").isEmpty());
         QCOMPARE(runBench("shell --serve mqtt:/x"_words).status, 2);
+    }
+
+    void theLastChangeIsToldBeforeTheFarewell()
+    {
+        const Broker broker;
+        Reader reader(broker, "appvantor/#"_s);
+        BenchProcess shell({"shell"_s, "--serve"_s, broker.url()});
+        QVERIFY(!reader.waitFor(topic("state"), "online").isEmpty());
+        shell.process().write("set START=ON\n");
+        shell.process().closeWriteChannel();
+        QCOMPARE(shell.end().status, 0);
+        QVERIFY(!reader.waitFor(topic("state"), "offline").isEmpty());
+        QVERIFY(!reader.waitFor(topic("events"), ",0,1]").isEmpty());
+        QVERIFY(!reader.waitFor(topic("line/line0"), "\"v\":1").isEmpty());
+    }
+
+    void aWindowIsServedBesideWhatItShows()
+    {
+        const Broker broker;
+        Reader reader(broker, "appvantor/#"_s);
+        BenchProcess window({"window"_s, "--serve"_s, broker.url()});
+        QVERIFY(!reader.waitFor(topic("state"), "online").isEmpty());
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1");
+        QVERIFY(!reader.waitFor(topic("line/line1"), "\"v\":1").isEmpty());
+        window.send(SIGTERM);
+        QCOMPARE(window.end().status, 0);
+        QVERIFY(!reader.waitFor(topic("state"), "offline").isEmpty());
+    }
+
+    /// The library takes what a connection asks for by a way of its own.
+    void saysHowLongItMayBeAway()
+    {
+        QTcpServer broker;
+        const auto bench = reachingFor(&broker);
+        QVERIFY(broker.waitForNewConnection(c_patienceMs));
+        QTcpSocket* socket = broker.nextPendingConnection();
+        QByteArray greeting;
+        while (!greeting.contains("bench-7/state")) {
+            QVERIFY(socket->waitForReadyRead(c_patienceMs));
+            greeting += socket->readAll();
+        }
+        QVERIFY(greeting.contains(QByteArray::fromHex("110000003c"))); // the session: 60 s
+        QVERIFY(greeting.contains(QByteArray::fromHex("1800000005"))); // the will: 5 s
+    }
+
+    void tellsWhatIsWrongWithABroker_data()
+    {
+        const Rows<QByteArray, QByteArray> row("answer", "problem");
+        row("it is none", QByteArray("HTTP/1.1 400 Bad Request\r\n").leftJustified(200, ' '), "protocol");
+        row("it closes", "", "connection was lost");
+        row("it is full", QByteArray::fromHex("2003009700"), "it refuses: Quota exceeded");
+        row("it goes", QByteArray::fromHex("2003000000e0028b00"),
+            "it ended the connection: Server shutting down");
+    }
+    void tellsWhatIsWrongWithABroker()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(QByteArray, problem);
+        QTcpServer broker;
+        const auto bench = reachingFor(&broker);
+        QVERIFY(broker.waitForNewConnection(c_patienceMs));
+        QTcpSocket* socket = broker.nextPendingConnection();
+        QVERIFY(socket->waitForReadyRead(c_patienceMs));
+        socket->write(answer);
+        if (answer.isEmpty()) {
+            socket->close();
+        } else {
+            QVERIFY(socket->waitForBytesWritten(c_patienceMs));
+        }
+        bench->process().setReadChannel(QProcess::StandardError);
+        QVERIFY(bench->process().canReadLine() || bench->process().waitForReadyRead(c_patienceMs));
+        bench->send(SIGTERM);
+        const BenchRun run = bench->end();
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.errors.contains(problem), run.errors);
     }
 
     void refusesWhatIsNoBroker_data()
