@@ -133,7 +133,9 @@ public:
             qFatal("%s", qPrintable(m_panel->problem()));
         }
         m_panel->page()->setProperty("live", false);
-        QCoreApplication::processEvents();
+        do {
+            QCoreApplication::processEvents();
+        } while (!m_panel->hasRows());
     }
 
     /// Every second channel has a new value.

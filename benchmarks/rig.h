@@ -18,6 +18,7 @@ public:
                  DevicePlace place = DevicePlace::SameThread);
 
     DTool& tool() { return m_tool; }
+    LineDevice& board() { return *m_board; }
 
     static QString channel(int line);
     /// The channel's entry in the configuration of the tool.

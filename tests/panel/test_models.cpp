@@ -4,6 +4,7 @@
 #include <configuration/value_text.h>
 #include <process/time_text.h>
 #include <window/command_form.h>
+#include <window/gradual_rows.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
 #include <window/order_events_model.h>
@@ -13,6 +14,8 @@
 #include <window/tools_model.h>
 #include <window/trace_recorder.h>
 #include <window/window_memory.h>
+
+#include <QStringListModel>
 
 namespace {
 
@@ -387,6 +390,35 @@ private Q_SLOTS:
             device.listener->lineTold(7, {number % 2, number, true});
         }
         QCOMPARE(lines.history(7)->changes().size(), std::size_t{share});
+    }
+
+    void manyRowsComeInStepsAndInTheirOrder()
+    {
+        QStringListModel all;
+        const auto some = watched<GradualRows>(&all);
+        QVERIFY(some->isComplete());
+        QStringList names;
+        for (int row = 0; row < 3 * GradualRows::c_first; ++row) {
+            names.append("row %1"_s.arg(row, 4));
+        }
+        all.setStringList(names);
+        const auto isAsAll = [&] {
+            bool same = some->rowCount() == all.rowCount();
+            for (int row = 0; row < some->rowCount(); ++row) {
+                same = same && at(*some, row, Qt::DisplayRole) == at(all, row, Qt::DisplayRole);
+            }
+            return same;
+        };
+        QVERIFY(!some->isComplete());
+        QCOMPARE(some->rowCount(), GradualRows::c_first);
+        QTRY_VERIFY(some->isComplete());
+        QVERIFY(isAsAll());
+        QVERIFY(all.insertRows(0, 2)); // later, too
+        QVERIFY(all.insertRows(all.rowCount(), 2));
+        QTRY_VERIFY(some->isComplete());
+        QTRY_VERIFY(isAsAll());
+        QVERIFY(all.removeRows(1, 5));
+        QVERIFY(isAsAll());
     }
 
     void aWindowIsRememberedForItsConfiguration()

@@ -1,5 +1,6 @@
 #include "panel_fixture.h"
 
+#include <window/gradual_rows.h>
 #include <window/page_source.h>
 #include <window/qml_types.h>
 #include <window/texts.h>
@@ -229,6 +230,25 @@ private Q_SLOTS:
         for (const QPointer<QObject>& channel : qAsConst(channels)) {
             QVERIFY(!channel.isNull());
         }
+    }
+
+    void theRowsOfManyChannelsComeFromTheFirstOn()
+    {
+        PanelFixture fixture(toolEntry(manyChannels(1000)));
+        const auto rows = [&fixture] { return itemsNamed(fixture.page(), "idChannelRow"_s).size(); };
+        QVERIFY(fixture.page() != nullptr);
+        QVERIFY(!fixture.panel().hasValues());
+        while (rows() == 0) {
+            QCoreApplication::sendPostedEvents();
+        }
+        QCOMPARE(rows(), GradualRows::c_first);
+        QVERIFY(fixture.row("C0"_s) != nullptr);
+        QVERIFY(fixture.row("C63"_s) != nullptr);
+        QVERIFY(!fixture.panel().hasRows());
+        QVERIFY(!fixture.panel().hasValues());
+        QVERIFY(waitUntil([&fixture] { return fixture.panel().hasValues(); }));
+        QCOMPARE(rows(), 1000);
+        QCOMPARE(fixture.row("C999"_s)->property("channelIndex").toInt(), 999);
     }
 
     void aThousandChannelsAreShownAndRefreshed()

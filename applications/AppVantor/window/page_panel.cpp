@@ -1,5 +1,6 @@
 #include "page_panel.h"
 
+#include "gradual_rows.h"
 #include "page_source.h"
 #include "texts.h"
 
@@ -76,10 +77,17 @@ void PagePanel::setTool(QObject* tool)
     }
 }
 
+bool PagePanel::hasRows() const
+{
+    const auto rows = m_page.isNull() ? QList<GradualRows*>() : m_page->findChildren<GradualRows*>();
+    return std::all_of(rows.cbegin(), rows.cend(),
+                       [](const GradualRows* some) { return some->isComplete(); });
+}
+
 bool PagePanel::isBusy() const
 {
     const auto* backend = m_page.isNull() ? nullptr : m_page->findChild<DAbstractPluginBackend*>();
-    return backend != nullptr && backend->hasPendingTreatments();
+    return !hasRows() || (backend != nullptr && backend->hasPendingTreatments());
 }
 
 bool PagePanel::hasValues() const
@@ -90,7 +98,7 @@ bool PagePanel::hasValues() const
     }
     const bool none =
         device->state() == DDevice::State::Unreachable || device->state() == DDevice::State::Closed;
-    return none || (device->isConnected() && m_valuesRequested && !isBusy());
+    return hasRows() && (none || (device->isConnected() && m_valuesRequested && !isBusy()));
 }
 
 void PagePanel::refresh()
@@ -175,6 +183,7 @@ QQuickItem* PagePanel::makePage(const QByteArray& source)
         return nullptr;
     }
     m_page = page;
+    GradualRows::fill(page);
     if (const DDevice* device = m_tool->device()) {
         connect(device, &DDevice::stateChanged, page, [this] { tellConnection(); });
     }

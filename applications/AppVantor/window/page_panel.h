@@ -33,10 +33,13 @@ public:
     /// Forgets that a click failed.
     Q_INVOKABLE void dismissClickProblem() { setClickProblem(QString()); }
 
-    /// True while the page waits for values that it has requested.
+    /// True when all rows of the page are there: of a long list, the first come at once and the rest while
+    /// the window answers.
+    bool hasRows() const;
+    /// True while the page is without all of its rows, or waits for values that it has requested.
     bool isBusy() const;
-    /// True when the page shows what it can: it has requested values and has them, or there are none to be
-    /// had.
+    /// True when the page shows what it can: it has its rows, has requested values and has them, or there are
+    /// none to be had.
     bool hasValues() const;
     /// Makes the page request fresh values.
     Q_INVOKABLE void refresh();
