@@ -39,8 +39,8 @@ QString textOf(const std::optional<qint64>& time)
 /// A view of the courses of a small board.
 struct Shown
 {
-    Shown()
-        : board(makeSimulatedBoard(smallBoard(), &scheduler, DevicePlace::SameThread))
+    explicit Shown(const SimulatedBoardSetup& setup = smallBoard())
+        : board(makeSimulatedBoard(setup, &scheduler, DevicePlace::SameThread))
         , clock(&scheduler)
         , lines(board.get(), {}, &clock)
         , view(&lines)
@@ -391,6 +391,116 @@ private Q_SLOTS:
         trigger.clear();
         QVERIFY(!trigger.isActive());
         QVERIFY(trigger.marks().isEmpty());
+    }
+
+    /// Against a model that keeps all that was seen, and looks at all of it anew each time.
+    void theTriggerCountsAsAPlainModelDoes()
+    {
+        using Condition = CourseTrigger::Condition;
+        struct Moment
+        {
+            qint64 timeUs;
+            QVector<LineLevel> levels;
+            bool running;
+        };
+        SimulatedBoardSetup setup;
+        for (const auto kind :
+             {DLine::Kind::Digital, DLine::Kind::Digital, DLine::Kind::Digital, DLine::Kind::Analog}) {
+            SimulatedBoardSetup::Line line;
+            line.line = {"line%1"_s.arg(setup.lines.size()), kind, DLine::Direction::In};
+            setup.lines.append(line);
+        }
+        const int lines = setup.lines.size();
+        for (unsigned seed = 1; seed <= 200; ++seed) {
+            std::mt19937 random(seed);
+            const auto below = [&random](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+            Shown shown(setup);
+            CourseTrigger trigger(&shown.lines, &shown.view);
+            trigger.setMode("none"_s);
+            QVector<Condition> conditions(lines, Condition::None);
+            QVector<Moment> seen;
+            const auto isHigh = [&](const Moment& moment, int line) {
+                return moment.levels.at(line).level > shown.lines.highestLevel(line) / 2;
+            };
+            const auto fits = [&](const Moment& moment) {
+                bool all = true;
+                for (int line = 0; line < lines; ++line) {
+                    const Condition wanted = conditions.at(line);
+                    if (wanted == Condition::High || wanted == Condition::Low) {
+                        all = all && moment.levels.at(line).known &&
+                              isHigh(moment, line) == (wanted == Condition::High);
+                    }
+                }
+                return all;
+            };
+            const auto isEdge = [&](const Moment& before, const Moment& after, int line) {
+                const Condition wanted = conditions.at(line);
+                const bool known = before.levels.at(line).known && after.levels.at(line).known;
+                const bool rises = known && !isHigh(before, line) && isHigh(after, line);
+                const bool falls = known && isHigh(before, line) && !isHigh(after, line);
+                return (rises && (wanted == Condition::Rising || wanted == Condition::Either)) ||
+                       (falls && (wanted == Condition::Falling || wanted == Condition::Either));
+            };
+            const auto happened = [&] {
+                bool levelsAlone = true;
+                bool any = false;
+                for (const Condition wanted : qAsConst(conditions)) {
+                    any = any || wanted != Condition::None;
+                    levelsAlone = levelsAlone && (wanted == Condition::None || wanted == Condition::High ||
+                                                  wanted == Condition::Low);
+                }
+                QVector<qint64> times;
+                for (int number = 1; any && number < seen.size(); ++number) {
+                    const Moment& before = seen.at(number - 1);
+                    const Moment& after = seen.at(number);
+                    bool counts = levelsAlone && !fits(before);
+                    for (int line = 0; line < lines; ++line) {
+                        counts = counts || isEdge(before, after, line);
+                    }
+                    if (counts && fits(after) && after.running) {
+                        times.append(after.timeUs);
+                    }
+                }
+                return times;
+            };
+            bool pluggedIn = true;
+            for (int step = 0; step < 80; ++step) {
+                const int what = below(20);
+                const int line = below(lines);
+                if (what == 0 || step < 3) {
+                    const auto condition = static_cast<Condition>(below(static_cast<int>(Condition::Count)));
+                    trigger.setCondition(line, condition);
+                    if (conditions.at(line) != condition) {
+                        conditions[line] = condition;
+                        seen.clear();
+                    }
+                } else if (what == 1) {
+                    shown.clock.setRunning(!shown.clock.isRunning());
+                } else if (what == 2) {
+                    pluggedIn = !pluggedIn;
+                    shown.board->setPluggedIn(pluggedIn);
+                } else {
+                    shown.pass(below(3) * 1000);
+                    shown.lines.setLevel(line, below(3) * shown.lines.highestLevel(line) / 2);
+                }
+                Moment moment{shown.scheduler.now(), {}, shown.clock.isRunning()};
+                for (int other = 0; other < lines; ++other) {
+                    moment.levels.append(shown.board->level(other));
+                }
+                seen.append(moment);
+                const QVector<qint64> times = happened();
+                const auto place = "seed %1, step %2: %3 times, %4 expected"_s.arg(seed)
+                                       .arg(step)
+                                       .arg(trigger.count())
+                                       .arg(times.size());
+                QVERIFY2(trigger.count() == times.size(), qPrintable(place));
+                QVariantList marks;
+                for (const qint64 timeUs : times) {
+                    marks.append(shown.view.span().shareOf(timeUs));
+                }
+                QVERIFY2(trigger.marks() == marks, qPrintable(place));
+            }
+        }
     }
 
     void theNextConditionFollowsTheLast()

@@ -136,7 +136,7 @@ bool CourseTrigger::isEdge(int line, const LineLevel& before, const LineLevel& l
 
 void CourseTrigger::look(int line, const LineLevel& before, const LineLevel& level)
 {
-    if (!m_conditions.contains(line) || !m_lines->clock().isRunning()) {
+    if (!m_conditions.contains(line)) {
         return;
     }
     const bool waitsForEdge =
@@ -144,7 +144,8 @@ void CourseTrigger::look(int line, const LineLevel& before, const LineLevel& lev
             return condition != Condition::High && condition != Condition::Low;
         });
     const bool fitted = std::exchange(m_fit, levelsFit(line, level));
-    if (!m_fit || (waitsForEdge ? !isEdge(line, before, level) : fitted)) {
+    const bool held = !m_lines->clock().isRunning();
+    if (held || !m_fit || (waitsForEdge ? !isEdge(line, before, level) : fitted)) {
         return;
     }
     ++m_count;
