@@ -45,7 +45,7 @@ void findPulse(BenchScene& scene, int steps)
     }
     const auto stepOn = [&](int times) {
         for (int time = 0; time < times; ++time) {
-            scene.courses().stepCursor(line, true);
+            scene.courses().stepCursor({line}, true);
         }
     };
     const auto setCursor = [&](int number) { scene.courses().setCursor(number, 0.05, -1); };
@@ -71,10 +71,10 @@ void setCursors(BenchScene& scene)
     scene.clock().setRunning(false);
     scene.courses().zoom(2.5, 0.5);
     scene.courses().setCursor(1, 0.1, -1);
-    scene.courses().stepCursor(line, true);
+    scene.courses().stepCursor({line}, true);
     scene.courses().setCursor(2, 0.1, -1);
-    scene.courses().stepCursor(line, true);
-    scene.courses().stepCursor(line, true);
+    scene.courses().stepCursor({line}, true);
+    scene.courses().stepCursor({line}, true);
 }
 
 } // namespace

@@ -613,6 +613,44 @@ private Q_SLOTS:
         QCOMPARE(m_scene->lineFilter().hiddenCount(), 0);
     }
 
+    void theCursorFollowsTheEdgesOfAllChosenLines()
+    {
+        for (const int line : {5, 6}) {
+            m_bench->board().setInput(line, 1 - m_bench->board().level(5).level);
+            m_bench->scheduler().advance(1000000);
+            m_scene->clock().tick();
+        }
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
+        const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+            itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
+            QTest::keyClick(&window(), key, modifiers);
+        };
+        const auto cursorUs = [this] {
+            const QVariant share = m_scene->courses().cursors().value(0).toMap().value("share"_s);
+            return qRound64(timeAt(share.toDouble()));
+        };
+        list->setProperty("currentIndex", 6);
+        press(Qt::Key_Down, Qt::ShiftModifier);
+        press(Qt::Key_Left);
+        const qint64 later = cursorUs();
+        press(Qt::Key_Left);
+        QCOMPARE(cursorUs(), later); // no edge before
+        press(Qt::Key_Up, Qt::ShiftModifier);
+        press(Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(list->property("currentIndex").toInt(), 5);
+        press(Qt::Key_Left);
+        QCOMPARE(cursorUs(), later - 1000000);
+        press(Qt::Key_Right);
+        QCOMPARE(cursorUs(), later); // of a line beside the current one
+        QVERIFY(!visibleNamed(root(), "alsoChosenMark").isEmpty());
+        press(Qt::Key_Escape);
+        QVERIFY(visibleNamed(root(), "alsoChosenMark").isEmpty());
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::ControlModifier, atCourse(0.5, 1));
+        QCOMPARE(visibleNamed(root(), "alsoChosenMark").size(), 1);
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.5, 0));
+        QVERIFY(visibleNamed(root(), "alsoChosenMark").isEmpty());
+    }
+
     void theTriggerIsSetByAKeyAndMarked()
     {
         QQuickItem* bar = itemNamed(&root(), "triggerBar"_s);

@@ -623,22 +623,38 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
-        shown.view.stepCursor(c_line, true);
+        shown.view.stepCursor({c_line}, true);
         QCOMPARE(shown.shareOfCursor(), 0.5);
-        shown.view.stepCursor(c_line, true);
+        shown.view.stepCursor({c_line}, true);
         QCOMPARE(shown.shareOfCursor(), 0.8);
-        shown.view.stepCursor(c_line, true);
+        shown.view.stepCursor({c_line}, true);
         QCOMPARE(shown.shareOfCursor(), 0.8);
-        shown.view.stepCursor(c_line, false);
+        shown.view.stepCursor({c_line}, false);
         QCOMPARE(shown.shareOfCursor(), 0.5);
         shown.view.goLive();
         shown.pass(20 * c_second);
         QVERIFY(shown.shareOfCursor() < 0);
-        shown.view.stepCursor(c_line, true);
+        shown.view.stepCursor({c_line}, true);
         QCOMPARE(shown.shareOfCursor(), 0.5); // it is shown in the middle
         QCOMPARE(shown.view.span().at(0.5), 8 * c_second);
-        shown.view.stepCursor(-1, true);
+        shown.view.stepCursor({-1}, true);
         QCOMPARE(shown.shareOfCursor(), 0.5);
+    }
+
+    void aCursorGoesFromEdgeToEdgeOfAllChosenLines()
+    {
+        constexpr int other = 3;
+        Shown shown;
+        shown.makeEdges(); // after five and eight of ten seconds
+        shown.lines.setLevel(other, 100);
+        shown.pass(2 * c_second);
+        shown.view.zoom(0.5, 1);
+        QStringList times;
+        for (const bool forward : {true, true, true, true, false, false, false}) {
+            shown.view.stepCursor({other, c_line}, forward);
+            times.append(QString::number(shown.view.span().at(shown.shareOfCursor()) / c_second));
+        }
+        QCOMPARE(times.join(QLatin1Char(' ')), "5 8 10 10 8 5 5"_s);
     }
 
     void aCursorMovesWithTheCoursesAndThenTheClockRests()

@@ -613,6 +613,10 @@
         <source></source>
         <translation>the next trigger of the line</translation>
     </message>
+    <message id="help_choose">
+        <source></source>
+        <translation>several lines, whose edges ← and → follow</translation>
+    </message>
     <message id="help_lines">
         <source></source>
         <translation>hide, group and move lines</translation>

@@ -613,6 +613,10 @@
         <source></source>
         <translation>le déclencheur suivant de la ligne</translation>
     </message>
+    <message id="help_choose">
+        <source></source>
+        <translation>plusieurs lignes, dont ← et → suivent les fronts</translation>
+    </message>
     <message id="help_lines">
         <source></source>
         <translation>masquer, grouper et déplacer des lignes</translation>

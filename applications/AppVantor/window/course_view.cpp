@@ -206,16 +206,21 @@ void CourseView::clearCursors()
     Q_EMIT cursorsChanged();
 }
 
-void CourseView::stepCursor(int line, bool forward)
+void CourseView::stepCursor(const QList<int>& lines, bool forward)
 {
-    const LineHistory* history = m_lines->history(line);
-    if (history == nullptr) {
-        return;
-    }
     const TimeSpan shown = span();
     std::optional<qint64>& cursor = m_cursors.at(m_activeCursor);
     const qint64 fromUs = cursor.value_or(forward ? shown.fromUs : shown.toUs());
-    const std::optional<qint64> edge = forward ? edgeAfter(*history, fromUs) : edgeBefore(*history, fromUs);
+    std::optional<qint64> edge;
+    for (const int line : lines) {
+        const LineHistory* history = m_lines->history(line);
+        const std::optional<qint64> next = history == nullptr ? std::nullopt
+                                           : forward          ? edgeAfter(*history, fromUs)
+                                                              : edgeBefore(*history, fromUs);
+        if (next && (!edge || (*next < *edge) == forward)) {
+            edge = next;
+        }
+    }
     if (!edge) {
         return;
     }

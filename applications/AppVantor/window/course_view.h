@@ -74,9 +74,9 @@ public:
     std::optional<TimeSpan> selection() const;
     /// Holds the view, with timeUs at share of it if the present is that far.
     void showAt(qint64 timeUs, double share);
-    /// Moves the cursor that was set last, the first one when there is none, to the next edge of line, or to
-    /// the one before, and shows it. Without such an edge it stays.
-    Q_INVOKABLE void stepCursor(int line, bool forward);
+    /// Moves the cursor that was set last, the first one when there is none, to the next edge of any of these
+    /// lines, or to the one before, and shows it. Without such an edge it stays.
+    Q_INVOKABLE void stepCursor(const QList<int>& lines, bool forward);
 
 Q_SIGNALS:
     /// Something else than the present has changed.

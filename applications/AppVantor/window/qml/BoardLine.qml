@@ -14,6 +14,8 @@ Item {
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
     property real pointedShare: -1
     property bool current: false
+    // Chosen beside the current one.
+    property bool alsoChosen: false
     property bool focused: false
 
     readonly property int line: model.line
@@ -34,9 +36,9 @@ Item {
     }
     readonly property string levelText: shownLevel !== undefined ? String(shownLevel)
                                         : (model.status === "old" && pointedShare < 0 ? "(" + model.level + ")" : "\u2013")
-    readonly property color background: current && focused ? Style.accentSoft : Style.surface
+    readonly property color background: (current || alsoChosen) && focused ? Style.accentSoft : Style.surface
 
-    signal chosen()
+    signal chosen(int modifiers)
     // The line below it was dragged to make the rows this high.
     signal heightWanted(real height)
 
@@ -65,6 +67,7 @@ Item {
     Accessible.role: adjustable ? (model.analog ? Accessible.Slider : Accessible.CheckBox) : Accessible.Indicator
     Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
     Accessible.description: (levelText + " " + remark).trim()
+    Accessible.selected: current || alsoChosen
     Accessible.checked: known && !model.analog && model.level === 1
 
     Rectangle {
@@ -77,9 +80,17 @@ Item {
         shown: root.current && root.focused
     }
 
+    Rectangle {
+        objectName: "alsoChosenMark"
+        width: 3
+        height: parent.height
+        visible: root.alsoChosen
+        color: Style.accent
+    }
+
     MouseArea {
         anchors.fill: parent
-        onClicked: root.chosen()
+        onClicked: root.chosen(mouse.modifiers)
     }
 
     // What the trigger waits for on this line.
@@ -173,7 +184,7 @@ Item {
             onToggled: {
                 lines.setLevel(root.line, checked ? 1 : 0)
                 checked = Qt.binding(() => model.level > 0)
-                root.chosen()
+                root.chosen(Qt.NoModifier)
             }
         }
     }
@@ -191,7 +202,7 @@ Item {
                 if (model.settable) {
                     lines.setLevel(root.line, Math.round(value))
                 }
-                root.chosen()
+                root.chosen(Qt.NoModifier)
             }
             // Under the pointer it is where the pointer is, whatever the line does meanwhile; an order sets an
             // output when it is let go.
@@ -287,7 +298,7 @@ Item {
 
             function leave() {
                 focus = false // or the list would hand the keyboard back
-                root.chosen()
+                root.chosen(Qt.NoModifier)
             }
 
             onActiveFocusChanged: {

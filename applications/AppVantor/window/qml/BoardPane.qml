@@ -21,6 +21,9 @@ Pane {
     readonly property real pointedShare: pointer.containsMouse
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
     readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
+    // The lines that are chosen beside that one.
+    property var alsoChosen: []
+    readonly property var chosenLines: [chosenLine].concat(alsoChosen.filter(line => line !== chosenLine))
 
     QtObject {
         id: columnWidths
@@ -38,7 +41,28 @@ Pane {
     }
 
     function hideLine() {
+        alsoChosen = []
         filter.hide(list.currentIndex)
+    }
+
+    // Chooses a row: instead of what is chosen, or with Ctrl, beside it.
+    function chooseRow(row, modifiers) {
+        alsoChosen = modifiers & Qt.ControlModifier ? chosenLines : []
+        list.currentIndex = row
+    }
+
+    // The row before or after: moves it, chooses it beside what is chosen, or instead of that.
+    function chooseNext(by, modifiers) {
+        if (modifiers & Qt.AltModifier) {
+            moveLine(by)
+            return
+        }
+        alsoChosen = modifiers & Qt.ShiftModifier ? chosenLines : []
+        if (by < 0) {
+            list.decrementCurrentIndex()
+        } else {
+            list.incrementCurrentIndex()
+        }
     }
 
     function moveLine(by) {
@@ -76,6 +100,7 @@ Pane {
             return true
         case Qt.Key_Escape:
             view.clearCursors()
+            alsoChosen = []
             return true
         case Qt.Key_E:
             exportCourses()
@@ -94,11 +119,8 @@ Pane {
             return true
         case Qt.Key_Up:
         case Qt.Key_Down:
-            if (event.modifiers & Qt.AltModifier) {
-                moveLine(event.key === Qt.Key_Up ? -1 : 1)
-                return true
-            }
-            return false
+            chooseNext(event.key === Qt.Key_Up ? -1 : 1, event.modifiers)
+            return true
         }
         return false
     }
@@ -136,7 +158,10 @@ Pane {
             width: Math.max(64, Math.min(136, root.width - 320))
             placeholderText: qsTrId("board_filter")
             Accessible.name: qsTrId("board_filter")
-            onTextChanged: root.filter.text = text
+            onTextChanged: {
+                root.alsoChosen = []
+                root.filter.text = text
+            }
             Keys.onEscapePressed: clear()
         },
         UiButton {
@@ -332,8 +357,9 @@ Pane {
             pointedShare: root.pointedShare
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus
+            alsoChosen: root.alsoChosen.includes(line)
             onChosen: {
-                list.currentIndex = index
+                root.chooseRow(index, modifiers)
                 list.forceActiveFocus(Qt.MouseFocusReason)
             }
         }
@@ -356,22 +382,8 @@ Pane {
         Accessible.focusable: true
 
         Keys.onSpacePressed: root.clock.running = !root.clock.running
-        Keys.onUpPressed: {
-            if (!(event.modifiers & Qt.AltModifier)) {
-                list.decrementCurrentIndex()
-            } else {
-                root.moveLine(-1)
-            }
-        }
-        Keys.onDownPressed: {
-            if (!(event.modifiers & Qt.AltModifier)) {
-                list.incrementCurrentIndex()
-            } else {
-                root.moveLine(1)
-            }
-        }
-        Keys.onLeftPressed: root.view.stepCursor(root.chosenLine, false)
-        Keys.onRightPressed: root.view.stepCursor(root.chosenLine, true)
+        Keys.onLeftPressed: root.view.stepCursor(root.chosenLines, false)
+        Keys.onRightPressed: root.view.stepCursor(root.chosenLines, true)
         Keys.onPressed: event.accepted = root.useKey(event)
 
         UiFocusRing {
@@ -464,7 +476,7 @@ Pane {
                 courses.forceActiveFocus(Qt.MouseFocusReason)
                 const row = list.indexAt(0, mouse.y - list.y + courses.y + list.contentY)
                 if (row >= 0) {
-                    list.currentIndex = row
+                    root.chooseRow(row, mouse.modifiers)
                 }
             }
             onPositionChanged: {
