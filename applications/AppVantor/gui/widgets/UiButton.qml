@@ -19,8 +19,15 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : 0.45
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: activate()
+    Keys.onEnterPressed: activate()
+
+    function activate() {
+        if (checkable) {
+            toggle()
+        }
+        clicked()
+    }
 
     TextMetrics {
         id: ownText

@@ -8,9 +8,11 @@ T.Popup {
 
     // Objects with "text", "keys", "enabled" and "run".
     property var actions: []
+    // What an entry does while it goes because there are fewer actions.
+    readonly property var nothing: ({text: "", keys: "", enabled: false})
 
     width: 264
-    implicitHeight: rows.height + 2
+    implicitHeight: rows.implicitHeight + 2
     margins: Style.defSpacing
     padding: 1
     focus: true
@@ -24,7 +26,7 @@ T.Popup {
             T.Button {
                 id: entry
 
-                readonly property var deed: root.actions[index]
+                readonly property var deed: root.actions[index] || root.nothing
 
                 width: root.width - 2
                 height: Style.controlHeight
@@ -38,8 +40,8 @@ T.Popup {
                 KeyNavigation.up: index > 0 ? rows.children[index - 1] : null
                 KeyNavigation.down: rows.children[index + 1] || null
 
-                Keys.onReturnPressed: click()
-                Keys.onEnterPressed: click()
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
 
                 onClicked: {
                     root.close()
@@ -52,6 +54,7 @@ T.Popup {
                         width: parent.width - keysLabel.width - 3 * x
                         height: parent.height
                         text: entry.text
+                        elide: Text.ElideMiddle
                     }
 
                     UiLabel {
