@@ -271,7 +271,7 @@ private Q_SLOTS:
                                      "$var wire 1 ! din $end\n$var real 64 \" ain $end\n"
                                      "$upscope $end\n$enddefinitions $end\n"
                                      "#0\n0!\nr0 \"\n#1000000\n1!\n");
-        const QByteArray svg = exporter.svg();
+        const QByteArray svg = exporter.sheet().svg();
         QXmlStreamReader xml(svg);
         int texts = 0;
         while (!xml.atEnd()) {
@@ -301,7 +301,8 @@ private Q_SLOTS:
         const Rows<QString, QString> row("file", "begin");
         row("values", "a.csv", "time,line,level");
         row("dump", "a.VCD", "$date ");
-        row("picture", "a.svg", "<svg ");
+        row("drawing", "a.svg", "<svg ");
+        row("picture", "a.png", "PNG");
         row("another", "a.txt", "");
     }
     void theNameOfAFileTellsItsKind()
@@ -317,7 +318,45 @@ private Q_SLOTS:
         QFile saved(folder.filePath(file));
         QCOMPARE(saved.open(QIODevice::ReadOnly), !begin.isEmpty());
         QCOMPARE(problem, begin.isEmpty() ? "The name must end with .csv, .vcd, .svg or .png."_s : QString());
-        QVERIFY(!saved.isOpen() || saved.readAll().startsWith(begin.toUtf8()));
+        QVERIFY(!saved.isOpen() || saved.read(16).contains(begin.toUtf8()));
+    }
+
+    void aPictureHasTheCoursesOfTheSelection()
+    {
+        Shown shown;
+        shown.makeEdges();
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("din"_s);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const auto isDrawn = [&exporter](int column, bool high) {
+            const QImage picture = QImage::fromData(exporter.sheet().png());
+            const QColor colour = picture.pixelColor(120 + column, high ? 50 : 78);
+            return picture.size() == QSize(1140, 88) && colour.blue() > colour.red() + 50;
+        };
+        QVERIFY(isDrawn(250, false)); // of ten seconds, on from the fifth to the eighth
+        QVERIFY(isDrawn(650, true));
+        QVERIFY(isDrawn(950, false));
+        shown.view.setCursor(1, 0.4, -1);
+        shown.view.setCursor(2, 0.7, -1);
+        QVERIFY(isDrawn(250, false));
+        QVERIFY(isDrawn(950, true));
+    }
+
+    void tooManyLinesForAPictureAreRefused()
+    {
+        SimulatedBoardSetup setup = smallBoard();
+        while (setup.lines.size() < 700) {
+            setup.lines.append(setup.lines.constFirst());
+        }
+        Shown shown(setup);
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const QTemporaryDir folder;
+        QCOMPARE(exporter.save(folder.filePath("a.png"_s)),
+                 "A picture has no room for so many lines; hide some, or save them as .svg."_s);
+        QCOMPARE(exporter.save(folder.filePath("a.svg"_s)), QString());
     }
 
     void theTriggerCountsAndStops_data()

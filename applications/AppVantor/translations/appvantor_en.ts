@@ -629,5 +629,9 @@
         <source></source>
         <translation>The manual: "man appvantor", or docs/user-guide.md of the project.</translation>
     </message>
+    <message id="export_too_high">
+        <source></source>
+        <translation>A picture has no room for so many lines; hide some, or save them as .svg.</translation>
+    </message>
 </context>
 </TS>

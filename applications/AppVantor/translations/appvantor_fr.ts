@@ -721,5 +721,9 @@
         <source></source>
         <translation>RE : front montant, FE : descendant, HL : niveau haut, LL : bas</translation>
     </message>
+    <message id="export_too_high">
+        <source></source>
+        <translation>Une image ne peut contenir autant de lignes ; en masquer, ou les enregistrer en .svg.</translation>
+    </message>
 </context>
 </TS>

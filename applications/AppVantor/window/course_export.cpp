@@ -39,7 +39,11 @@ QString CourseExport::save(const QString& file) const
         return Files::write(file, vcd());
     }
     if (file.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive)) {
-        return Files::write(file, svg());
+        return Files::write(file, sheet().svg());
+    }
+    if (file.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        const QByteArray png = sheet().png();
+        return png.isEmpty() ? qtTrId("export_too_high") : Files::write(file, png);
     }
     return qtTrId("export_kinds");
 }
@@ -125,7 +129,7 @@ QByteArray CourseExport::vcd() const
     return text;
 }
 
-QByteArray CourseExport::svg() const
+CourseSheet CourseExport::sheet() const
 {
     constexpr int left = 120;
     constexpr int width = 1000;
@@ -133,24 +137,21 @@ QByteArray CourseExport::svg() const
     constexpr int head = 40;
     constexpr int row = 48;
     constexpr int margin = 10;
+    const QColor grid(0xd8, 0xdc, 0xe2);
+    const QColor course(0x1f, 0x5f, 0xd1);
+    constexpr qreal courseWidth = 1.5;
     const QVector<int> lines = shownLines();
     const TimeSpan shown = span();
-    const int height = head + row * lines.size();
-    QString text = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%2\" "
-                                  "font-family=\"sans-serif\" font-size=\"13\">\n"
-                                  "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n")
-                       .arg(left + width + right)
-                       .arg(height);
+    CourseSheet sheet;
+    sheet.size = QSize(left + width + right, head + row * lines.size());
     const QVector<qint64> marks = axisMarks({0, shown.lengthUs}, width);
     const qint64 stepUs = marks.size() > 1 ? marks.at(1) - marks.at(0) : shown.lengthUs;
     for (const qint64 mark : marks) {
         const int x = left + static_cast<int>(width * TimeSpan{0, shown.lengthUs}.shareOf(mark));
-        text += QStringLiteral("<path d=\"M%1 %2V%3\" stroke=\"#d8dce2\"/>"
-                               "<text x=\"%1\" y=\"24\" text-anchor=\"middle\">%4</text>\n")
-                    .arg(x)
-                    .arg(head)
-                    .arg(height)
-                    .arg(offsetText(mark, stepUs));
+        QPainterPath path(QPointF(x, head));
+        path.lineTo(x, sheet.size.height());
+        sheet.strokes.push_back({path, grid, 1});
+        sheet.labels.push_back({{x, 24}, offsetText(mark, stepUs), true});
     }
     const TimeColumns columns{shown.lengthUs, width};
     const qint64 last = columns.of(shown.toUs());
@@ -158,21 +159,22 @@ QByteArray CourseExport::svg() const
         const int top = head + row * place;
         const int highest = m_lines->highestLevel(lines.at(place));
         const auto y = [&](int level) { return top + row - margin - (row - 2 * margin) * level / highest; };
-        QString path;
+        QPainterPath path;
         int end = -1;
         for (const CourseStep& step :
              courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, shown.toUs())) {
             const int x = left + step.column;
-            path += (step.column == end ? QStringLiteral("L%1 %2") : QStringLiteral("M%1 %2"))
-                        .arg(x)
-                        .arg(y(step.levels.lowest));
-            path += QStringLiteral("V%1H%2").arg(y(step.levels.highest)).arg(x + step.columns);
+            if (step.column == end) {
+                path.lineTo(x, y(step.levels.lowest));
+            } else {
+                path.moveTo(x, y(step.levels.lowest));
+            }
+            path.lineTo(x, y(step.levels.highest));
+            path.lineTo(x + step.columns, y(step.levels.highest));
             end = step.column + step.columns;
         }
-        text += QStringLiteral("<text x=\"12\" y=\"%1\">%2</text><path d=\"%3\" fill=\"none\" "
-                               "stroke=\"#1f5fd1\" stroke-width=\"1.5\"/>\n")
-                    .arg(top + row / 2 + 4)
-                    .arg(nameOf(lines.at(place)).toHtmlEscaped(), path);
+        sheet.strokes.push_back({path, course, courseWidth});
+        sheet.labels.push_back({{12, top + row / 2 + 4}, nameOf(lines.at(place))});
     }
-    return (text + QStringLiteral("</svg>\n")).toUtf8();
+    return sheet;
 }

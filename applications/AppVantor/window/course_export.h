@@ -1,5 +1,6 @@
 #pragma once
 
+#include "course_sheet.h"
 #include "course_view.h"
 #include "line_filter.h"
 
@@ -15,12 +16,12 @@ public:
     CourseExport(LinesModel* lines, CourseView* view, LineFilter* filter, QObject* parent = nullptr);
 
     /// Writes file, of the kind that its name ends with: "csv", each change with its time, "vcd", a Value
-    /// Change Dump, or "svg", a picture. Returns an empty text, or why it cannot be written.
+    /// Change Dump, "svg" or "png", a picture. Returns an empty text, or why it cannot be written.
     Q_INVOKABLE QString save(const QString& file) const;
 
     QByteArray csv() const;
     QByteArray vcd() const;
-    QByteArray svg() const;
+    CourseSheet sheet() const;
 
 private:
     struct Change

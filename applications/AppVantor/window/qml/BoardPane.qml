@@ -126,18 +126,8 @@ Pane {
     }
 
     function exportCourses() {
-        saveBar.write = file => file.endsWith(".png") ? savePicture(file) : exporter.save(file)
+        saveBar.write = file => exporter.save(file)
         saveBar.open("courses.csv")
-    }
-
-    // The pane as it is, without the field for the name of the file.
-    function savePicture(file) {
-        const name = Files.path(file)
-        return root.grabToImage(result => {
-            if (!result.saveToFile(name)) {
-                saveBar.fail(qsTrId("save_failed").arg(name).arg("PNG"))
-            }
-        }) ? "" : qsTrId("save_failed").arg(name).arg("PNG")
     }
 
     function record() {
@@ -168,7 +158,7 @@ Pane {
             id: linesButton
             objectName: "linesButton"
             text: qsTrId("lines_menu") + (root.filter.hiddenCount > 0 ? " \u2212" + root.filter.hiddenCount : "")
-            hint: qsTrId("lines_menu_hint")
+            hint: linesMenu.visible ? "" : qsTrId("lines_menu_hint")
             onClicked: linesMenu.open()
 
             ActionMenu {
