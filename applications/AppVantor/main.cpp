@@ -1,3 +1,5 @@
+#include "operation.h"
+#include "window_benches.h"
 #include "window_library.h"
 
 #include <command_line/about.h>
@@ -10,8 +12,6 @@
 #include <command_line/list_commands.h>
 #include <command_line/list_rigs.h>
 #include <command_line/options.h>
-#include <command_line/order_file.h>
-#include <command_line/order_json.h>
 #include <command_line/run_order.h>
 #include <command_line/run_shell.h>
 #include <command_line/set_channels.h>
@@ -24,11 +24,8 @@
 #include <process/did_you_mean.h>
 #include <process/exit_status.h>
 #include <process/message_log.h>
-#include <process/output.h>
-#include <trace/vcd_trace.h>
 
 #include <QCoreApplication>
-#include <QSysInfo>
 
 #include <algorithm>
 #include <csignal>
@@ -37,11 +34,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString builtInConfiguration()
-{
-    return QStringLiteral(":/examples/simulated_board.json");
-}
 
 /// A standard stream that is closed would lend its number to the next file that is opened.
 void openStandardStreams()
@@ -52,15 +44,6 @@ void openStandardStreams()
             std::abort(); // a system without /dev/null runs nothing
         }
     }
-}
-
-std::vector<DTool*> toolsOf(const Bench& bench)
-{
-    std::vector<DTool*> tools;
-    for (const auto& tool : bench.tools()) {
-        tools.push_back(tool.get());
-    }
-    return tools;
 }
 
 QString noSuchTool(const QString& name, const Bench& bench)
@@ -85,6 +68,7 @@ WindowOptions windowOptions(const Options& options, Output* output)
     window.screenshotFile = options.screenshot;
     window.tellProblem = [output](const QString& problem) { reportFailure("picture", {problem}, output); };
     window.configuration = options.configuration;
+    window.rig = options.rig;
     window.scale = options.scale;
     window.sizeGiven = !options.size.isEmpty();
     if (window.sizeGiven) {
@@ -109,57 +93,12 @@ int refuseUsage(const QString& problem, Output* output)
     return ExitWrongUsage;
 }
 
-/// The bench window, and beside it the orders of a file.
-int showWindowWithOrders(const WindowPart& window, Bench* bench, DTool* tool, const Options& options,
-                         Output* output)
-{
-    OrderFile orders(tool, output);
-    const QString problem = options.orders.isEmpty() ? QString() : orders.begin(options.orders);
-    if (!problem.isEmpty()) {
-        return refuseUsage(problem, output);
-    }
-    const int status = window.showWindow(*bench, windowOptions(options, output));
-    return std::max(status, orders.end());
-}
-
-/// How the bench is put on the broker that the options name. Nothing, and in problem why, when there is none.
-std::optional<RigServerSetup> serverSetup(const Options& options, QString* problem)
-{
-    std::optional<BrokerPlace> place = brokerOf(options, problem);
-    if (!place) {
-        return std::nullopt;
-    }
-    if (place->address.rig.isEmpty()) {
-        place->address.rig = QSysInfo::machineHostName();
-    }
-    return RigServerSetup{place->address, place->access, options.readOnly, options.homeAssistant};
-}
-
-RigForms rigForms()
-{
-    return {commandJson, followOrder};
-}
-
 /// Puts the bench on the broker that the options name.
 int serve(const Bench& bench, const Options& options, Output* output)
 {
     QString problem;
     const std::optional<RigServerSetup> setup = serverSetup(options, &problem);
     return setup ? serveBench(bench, *setup, rigForms(), output) : refuseUsage(problem, output);
-}
-
-/// What puts the bench on the broker of --serve, beside what else it does. Null without that option, and,
-/// after a problem, when there is no such broker.
-std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, QString* problem)
-{
-    if (options.serve.isEmpty()) {
-        return nullptr;
-    }
-    Options there = options;
-    there.broker = options.serve;
-    there.rig.clear(); // that of --broker
-    const std::optional<RigServerSetup> setup = serverSetup(there, problem);
-    return setup ? std::make_unique<RigServer>(bench, *setup, rigForms()) : nullptr;
 }
 
 /// window is there when a window is opened.
@@ -192,7 +131,7 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Complete:
         break; // need no bench
     case Options::Subcommand::Window:
-        return showWindowWithOrders(*window, bench, tool, options, output);
+        break; // shows more than one
     case Options::Subcommand::Panel:
         return window->showPanel(*tool, windowOptions(options, output));
     }
@@ -209,18 +148,6 @@ DevicePlace placeOf(const Options& options)
                            !options.serve.isEmpty() ||
                            (options.subcommand == Options::Subcommand::Shell && isInteractive(options));
     return isWatched ? DevicePlace::OwnThread : DevicePlace::SameThread;
-}
-
-/// Writes out what waits at the end: whoever reads output and trace may read one after the other. Returns
-/// status, or that of a failure when something was lost.
-int writeOut(int status, Output* output, VcdTrace* trace = nullptr)
-{
-    Outlet::drain({trace != nullptr ? trace->finish() : nullptr, output->outlet()});
-    const bool traceIsWhole = trace == nullptr || trace->problem().isEmpty();
-    if (status != ExitSuccess || (traceIsWhole && !output->hasFailed())) {
-        return status;
-    }
-    return traceIsWhole && output->readerIsGone() ? ExitReaderGone : ExitOrderFailed;
 }
 
 /// True when the options name a rig on a broker to work on, in the place of a configuration.
@@ -251,22 +178,15 @@ std::optional<BenchConfiguration> rigElsewhere(const Options& options, QVector<P
 
 /// The bench that the options name. Null, after telling why, when there is none; status becomes that of the
 /// process then.
-std::unique_ptr<Bench> makeBench(const Options& options, Output* output, int* status)
+std::unique_ptr<Bench> namedBench(const Options& options, Output* output, int* status)
 {
     *status = ExitWrongUsage;
     QVector<Problem> problems;
-    const std::optional<BenchConfiguration> configuration =
-        isElsewhere(options) ? rigElsewhere(options, &problems, output, status)
-                             : readConfiguration(options.configuration.isEmpty() ? builtInConfiguration()
-                                                                                 : options.configuration,
-                                                 &problems);
     std::unique_ptr<Bench> bench;
-    if (configuration) {
-        Problem problem;
-        bench = Bench::make(*configuration, placeOf(options), &problem.text);
-        if (bench == nullptr) {
-            problems.append(problem);
-        }
+    if (!isElsewhere(options)) {
+        bench = readBench(options.configuration, placeOf(options), &problems);
+    } else if (const auto rig = rigElsewhere(options, &problems, output, status)) {
+        bench = makeBench(*rig, placeOf(options), &problems);
     }
     for (const Problem& problem : qAsConst(problems)) {
         reportFailure("configuration", problem, output);
@@ -274,10 +194,25 @@ std::unique_ptr<Bench> makeBench(const Options& options, Output* output, int* st
     return bench;
 }
 
+/// Carries out the subcommand on the bench in operation; window is there when a window is opened.
+int runOn(std::unique_ptr<Operation> operation, DTool* tool, const Options& options, const WindowPart* window,
+          Output* output)
+{
+    if (options.subcommand != Options::Subcommand::Window) {
+        const int status = runSubcommand(window, &operation->bench(), tool, options, output);
+        return writeOut(std::max(status, operation->end(options)), output, &operation->trace());
+    }
+    WindowBenches benches(std::move(operation), options, placeOf(options), output);
+    const QString problem = options.orders.isEmpty() ? QString() : benches.beginScript(tool, options.orders);
+    const int status = problem.isEmpty() ? window->showWindow(benches, windowOptions(options, output))
+                                         : refuseUsage(problem, output);
+    return benches.end(status);
+}
+
 int runBench(const Options& options, const WindowPart* window, Output* output)
 {
     int unmade = ExitWrongUsage;
-    const std::unique_ptr<Bench> bench = makeBench(options, output, &unmade);
+    std::unique_ptr<Bench> bench = namedBench(options, output, &unmade);
     if (bench == nullptr) {
         return writeOut(unmade, output);
     }
@@ -285,35 +220,12 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
     if (tool == nullptr) {
         return writeOut(refuseUsage(noSuchTool(options.tool, *bench), output), output);
     }
-    QObject::connect(&bench->device(), &DDevice::problemTold, &bench->device(),
-                     [output](const QString& text) { reportFailure("device", {text}, output); });
-    bench->device().open();
-    VcdTrace trace(bench->device());
-    if (!options.trace.isEmpty()) {
-        const std::vector<DTool*> tools = toolsOf(*bench);
-        const QString problem = trace.begin(options.trace, {tools.cbegin(), tools.cend()});
-        if (!problem.isEmpty()) {
-            return writeOut(refuseUsage(problem, output), output);
-        }
-    }
-    QObject::connect(&trace, &VcdTrace::failed, &trace,
-                     [output](const QString& text) { reportFailure("trace", {text}, output); });
-    QString problem;
-    const std::unique_ptr<RigServer> server = makeServer(*bench, options, &problem);
+    auto operation = std::make_unique<Operation>(std::move(bench), output);
+    const QString problem = operation->begin(options);
     if (!problem.isEmpty()) {
-        return writeOut(refuseUsage(problem, output), output, &trace);
+        return writeOut(refuseUsage(problem, output), output, &operation->trace());
     }
-    if (server != nullptr) {
-        server->begin();
-    }
-    int status = runSubcommand(window, bench.get(), tool, options, output);
-    if (server != nullptr) {
-        server->end();
-    }
-    if (options.offAtEnd) {
-        status = std::max(status, switchOff(toolsOf(*bench), output));
-    }
-    return writeOut(status, output, &trace);
+    return runOn(std::move(operation), tool, options, window, output);
 }
 
 /// Lists what the last word of a command line may be completed to; nothing where its bench is wrong.
@@ -323,7 +235,7 @@ int completeLine(const Options& options)
     const TypedLine line(options.words);
     int unmade = ExitSuccess;
     const std::unique_ptr<Bench> bench =
-        line.needsBench() ? makeBench(line.options(), &output, &unmade) : nullptr;
+        line.needsBench() ? namedBench(line.options(), &output, &unmade) : nullptr;
     const QStringList completions = line.completions(bench.get());
     for (const QString& completion : completions) {
         output.text(completion);

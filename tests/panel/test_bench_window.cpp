@@ -57,11 +57,25 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "toolsList"_s,       "allOffButton"_s, "darkSwitch"_s,   "helpButton"_s,
-            "panelLive"_s,       "panelRefresh"_s, checkBox,         checkBox,
-            "lineFilter"_s,      "linesButton"_s,  "freezeButton"_s, "boardLines"_s,
-            "courses"_s,         "commandBox"_s,   "runButton"_s,    "parameterChannel"_s,
-            "parameterChoice"_s, "pageReadsBar"_s,
+            "fileButton"_s,
+            "toolsList"_s,
+            "allOffButton"_s,
+            "darkSwitch"_s,
+            "helpButton"_s,
+            "panelLive"_s,
+            "panelRefresh"_s,
+            checkBox,
+            checkBox,
+            "lineFilter"_s,
+            "linesButton"_s,
+            "freezeButton"_s,
+            "boardLines"_s,
+            "courses"_s,
+            "commandBox"_s,
+            "runButton"_s,
+            "parameterChannel"_s,
+            "parameterChoice"_s,
+            "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
     }

@@ -5,20 +5,33 @@
 
 /// Carries out the lines of a file, as a shell does, beside whatever else the event loop does. Listening
 /// orders go on after the last line.
-class OrderFile
+class OrderFile : public QObject
 {
+    Q_OBJECT
+    Q_DISABLE_COPY(OrderFile)
+
 public:
     /// tool and output must outlive this.
     OrderFile(DTool* tool, Output* output);
-    Q_DISABLE_COPY(OrderFile)
 
     /// Begins to read file. Returns an empty text, or why it cannot be read.
     QString begin(const QString& file) { return m_reader.begin({file}); }
     /// Forgets the lines that are left and stops what still runs. Returns the exit status of what happened.
     int end();
 
+Q_SIGNALS:
+    /// The next line is carried out.
+    void lineBegun(const ScriptLine& line);
+    /// All lines are done, or, where complaint is not empty, one has failed: it tells file, line and why.
+    void linesEnded(const QString& complaint);
+
 private:
+    void noteFailure(const ScriptLine& line, const QString& reason);
+    void endLines();
+
     Shell m_shell;
     ScriptReader m_reader;
+    QString m_complaint; ///< of the first failure
+    bool m_areLinesEnded = false;
     bool m_ended = false; ///< by a line, or because nothing can be written any more
 };

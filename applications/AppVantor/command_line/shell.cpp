@@ -119,6 +119,7 @@ void Shell::next()
         }
         m_line = m_script.next();
         m_awaited.clear();
+        Q_EMIT lineBegun(m_line);
         m_inLine = true; // some lines wait in an event loop of their own
         runLine();
         takeAnswers();

@@ -64,6 +64,8 @@ public:
 Q_SIGNALS:
     /// The shell waits for the next line.
     void ready();
+    /// The next line is carried out.
+    void lineBegun(const ScriptLine& line);
     /// A line "expect" is done, after so many seconds; complaint is empty when it was met.
     void expectationEnded(const ScriptLine& line, double seconds, const QString& complaint);
     /// Another line has failed.

@@ -629,6 +629,117 @@
         <source></source>
         <translation>The manual: "man appvantor", or docs/user-guide.md of the project.</translation>
     </message>
+    <message id="file_menu">
+        <source></source>
+        <translation>File</translation>
+    </message>
+    <message id="file_menu_hint">
+        <source></source>
+        <translation>Open and reload configurations</translation>
+    </message>
+    <message id="file_open">
+        <source></source>
+        <translation>Open a configuration…</translation>
+    </message>
+    <message id="file_reload">
+        <source></source>
+        <translation>Reload</translation>
+    </message>
+    <message id="open_title">
+        <source></source>
+        <translation>Open a configuration</translation>
+    </message>
+    <message id="open_list">
+        <source></source>
+        <translation>Folders and files</translation>
+    </message>
+    <message id="open_nothing">
+        <source></source>
+        <translation>There is no file that begins so.</translation>
+    </message>
+    <message id="open_open">
+        <source></source>
+        <translation>Open</translation>
+    </message>
+    <message id="open_no_file">
+        <source></source>
+        <translation>%1: expected a file</translation>
+    </message>
+    <message id="mistakes_hint">
+        <source></source>
+        <translation>The bench goes on as it was. A click or Enter copies a mistake.</translation>
+    </message>
+    <message id="mistakes_copied">
+        <source></source>
+        <translation>copied</translation>
+    </message>
+    <message id="mistakes_retry">
+        <source></source>
+        <translation>Try again</translation>
+    </message>
+    <message id="mistakes_retry_hint">
+        <source></source>
+        <translation>Read the file once more</translation>
+    </message>
+    <message id="mistakes_copy_all">
+        <source></source>
+        <translation>Copy all</translation>
+    </message>
+    <message id="replace_title">
+        <source></source>
+        <translation>Open the other configuration?</translation>
+    </message>
+    <message id="replace_stop">
+        <source></source>
+        <translation>Stop all and open</translation>
+    </message>
+    <message id="replace_anyway">
+        <source></source>
+        <translation>Open</translation>
+    </message>
+    <message id="help_open">
+        <source></source>
+        <translation>open a configuration, reload this one</translation>
+    </message>
+    <message id="mistakes_title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Not opened: one mistake</numerusform>
+            <numerusform>Not opened: %n mistakes</numerusform>
+        </translation>
+    </message>
+    <message id="file_script">
+        <source></source>
+        <translation>Run a script…</translation>
+    </message>
+    <message id="script_title">
+        <source></source>
+        <translation>Run a script</translation>
+    </message>
+    <message id="script_run">
+        <source></source>
+        <translation>Run</translation>
+    </message>
+    <message id="script_stop">
+        <source></source>
+        <translation>Stop</translation>
+    </message>
+    <message id="script_stopped">
+        <source></source>
+        <translation>stopped in line %1</translation>
+    </message>
+    <message id="script_done">
+        <source></source>
+        <translation>done</translation>
+    </message>
+    <message id="close_script">
+        <source></source>
+        <translation>A script runs and would be stopped.</translation>
+    </message>
+    <message id="help_script">
+        <source></source>
+        <translation>carry out the orders of a file</translation>
+    </message>
     <message id="export_too_high">
         <source></source>
         <translation>A picture has no room for so many lines; hide some, or save them as .svg.</translation>

@@ -721,6 +721,117 @@
         <source></source>
         <translation>RE : front montant, FE : descendant, HL : niveau haut, LL : bas</translation>
     </message>
+    <message id="file_menu">
+        <source></source>
+        <translation>Fichier</translation>
+    </message>
+    <message id="file_menu_hint">
+        <source></source>
+        <translation>Ouvrir et recharger des configurations</translation>
+    </message>
+    <message id="file_open">
+        <source></source>
+        <translation>Ouvrir une configuration…</translation>
+    </message>
+    <message id="file_reload">
+        <source></source>
+        <translation>Recharger</translation>
+    </message>
+    <message id="open_title">
+        <source></source>
+        <translation>Ouvrir une configuration</translation>
+    </message>
+    <message id="open_list">
+        <source></source>
+        <translation>Dossiers et fichiers</translation>
+    </message>
+    <message id="open_nothing">
+        <source></source>
+        <translation>Aucun fichier ne commence ainsi.</translation>
+    </message>
+    <message id="open_open">
+        <source></source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="open_no_file">
+        <source></source>
+        <translation>%1 : un fichier était attendu</translation>
+    </message>
+    <message id="mistakes_hint">
+        <source></source>
+        <translation>Le banc continue tel quel. Un clic ou Entrée copie une erreur.</translation>
+    </message>
+    <message id="mistakes_copied">
+        <source></source>
+        <translation>copié</translation>
+    </message>
+    <message id="mistakes_retry">
+        <source></source>
+        <translation>Réessayer</translation>
+    </message>
+    <message id="mistakes_retry_hint">
+        <source></source>
+        <translation>Lire le fichier une nouvelle fois</translation>
+    </message>
+    <message id="mistakes_copy_all">
+        <source></source>
+        <translation>Tout copier</translation>
+    </message>
+    <message id="replace_title">
+        <source></source>
+        <translation>Ouvrir l’autre configuration ?</translation>
+    </message>
+    <message id="replace_stop">
+        <source></source>
+        <translation>Tout arrêter et ouvrir</translation>
+    </message>
+    <message id="replace_anyway">
+        <source></source>
+        <translation>Ouvrir</translation>
+    </message>
+    <message id="help_open">
+        <source></source>
+        <translation>ouvrir une configuration, recharger celle-ci</translation>
+    </message>
+    <message id="mistakes_title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Non ouverte : une erreur</numerusform>
+            <numerusform>Non ouverte : %n erreurs</numerusform>
+        </translation>
+    </message>
+    <message id="file_script">
+        <source></source>
+        <translation>Exécuter un script…</translation>
+    </message>
+    <message id="script_title">
+        <source></source>
+        <translation>Exécuter un script</translation>
+    </message>
+    <message id="script_run">
+        <source></source>
+        <translation>Exécuter</translation>
+    </message>
+    <message id="script_stop">
+        <source></source>
+        <translation>Arrêter</translation>
+    </message>
+    <message id="script_stopped">
+        <source></source>
+        <translation>arrêté à la ligne %1</translation>
+    </message>
+    <message id="script_done">
+        <source></source>
+        <translation>terminé</translation>
+    </message>
+    <message id="close_script">
+        <source></source>
+        <translation>Un script est en cours et serait arrêté.</translation>
+    </message>
+    <message id="help_script">
+        <source></source>
+        <translation>exécuter les ordres d’un fichier</translation>
+    </message>
     <message id="export_too_high">
         <source></source>
         <translation>Une image ne peut contenir autant de lignes ; en masquer, ou les enregistrer en .svg.</translation>

@@ -10,6 +10,17 @@ CloseGuard::CloseGuard(const BenchScene& scene, QWindow* window)
 {
     window->installEventFilter(this);
     connect(&scene.root(), SIGNAL(closeConfirmed()), this, SIGNAL(confirmed()));
+    connect(&scene.root(), SIGNAL(replacementConfirmed()), this, SIGNAL(replacementConfirmed()));
+}
+
+void CloseGuard::askToReplace()
+{
+    const QString reason = m_scene.reasonToStay();
+    if (reason.isEmpty()) {
+        Q_EMIT replacementConfirmed();
+    } else {
+        ask("replace", reason);
+    }
 }
 
 bool CloseGuard::eventFilter(QObject* watched, QEvent* event)
@@ -19,6 +30,12 @@ bool CloseGuard::eventFilter(QObject* watched, QEvent* event)
         return QObject::eventFilter(watched, event);
     }
     event->ignore();
-    QMetaObject::invokeMethod(&m_scene.root(), "askToClose", Q_ARG(QVariant, reason));
+    ask("close", reason);
     return true;
+}
+
+void CloseGuard::ask(const char* deed, const QString& reason)
+{
+    QMetaObject::invokeMethod(&m_scene.root(), "askToLeave", Q_ARG(QVariant, QLatin1String(deed)),
+                              Q_ARG(QVariant, reason));
 }

@@ -5,7 +5,8 @@
 class BenchScene;
 class QWindow;
 
-/// Asks before the window of a bench is closed while something runs in it.
+/// Asks before a bench is left while something runs in it, because its window is closed or because another
+/// bench takes its place.
 class CloseGuard : public QObject
 {
     Q_OBJECT
@@ -15,12 +16,19 @@ public:
     /// scene and window must outlive the guard.
     CloseGuard(const BenchScene& scene, QWindow* window);
 
+    /// Asks, where something runs, whether another bench may take the place of this one.
+    void askToReplace();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     /// The window may be closed.
     void confirmed();
+    /// Another bench may take the place of this one.
+    void replacementConfirmed();
 
 private:
+    void ask(const char* deed, const QString& reason);
+
     const BenchScene& m_scene;
 };

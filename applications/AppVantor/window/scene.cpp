@@ -1,13 +1,16 @@
 #include "scene.h"
 
+#include "configuration_choice.h"
 #include "page_panel.h"
 #include "qml_types.h"
+#include "script_run.h"
 #include "texts.h"
 
 #include <plugin_management/i_plugin.h>
 
 #include <QCoreApplication>
 #include <QQmlComponent>
+#include <QQuickWindow>
 
 #include <array>
 
@@ -17,6 +20,15 @@ namespace {
 constexpr std::array<const char*, 9> c_arranged = {
     "wantedToolsWidth", "wantedPageWidth", "wantedCommandWidth", "wantedLowerShare", "toolsFolded",
     "pageFolded",       "lowerFolded",     "rowHeight",          "chosenTheme"};
+
+QVector<DTool*> toolsOf(const Bench& bench)
+{
+    QVector<DTool*> tools;
+    for (const std::unique_ptr<DTool>& tool : bench.tools()) {
+        tools.append(tool.get());
+    }
+    return tools;
+}
 
 QString versionsOf(const QVector<DTool*>& tools)
 {
@@ -38,6 +50,15 @@ Scene::~Scene() = default;
 PagePanel& Scene::panel()
 {
     return *m_root->findChild<PagePanel*>();
+}
+
+void Scene::putInto(QQuickWindow& window)
+{
+    m_root->setParentItem(window.contentItem());
+    const auto fit = [root = m_root.get(), &window] { root->setSize(window.size()); };
+    QObject::connect(&window, &QWindow::widthChanged, m_root.get(), fit);
+    QObject::connect(&window, &QWindow::heightChanged, m_root.get(), fit);
+    fit();
 }
 
 void Scene::load(const QString& file, QVariantMap properties, WindowOptions::Theme theme)
@@ -62,7 +83,8 @@ void Scene::unload()
     m_root.reset();
 }
 
-BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme)
+BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme,
+                       ConfigurationChoice* choice, ScriptRun* script)
     : m_clock(device->scheduler())
     , m_tools(tools)
     , m_lines(device, tools, &m_clock)
@@ -74,13 +96,16 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_orderEvents(&m_orders, &m_clock)
     , m_pageReads(&m_clock)
     , m_form(&m_orders)
+    , m_script(script)
 {
     m_filter.setSourceModel(&m_lines);
     QObject::connect(device, &DDevice::problemTold, &m_orders, [this, device](const QString& problem) {
         m_orders.addProblem(device->objectName(), problem);
     });
     const auto object = [](QObject* part) {
-        QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
+        if (part != nullptr) {
+            QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
+        }
         return QVariant::fromValue(part);
     };
     load(QStringLiteral("BenchWindow.qml"),
@@ -96,7 +121,9 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
           {QStringLiteral("form"), object(&m_form)},
           {QStringLiteral("orders"), object(&m_orders)},
           {QStringLiteral("orderEvents"), object(&m_orderEvents)},
-          {QStringLiteral("pageReads"), object(&m_pageReads)}},
+          {QStringLiteral("pageReads"), object(&m_pageReads)},
+          {QStringLiteral("choice"), object(choice)},
+          {QStringLiteral("script"), object(script)}},
          theme);
     QObject::connect(
         &m_lines, &LinesModel::orderWanted, &m_orders,
@@ -111,6 +138,11 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
                          }
                      });
 }
+
+BenchScene::BenchScene(const Bench& bench, WindowOptions::Theme theme, ConfigurationChoice* choice,
+                       ScriptRun* script)
+    : BenchScene(&bench.device(), toolsOf(bench), theme, choice, script)
+{}
 
 QVariantMap BenchScene::arrangement() const
 {
@@ -150,10 +182,14 @@ QString BenchScene::reasonToStay() const
             on.append(index.data(LinesModel::NameRole).toString());
         }
     }
-    if (m_orders.running() == 0 && !blinks && !m_recorder.isRecording()) {
+    const bool runsScript = m_script != nullptr && m_script->isRunning();
+    if (m_orders.running() == 0 && !blinks && !m_recorder.isRecording() && !runsScript) {
         return QString();
     }
     QStringList parts;
+    if (runsScript) {
+        parts += qtTrId("close_script");
+    }
     if (m_orders.running() > 0) {
         parts += qtTrId("close_running", m_orders.running());
     }

@@ -19,7 +19,11 @@
 
 #include <memory>
 
+class Bench;
+class ConfigurationChoice;
 class PagePanel;
+class QQuickWindow;
+class ScriptRun;
 
 /// What a window shows: a root item with a panel somewhere in it, in an engine of its own.
 class Scene
@@ -33,6 +37,8 @@ public:
     QQuickItem& root() const { return *m_root; }
     /// The panel with the plugin's page.
     PagePanel& panel();
+    /// Makes the root item the content of window, as large as it is.
+    void putInto(QQuickWindow& window);
 
 protected:
     Scene() = default;
@@ -51,8 +57,13 @@ private:
 class BenchScene : public Scene
 {
 public:
-    /// device and tools must outlive the scene.
-    BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme);
+    /// device, tools, choice and script must outlive the scene; without choice no other bench can be chosen,
+    /// without script there are none.
+    BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowOptions::Theme theme,
+               ConfigurationChoice* choice = nullptr, ScriptRun* script = nullptr);
+    /// The same with all tools of a bench.
+    BenchScene(const Bench& bench, WindowOptions::Theme theme, ConfigurationChoice* choice = nullptr,
+               ScriptRun* script = nullptr);
     ~BenchScene() override;
 
     LinesModel& lines() { return m_lines; }
@@ -84,6 +95,7 @@ private:
     OrderEventsModel m_orderEvents;
     PageReadsModel m_pageReads;
     CommandForm m_form;
+    const ScriptRun* const m_script;
 };
 
 /// The maintenance page of one tool alone.

@@ -15,6 +15,12 @@ public:
     /// Remembers values in place of what there is.
     void remember(const QVariantMap& values);
 
+    /// The configuration files that were shown last, the latest first, at most eight; without those that are
+    /// no longer there.
+    static QStringList recentFiles();
+    /// Notes that the window shows the file configuration.
+    static void noteRecent(const QString& configuration);
+
 private:
     QSettings m_settings;
 };

@@ -24,6 +24,8 @@ struct WindowOptions
     std::function<void(const QString& problem)> tellProblem;
     /// The configuration file that is shown; empty for the built-in one.
     QString configuration;
+    /// The rig that is shown in the place of a configuration; empty for none.
+    QString rig;
     /// Size of the window or the picture in pixels of the screen or the picture.
     QSize size = QSize(1280, 800);
     /// True when that was asked for; else a window takes the size that it had before.

@@ -1,19 +1,15 @@
 #include "window_part.h"
-#include "close_guard.h"
-#include "picture.h"
-#include "scene.h"
-#include "texts.h"
-#include "window_memory.h"
 
-#include <configuration/bench.h>
+#include "bench_window.h"
+#include "picture.h"
+#include "texts.h"
+
 #include <process/unix_signals.h>
 
 #include <QDir>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QOpenGLContext>
 #include <QQuickWindow>
-#include <QScreen>
 #include <QTimer>
 
 namespace {
@@ -30,15 +26,6 @@ bool hasGraphicsCard()
                 .isEmpty();
 }
 
-QVector<DTool*> toolsOf(const Bench& bench)
-{
-    QVector<DTool*> tools;
-    for (const std::unique_ptr<DTool>& tool : bench.tools()) {
-        tools.append(tool.get());
-    }
-    return tools;
-}
-
 /// Before the first window is made.
 void chooseRenderer()
 {
@@ -47,58 +34,16 @@ void chooseRenderer()
     }
 }
 
-/// geometry is that of the window before; invalid for none.
-int openWindow(QQuickWindow& window, Scene& scene, const QString& title, const WindowOptions& options,
-               const QRect& geometry = {})
+/// Returns the exit status.
+int runUntilClosed(QQuickWindow& window, const WindowOptions& options)
 {
-    window.setTitle(title);
-    if (!options.sizeGiven && QGuiApplication::screenAt(geometry.center()) != nullptr) {
-        window.setGeometry(geometry);
-    } else {
-        const QSize size = options.logicalSize(window.effectiveDevicePixelRatio());
-        window.resize(options.sizeGiven ? size : size.boundedTo(window.screen()->availableSize()));
-    }
-    window.setMinimumSize(QSize(640, 400));
-    QQuickItem& root = scene.root();
-    root.setParentItem(window.contentItem());
-    const auto fit = [&root, &window] { root.setSize(window.size()); };
-    QObject::connect(&window, &QWindow::widthChanged, &root, fit);
-    QObject::connect(&window, &QWindow::heightChanged, &root, fit);
-    fit();
     const UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::interrupted, qGuiApp, &QGuiApplication::quit);
     if (options.runMs) {
         QTimer::singleShot(*options.runMs, qGuiApp, &QGuiApplication::quit);
     }
     window.show();
-    const int status = QGuiApplication::exec();
-    root.setParentItem(nullptr);
-    return status;
-}
-
-/// The window of a bench, as it was left.
-int openBench(BenchScene& scene, const WindowOptions& options)
-{
-    WindowMemory memory(options.configuration);
-    QVariantMap remembered = memory.recall();
-    if (options.theme != WindowOptions::Theme::System) {
-        remembered.remove(QStringLiteral("chosenTheme"));
-    }
-    scene.arrange(remembered);
-    chooseRenderer();
-    QQuickWindow window;
-    const CloseGuard guard(scene, &window);
-    QObject::connect(&guard, &CloseGuard::confirmed, qGuiApp, &QGuiApplication::quit);
-    const QString geometry = QStringLiteral("geometry");
-    const QString name = QFileInfo(options.configuration).fileName();
-    const int status = openWindow(window, scene,
-                                  (name.isEmpty() ? QString() : name + QStringLiteral(" \u2013 ")) +
-                                      QStringLiteral("AppVantor"),
-                                  options, remembered.value(geometry).toRect());
-    QVariantMap arrangement = scene.arrangement();
-    arrangement.insert(geometry, window.geometry());
-    memory.remember(arrangement);
-    return status;
+    return QGuiApplication::exec();
 }
 
 QString prepare(const WindowOptions& options)
@@ -129,11 +74,17 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv)
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-int showWindow(Bench& bench, const WindowOptions& options)
+int showWindow(BenchSource& source, const WindowOptions& options)
 {
     installTexts(options.locale);
-    BenchScene scene(&bench.device(), toolsOf(bench), options.theme);
-    return options.screenshotFile.isEmpty() ? openBench(scene, options) : takePicture(scene, options);
+    if (!options.screenshotFile.isEmpty()) {
+        BenchScene scene(source.bench(), options.theme);
+        return takePicture(scene, options);
+    }
+    chooseRenderer();
+    BenchWindow window(&source, options);
+    QObject::connect(&window, &BenchWindow::closeConfirmed, qGuiApp, &QGuiApplication::quit);
+    return runUntilClosed(window.window(), options);
 }
 
 int showPanel(DTool& tool, const WindowOptions& options)
@@ -145,7 +96,10 @@ int showPanel(DTool& tool, const WindowOptions& options)
     }
     chooseRenderer();
     QQuickWindow window;
-    return openWindow(window, scene, tool.objectName(), options);
+    window.setTitle(tool.objectName());
+    fitWindow(window, options);
+    scene.putInto(window);
+    return runUntilClosed(window, options);
 }
 
 } // namespace

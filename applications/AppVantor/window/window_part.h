@@ -4,7 +4,7 @@
 
 #include <memory>
 
-class Bench;
+class BenchSource;
 class DTool;
 class QCoreApplication;
 
@@ -20,9 +20,10 @@ struct WindowPart
     /// Makes the application of a process with windows. argc and argv are those of main and must outlive it.
     std::unique_ptr<QCoreApplication> (*makeApplication)(int& argc, char** argv);
 
-    /// Shows the bench window until it is closed, or writes its picture. Needs the application. Returns the
-    /// exit status of the process; see takePicture.
-    int (*showWindow)(Bench& bench, const WindowOptions& options);
+    /// Shows the bench window until it is closed, with the bench of source that is in operation and those
+    /// that the user has it make, or writes its picture. Needs the application. Returns the exit status of
+    /// the process; see takePicture.
+    int (*showWindow)(BenchSource& source, const WindowOptions& options);
 
     /// The same with the maintenance page of tool alone.
     int (*showPanel)(DTool& tool, const WindowOptions& options);

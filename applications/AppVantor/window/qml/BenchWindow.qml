@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import AppVantor 1.0
 import "../../gui/widgets"
 
 // The bench: tools, the chosen tool's page and the board side by side, orders below.
@@ -22,6 +23,10 @@ Rectangle {
     property var orders
     property var orderEvents
     property var pageReads
+    // What may take the place of this configuration; null for nothing.
+    property var choice: null
+    // The script that is carried out; null for none.
+    property var script: null
     // "light", "dark", or empty for that of the system.
     property string theme: ""
 
@@ -64,10 +69,30 @@ Rectangle {
 
     // The window may be closed, though something runs.
     signal closeConfirmed()
+    // Another bench may take the place of this one, though something runs.
+    signal replacementConfirmed()
 
-    function askToClose(reason) {
+    function askToLeave(deed, reason) {
+        closeDialog.deed = deed
         closeDialog.reason = reason
         closeDialog.open()
+    }
+
+    readonly property bool canRunScript: !!script && pagePane.tool !== null
+
+    function askForScript() {
+        scriptDialog.ask(choice.folder)
+    }
+
+    function fileActions() {
+        return [
+            {text: qsTrId("file_open"), keys: "Ctrl+O", enabled: !!root.choice, run: () => openDialog.ask(root.choice.folder)},
+            {text: qsTrId("file_reload"), keys: "Ctrl+R", enabled: !!root.choice && root.choice.reloadable,
+             run: () => root.choice.reload()},
+            {text: qsTrId("file_script"), keys: "F9", enabled: root.canRunScript, run: () => root.askForScript()}
+        ].concat((root.choice ? root.choice.recent() : []).map(file => {
+            return {text: Files.shortPath(file), keys: "", enabled: true, run: () => root.choice.open(file)}
+        }))
     }
 
     color: Style.background
@@ -92,6 +117,24 @@ Rectangle {
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
         onActivated: commandPane.run()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+O"
+        enabled: !!root.choice
+        onActivated: openDialog.ask(root.choice.folder)
+    }
+
+    Shortcut {
+        sequence: "Ctrl+R"
+        enabled: !!root.choice && root.choice.reloadable
+        onActivated: root.choice.reload()
+    }
+
+    Shortcut {
+        sequence: "F9"
+        enabled: root.canRunScript
+        onActivated: root.askForScript()
     }
 
     Shortcut {
@@ -137,6 +180,7 @@ Rectangle {
         tools: root.tools
         onThemeChosen: root.chosenTheme = dark ? "dark" : "light"
         onHelpWanted: help.open()
+        fileActions: root.fileActions
         onAllOffWanted: {
             for (let row = 0; row < root.tools.count; ++row) {
                 root.orders.switchOff(root.tools.toolAt(row))
@@ -232,6 +276,7 @@ Rectangle {
         orders: root.orders
         orderEvents: root.orderEvents
         pageReads: root.pageReads
+        script: root.script
     }
 
     Binding {
@@ -246,10 +291,42 @@ Rectangle {
         versions: root.versions
     }
 
+    OpenDialog {
+        id: openDialog
+        objectName: "openDialog"
+        title: qsTrId("open_title")
+        suffix: "json"
+        onChosen: root.choice.open(file)
+    }
+
+    OpenDialog {
+        id: scriptDialog
+        objectName: "scriptDialog"
+        title: qsTrId("script_title")
+        action: qsTrId("script_run")
+        onChosen: {
+            root.lowerFolded = false
+            root.script.begin(pagePane.tool, file)
+        }
+    }
+
+    MistakesDialog {
+        id: mistakesDialog
+        objectName: "mistakesDialog"
+        choice: root.choice
+    }
+
+    Connections {
+        target: root.choice
+        function onFailed() {
+            mistakesDialog.open()
+        }
+    }
+
     CloseDialog {
         id: closeDialog
         objectName: "closeDialog"
         onStopped: root.orders.stopAll()
-        onConfirmed: root.closeConfirmed()
+        onConfirmed: deed === "close" ? root.closeConfirmed() : root.replacementConfirmed()
     }
 }

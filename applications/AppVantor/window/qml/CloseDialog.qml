@@ -2,10 +2,12 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../../gui/widgets"
 
-// Asks before a window is closed in which something runs.
+// Asks before a bench is left in which something runs.
 T.Popup {
     id: root
 
+    // "close" the window, or "replace" the bench by another one.
+    property string deed: "close"
     property string reason: ""
 
     signal stopped()
@@ -14,6 +16,7 @@ T.Popup {
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: Math.min(480, parent ? parent.width - 32 : 480)
+    height: body.implicitHeight + 2 * padding
     padding: 16
     modal: true
     focus: true
@@ -21,11 +24,12 @@ T.Popup {
     onOpened: cancelButton.forceActiveFocus(Qt.OtherFocusReason)
 
     contentItem: Column {
+        id: body
         spacing: Style.defSpacing * 2
 
         UiLabel {
             width: parent.width
-            text: qsTrId("close_title")
+            text: qsTrId(root.deed + "_title")
             isBigger: true
             font.bold: true
         }
@@ -47,7 +51,7 @@ T.Popup {
 
             UiButton {
                 objectName: "closeStop"
-                text: qsTrId("close_stop")
+                text: qsTrId(root.deed + "_stop")
                 onClicked: {
                     root.close()
                     root.stopped()
@@ -57,7 +61,7 @@ T.Popup {
 
             UiButton {
                 objectName: "closeAnyway"
-                text: qsTrId("close_anyway")
+                text: qsTrId(root.deed + "_anyway")
                 onClicked: {
                     root.close()
                     root.confirmed()

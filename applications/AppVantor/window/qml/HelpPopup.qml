@@ -9,7 +9,7 @@ T.Popup {
     property string versions: ""
 
     readonly property var keys: [
-        ["F1", "help_f1"], ["F5", "help_f5"], ["F6, Shift+F6", "help_f6"], ["Ctrl+F", "help_find"],
+        ["F1", "help_f1"], ["Ctrl+O, Ctrl+R", "help_open"], ["F9", "help_script"], ["F5", "help_f5"], ["F6, Shift+F6", "help_f6"], ["Ctrl+F", "help_find"],
         ["Ctrl+1, Ctrl+2, Ctrl+3", "help_fold"], ["Ctrl+Enter", "help_run"], ["+  \u2212  F  L", "help_zoom"],
         [qsTrId("help_space"), "help_freeze"], ["1  2  \u2190  \u2192  Esc", "help_cursors"], ["Shift+\u2191\u2193", "help_choose"], ["T", "help_trigger"],
         ["H  G  Alt+\u2191\u2193", "help_lines"], ["E  R", "help_files"]

@@ -9,6 +9,7 @@ Pane {
     property var orders
     property var orderEvents
     property var pageReads
+    property var script: null
     property bool readsShown: false
     // The command of the order whose events are shown.
     property string eventsCommand: ""
@@ -35,10 +36,16 @@ Pane {
         }
     ]
 
+    ScriptBar {
+        id: scriptBar
+        width: parent.width
+        script: root.script
+    }
+
     ListView {
         id: list
         objectName: "ordersList"
-        anchors.top: parent.top
+        anchors.top: scriptBar.bottom
         anchors.bottom: eventsDrawer.top
         width: parent.width
         activeFocusOnTab: count > 0

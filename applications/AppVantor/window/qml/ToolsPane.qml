@@ -12,8 +12,30 @@ Pane {
     signal allOffWanted()
     signal themeChosen(bool dark)
     signal helpWanted()
+    // Makes what the menu of files offers.
+    property var fileActions: () => []
+
+    function openFileMenu() {
+        fileMenu.actions = fileActions() // files come and go
+        fileMenu.open()
+    }
 
     title: qsTrId("tools_title")
+
+    controls: UiButton {
+        id: fileButton
+        objectName: "fileButton"
+        text: qsTrId("file_menu")
+        hint: fileMenu.visible ? "" : qsTrId("file_menu_hint")
+        onClicked: root.openFileMenu()
+
+        ActionMenu {
+            id: fileMenu
+            objectName: "fileMenu"
+            width: 336
+            y: fileButton.height + 2
+        }
+    }
 
     ListView {
         id: list

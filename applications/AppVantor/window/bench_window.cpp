@@ -1,0 +1,99 @@
+#include "bench_window.h"
+
+#include "window_memory.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace {
+
+QString geometryKey()
+{
+    return QStringLiteral("geometry");
+}
+
+QString chosenThemeKey()
+{
+    return QStringLiteral("chosenTheme");
+}
+
+} // namespace
+
+void fitWindow(QQuickWindow& window, const WindowOptions& options)
+{
+    const QSize size = options.logicalSize(window.effectiveDevicePixelRatio());
+    window.resize(options.sizeGiven ? size : size.boundedTo(window.screen()->availableSize()));
+    window.setMinimumSize(QSize(640, 400));
+}
+
+BenchWindow::BenchWindow(BenchSource* source, const WindowOptions& options)
+    : m_source(source)
+    , m_options(options)
+    , m_configuration(options.configuration)
+    , m_reloadable(options.rig.isEmpty())
+{
+    QVariantMap remembered = WindowMemory(m_configuration).recall();
+    if (options.theme != WindowOptions::Theme::System) {
+        remembered.remove(chosenThemeKey());
+    }
+    fitWindow(m_window, options);
+    const QRect geometry = remembered.value(geometryKey()).toRect();
+    if (!options.sizeGiven && geometry.isValid() && QGuiApplication::screenAt(geometry.center()) != nullptr) {
+        m_window.setGeometry(geometry);
+    }
+    showBench(remembered);
+}
+
+BenchWindow::~BenchWindow()
+{
+    leaveBench();
+}
+
+void BenchWindow::showBench(const QVariantMap& remembered)
+{
+    const QString name = m_reloadable ? QFileInfo(m_configuration).fileName() : m_options.rig;
+    m_window.setTitle((name.isEmpty() ? QString() : name + QStringLiteral(" \u2013 ")) +
+                      QStringLiteral("AppVantor"));
+    if (!m_configuration.isEmpty()) {
+        WindowMemory::noteRecent(m_configuration);
+    }
+    m_choice = std::make_unique<ConfigurationChoice>(m_source, m_configuration, m_reloadable);
+    m_script = std::make_unique<ScriptRun>(m_source);
+    m_scene =
+        std::make_unique<BenchScene>(m_source->bench(), m_options.theme, m_choice.get(), m_script.get());
+    m_scene->arrange(remembered);
+    m_scene->putInto(m_window);
+    m_guard = std::make_unique<CloseGuard>(*m_scene, &m_window);
+    connect(m_guard.get(), &CloseGuard::confirmed, this, &BenchWindow::closeConfirmed);
+    connect(m_choice.get(), &ConfigurationChoice::ready, m_guard.get(), &CloseGuard::askToReplace);
+    // What asks for it is part of what goes.
+    connect(m_guard.get(), &CloseGuard::replacementConfirmed, this, &BenchWindow::exchange,
+            Qt::QueuedConnection);
+}
+
+void BenchWindow::leaveBench()
+{
+    QVariantMap arrangement = m_scene->arrangement();
+    arrangement.insert(geometryKey(), m_window.geometry());
+    WindowMemory(m_configuration).remember(arrangement);
+    m_guard.reset();
+    m_scene.reset();
+    m_script.reset();
+}
+
+void BenchWindow::exchange()
+{
+    std::unique_ptr<Bench> next = m_choice->takeBench();
+    if (next == nullptr) {
+        return; // asked for twice
+    }
+    const QVariant theme = m_scene->arrangement().value(chosenThemeKey());
+    leaveBench();
+    m_configuration = m_choice->chosen();
+    m_reloadable = true;
+    m_source->exchange(std::move(next));
+    QVariantMap remembered = WindowMemory(m_configuration).recall();
+    remembered.insert(chosenThemeKey(), theme); // the window stays the same
+    showBench(remembered);
+}
