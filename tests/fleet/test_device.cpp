@@ -142,6 +142,32 @@ private Q_SLOTS:
         QCOMPARE(heard(), QStringList("line 0 is 1 since 50"_s));
     }
 
+    void isUpToDateOnceAMessageContinuesTheHistory()
+    {
+        hearAll();
+        hearEvents(R"("first":9,"lost":0,"e":[[30,2,0]])");
+        hearHistory(R"("first":7,"lost":0,"e":[[10,2,0],[20,2,1],[30,2,0]],"next":10)");
+        heard();
+        hearEvents(R"("first":11,"lost":0,"e":[[60,2,0]])");
+        QCOMPARE(heard(), QStringList());
+        hearEvents(R"("first":10,"lost":0,"e":[[50,2,1],[60,2,0]])");
+        hearEvents(R"("first":12,"lost":0,"e":[[70,2,1]])");
+        QCOMPARE(heard(),
+                 (QStringList{"line 0 is 1 since 50"_s, "line 0 is 0 since 60"_s, "line 0 is 1 since 70"_s}));
+    }
+
+    void isPatientWhileTheHistoryGoesOn()
+    {
+        constexpr qint64 nearlyTooLongUs = 4000000;
+        hearAll();
+        hearEvents(R"("first":9,"lost":0,"e":[[30,2,0]])");
+        heard();
+        m_scheduler.advance(nearlyTooLongUs);
+        hearHistory(R"("first":7,"lost":0,"e":[[10,2,0]],"next":8)");
+        m_scheduler.advance(nearlyTooLongUs);
+        QCOMPARE(heard(), QStringList("line 0 is 0 since 10"_s));
+    }
+
     void tellsWhatTheHistoryNoLongerHas()
     {
         hearAll();
@@ -199,6 +225,8 @@ private Q_SLOTS:
         row("a failure", R"({"type":"failure","kind":"timedOut","reason":"why"})", {"1: timedOut: why"_s});
         row("a failure of the rig", R"({"type":"failure","kind":"busy","reason":"why"})",
             {"1: refusedByDevice: why"_s});
+        row("a failure without a reason", R"({"type":"failure"})",
+            {"1: refusedByDevice: the rig \"r\" does not say why"_s});
         row("a line that is none", R"({"type":"warning"})", {});
         row("no JSON", "{", {});
     }

@@ -223,14 +223,15 @@ void RigDevice::catchUp()
 
 void RigDevice::takeEvents(const RigChanges& events)
 {
-    if (!m_isCurrent || events.end() <= m_next) {
-        return; // what is missing comes from the history, what comes twice is known
+    if (!isConnected() || m_next == 0 || events.end() <= m_next) {
+        return; // the levels come first, and what comes twice is known
     }
-    if (events.first > m_next + events.lost) {
+    if (events.first <= m_next + events.lost) {
+        apply(events);
+        setCurrent();
+    } else if (m_isCurrent) {
         catchUp();
-        return;
     }
-    apply(events);
 }
 
 void RigDevice::takeHistory(const RigChanges& history)
@@ -238,6 +239,7 @@ void RigDevice::takeHistory(const RigChanges& history)
     if (m_isCurrent) {
         return;
     }
+    scheduler()->cancel(std::exchange(m_patience, {}));
     if (!history.levels.isEmpty()) {
         for (const RigChange& level : history.levels) {
             setLevelOf(level);
@@ -252,12 +254,18 @@ void RigDevice::takeHistory(const RigChanges& history)
         }
     }
     apply(history);
-    m_isCurrent = history.changes.isEmpty();
-    if (m_isCurrent) {
-        scheduler()->cancel(std::exchange(m_patience, {}));
+    if (history.changes.isEmpty()) {
+        setCurrent();
     } else {
-        catchUp(); // until nothing more comes
+        catchUp(); // until nothing more comes, or what comes continues here
     }
+}
+
+/// Nothing is missing any more.
+void RigDevice::setCurrent()
+{
+    m_isCurrent = true;
+    scheduler()->cancel(std::exchange(m_patience, {}));
 }
 
 void RigDevice::apply(const RigChanges& changes)
@@ -366,9 +374,12 @@ void RigDevice::takeAnswer(quint64 id, const QJsonObject& answer)
         m_requests.remove(id);
         listener().requestAnswered(id, reply, scheduler()->now());
     } else if (type == QLatin1String("failure")) {
+        const QString reason = answer.value(QStringLiteral("reason")).toString();
         m_requests.remove(id);
-        listener().requestRefused(id, {kindCalled(answer.value(QStringLiteral("kind")).toString()),
-                                       answer.value(QStringLiteral("reason")).toString()});
+        listener().requestRefused(
+            id, {kindCalled(answer.value(QStringLiteral("kind")).toString()),
+                 reason.isEmpty() ? QStringLiteral("the rig \"%1\" does not say why").arg(m_setup.broker.rig)
+                                  : reason});
     }
 }
 

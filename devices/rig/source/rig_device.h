@@ -41,6 +41,7 @@ private:
     void takeHistory(const RigChanges& history);
     void takeAnswer(quint64 id, const QJsonObject& answer);
     void catchUp();
+    void setCurrent();
     void apply(const RigChanges& changes);
     void setLevelOf(const RigChange& change);
     void tellLost(quint64 count);
