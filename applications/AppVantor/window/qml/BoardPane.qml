@@ -391,6 +391,7 @@ Pane {
                 visible: modelData.share >= 0 && modelData.share <= 1
 
                 Rectangle {
+                    id: numberLabel
                     x: -8
                     anchors.bottom: parent.bottom
                     width: 16
@@ -410,7 +411,7 @@ Pane {
                 Rectangle {
                     y: axis.height
                     width: 1
-                    height: parent.height - y
+                    height: numberLabel.y - y
                     color: Style.text
                 }
             }
