@@ -129,9 +129,8 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Discover:
     case Options::Subcommand::About:
     case Options::Subcommand::Complete:
-        break; // need no bench
     case Options::Subcommand::Window:
-        break; // shows more than one
+        break; // need no bench, or more than one
     case Options::Subcommand::Panel:
         return window->showPanel(*tool, windowOptions(options, output));
     }
