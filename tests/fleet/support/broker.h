@@ -4,7 +4,8 @@
 
 #include <QTemporaryDir>
 
-/// A mosquitto of the test's own, on a free port of the loopback address.
+/// A mosquitto of the test's own, on a free port of the loopback address; or, for a trial, what the variable
+/// FLEET_BROKER names: a program that is started with the port and a folder, and lets in whoever has a name.
 class Broker
 {
 public:
