@@ -159,8 +159,6 @@ private Q_SLOTS:
             "trace", "t: the trace is lost: the file was removed meanwhile", 1);
         row("report", "ulimit -f 0; echo expect ALARM=ON | \"$BENCH\" --json shell --report r.xml", "report",
             "r.xml: the report cannot be written: File too large", 1);
-        row("picture", "mkdir p.png; \"$BENCH\" --json panel --screenshot p.png", "picture",
-            "cannot write the picture p.png: not a regular file", 2);
     }
 
     void whatNoOrderWaitsForIsAFailureWithItsKind()

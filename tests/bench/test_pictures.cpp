@@ -54,6 +54,13 @@ private Q_SLOTS:
         QCOMPARE(run.output, "2\n2\n" + left);
     }
 
+    void aPictureThatCannotBeWrittenIsToldToPrograms()
+    {
+        const BenchRun run = runScript("mkdir p.png; \"$BENCH\" --json panel --screenshot p.png"_s);
+        QCOMPARE(run.status, 2);
+        QCOMPARE(run.json().value(0).value("kind"_s).toString(), "picture"_s);
+    }
+
     void aPictureReplacesAnother()
     {
         const BenchRun run = takePictures("echo old >kept.png"_s, "kept.png"_s);
