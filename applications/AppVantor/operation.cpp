@@ -92,8 +92,6 @@ Operation::Operation(std::unique_ptr<Bench> bench, Output* output)
     LineDevice& device = m_bench->device();
     QObject::connect(&device, &DDevice::problemTold, &device,
                      [output](const QString& text) { reportFailure("device", {text}, output); });
-    QObject::connect(&m_trace, &VcdTrace::failed, &m_trace,
-                     [output](const QString& text) { reportFailure("trace", {text}, output); });
 }
 
 QString Operation::begin(const Options& options)
@@ -103,6 +101,10 @@ QString Operation::begin(const Options& options)
     if (!options.trace.isEmpty()) {
         const std::vector<DTool*> tools = toolsOf(*m_bench);
         problem = m_trace.begin(options.trace, {tools.cbegin(), tools.cend()});
+        // From now on: what keeps it from beginning is returned.
+        QObject::connect(&m_trace, &VcdTrace::failed, &m_trace, [output = m_output](const QString& text) {
+            reportFailure("trace", {text}, output);
+        });
     }
     if (problem.isEmpty()) {
         m_server = makeServer(*m_bench, options, &problem);
