@@ -58,7 +58,7 @@ lint_packages=(clang-format clang-tidy clazy)
 # valgrind, and the names of the C library's functions, without which it misjudges these.
 memcheck_packages=(valgrind libc6-dbg)
 
-# What makes Debian packages and checks them, and their desktop file and metadata, too.
+# What makes Debian packages and checks them, their desktop file and metadata, too.
 packaging_packages=(debhelper lintian appstream desktop-file-utils)
 
 # What makes the empty root in which the packages are tried.

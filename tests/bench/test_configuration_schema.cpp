@@ -65,7 +65,8 @@ const char* const c_rig = R"({
 
 const char* const c_replacements = R"([
   null, true, -1, 0, 1, 1.5, 2, 65536, 1000001, 3600001, 4e9, "", "x", "3", "4294967296", "in", "out", "analog",
-  "analogInput", "digitalOutput", "link", "gpiochip", "{00000000-0000-0000-0000-000000000000}", [], {} ])";
+  "analogInput", "digitalOutput", "link", "gpiochip", "{00000000-0000-0000-0000-000000000000}", [], {},
+  "MQTT://lab/b", "mqtt://lab:0/b", "mqtt://lab:65536/b", "mqtt://[::1]:65535/b", "mqtt://l b/b", "mqtt://lab/%" ])";
 
 QJsonObject with(QJsonObject object, const QString& key, const QJsonValue& value)
 {

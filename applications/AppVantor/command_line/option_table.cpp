@@ -172,7 +172,7 @@ std::vector<OptionRow> optionRows(Options* options)
         {"cert", "FILE", "Certificate that is shown to the broker.", text(&options->certificate), true},
         {"key", "FILE", "Key of that certificate.", text(&options->key), true},
         {"for", "SECONDS",
-         "Keep the bench running for SECONDS: then an order that still runs is stopped, the "
+         "Keep the bench running for SECONDS (lease: minutes): then an order that still runs is stopped, the "
          "window closes, or the picture is taken.",
          seconds(&options->seconds)},
         {"count", "N", "End after N changes, or events; with an edge, only those count in which it was seen.",
