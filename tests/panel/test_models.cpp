@@ -295,6 +295,14 @@ private Q_SLOTS:
         QCOMPARE(m_bench->board().level(5).level, 1);
         m_lines->setLevel(5, -3);
         QCOMPARE(m_bench->board().level(5).level, 0);
+        // The ends of the range are no further than they are, however often they are asked for.
+        for (const int level : {66190, 66190, -655, -655}) {
+            m_lines->setLevel(6, level);
+            const int end = level > 0 ? 65535 : 0;
+            QCOMPARE(m_bench->board().level(6).level, end);
+            QCOMPARE(at(*m_lines, 6, LinesModel::LevelRole).toInt(), end);
+            QCOMPARE(statusOf(*m_lines, 6), "known"_s);
+        }
         m_lines->setLevel(-1, 1);
         m_lines->setLevel(8, 1);
         m_lines->setLevel(0, 1); // an output is not set from outside

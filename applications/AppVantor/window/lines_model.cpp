@@ -132,21 +132,24 @@ int LinesModel::highestLevel(int line) const
 
 void LinesModel::setLevel(int line, int level)
 {
-    if (m_device.isNull() || line < 0 || line >= m_lines.size() || level == levelOf(line)) {
+    if (m_device.isNull() || line < 0 || line >= m_lines.size()) {
         return;
+    }
+    const int wanted = std::clamp(level, 0, m_lines.at(line).highestLevel());
+    if (wanted == levelOf(line)) {
+        return; // the device would not tell of it
     }
     if (isDrivable(line)) {
         const Driver& driver = m_drivers[line];
-        Q_EMIT orderWanted(
-            driver.tool, settingLevel(driver.channel, std::clamp(level, 0, m_lines.at(line).highestLevel())));
+        Q_EMIT orderWanted(driver.tool, settingLevel(driver.channel, wanted));
         return;
     }
     if (!m_lines.at(line).settable) {
         return;
     }
-    m_asked.insert(line, level);
+    m_asked.insert(line, wanted);
     m_changed.add(line);
-    m_device->setInput(line, level);
+    m_device->setInput(line, wanted);
 }
 
 int LinesModel::levelOf(int line) const

@@ -65,8 +65,9 @@ public:
     int highestLevel(int line) const;
     DeviceClock& clock() const { return *m_clock; }
 
-    /// Sets an input line from outside, or has a drivable one set by an order. An input counts as having that
-    /// level at once: whoever toggles it again before the device has answered toggles what was asked last.
+    /// Sets an input line from outside, or has a drivable one set by an order, to the level of its range that
+    /// is next to level. An input counts as having that level at once: whoever toggles it again before the
+    /// device has answered toggles what was asked last.
     Q_INVOKABLE void setLevel(int line, int level);
     /// Level that line had at timeUs on the device's clock; undefined where it is not known.
     Q_INVOKABLE QVariant levelAt(int line, double timeUs) const;
