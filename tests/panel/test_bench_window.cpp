@@ -690,8 +690,9 @@ private Q_SLOTS:
     void theCoursesAreExportedAndRecorded()
     {
         const QTemporaryDir folder;
+        const QQuickItem* courses = itemNamed(&root(), "courses"_s);
+        itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
         const auto saveAs = [&](Qt::Key key, const QString& name) {
-            itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
             QTest::keyClick(&window(), key);
             for (QQuickItem* field : visibleNamed(root(), "saveField")) {
                 field->setProperty("text", folder.filePath(name));
@@ -701,16 +702,52 @@ private Q_SLOTS:
         const auto isThere = [&folder](const QString& name) {
             return QFileInfo(folder.filePath(name)).size() > 0;
         };
+        const auto outcome = [this] {
+            return visibleNamed(root(), "saveOutcome").constFirst()->property("text").toString();
+        };
         saveAs(Qt::Key_E, "a.csv"_s);
         QVERIFY(isThere("a.csv"_s));
+        // The courses have the keyboard again.
+        QVERIFY(courses->hasActiveFocus());
+        QVERIFY(QFile::remove(folder.filePath("a.csv"_s)));
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QVERIFY(!isThere("a.csv"_s));
+        QTest::keyClick(&window(), Qt::Key_E);
+        QVERIFY(!courses->hasActiveFocus());
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QVERIFY(courses->hasActiveFocus());
         saveAs(Qt::Key_E, "a.png"_s);
         QTRY_VERIFY(!QImage(folder.filePath("a.png"_s)).isNull());
         saveAs(Qt::Key_R, "a.vcd"_s);
+        QCOMPARE(outcome(), "Recording into "_s + folder.filePath("a.vcd"_s));
         QVERIFY(m_scene->reasonToStay().contains("trace"_s));
-        itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&window(), Qt::Key_R);
         QVERIFY(isThere("a.vcd"_s));
         QCOMPARE(m_scene->reasonToStay(), QString());
+    }
+
+    void aFileThatIsThereIsReplacedWhenThatIsWanted()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("a.csv"_s);
+        const auto content = [&file] {
+            QFile there(file);
+            return there.open(QIODevice::ReadOnly) ? there.readAll() : QByteArray();
+        };
+        QFile before(file);
+        QVERIFY(before.open(QIODevice::WriteOnly));
+        before.write("before");
+        before.close();
+        itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_E);
+        visibleNamed(root(), "saveField").constFirst()->setProperty("text", file);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QCOMPARE(content(), QByteArray("before"));
+        QCOMPARE(visibleNamed(root(), "saveOutcome").constFirst()->property("text").toString(),
+                 file + " is there already; save once more to replace it."_s);
+        QCOMPARE(visibleNamed(root(), "saveButton").constFirst()->property("text").toString(), "Replace"_s);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QVERIFY(content().startsWith("time,"));
     }
 
     void theHelpTellsKeysAndVersions()

@@ -456,6 +456,7 @@ private Q_SLOTS:
         QVERIFY(recorder.isRecording());
         m_bench->scheduler().advance(1000);
         m_bench->board().setInput(5, 1);
+        QCOMPARE(recorder.begin(file), "A trace is being recorded already."_s);
         recorder.end();
         recorder.end();
         QVERIFY(!recorder.isRecording());

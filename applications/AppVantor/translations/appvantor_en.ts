@@ -393,6 +393,14 @@
         <source></source>
         <translation>Saved as %1</translation>
     </message>
+    <message id="save_exists">
+        <source></source>
+        <translation>%1 is there already; save once more to replace it.</translation>
+    </message>
+    <message id="save_replace">
+        <source></source>
+        <translation>Replace</translation>
+    </message>
     <message id="save_cancel">
         <source></source>
         <translation>Cancel</translation>
@@ -529,6 +537,14 @@
     <message id="record_stop">
         <source></source>
         <translation>Stop the trace</translation>
+    </message>
+    <message id="record_runs">
+        <source></source>
+        <translation>A trace is being recorded already.</translation>
+    </message>
+    <message id="record_begun">
+        <source></source>
+        <translation>Recording into %1</translation>
     </message>
     <message id="close_title">
         <source></source>

@@ -393,6 +393,14 @@
         <source></source>
         <translation>Enregistré sous %1</translation>
     </message>
+    <message id="save_exists">
+        <source></source>
+        <translation>%1 existe déjà ; enregistrez encore une fois pour le remplacer.</translation>
+    </message>
+    <message id="save_replace">
+        <source></source>
+        <translation>Remplacer</translation>
+    </message>
     <message id="save_cancel">
         <source></source>
         <translation>Annuler</translation>
@@ -529,6 +537,14 @@
     <message id="record_stop">
         <source></source>
         <translation>Arrêter la trace</translation>
+    </message>
+    <message id="record_runs">
+        <source></source>
+        <translation>Une trace est déjà enregistrée.</translation>
+    </message>
+    <message id="record_begun">
+        <source></source>
+        <translation>Enregistrement dans %1</translation>
     </message>
     <message id="close_title">
         <source></source>

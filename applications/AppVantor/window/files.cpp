@@ -46,6 +46,11 @@ bool Files::isFolder(const QString& file) const
     return QFileInfo(pathOf(file)).isDir();
 }
 
+bool Files::isFile(const QString& file) const
+{
+    return QFileInfo(pathOf(file)).isFile();
+}
+
 QString Files::shortPath(const QString& path) const
 {
     const QString home = QDir::homePath() + QLatin1Char('/');

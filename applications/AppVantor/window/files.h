@@ -26,6 +26,9 @@ public:
     /// True for the path of a folder.
     Q_INVOKABLE bool isFolder(const QString& file) const;
 
+    /// True for the path of a regular file.
+    Q_INVOKABLE bool isFile(const QString& file) const;
+
     /// The path as people write it: the home folder is "~".
     Q_INVOKABLE QString shortPath(const QString& path) const;
 

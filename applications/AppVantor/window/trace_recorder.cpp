@@ -15,6 +15,9 @@ QString TraceRecorder::begin(const QString& file)
     if (file == QLatin1String("-")) {
         return qtTrId("save_no_file").arg(file);
     }
+    if (isRecording()) {
+        return qtTrId("record_runs");
+    }
     auto trace = std::make_unique<VcdTrace>(*m_device);
     QString problem = trace->begin(file, m_tools);
     if (problem.isEmpty()) {

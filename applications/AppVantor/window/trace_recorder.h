@@ -23,7 +23,7 @@ public:
 
     bool isRecording() const { return m_trace != nullptr; }
     /// Begins to record into file, replacing what it holds. Returns an empty text, or why it cannot be
-    /// written.
+    /// written: also that a record goes on already, which stays as it is.
     Q_INVOKABLE QString begin(const QString& file);
     /// Ends the record.
     Q_INVOKABLE void end();

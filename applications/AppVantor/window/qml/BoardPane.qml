@@ -127,6 +127,7 @@ Pane {
 
     function exportCourses() {
         saveBar.write = file => exporter.save(file)
+        saveBar.done = qsTrId("save_done")
         saveBar.open("courses.csv")
     }
 
@@ -135,6 +136,7 @@ Pane {
             recorder.end()
         } else {
             saveBar.write = file => recorder.begin(Files.path(file))
+            saveBar.done = qsTrId("record_begun")
             saveBar.open("trace.vcd")
         }
     }

@@ -1,19 +1,31 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import AppVantor 1.0
 import "../../gui/widgets"
 
-// Asks for the name of a file and has it written; says where it is, or why it is not.
+// Asks for the name of a file and has it written; says where it is, or why it is not. It has the keyboard while
+// it asks, and then whoever had it before.
 FocusScope {
     id: root
 
     // Writes the file of this name; returns an empty text, or why it could not.
     property var write
+    // What is said when it has, with %1 for the name.
+    property string done: qsTrId("save_done")
     property bool asking: false
     property string outcome: ""
     property bool failed: false
 
+    property Item before: null
+    // A file that is there, which may be replaced if it is named once more.
+    property string replaceable: ""
+
     function open(name) {
+        if (!asking) {
+            before = Window.activeFocusItem
+        }
         outcome = ""
+        replaceable = ""
         asking = true
         field.text = Files.documentFile(name)
         field.forceActiveFocus(Qt.OtherFocusReason)
@@ -26,10 +38,33 @@ FocusScope {
     }
 
     function save() {
-        const problem = write(field.text)
-        failed = problem.length > 0
-        outcome = failed ? problem : qsTrId("save_done").arg(field.text)
-        asking = failed
+        const file = field.text
+        if (Files.isFile(file) && file !== replaceable) {
+            replaceable = file
+            fail(qsTrId("save_exists").arg(file))
+            return
+        }
+        const problem = write(file)
+        if (problem.length > 0) {
+            fail(problem)
+        } else {
+            failed = false
+            outcome = done.arg(file)
+            leave()
+        }
+    }
+
+    function cancel() {
+        outcome = ""
+        leave()
+    }
+
+    function leave() {
+        asking = false
+        if (before && before.visible) {
+            before.forceActiveFocus(Qt.OtherFocusReason)
+        }
+        before = null
     }
 
     implicitHeight: (asking ? 40 : 0) + (outcome.length > 0 ? outcomeLabel.implicitHeight + Style.defSpacing : 0)
@@ -45,7 +80,7 @@ FocusScope {
         visible: root.asking
         Accessible.name: qsTrId("save_file")
         onAccepted: root.save()
-        Keys.onEscapePressed: root.asking = false
+        Keys.onEscapePressed: root.cancel()
     }
 
     Row {
@@ -58,17 +93,15 @@ FocusScope {
 
         UiButton {
             objectName: "saveButton"
-            text: qsTrId("events_save")
+            text: root.replaceable.length > 0 && root.replaceable === field.text ? qsTrId("save_replace")
+                                                                                 : qsTrId("events_save")
             primary: true
             onClicked: root.save()
         }
 
         UiButton {
             text: qsTrId("save_cancel")
-            onClicked: {
-                root.asking = false
-                root.outcome = ""
-            }
+            onClicked: root.cancel()
         }
     }
 
