@@ -419,6 +419,7 @@ private Q_SLOTS:
         QCOMPARE(trigger.count(), 1);
         trigger.setCondition(other, CourseTrigger::Condition::None);
         QCOMPARE(trigger.count(), 0);
+        shown.view.setWidth(10000); // a pixel for each millisecond
         for (std::size_t number = 0; number < CourseTrigger::c_mostMarks + 1; ++number) {
             pulse();
         }
@@ -430,6 +431,37 @@ private Q_SLOTS:
         trigger.clear();
         QVERIFY(!trigger.isActive());
         QVERIFY(trigger.marks().isEmpty());
+    }
+
+    void theTriggerTellsAtTheTicksAndMarksPixels()
+    {
+        Shown shown;
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setMode("around"_s);
+        trigger.setCondition(c_line, CourseTrigger::Condition::Either);
+        shown.pass(c_second);
+        const QSignalSpy counted(&trigger, &CourseTrigger::counted);
+        const QSignalSpy marked(&trigger, &CourseTrigger::marksMoved);
+        const qint64 firstUs = shown.scheduler.now();
+        constexpr int most = static_cast<int>(CourseTrigger::c_mostMarks);
+        for (int change = 0; change <= 2 * most; ++change) {
+            shown.lines.setLevel(c_line, 1 - change % 2);
+        }
+        QCOMPARE(trigger.count(), 2 * most + 1);
+        QCOMPARE(counted.count(), 0);
+        QCOMPARE(marked.count(), 0);
+        shown.clock.tick();
+        QCOMPARE(counted.count(), 1);
+        QCOMPARE(trigger.marks(), QVariantList{shown.view.span().shareOf(firstUs)});
+        // What stops the courses is marked, however much comes after it.
+        shown.pass(c_second);
+        for (int change = 0; change <= most; ++change) {
+            shown.lines.setLevel(c_line, change % 2);
+        }
+        QCOMPARE(trigger.marks().size(), 2);
+        shown.pass(5 * c_second);
+        QVERIFY(!shown.clock.isRunning());
+        QCOMPARE(trigger.marks().value(0), QVariant(shown.view.span().shareOf(firstUs)));
     }
 
     /// Against a model that keeps all that was seen, and looks at all of it anew each time.
@@ -454,6 +486,7 @@ private Q_SLOTS:
             std::mt19937 random(seed);
             const auto below = [&random](int limit) { return static_cast<int>(random() % unsigned(limit)); };
             Shown shown(setup);
+            shown.view.setWidth(10000); // a pixel for each millisecond, in which alone something happens
             CourseTrigger trigger(&shown.lines, &shown.view);
             trigger.setMode("none"_s);
             QVector<Condition> conditions(lines, Condition::None);
@@ -534,8 +567,10 @@ private Q_SLOTS:
                                        .arg(times.size());
                 QVERIFY2(trigger.count() == times.size(), qPrintable(place));
                 QVariantList marks;
-                for (const qint64 timeUs : times) {
-                    marks.append(shown.view.span().shareOf(timeUs));
+                for (int number = 0; number < times.size(); ++number) {
+                    if (number == 0 || times.at(number) != times.at(number - 1)) {
+                        marks.append(shown.view.span().shareOf(times.at(number)));
+                    }
                 }
                 QVERIFY2(trigger.marks() == marks, qPrintable(place));
             }

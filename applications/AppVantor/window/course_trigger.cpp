@@ -1,6 +1,7 @@
 #include "course_trigger.h"
 
 #include <algorithm>
+#include <cmath>
 
 CourseTrigger::CourseTrigger(LinesModel* lines, CourseView* view, QObject* parent)
     : QObject(parent)
@@ -8,6 +9,7 @@ CourseTrigger::CourseTrigger(LinesModel* lines, CourseView* view, QObject* paren
     , m_view(view)
 {
     connect(lines, &LinesModel::lineRecorded, this, &CourseTrigger::look);
+    connect(&lines->clock(), &DeviceClock::ticked, this, &CourseTrigger::tell);
     connect(&lines->clock(), &DeviceClock::ticked, this, &CourseTrigger::stopWhenDue);
     connect(view, &CourseView::moved, this, [this] {
         if (!m_times.empty()) {
@@ -32,7 +34,7 @@ void CourseTrigger::setMode(const QString& mode)
 {
     if (mode != m_mode) {
         m_mode = mode;
-        m_stopUs.reset();
+        m_stop.reset();
         Q_EMIT modeChanged();
     }
 }
@@ -40,10 +42,13 @@ void CourseTrigger::setMode(const QString& mode)
 QVariantList CourseTrigger::marks() const
 {
     QVariantList shares;
+    std::optional<double> lastPixel;
     for (const qint64 timeUs : m_times) {
         const double share = m_view->span().shareOf(timeUs);
-        if (share >= 0 && share <= 1) {
+        const double pixel = std::round(share * m_view->width());
+        if (share >= 0 && share <= 1 && pixel != lastPixel) {
             shares.append(share);
+            lastPixel = pixel;
         }
     }
     return shares;
@@ -97,7 +102,7 @@ void CourseTrigger::startAnew()
 {
     m_count = 0;
     m_times.clear();
-    m_stopUs.reset();
+    m_stop.reset();
     m_fit = levelsFit(-1, {});
     Q_EMIT conditionsChanged();
     Q_EMIT counted();
@@ -151,30 +156,38 @@ void CourseTrigger::look(int line, const LineLevel& before, const LineLevel& lev
     ++m_count;
     m_times.push_back(level.sinceUs);
     if (m_times.size() > c_mostMarks) {
-        m_times.pop_front();
+        const bool stays = m_stop && m_stop->causeUs == m_times.front();
+        m_times.erase(m_times.begin() + (stays ? 1 : 0));
     }
-    if (!m_stopUs && m_mode != QLatin1String("none")) {
+    if (!m_stop && m_mode != QLatin1String("none")) {
         const auto spanUs = static_cast<qint64>(m_view->spanUs());
         const qint64 laterUs =
             m_mode == QLatin1String("from") ? spanUs : (m_mode == QLatin1String("around") ? spanUs / 2 : 0);
-        m_stopUs = level.sinceUs + laterUs;
+        m_stop = {level.sinceUs, level.sinceUs + laterUs};
     }
-    Q_EMIT counted();
-    Q_EMIT marksMoved();
+    m_happened = true;
     m_lines->clock().want();
+}
+
+void CourseTrigger::tell()
+{
+    if (std::exchange(m_happened, false)) {
+        Q_EMIT counted();
+        Q_EMIT marksMoved();
+    }
 }
 
 void CourseTrigger::stopWhenDue()
 {
     DeviceClock& clock = m_lines->clock();
-    if (!m_stopUs || !clock.isRunning()) {
+    if (!m_stop || !clock.isRunning()) {
         return;
     }
-    if (clock.scheduler().now() < *m_stopUs) {
+    if (clock.scheduler().now() < m_stop->dueUs) {
         clock.want();
         return;
     }
-    const qint64 rightUs = *std::exchange(m_stopUs, std::nullopt);
+    const qint64 rightUs = std::exchange(m_stop, std::nullopt)->dueUs;
     clock.setRunning(false);
     m_view->showAt(rightUs, 1);
 }

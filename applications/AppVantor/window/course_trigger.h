@@ -8,7 +8,8 @@
 
 /// Waits for what lines are to do, counts how often they do it, and stops the courses there. Each line can
 /// have one condition; an edge counts when the levels of all lines that are to have one fit. Without an edge
-/// it counts when the levels begin to fit. An analogue line is high above the middle of its levels.
+/// it counts when the levels begin to fit. An analogue line is high above the middle of its levels. What has
+/// happened is told at the clock's ticks.
 class CourseTrigger : public QObject
 {
     Q_OBJECT
@@ -21,7 +22,7 @@ class CourseTrigger : public QObject
     Q_PROPERTY(QString mode READ mode WRITE setMode NOTIFY modeChanged)
     /// How often it has happened since the last condition was set.
     Q_PROPERTY(int count READ count NOTIFY counted)
-    /// The latest times at which it has happened, by their shares of the view.
+    /// The latest times at which it has happened, by their shares of the view: one for each pixel.
     Q_PROPERTY(QVariantList marks READ marks NOTIFY marksMoved)
 
 public:
@@ -56,7 +57,7 @@ public:
     /// Takes all conditions away.
     Q_INVOKABLE void clear();
 
-    /// More marks are not kept.
+    /// More marks are not kept; that of what stops the courses is, until they stop.
     static constexpr std::size_t c_mostMarks = 100;
 
 Q_SIGNALS:
@@ -66,10 +67,18 @@ Q_SIGNALS:
     void marksMoved();
 
 private:
+    /// What is to stop the courses, and when.
+    struct Stop
+    {
+        qint64 causeUs;
+        qint64 dueUs;
+    };
+
     bool isHigh(int line, const LineLevel& level) const;
     bool levelsFit(int except, const LineLevel& level) const;
     bool isEdge(int line, const LineLevel& before, const LineLevel& level) const;
     void look(int line, const LineLevel& before, const LineLevel& level);
+    void tell();
     void stopWhenDue();
     void startAnew();
 
@@ -80,5 +89,6 @@ private:
     int m_count = 0;
     bool m_fit = false; ///< the levels fitted when a line changed last
     std::deque<qint64> m_times;
-    std::optional<qint64> m_stopUs; ///< at which the courses are to stop
+    bool m_happened = false; ///< and it is not told yet
+    std::optional<Stop> m_stop;
 };

@@ -419,14 +419,21 @@ Pane {
             }
         }
 
-        // Where the trigger has found what it waits for.
+        // Where the trigger has found what it waits for. They move all the time, and stay the same items.
         Repeater {
-            model: root.trigger.marks
+            id: triggerMarks
+
+            readonly property var shares: root.trigger.marks
+            property int most: 0
+
+            model: most
+            onSharesChanged: most = Math.max(most, shares.length)
 
             Item {
                 objectName: "triggerMark"
-                x: Math.round(courses.width * modelData)
+                x: visible ? Math.round(courses.width * triggerMarks.shares[index]) : 0
                 height: courses.height
+                visible: index < triggerMarks.shares.length
 
                 UiLabel {
                     x: -width / 2
