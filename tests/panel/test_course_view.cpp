@@ -464,6 +464,21 @@ private Q_SLOTS:
         QCOMPARE(trigger.marks().value(0), QVariant(shown.view.span().shareOf(firstUs)));
     }
 
+    void whoStopsTheCoursesTakesTheTriggersStopAway()
+    {
+        Shown shown;
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setMode("from"_s);
+        trigger.setCondition(c_line, CourseTrigger::Condition::Rising);
+        shown.lines.setLevel(c_line, 1);
+        shown.pass(c_second);
+        shown.clock.setRunning(false);
+        shown.pass(20 * c_second);
+        shown.clock.setRunning(true);
+        shown.pass(20 * c_second);
+        QVERIFY(shown.clock.isRunning());
+    }
+
     /// Against a model that keeps all that was seen, and looks at all of it anew each time.
     void theTriggerCountsAsAPlainModelDoes()
     {

@@ -11,6 +11,7 @@ CourseTrigger::CourseTrigger(LinesModel* lines, CourseView* view, QObject* paren
     connect(lines, &LinesModel::lineRecorded, this, &CourseTrigger::look);
     connect(&lines->clock(), &DeviceClock::ticked, this, &CourseTrigger::tell);
     connect(&lines->clock(), &DeviceClock::ticked, this, &CourseTrigger::stopWhenDue);
+    connect(&lines->clock(), &DeviceClock::runningChanged, this, [this] { m_stop.reset(); });
     connect(view, &CourseView::moved, this, [this] {
         if (!m_times.empty()) {
             Q_EMIT marksMoved();
