@@ -611,6 +611,8 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setCondition(c_line, CourseTrigger::Condition::Rising);
         Q_EMIT shown.board->changesLost(5, 11 * c_second);
         Q_EMIT shown.board->lineChanged(c_line, {1, 11 * c_second, true});
         Q_EMIT shown.board->lineChanged(0, {1, 12 * c_second, true}); // lost nothing
@@ -623,6 +625,7 @@ private Q_SLOTS:
         QVERIFY(!knownAt(c_line, 11 * c_second - 1));
         QVERIFY(knownAt(c_line, 11 * c_second));
         QVERIFY(knownAt(0, 11 * c_second));
+        QCOMPARE(trigger.count(), 0); // what becomes known is no edge
     }
 
     void aCourseHasTheLevelsOfEachMicrosecond()

@@ -333,6 +333,21 @@ private Q_SLOTS:
         QCOMPARE(shown.drawn(), "low low low low"_s);
     }
 
+    void whatIsToldLateIsInAHeldCourse()
+    {
+        Shown shown(m_board.get());
+        scheduler().advance(20 * c_second);
+        shown.clock.setRunning(false);
+        QCOMPARE(shown.drawn(), "low low low low"_s);
+        QSignalSpy ticks(&shown.clock, &DeviceClock::ticked);
+        Q_EMIT m_board->lineChanged(c_line, known(15 * c_second, 1));
+        Q_EMIT m_board->lineChanged(c_line, known(20 * c_second, 0)); // after it
+        QCOMPARE(shown.drawn(), "low low high high"_s);
+        QCOMPARE(shown.lines.history(c_line)->changes().back(), known(15 * c_second, 1));
+        scheduler().advance(c_second);
+        QCOMPARE(ticks.count(), 1); // and then it rests
+    }
+
 private:
     ManualScheduler& scheduler() { return *m_scheduler; }
 

@@ -198,14 +198,25 @@ QVariant LinesModel::levelAt(int line, double timeUs) const
     return level.known ? level.level : QVariant();
 }
 
+/// Returns what was known of the level until then.
+LineLevel LinesModel::append(LineHistory* history, const LineLevel& level) const
+{
+    LineLevel before = history->changes().empty() ? LineLevel() : history->changes().back();
+    if (before.known && level.sinceUs <= m_lostUntilUs) {
+        before = {0, before.sinceUs + 1, false}; // what it did in between nobody knows
+        history->append(before);
+    }
+    history->append(level);
+    return before;
+}
+
 void LinesModel::record(int line, const LineLevel& level)
 {
-    LineHistory& history = m_histories.at(static_cast<std::size_t>(line));
-    const LineLevel before = history.changes().empty() ? LineLevel() : history.changes().back();
-    if (before.known && level.sinceUs <= m_lostUntilUs) {
-        history.append({0, before.sinceUs + 1, false}); // what it did in between nobody knows
+    const auto place = static_cast<std::size_t>(line);
+    const LineLevel before = append(&m_histories.at(place), level);
+    if (!m_clock->isRunning() && level.sinceUs < static_cast<qint64>(m_clock->now())) {
+        append(&m_heldHistories.at(place), level); // told late
     }
-    history.append(level);
     Q_EMIT lineRecorded(line, before, level);
     if (!level.known || level.level == m_asked.value(line, level.level)) {
         m_asked.remove(line);

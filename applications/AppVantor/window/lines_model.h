@@ -56,8 +56,8 @@ public:
     QString deviceName() const;
     int count() const { return m_lines.size(); }
 
-    /// What line did: until now, or while the clock stands still, until it stopped. Null when there is no
-    /// such line.
+    /// What line did: until now, or while the clock stands still, until it stopped, also where that is told
+    /// later. Null when there is no such line.
     const LineHistory* history(int line) const;
     /// What is known of the level of line now.
     LineLevel present(int line) const { return m_device.isNull() ? LineLevel() : m_device->level(line); }
@@ -77,7 +77,7 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
-    /// A line that had the level before has another one.
+    /// A line of which before was known has another level, or nobody knows its level any more.
     void lineRecorded(int line, const LineLevel& before, const LineLevel& level);
     /// A drivable line is to be set by this order of tool.
     void orderWanted(DTool* tool, const Invocation& order);
@@ -93,6 +93,7 @@ private:
     bool isDrivable(int line) const;
     QString status(int line) const;
     int lastLevel(int line) const;
+    LineLevel append(LineHistory* history, const LineLevel& level) const;
     void record(int line, const LineLevel& level);
     int levelOf(int line) const;
     void linkChannels(const QVector<DTool*>& tools);

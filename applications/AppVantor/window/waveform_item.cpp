@@ -126,7 +126,7 @@ void WaveformItem::itemChange(ItemChange change, const ItemChangeData& value)
 void WaveformItem::follow()
 {
     const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history == nullptr || m_view.isNull() || !m_lines->clock().isRunning() || !canBeSeen()) {
+    if (history == nullptr || m_view.isNull() || !canBeSeen()) {
         return;
     }
     const TimeSpan shown = m_view->span();
@@ -134,7 +134,7 @@ void WaveformItem::follow()
     if (hasMoved || history->changeCountUntil(shown.toUs()) != m_changes) {
         update();
     }
-    if (m_view->isLive() && history->hasChangedSince(shown.fromUs)) {
+    if (m_lines->clock().isRunning() && m_view->isLive() && history->hasChangedSince(shown.fromUs)) {
         m_lines->clock().want(); // it goes on moving
     }
 }
