@@ -658,6 +658,7 @@ private Q_SLOTS:
             for (std::size_t column = 0; column < expected.size(); ++column) {
                 QCOMPARE(drawn.at(column).lowest, expected.at(column).lowest);
                 QCOMPARE(drawn.at(column).highest, expected.at(column).highest);
+                QVERIFY(drawn.at(column).isEmpty() || drawn.at(column).gap == expected.at(column).gap);
             }
         }
     }

@@ -24,15 +24,16 @@ LineLevel unknown(qint64 timeUs)
     return {0, timeUs, false};
 }
 
-/// "0-2: 1..5" for each step.
+/// "0-2: 1..5" for each step, with " gap" where it has one.
 QStringList textOf(const std::vector<CourseStep>& course)
 {
     QStringList steps;
     for (const CourseStep& step : course) {
-        steps.append("%1-%2: %3..%4"_s.arg(step.column)
+        steps.append("%1-%2: %3..%4%5"_s.arg(step.column)
                          .arg(step.column + step.columns - 1)
                          .arg(step.levels.lowest)
-                         .arg(step.levels.highest));
+                         .arg(step.levels.highest)
+                         .arg(step.levels.gap ? " gap"_s : QString()));
     }
     return steps;
 }
@@ -161,6 +162,7 @@ private Q_SLOTS:
                 const LevelRange range = history.range(std::size_t(first), std::size_t(first + count));
                 QCOMPARE(range.lowest, 101 + first);
                 QCOMPARE(range.highest, 100 + first + count);
+                QVERIFY(!range.gap);
             }
         }
     }
@@ -181,9 +183,11 @@ private Q_SLOTS:
         row("a narrow pulse", Changes{known(0, 0), known(1051, 1), known(1052, 0)},
             QStringList{"0-4: 0..0"_s, "5-5: 0..1"_s, "6-9: 0..0"_s});
         row("a gap", Changes{known(0, 4), unknown(1030), known(1061, 9)},
-            QStringList{"0-2: 4..4"_s, "3-3: 4..4"_s, "6-6: 9..9"_s, "7-9: 9..9"_s});
+            QStringList{"0-2: 4..4"_s, "3-3: 4..4 gap"_s, "6-6: 9..9 gap"_s, "7-9: 9..9"_s});
+        row("a gap in a column", Changes{known(0, 4), unknown(1032), known(1035, 4)},
+            QStringList{"0-2: 4..4"_s, "3-3: 4..4 gap"_s, "4-9: 4..4"_s});
         row("known in a part of a column", Changes{known(1031, 4), unknown(1035)},
-            QStringList{"3-3: 4..4"_s});
+            QStringList{"3-3: 4..4 gap"_s});
         row("an edge in the last column", Changes{known(0, 4), known(1095, 9)},
             QStringList{"0-8: 4..4"_s, "9-9: 4..9"_s});
         row("what is still to come", Changes{known(0, 4), known(1100, 9)}, QStringList{"0-9: 4..4"_s});
@@ -331,6 +335,19 @@ private Q_SLOTS:
         scheduler().advance(60 * c_second);
         shown.clock.setRunning(true);
         QCOMPARE(shown.drawn(), "low low low low"_s);
+    }
+
+    /// However many columns it is narrower than.
+    void aGapIsSeen()
+    {
+        Shown shown(m_board.get());
+        scheduler().advance(11310000); // in the middle of the first quarter, in the end
+        const qint64 now = scheduler().now();
+        Q_EMIT m_board->lineChanged(c_line, unknown(now));
+        Q_EMIT m_board->lineChanged(c_line, known(now + 1, 0));
+        scheduler().advance(8690000);
+        shown.clock.tick();
+        QCOMPARE(shown.drawn(), "nothing low low low"_s);
     }
 
     void whatIsToldLateIsInAHeldCourse()

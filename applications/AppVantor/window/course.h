@@ -17,7 +17,7 @@ struct TimeColumns
 };
 
 /// A part of a line's course: the columns of a picture in which it has these levels. In several columns that
-/// is one level; in one alone it may be all that happened there.
+/// is one level; in one alone it may be all that happened there, a gap among it.
 struct CourseStep
 {
     int column = 0;

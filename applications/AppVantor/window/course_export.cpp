@@ -164,6 +164,11 @@ CourseSheet CourseExport::sheet() const
         for (const CourseStep& step :
              courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, shown.toUs())) {
             const int x = left + step.column;
+            if (step.levels.gap) {
+                path.moveTo(x, y(step.levels.lowest));
+                path.lineTo(x, y(step.levels.highest));
+                continue;
+            }
             if (step.column == end) {
                 path.lineTo(x, y(step.levels.lowest));
             } else {

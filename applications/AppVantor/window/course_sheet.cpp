@@ -57,7 +57,7 @@ QByteArray CourseSheet::png() const
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Stroke& stroke : strokes) {
-        painter.strokePath(stroke.path, QPen(stroke.color, stroke.width));
+        painter.strokePath(stroke.path, QPen(stroke.color, stroke.width, Qt::SolidLine, Qt::FlatCap));
     }
     QFont font(QStringLiteral("sans-serif"));
     font.setPixelSize(c_textSize);

@@ -4,13 +4,12 @@
 
 void LevelRange::add(const LineLevel& level)
 {
-    if (level.known) {
-        add(LevelRange{level.level, level.level});
-    }
+    add(level.known ? LevelRange{false, level.level, level.level} : LevelRange{true});
 }
 
 void LevelRange::add(const LevelRange& range)
 {
+    gap = gap || range.gap;
     lowest = std::min(lowest, range.lowest);
     highest = std::max(highest, range.highest);
 }

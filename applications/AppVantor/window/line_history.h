@@ -8,6 +8,7 @@
 /// The levels that occur in some part of a history; empty where nobody knew any.
 struct LevelRange
 {
+    bool gap = false; ///< in a part of it nobody knew the level
     int lowest = std::numeric_limits<int>::max();
     int highest = std::numeric_limits<int>::min();
 

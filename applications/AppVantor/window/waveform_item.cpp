@@ -13,6 +13,7 @@ namespace {
 constexpr double c_lineWidth = 1.5;
 constexpr double c_margin = 11;
 constexpr double c_areaOpacity = 0.12;
+constexpr double c_gapOpacity = 0.3; // of a column in which the level was unknown for a while
 
 QColor faded(QColor color, double opacity)
 {
@@ -187,8 +188,10 @@ void WaveformItem::paint(QPainter* painter)
     for (const CourseStep& step : courseOf(*history, m_columns, firstColumn, shown.toUs())) {
         const int top = rowOf(step.levels.highest);
         const int low = rowOf(step.levels.lowest);
-        painter->fillRect(step.column, low, step.columns, bottom - low, faded(m_color, c_areaOpacity));
+        if (!step.levels.gap) {
+            painter->fillRect(step.column, low, step.columns, bottom - low, faded(m_color, c_areaOpacity));
+        }
         fill(painter, {step.column, top}, {top == low ? step.columns : lineWidth, low - top + lineWidth},
-             m_color);
+             step.levels.gap ? faded(m_color, c_gapOpacity) : m_color);
     }
 }
