@@ -802,6 +802,23 @@ private Q_SLOTS:
         QCOMPARE(m_scene->orders().running(), 0);
     }
 
+    void whatStaysOnIsNamedAsFarAsThereIsRoom()
+    {
+        close();
+        open(100);
+        for (int line = 0; line < 100; line += 4) {
+            const QString channel = m_bench->tool().channels().at(line).id;
+            m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                                  {{"channel"_s, channel}, {"state"_s, "ON"_s}});
+        }
+        QTRY_COMPARE(m_bench->board().level(96).level, 1);
+        giveOrder("listenToAll"_s);
+        QTRY_COMPARE(m_scene->orders().running(), 1);
+        QVERIFY2(m_scene->reasonToStay().endsWith(
+                     ": do0, do1, do2, do3, do4, do5, do6, do7, do8, do9 and 15 more."_s),
+                 qPrintable(m_scene->reasonToStay()));
+    }
+
     void theArrangementIsTakenUpAgain()
     {
         QTest::keyClick(&window(), Qt::Key_1, Qt::ControlModifier);

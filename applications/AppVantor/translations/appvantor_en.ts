@@ -573,6 +573,13 @@
         <source></source>
         <translation>These outputs are on, and would be left so: %1.</translation>
     </message>
+    <message id="close_more" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %n more</numerusform>
+        </translation>
+    </message>
     <message id="close_stop">
         <source></source>
         <translation>Stop all and close</translation>

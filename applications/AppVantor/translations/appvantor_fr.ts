@@ -573,6 +573,13 @@
         <source></source>
         <translation>Ces sorties sont actives et le resteraient : %1.</translation>
     </message>
+    <message id="close_more" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>%1 et %n autre</numerusform>
+            <numerusform>%1 et %n autres</numerusform>
+        </translation>
+    </message>
     <message id="close_stop">
         <source></source>
         <translation>Tout arrêter et fermer</translation>

@@ -43,6 +43,14 @@ QString versionsOf(const QVector<DTool*>& tools)
     return parts.join(QStringLiteral(" \u00b7 "));
 }
 
+/// So many names that a dialog holds them, for people.
+QString someOf(const QStringList& names)
+{
+    constexpr int most = 10;
+    const QString some = names.mid(0, most).join(QStringLiteral(", "));
+    return names.size() > most ? qtTrId("close_more", names.size() - most).arg(some) : some;
+}
+
 } // namespace
 
 Scene::~Scene() = default;
@@ -199,8 +207,7 @@ QString BenchScene::reasonToStay() const
     if (m_recorder.isRecording()) {
         parts += qtTrId("close_recording");
     }
-    parts += on.isEmpty() ? qtTrId("close_nothing_on")
-                          : qtTrId("close_stays_on").arg(on.join(QStringLiteral(", ")));
+    parts += on.isEmpty() ? qtTrId("close_nothing_on") : qtTrId("close_stays_on").arg(someOf(on));
     return parts.join(QLatin1Char(' '));
 }
 
