@@ -384,7 +384,7 @@ private Q_SLOTS:
         next->arrange(QStringList{"gone"_s} + order, filter->hidden() + QStringList{"gone"_s});
         QCOMPARE(next->order(), order);
         QCOMPARE(next->hidden(), QStringList{"ao0"_s});
-        next->arrange({"do1"_s}, {});
+        next->arrange({"do1"_s, "do0"_s, "do1"_s}, {}); // named twice, the first counts
         QCOMPARE(next->order().join(QLatin1Char(' ')), "do1 do0 di0 ai0 ao0 di1 ai1 ao1"_s);
     }
 

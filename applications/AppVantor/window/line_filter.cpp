@@ -2,6 +2,8 @@
 
 #include "lines_model.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <numeric>
 
@@ -105,16 +107,20 @@ void LineFilter::arrange(const QStringList& order, const QStringList& hidden)
 {
     QVector<int> rows(m_places.size());
     std::iota(rows.begin(), rows.end(), 0);
-    const auto placeOf = [&](int row) {
-        const int place = order.indexOf(nameOf(row));
-        return place >= 0 ? place : order.size();
-    };
+    QHash<QString, int> wanted;
+    for (int place = order.size() - 1; place >= 0; --place) {
+        wanted.insert(order.at(place), place); // the first of a name counts
+    }
+    const QSet<QString> hiddenNames(hidden.cbegin(), hidden.cend());
+    QVector<int> wantedPlaces(rows.size());
+    std::transform(rows.cbegin(), rows.cend(), wantedPlaces.begin(),
+                   [&](int row) { return wanted.value(nameOf(row), order.size()); });
     std::stable_sort(rows.begin(), rows.end(),
-                     [&](int left, int right) { return placeOf(left) < placeOf(right); });
+                     [&](int left, int right) { return wantedPlaces.at(left) < wantedPlaces.at(right); });
     m_hidden.clear();
     for (int place = 0; place < rows.size(); ++place) {
         m_places[rows.at(place)] = place;
-        if (hidden.contains(nameOf(rows.at(place)))) {
+        if (hiddenNames.contains(nameOf(rows.at(place)))) {
             m_hidden.insert(rows.at(place));
         }
     }
