@@ -17,6 +17,11 @@
 
 #include <QStringListModel>
 
+#include <csignal>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 /// A model that is watched for breaches of what a model promises.
@@ -467,6 +472,30 @@ private Q_SLOTS:
         const QByteArray text = saved.readAll();
         QVERIFY(text.contains("#1000\n"));
         QVERIFY(!text.contains("#2000\n"));
+    }
+
+    void aTraceThatFailsIsRecordedNoMore()
+    {
+        std::signal(SIGPIPE, SIG_IGN);
+        TraceRecorder recorder(&m_bench->board(), {});
+        QSignalSpy changes(&recorder, &TraceRecorder::recordingChanged);
+        QSignalSpy failures(&recorder, &TraceRecorder::failed);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("pipe"_s);
+        QCOMPARE(mkfifo(qPrintable(file), S_IRWXU), 0);
+        const int reader = open(qPrintable(file), O_RDONLY | O_NONBLOCK);
+        QCOMPARE(recorder.begin(file), QString());
+        QVERIFY(recorder.isRecording());
+        close(reader);
+        m_bench->board().setInput(5, 1);
+        m_bench->scheduler().advance(1000000);
+        QCOMPARE(failures.count(), 1);
+        QVERIFY(!recorder.isRecording());
+        QCOMPARE(changes.count(), 2);
+        recorder.end();
+        QCOMPARE(failures.count(), 1);
+        QCOMPARE(recorder.begin(folder.filePath("a.vcd"_s)), QString());
+        QVERIFY(recorder.isRecording());
     }
 
     // Orders

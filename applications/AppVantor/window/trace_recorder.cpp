@@ -10,6 +10,11 @@ TraceRecorder::TraceRecorder(const LineDevice* device, std::vector<const DTool*>
 
 TraceRecorder::~TraceRecorder() = default;
 
+bool TraceRecorder::isRecording() const
+{
+    return m_trace != nullptr && m_trace->problem().isEmpty();
+}
+
 QString TraceRecorder::begin(const QString& file)
 {
     if (file == QLatin1String("-")) {
@@ -22,7 +27,10 @@ QString TraceRecorder::begin(const QString& file)
     QString problem = trace->begin(file, m_tools);
     if (problem.isEmpty()) {
         m_trace = std::move(trace);
-        connect(m_trace.get(), &VcdTrace::failed, this, &TraceRecorder::failed);
+        connect(m_trace.get(), &VcdTrace::failed, this, [this](const QString& reason) {
+            Q_EMIT recordingChanged();
+            Q_EMIT failed(reason);
+        });
         Q_EMIT recordingChanged();
     }
     return problem;
@@ -31,11 +39,8 @@ QString TraceRecorder::begin(const QString& file)
 void TraceRecorder::end()
 {
     if (m_trace != nullptr) {
-        const QString problem = m_trace->end();
+        m_trace->end();
         m_trace.reset();
         Q_EMIT recordingChanged();
-        if (!problem.isEmpty()) {
-            Q_EMIT failed(problem);
-        }
     }
 }

@@ -21,7 +21,7 @@ public:
     TraceRecorder(const LineDevice* device, std::vector<const DTool*> tools, QObject* parent = nullptr);
     ~TraceRecorder() override;
 
-    bool isRecording() const { return m_trace != nullptr; }
+    bool isRecording() const;
     /// Begins to record into file, replacing what it holds. Returns an empty text, or why it cannot be
     /// written: also that a record goes on already, which stays as it is.
     Q_INVOKABLE QString begin(const QString& file);
