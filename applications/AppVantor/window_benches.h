@@ -22,6 +22,7 @@ public:
     void exchange(std::unique_ptr<Bench> next) override;
     void watchScript(ScriptWatch watch) override { m_watch = std::move(watch); }
     QString beginScript(DTool* tool, const QString& file) override;
+    int ordersOfScript() const override { return m_script != nullptr ? m_script->runningOrders() : 0; }
     void stopScript() override;
 
 private:

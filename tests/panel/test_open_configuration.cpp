@@ -359,6 +359,23 @@ private Q_SLOTS:
         QVERIFY(!isShown("scriptText"));
     }
 
+    void whatAScriptLeavesRunningIsAskedAbout()
+    {
+        write("tour.orders"_s, "listenToAll\n");
+        runScript("tour.orders"_s);
+        QTRY_VERIFY(isShown("scriptText"));
+        QTRY_COMPARE(item("scriptText")->property("text").toString(), "tour.orders: done"_s);
+        press(Qt::Key_R, Qt::ControlModifier);
+        QTRY_VERIFY(isShown("closeAnyway"));
+        QVERIFY(item("closeReason")
+                    ->property("text")
+                    .toString()
+                    .startsWith("1 order still runs and would be stopped."_s));
+        PanelFixture::click(item("closeAnyway"));
+        QTRY_COMPARE(m_benches->count(), 2);
+        QCOMPARE(m_window->scene().reasonToStay(), QString());
+    }
+
     void aRigIsNotReloaded()
     {
         WindowOptions options;

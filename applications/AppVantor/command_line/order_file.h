@@ -16,6 +16,8 @@ public:
 
     /// Begins to read file. Returns an empty text, or why it cannot be read.
     QString begin(const QString& file) { return m_reader.begin({file}); }
+    /// Number of orders that have not ended.
+    int runningOrders() const { return m_shell.runningOrders(); }
     /// Forgets the lines that are left and stops what still runs. Returns the exit status of what happened.
     int end();
 

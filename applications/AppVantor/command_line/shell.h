@@ -55,6 +55,8 @@ public:
     bool isBusy() const;
     /// True while the lines of a block are awaited.
     bool isInBlock() const { return m_script.isInBlock(); }
+    /// Number of orders that have not ended.
+    int runningOrders() const { return m_orders.running(); }
     /// The worst of what happened so far.
     int exitStatus() const { return m_exitStatus; }
 

@@ -34,6 +34,8 @@ public:
     /// The number of the order that was started last; 0 before the first.
     int last() const { return m_last; }
     bool isRunning(int number) const { return m_running.count(number) > 0; }
+    /// Number of orders that have not ended.
+    int running() const { return static_cast<int>(m_running.size()); }
     /// Of a running order.
     bool isListening(int number) const;
     QString command(int number) const { return m_running.at(number).invocation.command; }

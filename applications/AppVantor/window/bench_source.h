@@ -46,6 +46,8 @@ public:
     /// Begins to carry out the lines of file on tool. What a script before it left running is stopped.
     /// Returns an empty text, or why the file cannot be read.
     virtual QString beginScript(DTool* tool, const QString& file) = 0;
+    /// Number of orders of the last script that have not ended.
+    virtual int ordersOfScript() const = 0;
     /// Ends the script and stops what it has running; nobody is told.
     virtual void stopScript() = 0;
 };

@@ -191,15 +191,16 @@ QString BenchScene::reasonToStay() const
         }
     }
     const bool runsScript = m_script != nullptr && m_script->isRunning();
-    if (m_orders.running() == 0 && !blinks && !m_recorder.isRecording() && !runsScript) {
+    const int running = m_orders.running() + (m_script != nullptr ? m_script->ordersLeft() : 0);
+    if (running == 0 && !blinks && !m_recorder.isRecording() && !runsScript) {
         return QString();
     }
     QStringList parts;
     if (runsScript) {
         parts += qtTrId("close_script");
     }
-    if (m_orders.running() > 0) {
-        parts += qtTrId("close_running", m_orders.running());
+    if (running > 0) {
+        parts += qtTrId("close_running", running);
     }
     if (blinks) {
         parts += qtTrId("close_blinking");

@@ -32,6 +32,9 @@ public:
     QString outcome() const { return m_outcome; }
     bool hasFailed() const { return m_failed; }
 
+    /// Number of orders that the script has left running after its last line.
+    int ordersLeft() const { return m_running ? 0 : m_source->ordersOfScript(); }
+
     /// Begins to carry file out on tool; "~/" at its begin is the home folder. What a script before it left
     /// running is stopped.
     Q_INVOKABLE void begin(QObject* tool, const QString& file);
