@@ -10,6 +10,7 @@
 #include <window/course_view.h>
 #include <window/texts.h>
 
+#include <QFontMetrics>
 #include <QXmlStreamReader>
 
 #include <random>
@@ -270,7 +271,7 @@ private Q_SLOTS:
                                      " $end\n$timescale 1 us $end\n$scope module device $end\n"
                                      "$var wire 1 ! din $end\n$var real 64 \" ain $end\n"
                                      "$upscope $end\n$enddefinitions $end\n"
-                                     "#0\n0!\nr0 \"\n#1000000\n1!\n");
+                                     "#0\n0!\nr0 \"\n#1000000\n1!\n#3000000\n");
         const QByteArray svg = exporter.sheet().svg();
         QXmlStreamReader xml(svg);
         int texts = 0;
@@ -292,8 +293,31 @@ private Q_SLOTS:
         filter.setSourceModel(&shown.lines);
         filter.setText("in"_s);
         const CourseExport exporter(&shown.lines, &shown.view, &filter);
-        QVERIFY(exporter.vcd().endsWith("x!\nrnan \"\n"));
+        QVERIFY(exporter.vcd().contains("x!\nrnan \"\n"));
         QVERIFY(exporter.csv().endsWith(",ain,\n"));
+    }
+
+    void namesAreExportedSoThatTheyAreRead()
+    {
+        SimulatedBoardSetup setup;
+        const QString longName = QString(60, QLatin1Char('m'));
+        for (const QString& name : {"a, \"b\""_s, "c$ d"_s, "c_ d"_s, longName + "1"_s}) {
+            SimulatedBoardSetup::Line line;
+            line.line = {name, DLine::Kind::Digital, DLine::Direction::In};
+            setup.lines.append(line);
+        }
+        Shown shown(setup);
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        QVERIFY(exporter.csv().contains(",\"a, \"\"b\"\"\",0\n"));
+        for (const char* variable : {"! a,_\"b\" ", "\" c__d ", "# c__d_ "}) {
+            QVERIFY2(exporter.vcd().contains(variable), variable);
+        }
+        // There is so much room for names; their ends differ.
+        const QString name = exporter.sheet().labels.back().text;
+        QVERIFY(QFontMetrics(CourseSheet::font()).horizontalAdvance(name) < 108);
+        QVERIFY2(name.endsWith("m1"_s), qPrintable(name));
     }
 
     void theNameOfAFileTellsItsKind_data()

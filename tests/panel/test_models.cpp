@@ -4,6 +4,7 @@
 #include <configuration/value_text.h>
 #include <process/time_text.h>
 #include <window/command_form.h>
+#include <window/csv_field.h>
 #include <window/gradual_rows.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
@@ -924,6 +925,21 @@ private Q_SLOTS:
     {
         const auto [value, text] = Rows<QVariant, QString>::values();
         QCOMPARE(valueText(value), text);
+    }
+
+    void fieldsAreQuotedWhereTheyAreNotPlain_data()
+    {
+        const Rows<QString, QString> row("text", "field");
+        row("plain", "do 0; [1]", "do 0; [1]");
+        row("a comma", "[1,2]", "\"[1,2]\"");
+        row("quotes", "a \"b\"", "\"a \"\"b\"\"\"");
+        row("lines", "a\nb", "\"a\nb\"");
+        row("nothing", "", "");
+    }
+    void fieldsAreQuotedWhereTheyAreNotPlain()
+    {
+        const auto [text, field] = Rows<QString, QString>::values();
+        QCOMPARE(csvField(text), field);
     }
 
 private:

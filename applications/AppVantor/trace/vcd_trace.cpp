@@ -1,5 +1,7 @@
 #include "vcd_trace.h"
 
+#include "vcd_names.h"
+
 #include <devices/line_device.h>
 #include <plugin_management/d_tool.h>
 #include <process/time_text.h>
@@ -7,8 +9,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
-#include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -42,35 +42,11 @@ bool isRemoved(int descriptor)
     return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
 }
 
-/// The short code of a line: its number in the printable characters.
-std::string codeOf(int line)
-{
-    constexpr int first = '!';
-    constexpr int count = '~' - '!' + 1;
-    std::string code;
-    for (int rest = line; code.empty() || rest > 0; rest /= count) {
-        code += static_cast<char>(first + rest % count);
-    }
-    return code;
-}
-
 void appendNumber(std::string* text, qint64 number)
 {
     std::array<char, std::numeric_limits<qint64>::digits10 + 2> digits;
     const char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     text->append(digits.data(), static_cast<std::size_t>(end - digits.data()));
-}
-
-/// A name in a dump: not empty, no blanks, none twice, and nothing that reads as a word of the dump.
-QString nameOf(const QString& text, QSet<QString>* taken)
-{
-    QString name = text.isEmpty() ? QStringLiteral("_") : text;
-    name.replace(QRegularExpression(QStringLiteral("[\\s$]")), QStringLiteral("_"));
-    while (taken->contains(name)) {
-        name += QLatin1Char('_');
-    }
-    taken->insert(name);
-    return name;
 }
 
 } // namespace
@@ -113,13 +89,13 @@ QString VcdTrace::begin(const QString& file, const std::vector<const DTool*>& to
     const QVector<DLine>& lines = m_device.lines();
     QSet<QString> names;
     for (int line = 0; line < lines.size(); ++line) {
-        m_variables.push_back({codeOf(line), lines.at(line).kind == DLine::Kind::Analog});
-        appendVariable(line, nameOf(lines.at(line).name, &names));
+        m_variables.push_back({vcdCode(line), lines.at(line).kind == DLine::Kind::Analog});
+        appendVariable(line, vcdName(lines.at(line).name, &names));
     }
     m_buffer += "$upscope $end\n";
     QSet<QString> scopes = {QStringLiteral("device")};
     for (const DTool* tool : tools) {
-        appendScope(*tool, nameOf(tool->objectName(), &scopes));
+        appendScope(*tool, vcdName(tool->objectName(), &scopes));
     }
     m_buffer += "$enddefinitions $end\n#0\n$dumpvars\n";
     appendAll();
@@ -147,7 +123,7 @@ void VcdTrace::appendScope(const DTool& tool, const QString& name)
     for (const DToolChannel& channel : tool.channels()) {
         const auto line = numbers.constFind(channel.link);
         if (line != numbers.constEnd()) {
-            appendVariable(*line, nameOf(channel.id, &names));
+            appendVariable(*line, vcdName(channel.id, &names));
         }
     }
     m_buffer += "$upscope $end\n";

@@ -1,27 +1,14 @@
 #include "course_export.h"
 
+#include "csv_field.h"
 #include "files.h"
 
 #include <process/time_text.h>
+#include <trace/vcd_names.h>
+
+#include <QFontMetrics>
 
 #include <algorithm>
-
-namespace {
-
-/// A name of a variable in a dump: "!", "\"", … and then two and more characters.
-QByteArray codeOf(int number)
-{
-    constexpr int first = 33;
-    constexpr int count = 94;
-    QByteArray code;
-    do {
-        code.append(static_cast<char>(first + number % count));
-        number = number / count - 1;
-    } while (number >= 0);
-    return code;
-}
-
-} // namespace
 
 CourseExport::CourseExport(LinesModel* lines, CourseView* view, LineFilter* filter, QObject* parent)
     : QObject(parent)
@@ -94,7 +81,7 @@ QByteArray CourseExport::csv() const
     QByteArray text = "time,line,level\n";
     for (const Change& change : changes()) {
         text += fullTime(m_lines->clock().scheduler().wallClock(change.timeUs)).toUtf8() + ',' +
-                nameOf(lines.at(change.line)).toUtf8() + ',' +
+                csvField(nameOf(lines.at(change.line))).toUtf8() + ',' +
                 (change.level.known ? QByteArray::number(change.level.level) : QByteArray()) + '\n';
     }
     return text;
@@ -106,10 +93,11 @@ QByteArray CourseExport::vcd() const
     const qint64 startUs = span().fromUs;
     QByteArray text = "$date " + fullTime(m_lines->clock().scheduler().wallClock(startUs)).toUtf8() +
                       " $end\n$timescale 1 us $end\n$scope module device $end\n";
+    QSet<QString> names;
     for (int place = 0; place < lines.size(); ++place) {
         const bool isReal = m_lines->highestLevel(lines.at(place)) > 1;
-        text += QByteArray("$var ") + (isReal ? "real 64 " : "wire 1 ") + codeOf(place) + ' ' +
-                nameOf(lines.at(place)).toUtf8().replace(' ', '_') + " $end\n";
+        text += QByteArray("$var ") + (isReal ? "real 64 " : "wire 1 ") + vcdCode(place).c_str() + ' ' +
+                vcdName(nameOf(lines.at(place)), &names).toUtf8() + " $end\n";
     }
     text += "$upscope $end\n$enddefinitions $end\n";
     qint64 timeUs = -1;
@@ -124,13 +112,17 @@ QByteArray CourseExport::vcd() const
         } else {
             text += change.level.known ? QByteArray::number(change.level.level) : QByteArray("x");
         }
-        text += codeOf(change.line) + '\n';
+        text += vcdCode(change.line).c_str() + QByteArray("\n");
+    }
+    if (span().lengthUs > timeUs) {
+        text += '#' + QByteArray::number(span().lengthUs) + '\n'; // so long the last levels last
     }
     return text;
 }
 
 CourseSheet CourseExport::sheet() const
 {
+    constexpr int names = 12;
     constexpr int left = 120;
     constexpr int width = 1000;
     constexpr int right = 20;
@@ -140,6 +132,7 @@ CourseSheet CourseExport::sheet() const
     const QColor grid(0xd8, 0xdc, 0xe2);
     const QColor course(0x1f, 0x5f, 0xd1);
     constexpr qreal courseWidth = 1.5;
+    const QFontMetrics metrics(CourseSheet::font());
     const QVector<int> lines = shownLines();
     const TimeSpan shown = span();
     CourseSheet sheet;
@@ -179,7 +172,9 @@ CourseSheet CourseExport::sheet() const
             end = step.column + step.columns;
         }
         sheet.strokes.push_back({path, course, courseWidth});
-        sheet.labels.push_back({{12, top + row / 2 + 4}, nameOf(lines.at(place))});
+        sheet.labels.push_back(
+            {{names, top + row / 2 + 4},
+             metrics.elidedText(nameOf(lines.at(place)), Qt::ElideMiddle, left - names - margin)});
     }
     return sheet;
 }

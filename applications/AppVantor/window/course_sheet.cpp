@@ -22,6 +22,13 @@ QString pathText(const QPainterPath& path)
 
 } // namespace
 
+QFont CourseSheet::font()
+{
+    QFont font(QStringLiteral("sans-serif"));
+    font.setPixelSize(c_textSize);
+    return font;
+}
+
 QByteArray CourseSheet::svg() const
 {
     QString text = QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%2\" "
@@ -59,9 +66,7 @@ QByteArray CourseSheet::png() const
     for (const Stroke& stroke : strokes) {
         painter.strokePath(stroke.path, QPen(stroke.color, stroke.width, Qt::SolidLine, Qt::FlatCap));
     }
-    QFont font(QStringLiteral("sans-serif"));
-    font.setPixelSize(c_textSize);
-    painter.setFont(font);
+    painter.setFont(font());
     painter.setPen(Qt::black);
     for (const Label& label : labels) {
         const int before = label.centred ? painter.fontMetrics().horizontalAdvance(label.text) / 2 : 0;

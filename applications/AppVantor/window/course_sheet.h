@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QColor>
+#include <QFont>
 #include <QPainterPath>
 #include <QSize>
 #include <QString>
@@ -29,6 +30,8 @@ struct CourseSheet
     std::vector<Stroke> strokes;
     std::vector<Label> labels;
 
+    /// In which the texts are written.
+    static QFont font();
     /// The drawing as a file of Scalable Vector Graphics.
     QByteArray svg() const;
     /// The drawing as a PNG file; empty when it is larger than a picture can be.

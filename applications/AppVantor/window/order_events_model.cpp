@@ -1,5 +1,6 @@
 #include "order_events_model.h"
 
+#include "csv_field.h"
 #include "files.h"
 
 #include <configuration/value_text.h>
@@ -86,11 +87,15 @@ QString OrderEventsModel::text() const
         return QString();
     }
     const QStringList names = m_events.front().values.keys();
-    QString text = QStringLiteral("time,") + names.join(QLatin1Char(',')) + QLatin1Char('\n');
+    QString text = QStringLiteral("time");
+    for (const QString& name : names) {
+        text += QLatin1Char(',') + csvField(name);
+    }
+    text += QLatin1Char('\n');
     for (const OrderEvent& event : m_events) {
         text += fullTime(m_clock->scheduler().wallClock(event.timeUs));
         for (const QString& name : names) {
-            text += QLatin1Char(',') + valueText(event.values.value(name));
+            text += QLatin1Char(',') + csvField(valueText(event.values.value(name)));
         }
         text += QLatin1Char('\n');
     }
