@@ -380,15 +380,32 @@ private Q_SLOTS:
     {
         WindowOptions options;
         options.rig = "bench 7"_s;
+        WindowMemory(QString()).remember({{"rowHeight"_s, 70}});
         m_window = std::make_unique<BenchWindow>(m_benches.get(), options);
         showWindow();
+        m_window->scene().root().setProperty("rowHeight", 60);
         QCOMPARE(window().title(), "bench 7 \u2013 AppVantor"_s);
         press(Qt::Key_R, Qt::ControlModifier);
         QCOMPARE(m_benches->count(), 1);
         openPath("right.json"_s);
         QTRY_COMPARE(window().title(), "right.json \u2013 AppVantor"_s);
+        QCOMPARE(WindowMemory(QString()).recall(), (QVariantMap{{"rowHeight"_s, "70"_s}}));
+        QCOMPARE(WindowMemory(QString(), "bench 7"_s).recall().value("rowHeight"_s).toInt(), 60);
         press(Qt::Key_R, Qt::ControlModifier);
         QTRY_COMPARE(m_benches->count(), 3);
+    }
+
+    void aWindowThatFilledTheScreenDoesSoAgain()
+    {
+        WindowOptions options;
+        options.configuration = path("left.json"_s);
+        m_window = std::make_unique<BenchWindow>(m_benches.get(), options);
+        const QRect before = window().geometry();
+        window().setWindowState(Qt::WindowMaximized);
+        m_window = nullptr;
+        m_window = std::make_unique<BenchWindow>(m_benches.get(), options);
+        QCOMPARE(window().windowState(), Qt::WindowMaximized);
+        QCOMPARE(WindowMemory(options.configuration).recall().value("geometry"_s).toRect(), before);
     }
 
 private:

@@ -1,7 +1,5 @@
 #include "bench_window.h"
 
-#include "window_memory.h"
-
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
@@ -11,6 +9,11 @@ namespace {
 QString geometryKey()
 {
     return QStringLiteral("geometry");
+}
+
+QString maximisedKey()
+{
+    return QStringLiteral("maximised");
 }
 
 QString chosenThemeKey()
@@ -31,9 +34,9 @@ BenchWindow::BenchWindow(BenchSource* source, const WindowOptions& options)
     : m_source(source)
     , m_options(options)
     , m_configuration(options.configuration)
-    , m_reloadable(options.rig.isEmpty())
+    , m_rig(options.rig)
 {
-    QVariantMap remembered = WindowMemory(m_configuration).recall();
+    QVariantMap remembered = memory().recall();
     if (options.theme != WindowOptions::Theme::System) {
         remembered.remove(chosenThemeKey());
     }
@@ -41,6 +44,10 @@ BenchWindow::BenchWindow(BenchSource* source, const WindowOptions& options)
     const QRect geometry = remembered.value(geometryKey()).toRect();
     if (!options.sizeGiven && geometry.isValid() && QGuiApplication::screenAt(geometry.center()) != nullptr) {
         m_window.setGeometry(geometry);
+    }
+    m_geometry = m_window.geometry();
+    if (!options.sizeGiven && remembered.value(maximisedKey()).toBool()) {
+        m_window.setWindowState(Qt::WindowMaximized);
     }
     showBench(remembered);
 }
@@ -50,15 +57,20 @@ BenchWindow::~BenchWindow()
     leaveBench();
 }
 
+WindowMemory BenchWindow::memory() const
+{
+    return WindowMemory(m_configuration, m_rig);
+}
+
 void BenchWindow::showBench(const QVariantMap& remembered)
 {
-    const QString name = m_reloadable ? QFileInfo(m_configuration).fileName() : m_options.rig;
+    const QString name = m_rig.isEmpty() ? QFileInfo(m_configuration).fileName() : m_rig;
     m_window.setTitle((name.isEmpty() ? QString() : name + QStringLiteral(" \u2013 ")) +
                       QStringLiteral("AppVantor"));
     if (!m_configuration.isEmpty()) {
         WindowMemory::noteRecent(m_configuration);
     }
-    m_choice = std::make_unique<ConfigurationChoice>(m_source, m_configuration, m_reloadable);
+    m_choice = std::make_unique<ConfigurationChoice>(m_source, m_configuration, m_rig.isEmpty());
     m_script = std::make_unique<ScriptRun>(m_source);
     m_scene =
         std::make_unique<BenchScene>(m_source->bench(), m_options.theme, m_choice.get(), m_script.get());
@@ -75,8 +87,10 @@ void BenchWindow::showBench(const QVariantMap& remembered)
 void BenchWindow::leaveBench()
 {
     QVariantMap arrangement = m_scene->arrangement();
-    arrangement.insert(geometryKey(), m_window.geometry());
-    WindowMemory(m_configuration).remember(arrangement);
+    const bool isMaximised = m_window.windowState() == Qt::WindowMaximized;
+    arrangement.insert(maximisedKey(), isMaximised);
+    arrangement.insert(geometryKey(), isMaximised ? m_geometry : m_window.geometry());
+    memory().remember(arrangement);
     m_guard.reset();
     m_scene.reset();
     m_script.reset();
@@ -91,9 +105,9 @@ void BenchWindow::exchange()
     const QVariant theme = m_scene->arrangement().value(chosenThemeKey());
     leaveBench();
     m_configuration = m_choice->chosen();
-    m_reloadable = true;
+    m_rig.clear();
     m_source->exchange(std::move(next));
-    QVariantMap remembered = WindowMemory(m_configuration).recall();
+    QVariantMap remembered = memory().recall();
     remembered.insert(chosenThemeKey(), theme); // the window stays the same
     showBench(remembered);
 }

@@ -4,6 +4,7 @@
 #include "configuration_choice.h"
 #include "scene.h"
 #include "script_run.h"
+#include "window_memory.h"
 
 #include <QQuickWindow>
 
@@ -31,6 +32,7 @@ Q_SIGNALS:
     void closeConfirmed();
 
 private:
+    WindowMemory memory() const;
     void showBench(const QVariantMap& remembered);
     void leaveBench();
     void exchange();
@@ -38,7 +40,8 @@ private:
     BenchSource* const m_source;
     const WindowOptions m_options;
     QString m_configuration;
-    bool m_reloadable;
+    QString m_rig;    ///< whose bench it is; empty for a configuration's
+    QRect m_geometry; ///< when it is not maximised
     QQuickWindow m_window;
     std::unique_ptr<ConfigurationChoice> m_choice;
     std::unique_ptr<ScriptRun> m_script;

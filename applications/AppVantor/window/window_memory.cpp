@@ -19,13 +19,16 @@ QString pathOf(const QString& file)
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
 }
 
-QString groupOf(const QString& configuration)
+QString groupOf(const QString& configuration, const QString& rig)
 {
+    if (!rig.isEmpty()) {
+        return QStringLiteral("rig ") + QString::fromLatin1(QUrl::toPercentEncoding(rig));
+    }
     return configuration.isEmpty() ? QStringLiteral("built-in")
                                    : QString::fromLatin1(QUrl::toPercentEncoding(pathOf(configuration)));
 }
 
-/// No configuration's group: those begin with the "/" of a path, or are called "built-in".
+/// No configuration's group: those begin with the "/" of a path or "rig ", or are called "built-in".
 QString recentKey()
 {
     return QStringLiteral("recent/files");
@@ -33,10 +36,10 @@ QString recentKey()
 
 } // namespace
 
-WindowMemory::WindowMemory(const QString& configuration)
+WindowMemory::WindowMemory(const QString& configuration, const QString& rig)
     : m_settings(memoryFile())
 {
-    m_settings.beginGroup(groupOf(configuration));
+    m_settings.beginGroup(groupOf(configuration, rig));
 }
 
 QVariantMap WindowMemory::recall()

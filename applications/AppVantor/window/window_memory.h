@@ -3,12 +3,13 @@
 #include <QSettings>
 #include <QVariantMap>
 
-/// What windows looked like when they were closed last, by the configurations that they showed.
+/// What windows looked like when they were closed last, by the configurations and rigs that they showed.
 class WindowMemory
 {
 public:
-    /// Of the window for the file configuration; empty for the built-in one.
-    explicit WindowMemory(const QString& configuration);
+    /// Of the window for the file configuration, empty for the built-in one; or for a rig, where it is not
+    /// empty.
+    explicit WindowMemory(const QString& configuration, const QString& rig = {});
 
     /// What was remembered, by its names; empty for nothing.
     QVariantMap recall();
