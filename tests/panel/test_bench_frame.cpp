@@ -139,6 +139,7 @@ private Q_SLOTS:
         const auto* own = made->findChild<QQuickItem*>("own"_s);
         QCOMPARE(own->property("color").value<QColor>(), QColor(Qt::red));
         QCOMPARE(own->property("font").value<QFont>().pixelSize(), 20);
+        QCOMPARE(plain->property("elide").toInt(), static_cast<int>(Qt::ElideMiddle));
         QCOMPARE(own->property("elide").toInt(), static_cast<int>(Qt::ElideLeft));
     }
 

@@ -77,7 +77,7 @@ void PageTexts::giveLook(QQuickItem* text)
 {
     text->setProperty("font", text->property("font").value<QFont>().resolve(m_font));
     if (text->property("elide").toInt() == Qt::ElideNone) {
-        text->setProperty("elide", Qt::ElideRight);
+        text->setProperty("elide", Qt::ElideMiddle);
     }
     if (text->property("color") == QColor(Qt::black)) {
         text->setProperty("color", m_color);

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 
 // A text in the colour and font of the theme; the bigger one is for titles. It shows what it is given and takes
-// nothing for markup. A text that is cut short shows whole under the pointer.
+// nothing for markup. A text that is too long loses its middle, and shows whole under the pointer.
 Text {
     id: root
 
@@ -13,7 +13,7 @@ Text {
     minimumPixelSize: Style.smallestTextSize
     verticalAlignment: Text.AlignVCenter
     textFormat: Text.PlainText
-    elide: Text.ElideRight
+    elide: Text.ElideMiddle
 
     HoverHandler {
         id: hover

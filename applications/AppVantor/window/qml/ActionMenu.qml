@@ -54,7 +54,6 @@ T.Popup {
                         width: parent.width - keysLabel.width - 3 * x
                         height: parent.height
                         text: entry.text
-                        elide: Text.ElideMiddle
                     }
 
                     UiLabel {

@@ -117,7 +117,6 @@ Item {
         UiLabel {
             width: parent.width
             text: model.name
-            elide: Text.ElideMiddle
             font.bold: true
         }
 

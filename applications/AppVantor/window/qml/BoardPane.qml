@@ -506,7 +506,6 @@ Pane {
             height: parent.height
             text: qsTrId("trigger_text", root.trigger.count).arg(root.trigger.text)
             font.pixelSize: Style.smallTextSize
-            elide: Text.ElideMiddle
 
             Accessible.role: Accessible.StaticText
             Accessible.name: text

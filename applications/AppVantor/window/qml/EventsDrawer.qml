@@ -29,7 +29,6 @@ FocusScope {
             anchors.rightMargin: Style.defSpacing
             height: parent.height
             text: qsTrId("events_title", root.events.count).arg(root.command)
-            elide: Text.ElideMiddle
             font.pixelSize: Style.smallTextSize
             font.bold: true
         }

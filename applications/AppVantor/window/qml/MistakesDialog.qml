@@ -55,7 +55,6 @@ T.Popup {
             UiLabel {
                 width: parent.width
                 text: root.choice ? Files.shortPath(root.choice.chosen) : ""
-                elide: Text.ElideMiddle
             }
 
             UiLabel {

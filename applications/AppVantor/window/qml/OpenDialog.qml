@@ -107,7 +107,6 @@ T.Popup {
                     width: parent.width - 2 * x
                     height: parent.height
                     text: modelData.slice(field.text.lastIndexOf("/") + 1)
-                    elide: Text.ElideMiddle
                 }
 
                 MouseArea {
