@@ -757,6 +757,7 @@ private Q_SLOTS:
         QTRY_VERIFY(help() != nullptr && help()->isVisible());
         const QQuickItem* versions = itemNamed(window().contentItem(), "helpVersions"_s);
         QVERIFY(versions->property("text").toString().contains("Qt "_s + QLatin1String(qVersion())));
+        QVERIFY(versions->property("text").toString().endsWith("Tool Gpio 1.0"_s));
         QTest::keyClick(&window(), Qt::Key_Escape);
         QTRY_VERIFY(help() == nullptr || !help()->isVisible());
     }

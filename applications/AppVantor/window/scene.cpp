@@ -30,13 +30,23 @@ QVector<DTool*> toolsOf(const Bench& bench)
     return tools;
 }
 
+/// Two numbers, or all four.
+QString versionText(unsigned long long version)
+{
+    const auto number = [version](int place) { return version >> (16 * place) & 0xffff; };
+    const QString text = QStringLiteral("%1.%2").arg(number(3)).arg(number(2));
+    const bool isShort = number(1) == 0 && number(0) == 0;
+    return isShort ? text : text + QStringLiteral(".%1.%2").arg(number(1)).arg(number(0));
+}
+
 QString versionsOf(const QVector<DTool*>& tools)
 {
     QStringList parts = {QStringLiteral("AppVantor ") + QCoreApplication::applicationVersion(),
                          QStringLiteral("Qt ") + QLatin1String(qVersion())};
     for (const DTool* tool : tools) {
         if (tool->plugin() != nullptr) {
-            parts += tool->plugin()->pluginName();
+            parts += tool->plugin()->pluginName() + QLatin1Char(' ') +
+                     versionText(tool->plugin()->pluginVersion());
         }
     }
     parts.removeDuplicates();
