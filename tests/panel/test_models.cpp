@@ -858,6 +858,10 @@ private Q_SLOTS:
         m_form->run();
         QCOMPARE(m_log->count(), 0);
         QCOMPARE(m_form->problem(), "Choose a tool to see its commands."_s);
+        QCOMPARE(m_form->command(), "setValue"_s);
+        m_form->setTool(nullptr);
+        QCOMPARE(m_form->command(), QString());
+        QCOMPARE(m_form->rowCount(), 0);
     }
 
     void failuresAndCommandsSpeakTheLanguageOfTheWindow()

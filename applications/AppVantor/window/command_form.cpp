@@ -83,7 +83,7 @@ QObject* CommandForm::tool() const
 void CommandForm::setTool(QObject* tool)
 {
     auto* newTool = qobject_cast<DTool*>(tool);
-    if (newTool == m_tool) {
+    if (newTool == m_tool && newTool != nullptr) { // null may stand for one that is gone
         return;
     }
     m_tool = newTool;
