@@ -475,6 +475,17 @@ private Q_SLOTS:
         QVERIFY(!itemNamed(&root(), "heldMark"_s)->isVisible());
     }
 
+    void aClickThatTremblesMovesNothing()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        QTest::mousePress(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.5));
+        QTest::mouseMove(&window(), atCourse(0.5) + QPoint(2, 1));
+        QTest::mouseMove(&window(), atCourse(0.5) + QPoint(3, 0));
+        QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, atCourse(0.5) + QPoint(3, 0));
+        QVERIFY(m_scene->courses().isLive());
+    }
+
     void keysZoomAndStopTheCourses()
     {
         m_bench->play(20000000);

@@ -29,7 +29,7 @@ class CourseView : public QObject
     Q_PROPERTY(QVariantList marks READ marks NOTIFY changed)
     /// The cursors that are set: maps with "number" and "share", which may be outside of the view.
     Q_PROPERTY(QVariantList cursors READ cursors NOTIFY cursorsChanged)
-    /// The time between both cursors and its inverse, or the time of the one that is set, or nothing.
+    /// The time between both cursors and its inverse, or which one is set, or nothing.
     Q_PROPERTY(QString cursorsText READ cursorsText NOTIFY cursorsChanged)
 
 public:

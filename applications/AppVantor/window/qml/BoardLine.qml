@@ -77,6 +77,7 @@ Item {
 
     UiFocusRing {
         anchors.margins: 2
+        z: 1 // above the course
         shown: root.current && root.focused
     }
 

@@ -467,12 +467,14 @@ Pane {
             id: pointer
 
             property real grip: -1
+            property bool drags: false
 
             anchors.fill: parent
             hoverEnabled: true
             preventStealing: true
             onPressed: {
                 grip = mouse.x
+                drags = false
                 courses.forceActiveFocus(Qt.MouseFocusReason)
                 const row = list.indexAt(0, mouse.y - list.y + courses.y + list.contentY)
                 if (row >= 0) {
@@ -480,7 +482,8 @@ Pane {
                 }
             }
             onPositionChanged: {
-                if (pressed && Math.abs(mouse.x - grip) >= 1) {
+                drags = drags || Math.abs(mouse.x - grip) >= 4 // a hand is never quite still
+                if (pressed && drags) {
                     root.view.pan((mouse.x - grip) / width)
                     grip = mouse.x
                 }
