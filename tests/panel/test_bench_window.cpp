@@ -761,6 +761,30 @@ private Q_SLOTS:
         QVERIFY(content().startsWith("time,"));
     }
 
+    /// In the longer language.
+    void whatIsToldOfTheCoursesStaysInItsPane()
+    {
+        close();
+        installTexts(QLocale(QLocale::French));
+        open(8);
+        root().setSize(QSizeF(800, 500));
+        m_bench->play(10000000);
+        m_scene->clock().tick();
+        itemNamed(&root(), "boardLines"_s)->setProperty("currentIndex", 2);
+        m_scene->courses().setCursor(1, 0.123, -1);
+        m_scene->courses().setCursor(2, 0.789, -1);
+        m_scene->trigger().setCondition(0, CourseTrigger::Condition::Rising);
+        const QQuickItem* pane = itemNamed(&root(), "triggerBar"_s);
+        for (const char* name : {"cursorsText", "triggerText", "triggerMode", "triggerClear"}) {
+            const QQuickItem* item = visibleNamed(root(), name).value(0);
+            QVERIFY2(item != nullptr, name);
+            const QRectF place = item->mapRectToItem(pane, item->boundingRect());
+            QVERIFY2(place.left() >= 0 && place.right() <= pane->width(), name);
+        }
+        QVERIFY(!itemNamed(&root(), "triggerText"_s)->property("truncated").toBool());
+        installTexts(QLocale(QLocale::English));
+    }
+
     void theHelpTellsKeysAndVersions()
     {
         const auto help = [this] { return itemNamed(window().contentItem(), "helpText"_s); };

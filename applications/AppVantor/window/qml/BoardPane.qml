@@ -498,15 +498,20 @@ Pane {
         objectName: "triggerBar"
         anchors.bottom: reading.top
         width: parent.width
-        height: visible ? 40 : 0
+        height: visible ? (stacked ? 64 : 40) : 0
         visible: root.trigger.active && list.count > 0
         color: Style.surfaceRaised
 
+        // The text has a line of its own where there is not room for it beside the controls.
+        readonly property bool stacked: triggerText.implicitWidth + triggerControls.width + 2 * root.inset
+                                        + Style.defSpacing > width
+
         UiLabel {
+            id: triggerText
             objectName: "triggerText"
             x: root.inset
-            width: triggerControls.x - x - Style.defSpacing
-            height: parent.height
+            width: (triggerBar.stacked ? parent.width - root.inset : triggerControls.x - Style.defSpacing) - x
+            height: triggerBar.stacked ? 28 : parent.height
             text: qsTrId("trigger_text", root.trigger.count).arg(root.trigger.text)
             font.pixelSize: Style.smallTextSize
 
@@ -518,7 +523,8 @@ Pane {
             id: triggerControls
             anchors.right: parent.right
             anchors.rightMargin: root.inset
-            anchors.verticalCenter: parent.verticalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: (triggerBar.stacked ? 36 : parent.height) / 2 - height / 2
             spacing: Style.defSpacing
 
             UiComboBox {
@@ -565,7 +571,8 @@ Pane {
         UiLabel {
             objectName: "measured"
             x: root.inset
-            width: parent.width - 2 * x - (cursorsLabel.width > 0 ? cursorsLabel.width + Style.defSpacing * 2 : 0)
+            width: Math.max(0, parent.width - 2 * x
+                               - (cursorsLabel.width > 0 ? cursorsLabel.width + Style.defSpacing * 2 : 0))
             height: parent.height
             text: reading.measured.length > 0 ? reading.measured : qsTrId("courses_hint")
             color: reading.measured.length > 0 ? Style.text : Style.textSecondary
@@ -577,6 +584,7 @@ Pane {
             objectName: "cursorsText"
             anchors.right: parent.right
             anchors.rightMargin: root.inset
+            width: Math.min(implicitWidth, parent.width - 2 * root.inset)
             height: parent.height
             text: {
                 const selected = root.chosenLine >= 0 && root.view.cursors.length === 2
