@@ -8,6 +8,7 @@
 #include <window/window_part.h>
 
 #include <QGuiApplication>
+#include <QScreen>
 
 #include <functional>
 
@@ -36,32 +37,52 @@ void settle(Scene& scene)
     } while (!scene.panel().hasValues());
 }
 
-/// The courses alone, and as many of the five steps that find the width of a pulse.
-void findPulse(BenchScene& scene, int steps)
+/// The courses alone in a window that has the keyboard, after as many of the five steps that find the width
+/// of a pulse: by the pointer and by keys, as a user goes them.
+int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
 {
-    constexpr int line = 0;
     for (const char* pane : {"toolsFolded", "pageFolded", "lowerFolded"}) {
         scene.root().setProperty(pane, true);
     }
-    const auto stepOn = [&](int times) {
-        for (int time = 0; time < times; ++time) {
-            scene.courses().stepCursor({line}, true);
+    QQuickWindow window;
+    window.resize(options.size);
+    scene.putInto(window);
+    window.show();
+    window.requestActivate();
+    if (!QTest::qWaitForWindowActive(&window)) {
+        return 1;
+    }
+    const auto press = [&window](std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys) {
+            QTest::keyClick(&window, key);
         }
     };
-    const auto setCursor = [&](int number) { scene.courses().setCursor(number, 0.05, -1); };
     const QVector<std::function<void()>> all = {
-        [&] { scene.clock().setRunning(false); },
-        [&] { itemNamed(&scene.root(), "courses"_s)->forceActiveFocus(Qt::MouseFocusReason); },
         [&] {
-            setCursor(1);
-            stepOn(1);
+            const QQuickItem* course = itemNamed(&scene.root(), "lineCourse"_s);
+            const QPointF place(course->width() * 0.05, course->height() / 2);
+            QTest::mouseMove(&window, course->mapToScene(place).toPoint());
+            QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, course->mapToScene(place).toPoint());
         },
-        [&] { setCursor(2); },
-        [&] { stepOn(2); },
+        [&] { press({Qt::Key_Space}); },
+        [&] {
+            press({Qt::Key_1, Qt::Key_Right});
+        },
+        [&] { press({Qt::Key_2}); },
+        [&] {
+            press({Qt::Key_Right, Qt::Key_Right});
+        },
     };
     for (int step = 0; step < steps; ++step) {
         all.at(step)();
     }
+    settle(scene);
+    QSignalSpy drawn(&window, &QQuickWindow::frameSwapped);
+    window.update();
+    const bool saved =
+        drawn.wait() && window.screen()->grabWindow(window.winId()).save(options.screenshotFile);
+    scene.root().setParentItem(nullptr); // the window goes first
+    return saved ? 0 : 1;
 }
 
 /// Two cursors around a pulse.
@@ -125,7 +146,7 @@ int main(int argc, char** argv)
     if (what == QLatin1String("cursors")) {
         setCursors(scene);
     } else if (what.startsWith(QLatin1String("pulse"))) {
-        findPulse(scene, what.mid(5).toInt());
+        return drawPulse(scene, what.mid(5).toInt(), options);
     } else if (what == QLatin1String("lost")) {
         bench.board().setPluggedIn(false);
         scene.clock().tick();
