@@ -916,6 +916,18 @@ private Q_SLOTS:
         QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "0"_s);
     }
 
+    void aToolSaysWhatItsDeviceDoes()
+    {
+        const auto detail = [this] {
+            return visibleNamed(root(), "toolDetail").constFirst()->property("text").toString();
+        };
+        QCOMPARE(detail(), "Tool Gpio \u00b7 8 channels"_s);
+        m_bench->board().setPluggedIn(false);
+        QTRY_COMPARE(detail(), "Not connected"_s);
+        m_bench->board().close();
+        QTRY_COMPARE(detail(), "Closed"_s);
+    }
+
     void aBenchWithoutToolsSaysWhatToDo()
     {
         close();

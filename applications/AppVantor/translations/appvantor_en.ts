@@ -19,6 +19,14 @@
         <source></source>
         <translation>Not connected</translation>
     </message>
+    <message id="tools_connecting">
+        <source></source>
+        <translation>Connecting…</translation>
+    </message>
+    <message id="tools_closed">
+        <source></source>
+        <translation>Closed</translation>
+    </message>
     <message id="lamp_on">
         <source></source>
         <translation>on</translation>

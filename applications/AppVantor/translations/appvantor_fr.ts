@@ -19,6 +19,14 @@
         <source></source>
         <translation>Non connecté</translation>
     </message>
+    <message id="tools_connecting">
+        <source></source>
+        <translation>Connexion…</translation>
+    </message>
+    <message id="tools_closed">
+        <source></source>
+        <translation>Fermé</translation>
+    </message>
     <message id="lamp_on">
         <source></source>
         <translation>allumé</translation>

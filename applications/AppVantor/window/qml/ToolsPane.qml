@@ -15,6 +15,13 @@ Pane {
     // Makes what the menu of files offers.
     property var fileActions: () => []
 
+    // Why a tool cannot be worked with, by the state of its device.
+    readonly property var reasons: ({
+        Closed: qsTrId("tools_closed"),
+        Connecting: qsTrId("tools_connecting"),
+        Unreachable: qsTrId("not_connected")
+    })
+
     function openFileMenu() {
         fileMenu.actions = fileActions() // files come and go
         fileMenu.open()
@@ -88,8 +95,9 @@ Pane {
 
                 UiLabel {
                     width: parent.width
+                    objectName: "toolDetail"
                     text: model.state === "Connected" ? qsTrId("tools_detail", model.channelCount).arg(model.plugin)
-                                                      : qsTrId("not_connected")
+                                                      : root.reasons[model.state]
                     font.pixelSize: Style.smallTextSize
                     color: Style.textSecondary
                 }
