@@ -172,19 +172,19 @@ private Q_SLOTS:
         QCOMPARE(file.changes(), c_start + QByteArray("#5\nx!\nrnan \"\n#10\n0!\nr0 \"\n#10\n"));
     }
 
-    /// The device says that three changes came too fast, the last of them at 40 µs.
+    /// The device says that three changes from 20 to 40 µs came too fast.
     void aGapThatTheDeviceLeavesIsMarked()
     {
         Board board;
         FileTrace file(&board);
         board.advance(10);
         board.turnKnob(5);
-        Q_EMIT board.device().changesLost(3, 40);
+        Q_EMIT board.device().changesLost(3, 20, 40);
         board.advance(50);
         board.turnKnob(6);
         file.end();
         QCOMPARE(file.changes(),
-                 c_start + QByteArray("#10\nr5 \"\n$dumpoff\nx!\nrnan \"\n$end\n#40\n"
+                 c_start + QByteArray("#10\nr5 \"\n#20\n$dumpoff\nx!\nrnan \"\n$end\n#40\n"
                                       "$comment 3 changes lost $end\n$dumpon\n0!\nr5 \"\n$end\n"
                                       "#60\nr6 \"\n#60\n"));
     }

@@ -104,13 +104,34 @@ private Q_SLOTS:
             QCOMPARE(m_device->level(1).sinceUs, qint64{7});
         });
         work();
-        QCOMPARE(lost, (QList<QVariantList>{{quint64{12}, qint64{c_bound + 5}}}));
+        QCOMPARE(lost, (QList<QVariantList>{{quint64{12}, qint64{1}, qint64{c_bound + 5}}}));
         QCOMPARE(m_problems, QStringList{"12 changes of lines came too fast and were left out"_s});
         QCOMPARE(changes, c_bound + 2);
         QCOMPARE(m_device->level(0).sinceUs, qint64{c_bound + 5});
         changes = 0;
         work(); // what fell out once is told once
         QCOMPARE(lost.size(), 2);
+    }
+
+    void aLossOfTheDeviceStandsWhereItWasTold()
+    {
+        make([](LineListener& listener) {
+            flicker(listener, 0, 2);
+            listener.changesLeftOut(3, 2, {{1, {1, 7, true}}});
+            flicker(listener, 0, 1);
+        });
+        QStringList told;
+        connect(m_device.get(), &LineDevice::lineChanged, this, [&told](int line, const LineLevel& level) {
+            told.append("%1 at %2"_s.arg(line).arg(level.sinceUs));
+        });
+        connect(m_device.get(), &LineDevice::changesLost, this,
+                [&told](quint64 count, qint64 fromUs, qint64 untilUs) {
+                    told.append("%1 lost from %2 until %3"_s.arg(count).arg(fromUs).arg(untilUs));
+                });
+        work();
+        QCOMPARE(told,
+                 (QStringList{"0 at 1"_s, "0 at 2"_s, "3 lost from 2 until 7"_s, "1 at 7"_s, "0 at 1"_s}));
+        QCOMPARE(m_problems, QStringList()); // the device tells why
     }
 
     void eventsPastTheBoundAreCountedForEachRequest()
@@ -188,14 +209,14 @@ private Q_SLOTS:
         row("level", QByteArray(SIGNAL(lineChanged(int, LineLevel))));
         row("state", QByteArray(SIGNAL(stateChanged())));
         row("problem", QByteArray(SIGNAL(problemTold(QString))));
-        row("loss", QByteArray(SIGNAL(changesLost(quint64, qint64))));
+        row("loss", QByteArray(SIGNAL(changesLost(quint64, qint64, qint64))));
     }
     void theFrontMayGoWhereAChangeIsTold()
     {
         QFETCH(QByteArray, signal);
         make([](LineListener& listener) {
             flicker(listener, 0, 10);
-            listener.changesLeftOut(3, {{0, {1, 11, true}}});
+            listener.changesLeftOut(3, 10, {{0, {1, 11, true}}});
             listener.failureTold("smoke"_s);
             listener.stateTold(State::Unreachable, "cable pulled"_s, 0);
             flicker(listener, 0, 10);

@@ -37,7 +37,7 @@ class TestDevice : public QObject
                              : "line %1 is unknown"_s.arg(line));
         }
         void blinkingTold(int, bool) override {}
-        void changesLeftOut(quint64 count, const QMap<int, LineLevel>&) override
+        void changesLeftOut(quint64 count, qint64, const QMap<int, LineLevel>&) override
         {
             heard.append("%1 lost"_s.arg(count));
         }

@@ -50,7 +50,7 @@ public:
                 "levels stay in their range");
     }
     void blinkingTold(int, bool) override { require(false, "lines blink at the rig"); }
-    void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override
+    void changesLeftOut(quint64 count, qint64, const QMap<int, LineLevel>& levels) override
     {
         require(count > 0, "what is told as lost was lost");
         for (auto level = levels.cbegin(); level != levels.cend(); ++level) {

@@ -40,6 +40,15 @@ struct Told
     LineLevel level;
 };
 
+/// Changes that were lost, and the one that is told next.
+struct Gap
+{
+    quint64 count = 0;
+    qint64 fromUs = 0;
+    qint64 untilUs = 0;
+    Told next;
+};
+
 /// The changes of a bench's lines from now on.
 class Record : public QObject
 {
@@ -48,13 +57,26 @@ public:
     {
         connect(&bench->device(), &LineDevice::lineChanged, this, [this](int line, const LineLevel& level) {
             told.push_back({line, level});
+            if (m_afterGap) {
+                gaps.back().next = told.back();
+                m_afterGap = false;
+            }
         });
+        connect(&bench->device(), &LineDevice::changesLost, this,
+                [this](quint64 count, qint64 fromUs, qint64 untilUs) {
+                    gaps.push_back({count, fromUs, untilUs, {}});
+                    m_afterGap = true;
+                });
         connect(&bench->device(), &DDevice::problemTold, this,
                 [this](const QString& text) { problems.append(text); });
     }
 
     std::vector<Told> told;
+    std::vector<Gap> gaps;
     QStringList problems;
+
+private:
+    bool m_afterGap = false;
 };
 
 /// Lets the far side of a chip's first lines change, one after the other, all to 1, all to 0, and so on.
@@ -155,6 +177,7 @@ private Q_SLOTS:
             chip.pull(lines, level);
             waitForTick();
         }
+        const qint64 startUs = bench.device().scheduler()->now();
         makeRounds(chip, lines, 128);
         QTRY_COMPARE(bench.device().level(lines).level, 1);
         QStringList problems;
@@ -173,10 +196,19 @@ private Q_SLOTS:
         for (int line = 0; line < lines; ++line) {
             QCOMPARE(bench.device().level(line).level, chip.level(line));
         }
+        QCOMPARE(static_cast<int>(record.gaps.size()), lines + 1);
+        for (int line = 0; line <= lines; ++line) { // each ends where the line is known again
+            const Gap& gap = record.gaps.at(static_cast<std::size_t>(line));
+            QCOMPARE(gap.count, quint64(line < lines ? 64 : 3));
+            QVERIFY(gap.fromUs <= startUs);
+            QCOMPARE(gap.next.line, line);
+            QCOMPARE(gap.next.level.sinceUs, gap.untilUs);
+        }
         record.told.clear();
         makeRounds(chip, lines, 1);
         QTRY_COMPARE(static_cast<int>(record.told.size()), lines);
         QCOMPARE(record.problems.size(), problems.size());
+        QCOMPARE(static_cast<int>(record.gaps.size()), lines + 1);
     }
 
     void theFirstStateIsOfOneReading()

@@ -637,15 +637,15 @@ private Q_SLOTS:
         shown.makeEdges();
         CourseTrigger trigger(&shown.lines, &shown.view);
         trigger.setCondition(c_line, CourseTrigger::Condition::Rising);
-        Q_EMIT shown.board->changesLost(5, 11 * c_second);
+        Q_EMIT shown.board->changesLost(5, 10 * c_second, 11 * c_second);
         Q_EMIT shown.board->lineChanged(c_line, {1, 11 * c_second, true});
         Q_EMIT shown.board->lineChanged(0, {1, 12 * c_second, true}); // lost nothing
         shown.pass(2 * c_second);
         const auto knownAt = [&shown](int line, qint64 timeUs) {
             return shown.lines.history(line)->at(timeUs).known;
         };
-        QVERIFY(knownAt(c_line, 8 * c_second));
-        QVERIFY(!knownAt(c_line, 8 * c_second + 1));
+        QVERIFY(knownAt(c_line, 10 * c_second - 1));
+        QVERIFY(!knownAt(c_line, 10 * c_second));
         QVERIFY(!knownAt(c_line, 11 * c_second - 1));
         QVERIFY(knownAt(c_line, 11 * c_second));
         QVERIFY(knownAt(0, 11 * c_second));

@@ -218,10 +218,13 @@ void VcdTrace::appendAll()
 }
 
 /// The device has left out changes, the last of them at untilUs.
-void VcdTrace::recordGap(quint64 changes, qint64 untilUs)
+void VcdTrace::recordGap(quint64 changes, qint64 fromUs, qint64 untilUs)
 {
     if (m_outlet == nullptr) {
         return;
+    }
+    if (m_lost == 0 && moveTo(fromUs)) {
+        appendTime();
     }
     lose(changes);
     moveTo(untilUs);

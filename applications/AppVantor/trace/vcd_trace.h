@@ -57,7 +57,7 @@ private:
     void appendAll();
     bool moveTo(qint64 timeUs);
     void appendTime();
-    void recordGap(quint64 changes, qint64 untilUs);
+    void recordGap(quint64 changes, qint64 fromUs, qint64 untilUs);
     void lose(quint64 changes);
     void endGap();
     void writeLater();

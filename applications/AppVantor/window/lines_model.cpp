@@ -37,9 +37,10 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     }
     linkChannels(tools);
     connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
-    connect(device, &LineDevice::changesLost, this, [this](quint64, qint64 timeUs) {
+    connect(device, &LineDevice::changesLost, this, [this](quint64, qint64 fromUs, qint64 untilUs) {
         m_asked.clear();
-        m_lostUntilUs = timeUs;
+        m_lostFromUs = fromUs;
+        m_lostUntilUs = untilUs;
     });
     connect(device, &LineDevice::blinkingChanged, &m_changed, &ChangedRows::add);
     connect(device, &DDevice::stateChanged, this, [this] {
@@ -203,7 +204,8 @@ LineLevel LinesModel::append(LineHistory* history, const LineLevel& level) const
 {
     LineLevel before = history->changes().empty() ? LineLevel() : history->changes().back();
     if (before.known && level.sinceUs <= m_lostUntilUs) {
-        before = {0, before.sinceUs + 1, false}; // what it did in between nobody knows
+        const qint64 fromUs = std::min(std::max(before.sinceUs + 1, m_lostFromUs), level.sinceUs);
+        before = {0, fromUs, false}; // what it did in between nobody knows
         history->append(before);
     }
     history->append(level);

@@ -105,7 +105,8 @@ private:
     QHash<int, Driver> m_drivers; ///< of analogue outputs
     std::vector<LineHistory> m_histories;
     std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
-    qint64 m_lostUntilUs = std::numeric_limits<qint64>::min(); ///< changes up to then may be missing
+    qint64 m_lostFromUs = 0;                  ///< changes since then may be missing
+    qint64 m_lostUntilUs = std::numeric_limits<qint64>::min(); ///< and until then
     QHash<int, int> m_asked; ///< levels that the device has been asked for and has not told yet
     ChangedRows m_changed;
 };

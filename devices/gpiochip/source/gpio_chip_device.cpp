@@ -322,17 +322,19 @@ void GpioChipDevice::readInput(quint64 id, int line)
 void GpioChipDevice::readCourses()
 {
     std::vector<HeldLines::Change> changes;
+    std::vector<HeldLines::Course> losing;
     std::vector<std::pair<int, DFailure>> unreadable;
+    qint64 fromUs = scheduler()->now();
     for (const Held& held : m_held) {
-        const HeldLines::Course course = held.lines->readCourse();
+        HeldLines::Course course = held.lines->readCourse();
+        fromUs = std::min(fromUs, course.fromUs);
         changes.insert(changes.end(), course.changes.cbegin(), course.changes.cend());
-        for (const HeldLines::Loss& loss : course.losses) {
-            listener().failureTold(
-                loss.number ? GpioMessages::edgesLost(textOf(*loss.number), loss.count)
-                            : GpioMessages::edgesLostElsewhere(held.lines->chip().name(), loss.count));
-        }
+        tellLosses(held.lines->chip().name(), course.lost, course.lostOfStill);
         if (course.error != 0) {
             endCourse(held, course.error, &unreadable);
+        }
+        if (course.lostOfStill > 0) {
+            losing.push_back(std::move(course));
         }
     }
     if (m_held.size() > 1) {
@@ -342,10 +344,27 @@ void GpioChipDevice::readCourses()
                          });
     }
     for (const HeldLines::Change& change : changes) {
-        setLevel(change.number, change.level, change.timeUs);
+        if (change.lost > 0) {
+            setLevelsAfterLoss(change.lost, fromUs, {{change.number, {change.level, change.timeUs, true}}});
+        } else {
+            setLevel(change.number, change.level, change.timeUs);
+        }
+    }
+    for (const HeldLines::Course& course : losing) {
+        setLevelsAfterLoss(course.lostOfStill, fromUs, course.still);
     }
     for (const auto& [line, failure] : unreadable) {
         setUnreadable(line, failure);
+    }
+}
+
+void GpioChipDevice::tellLosses(const QString& chip, const QMap<int, quint32>& lost, quint32 lostOfStill)
+{
+    for (auto count = lost.cbegin(); count != lost.cend(); ++count) {
+        listener().failureTold(GpioMessages::edgesLost(textOf(count.key()), *count));
+    }
+    if (lostOfStill > 0) {
+        listener().failureTold(GpioMessages::edgesLostElsewhere(chip, lostOfStill));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "held_lines.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <ctime>
 #include <utility>
@@ -65,7 +67,7 @@ int HeldLines::readLevels(quint64 mask, std::vector<Change>* changes) const
     for (int position = 0; error == 0 && position < m_lines.size(); ++position) {
         if ((mask & bitOf(position)) != 0) {
             const int level = (levels & bitOf(position)) != 0 ? 1 : 0;
-            changes->push_back({m_lines.at(position).number, level, timeUs, timeUs});
+            changes->push_back({m_lines.at(position).number, level, timeUs, 0, timeUs});
         }
     }
     return error;
@@ -73,6 +75,7 @@ int HeldLines::readLevels(quint64 mask, std::vector<Change>* changes) const
 
 int HeldLines::begin(std::vector<Change>* levels)
 {
+    m_readUs = m_scheduler->now();
     m_beginningNs = nsOf(CLOCK_MONOTONIC);
     m_beginningRealtimeNs = nsOf(CLOCK_REALTIME);
     return readLevels(m_inputs | m_keptOutputs, levels);
@@ -104,55 +107,72 @@ qint64 HeldLines::steadyTime(const GpioEdge& edge)
     return timeUs;
 }
 
-/// What the numbers of the edges leave out. The kernel drops the oldest when it has kept its most: only then
-/// a line may have lost all that it had.
-std::vector<HeldLines::Loss> HeldLines::count(const std::vector<GpioEdge>& edges)
+/// What the numbers of the edges leave out: right before each of them, and for the course. The kernel drops
+/// the oldest when it has kept its most: only then a line may have lost all that it had.
+std::vector<quint32> HeldLines::count(const std::vector<GpioEdge>& edges, Course* course)
 {
-    QVector<quint32> lost(m_lines.size());
+    std::vector<quint32> lost;
+    lost.reserve(edges.size());
     qint64 lostOfLines = 0;
     quint32 highest = m_lastNumber;
     for (const GpioEdge& edge : edges) {
-        const quint32 gap = edge.lineNumber - m_lastNumbers.at(edge.line) - 1;
+        lost.push_back(edge.lineNumber - m_lastNumbers.at(edge.line) - 1);
         m_lastNumbers[edge.line] = edge.lineNumber;
-        lost[edge.line] += gap;
-        lostOfLines += gap;
+        if (lost.back() > 0) {
+            course->lost[m_lines.at(edge.line).number] += lost.back();
+            lostOfLines += lost.back();
+        }
         highest = std::max(highest, edge.number);
     }
     const qint64 lostOfAll = static_cast<qint64>(highest - m_lastNumber) - static_cast<qint64>(edges.size());
     m_lastNumber = highest;
-    std::vector<Loss> losses;
-    for (int position = 0; position < lost.size(); ++position) {
-        if (lost.at(position) > 0) {
-            losses.push_back({m_lines.at(position).number, lost.at(position)});
+    if (edges.size() >= GpioRequest::c_keptEdges && lostOfAll > lostOfLines) {
+        course->lostOfStill = static_cast<quint32>(lostOfAll - lostOfLines);
+    }
+    return lost;
+}
+
+void HeldLines::readAfterLoss(Course* course) const
+{
+    QSet<int> moved;
+    for (const Change& change : course->changes) {
+        moved.insert(change.number);
+    }
+    std::vector<Change> levels;
+    course->error = readLevels(m_inputs, &levels);
+    for (const Change& level : levels) {
+        if (course->lostOfStill > 0 && !moved.contains(level.number)) {
+            course->still.insert(level.number, {level.level, level.timeUs, true});
+        } else {
+            course->changes.push_back(level);
         }
     }
-    if (edges.size() >= GpioRequest::c_keptEdges && lostOfAll > lostOfLines) {
-        losses.push_back({std::nullopt, static_cast<quint32>(lostOfAll - lostOfLines)});
-    }
-    return losses;
 }
 
 HeldLines::Course HeldLines::readCourse()
 {
     Course course;
+    course.fromUs = std::exchange(m_readUs, m_scheduler->now());
     std::vector<GpioEdge> edges;
     course.error = m_request->readEdges(&edges);
-    course.losses = count(edges);
     // Each line has a thread of the kernel, and these need not come in the order of the edges.
     std::stable_sort(edges.begin(), edges.end(), [](const GpioEdge& first, const GpioEdge& second) {
         return first.number < second.number;
     });
-    for (const GpioEdge& edge : edges) {
+    const std::vector<quint32> lost = count(edges, &course);
+    for (std::size_t place = 0; place < edges.size(); ++place) {
+        const GpioEdge& edge = edges.at(place);
         if (!isBeforeBeginning(edge)) {
             const qint64 timeUs = steadyTime(edge);
             m_lastOrderUs = std::max(m_lastOrderUs, timeUs);
-            course.changes.push_back({m_lines.at(edge.line).number, edge.level, timeUs, m_lastOrderUs});
+            course.changes.push_back(
+                {m_lines.at(edge.line).number, edge.level, timeUs, lost.at(place), m_lastOrderUs});
         }
     }
     m_beginningNs = 0;
     m_beginningRealtimeNs = 0;
-    if (!course.losses.empty()) {
-        course.error = readLevels(m_inputs, &course.changes);
+    if (!course.lost.isEmpty() || course.lostOfStill > 0) {
+        readAfterLoss(&course);
     }
     return course;
 }

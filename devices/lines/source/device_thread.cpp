@@ -132,7 +132,7 @@ private:
         if (hasRoom()) {
             queue([line, level](LineListener& listener) { listener.lineTold(line, level); });
         } else {
-            changesLeftOut(1, {{line, level}});
+            leaveOut(1, level.sinceUs, {{line, level}});
         }
     }
 
@@ -141,8 +141,20 @@ private:
         queue([line, blinks](LineListener& listener) { listener.blinkingTold(line, blinks); });
     }
 
-    void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override
+    void changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels) override
     {
+        if (hasRoom()) {
+            queue([count, fromUs, levels](LineListener& listener) {
+                listener.changesLeftOut(count, fromUs, levels);
+            });
+        } else {
+            leaveOut(count, fromUs, levels);
+        }
+    }
+
+    void leaveOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels)
+    {
+        m_lostFromUs = m_lostChanges == 0 ? fromUs : std::min(m_lostFromUs, fromUs);
         m_lostChanges += count;
         for (auto line = levels.cbegin(); line != levels.cend(); ++line) {
             m_lostLevels.insert(line.key(), *line);
@@ -202,8 +214,9 @@ private:
         }
         m_lostEvents.clear();
         if (m_lostChanges > 0) {
-            queue([count = std::exchange(m_lostChanges, 0), levels = std::exchange(m_lostLevels, {})](
-                      LineListener& listener) { listener.changesLeftOut(count, levels); });
+            queue([count = m_lostChanges, fromUs = m_lostFromUs, levels = std::exchange(m_lostLevels, {})](
+                      LineListener& listener) { listener.changesLeftOut(count, fromUs, levels); });
+            failureTold(changesLeftOutText(std::exchange(m_lostChanges, 0)));
         }
     }
 
@@ -216,6 +229,7 @@ private:
     int m_closings = 0;
     QMap<quint64, quint64> m_lostEvents; ///< how many were left out, by their requests
     quint64 m_lostChanges = 0;
+    qint64 m_lostFromUs = 0;           ///< when the first of them was
     QMap<int, LineLevel> m_lostLevels; ///< the latest level of each line that had a change left out
 };
 

@@ -106,21 +106,23 @@ void LineDevice::blinkingTold(int line, bool blinks)
     Q_EMIT blinkingChanged(line);
 }
 
-void LineDevice::changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels)
+void LineDevice::changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels)
 {
-    qint64 timeUs = 0;
+    qint64 untilUs = fromUs;
     for (auto line = levels.cbegin(); line != levels.cend(); ++line) {
         m_levels[line.key()] = *line;
-        timeUs = std::max(timeUs, line->sinceUs);
+        untilUs = std::max(untilUs, line->sinceUs);
     }
     const QPointer<LineDevice> self(this); // who hears of it may destroy the device
-    Q_EMIT changesLost(count, timeUs);
+    Q_EMIT changesLost(count, fromUs, untilUs);
     for (auto line = levels.cbegin(); !self.isNull() && line != levels.cend(); ++line) {
         Q_EMIT lineChanged(line.key(), *line);
     }
-    if (!self.isNull()) {
-        Q_EMIT problemTold(QStringLiteral("%1 changes of lines came too fast and were left out").arg(count));
-    }
+}
+
+QString changesLeftOutText(quint64 count)
+{
+    return QStringLiteral("%1 changes of lines came too fast and were left out").arg(count);
 }
 
 void LineDevice::stateTold(DDevice::State state, const QString& problem, qint64 timeUs)

@@ -67,19 +67,44 @@ void LineEngine::setUnreachable(const QString& problem)
 
 void LineEngine::setLevel(int line, int level, qint64 timeUs)
 {
-    const LineLevel before = m_levels.at(line);
-    if (before.known && before.level == level) {
+    if (has(line, level)) {
         return;
     }
-    m_levels[line] = {level, timeUs, true};
+    take(line, {level, timeUs, true});
+    if (isConnected()) {
+        m_listener->lineTold(line,
+                             m_levels.at(line)); // the display hears of it before those who asked for it
+        tellRequests(line);
+    }
+}
+
+void LineEngine::setLevelsAfterLoss(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels)
+{
+    if (isConnected()) {
+        m_listener->changesLeftOut(count, fromUs, levels);
+    }
+    for (auto level = levels.cbegin(); level != levels.cend(); ++level) {
+        const bool changes = !has(level.key(), level->level);
+        take(level.key(), *level);
+        if (changes && isConnected()) {
+            tellRequests(level.key());
+        }
+    }
+}
+
+bool LineEngine::has(int line, int level) const
+{
+    return m_levels.at(line).known && m_levels.at(line).level == level;
+}
+
+void LineEngine::take(int line, const LineLevel& level)
+{
+    m_levels[line] = level;
     m_unreadable.remove(line);
     const int bit = m_bits.at(line);
     if (bit >= 0) {
         const quint64 mask = quint64{1} << static_cast<unsigned>(bit);
-        m_binaryLevels = level != 0 ? m_binaryLevels | mask : m_binaryLevels & ~mask;
-    }
-    if (isConnected()) {
-        tell(line);
+        m_binaryLevels = level.level != 0 ? m_binaryLevels | mask : m_binaryLevels & ~mask;
     }
 }
 
@@ -113,11 +138,9 @@ bool LineEngine::refuseUnreadable(quint64 id, int line)
     return true;
 }
 
-/// The display hears of a change before those who asked for it.
-void LineEngine::tell(int line)
+void LineEngine::tellRequests(int line)
 {
     const LineLevel& level = m_levels.at(line);
-    m_listener->lineTold(line, level);
     for (const quint64 id : m_lineListeners.at(static_cast<std::size_t>(line))) {
         m_listener->eventTold(id, lineReply(line), level.sinceUs);
     }

@@ -310,7 +310,8 @@ void RigDevice::tellLost(quint64 count)
     for (const int line : qAsConst(m_lineNumbers)) {
         present.insert(line, {level(line), scheduler()->now(), true});
     }
-    listener().changesLeftOut(count, present);
+    listener().changesLeftOut(count, 0, present); // since the last change of each, as far as is known here
+    listener().failureTold(changesLeftOutText(count));
 }
 
 qint64 RigDevice::steadyTime(qint64 wallClockUs) const

@@ -84,6 +84,7 @@ private:
     void lookForChipsSoon();
     DFailure failed(int line, int error);
     void readCourses();
+    void tellLosses(const QString& chip, const QMap<int, quint32>& lost, quint32 lostOfStill);
     void endCourse(const Held& held, int error, std::vector<std::pair<int, DFailure>>* unreadable);
     void readInput(quint64 id, int line);
     QString textOf(int line) const;

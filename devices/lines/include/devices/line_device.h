@@ -50,9 +50,9 @@ Q_SIGNALS:
     void lineChanged(int line, const LineLevel& level);
     /// A line begins or ceases to blink; not emitted when the device is lost, whose lines change all.
     void blinkingChanged(int line);
-    /// So many changes of lines up to timeUs, on the steady clock, came too fast and were left out; level has
-    /// the present ones. Followed by lineChanged for each line that had one.
-    void changesLost(quint64 count, qint64 timeUs);
+    /// So many changes of lines from fromUs until untilUs, on the steady clock, came too fast and are lost;
+    /// level has the present ones. Followed by lineChanged for each line that had one.
+    void changesLost(quint64 count, qint64 fromUs, qint64 untilUs);
 
 protected:
     void handleOpen() override;
@@ -67,7 +67,7 @@ private:
     void requestRefused(quint64 id, const DFailure& failure) override;
     void lineTold(int line, const LineLevel& level) override;
     void blinkingTold(int line, bool blinks) override;
-    void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) override;
+    void changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels) override;
     void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override;
     void failureTold(const QString& text) override;
     void forgetLevels(qint64 timeUs);

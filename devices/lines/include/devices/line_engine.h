@@ -46,6 +46,8 @@ protected:
     /// A line has the level since timeUs: remembers it and answers who listens. The level that it had already
     /// changes nothing.
     void setLevel(int line, int level, qint64 timeUs);
+    /// Some lines have these known levels, by their lines, after count changes since fromUs that nobody saw.
+    void setLevelsAfterLoss(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels);
     /// A line cannot be read: until setLevel its level is unknown, and requests for it fail with failure, as
     /// do those that listen to it. The failure is told once.
     void setUnreadable(int line, const DFailure& failure);
@@ -79,7 +81,9 @@ private:
     void stopAllBlinking();
     void blinkPhase(int line);
     bool refuseUnreadable(quint64 id, int line);
-    void tell(int line);
+    bool has(int line, int level) const;
+    void take(int line, const LineLevel& level);
+    void tellRequests(int line);
     QVariantMap lineReply(int line) const;
     QVariantMap allLinesReply() const;
 

@@ -25,8 +25,9 @@ public:
     virtual void lineTold(int line, const LineLevel& level) = 0;
     /// A line begins or ceases to blink, other than by the loss of the device.
     virtual void blinkingTold(int line, bool blinks) = 0;
-    /// So many changes were left out; levels are the present ones of the lines that had them, by their lines.
-    virtual void changesLeftOut(quint64 count, const QMap<int, LineLevel>& levels) = 0;
+    /// So many changes since fromUs are left out here; levels are those that the lines which had them have
+    /// after it, by their lines. Why is told as a failure.
+    virtual void changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels) = 0;
     /// Since timeUs the device is Connected, and has told the levels of its lines, or it is Unreachable, and
     /// they are no longer known.
     virtual void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) = 0;
@@ -56,6 +57,9 @@ public:
     /// Plugs a simulated device in or unplugs it; does nothing to a real one.
     virtual void setPluggedIn(bool pluggedIn) = 0;
 };
+
+/// The failure that is told of so many changes that came too fast for who hears of them.
+QString changesLeftOutText(quint64 count);
 
 /// Makes a device in the thread that it is to live in; scheduler and listener outlive it.
 using LineDriverMaker =
