@@ -68,7 +68,7 @@ WindowOptions windowOptions(const Options& options, Output* output)
     window.screenshotFile = options.screenshot;
     window.tellProblem = [output](const QString& problem) { reportFailure("picture", {problem}, output); };
     window.configuration = options.configuration;
-    window.rig = options.rig;
+    window.rig = rigMeant(options).value_or(QString());
     window.scale = options.scale;
     window.sizeGiven = !options.size.isEmpty();
     if (window.sizeGiven) {
@@ -152,7 +152,7 @@ DevicePlace placeOf(const Options& options)
 /// True when the options name a rig on a broker to work on, in the place of a configuration.
 bool isElsewhere(const Options& options)
 {
-    return !options.rig.isEmpty() && options.subcommand != Options::Subcommand::Serve;
+    return options.subcommand != Options::Subcommand::Serve && rigMeant(options);
 }
 
 /// The rig on the broker that the options name. Nothing, after telling why, when there is none; status
@@ -162,7 +162,12 @@ std::optional<BenchConfiguration> rigElsewhere(const Options& options, QVector<P
 {
     QString problem;
     const std::optional<BrokerPlace> place = brokerOf(options, &problem);
-    if (!place) {
+    if (!options.configuration.isEmpty()) {
+        problem = QStringLiteral("--config: expected none beside a rig on a broker, which describes itself");
+    } else if (place && place->address.rig.isEmpty()) {
+        problem = QStringLiteral("expected the name of a rig: --rig NAME, or mqtt://HOST/NAME");
+    }
+    if (!problem.isEmpty()) {
         *status = refuseUsage(problem, output);
         return std::nullopt;
     }

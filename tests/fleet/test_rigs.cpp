@@ -1,4 +1,5 @@
 #include "broker_client.h"
+#include "rows.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -52,6 +53,38 @@ private Q_SLOTS:
             onRig(broker, {"shell"_s}, "set START=OFF\nexpect RUNNING=OFF within 2000\nget START\n").status,
             0);
         QCOMPARE(onRig(broker, "run getValue channel=NONE"_words).status, 1);
+    }
+
+    void areThoseThatTheBrokersAddressNames()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        QCOMPARE(runBench({"set"_s, "START=ON"_s, "--broker"_s, broker.url()}).status, 0);
+        QCOMPARE(onRig(broker, "get START"_words), (BenchRun{0, "START=ON\n"}));
+        qputenv("APPVANTOR_BROKER", broker.url().toUtf8());
+        const BenchRun usual = runBench("get START"_words);
+        const BenchRun here = runBench({"--config"_s, example("simulated_board.json"_s), "get"_s, "START"_s});
+        qputenv("APPVANTOR_BROKER", "mqtt:/typed/wrong");
+        const BenchRun wrong = runBench("get START"_words);
+        qunsetenv("APPVANTOR_BROKER");
+        QCOMPARE(usual, (BenchRun{0, "START=ON\n"}));
+        QCOMPARE(here, (BenchRun{0, "START=OFF\n"}));
+        QCOMPARE(wrong.status, 2);
+    }
+
+    void areNamedByABrokerInThePlaceOfAConfiguration_data()
+    {
+        const Rows<QStringList, QByteArray> row("arguments", "problem");
+        row("a broker alone", {"--broker"_s, "mqtt://127.0.0.1"_s}, "expected the name of a rig: --rig NAME");
+        row("a configuration beside", {"--broker"_s, "mqtt://127.0.0.1/x"_s, "--config"_s, "bench.json"_s},
+            "--config: expected none beside a rig on a broker");
+    }
+    void areNamedByABrokerInThePlaceOfAConfiguration()
+    {
+        const auto [arguments, problem] = Rows<QStringList, QByteArray>::values();
+        const BenchRun run = runBench(arguments + QStringList{"get"_s, "START"_s});
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains(problem), run.errors);
     }
 
     void tellChangesWithTheTimesOfTheirRig()

@@ -1,8 +1,17 @@
 #include "broker_options.h"
 
+namespace {
+
+QString urlOf(const Options& options)
+{
+    return options.broker.isEmpty() ? qEnvironmentVariable("APPVANTOR_BROKER") : options.broker;
+}
+
+} // namespace
+
 std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem)
 {
-    const QString url = options.broker.isEmpty() ? qEnvironmentVariable("APPVANTOR_BROKER") : options.broker;
+    const QString url = urlOf(options);
     if (url.isEmpty()) {
         *problem = QStringLiteral("expected a broker: --broker URL, or the variable APPVANTOR_BROKER");
         return std::nullopt;
@@ -20,4 +29,17 @@ std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem)
     place.access.key = options.key;
     *problem = readLogin(options.login, &place.access);
     return problem->isEmpty() ? std::optional<BrokerPlace>(place) : std::nullopt;
+}
+
+std::optional<QString> rigMeant(const Options& options)
+{
+    if (!options.rig.isEmpty()) {
+        return options.rig;
+    }
+    const QString url = urlOf(options);
+    QString problem;
+    const std::optional<BrokerAddress> address = readBrokerAddress(url, &problem);
+    const QString rig = address ? address->rig : QString();
+    const bool isUsual = options.configuration.isEmpty() && !url.isEmpty() && (!address || !rig.isEmpty());
+    return isUsual || !options.broker.isEmpty() ? std::optional<QString>(rig) : std::nullopt;
 }
