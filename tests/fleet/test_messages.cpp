@@ -3,6 +3,7 @@
 
 #include <fleet/change_ring.h>
 #include <fleet/taken_orders.h>
+#include <process/time_text.h>
 
 #include <QTest>
 
@@ -47,6 +48,30 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, payload);
         QVERIFY(!RigChanges::fromJson(payload));
+    }
+
+    void aHolderIsReadWithItsTime_data()
+    {
+        const Rows<QByteArray, QString, qint64> row("payload", "name", "untilUs");
+        row("somebody", R"({"holder":"ada","until":1795349535983592})", "ada", 1795349535983592);
+        row("nobody", R"({"holder":null})", "", 0);
+        row("a time beyond all", R"({"holder":"ada","until":1e300})", "ada", 0);
+        row("a time below all", R"({"holder":"ada","until":-1})", "ada", 0);
+        row("no JSON", "{", "", 0);
+    }
+    void aHolderIsReadWithItsTime()
+    {
+        const auto [payload, name, untilUs] = Rows<QByteArray, QString, qint64>::values();
+        const RigHolder holder = RigHolder::fromJson(payload);
+        QCOMPARE(holder.name, name);
+        QCOMPARE(holder.untilUs, untilUs);
+    }
+
+    void aTimeBefore1970IsWrittenAsAnyOther()
+    {
+        QVERIFY2(fullTime(-1).contains(":59.999999"_s), qPrintable(fullTime(-1)));
+        QVERIFY2(fullTime(-1000000).contains(":59.000000"_s), qPrintable(fullTime(-1000000)));
+        QVERIFY2(timeOfDay(-34842624).endsWith(":25.157376"_s), qPrintable(timeOfDay(-34842624)));
     }
 
     void theRingTellsWhatItNoLongerHas()

@@ -4,6 +4,7 @@
 #include "failure_report.h"
 
 #include <devices/broker_link.h>
+#include <devices/rig_changes.h>
 #include <devices/rig_device.h>
 #include <devices/rig_topics.h>
 #include <process/exit_status.h>
@@ -86,9 +87,8 @@ private:
 
     void take(const BrokerMessage& message)
     {
-        const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
         if (message.topic == m_topics.lease()) {
-            const bool isHeld = payload.value(QStringLiteral("holder")).toString() == thisHolder();
+            const bool isHeld = RigHolder::fromJson(message.payload).name == thisHolder();
             if (m_isHeld && !isHeld) {
                 m_isHeld = false;
                 m_loop.quit(); // given back by another process, or its time is over
@@ -98,34 +98,34 @@ private:
         if (m_isAnswered) {
             return;
         }
+        const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
         if (payload.value(QStringLiteral("type")).toString() != QLatin1String("lease")) {
             fail(payload.value(QStringLiteral("reason")).toString());
             return;
         }
         m_isAnswered = true;
-        tell(payload.value(QStringLiteral("lease")).toObject());
+        const QJsonDocument lease(payload.value(QStringLiteral("lease")).toObject());
+        tell(RigHolder::fromJson(lease.toJson()));
         m_isHeld = m_stays;
         if (!m_stays) {
             m_loop.quit();
         }
     }
 
-    void tell(const QJsonObject& lease)
+    void tell(const RigHolder& holder)
     {
-        const QString holder = lease.value(QStringLiteral("holder")).toString();
-        const auto untilUs = static_cast<qint64>(lease.value(QStringLiteral("until")).toDouble());
         m_output->write(
             [&] {
-                Json json = {{"holder", holder.isEmpty() ? Json() : toJson(holder)}};
-                if (!holder.isEmpty()) {
-                    json["until"] = untilUs;
+                Json json = {{"holder", holder.name.isEmpty() ? Json() : toJson(holder.name)}};
+                if (!holder.name.isEmpty()) {
+                    json["until"] = holder.untilUs;
                 }
                 return Json{{"type", "lease"}, {"lease", json}};
             },
             [&] {
-                return holder.isEmpty()
-                           ? QStringLiteral("nobody holds %1").arg(m_rig)
-                           : QStringLiteral("%1 holds %2 until %3").arg(holder, m_rig, fullTime(untilUs));
+                return holder.name.isEmpty() ? QStringLiteral("nobody holds %1").arg(m_rig)
+                                             : QStringLiteral("%1 holds %2 until %3")
+                                                   .arg(holder.name, m_rig, fullTime(holder.untilUs));
             });
     }
 

@@ -24,8 +24,7 @@ struct Rig
 {
     RigState state;
     int lines = 0;
-    QString holder;
-    qint64 untilUs = 0;
+    RigHolder holder;
 };
 
 QString sinceOf(const Rig& rig)
@@ -40,9 +39,9 @@ Json rigJson(const QString& name, const Rig& rig)
                  {"state", toJson(rig.state.state)},
                  {"since", toJson(sinceOf(rig))},
                  {"lines", rig.lines},
-                 {"holder", rig.holder.isEmpty() ? Json() : toJson(rig.holder)}};
-    if (!rig.holder.isEmpty()) {
-        json["until"] = toJson(fullTime(rig.untilUs));
+                 {"holder", rig.holder.name.isEmpty() ? Json() : toJson(rig.holder.name)}};
+    if (!rig.holder.name.isEmpty()) {
+        json["until"] = toJson(fullTime(rig.holder.untilUs));
     }
     return json;
 }
@@ -55,15 +54,14 @@ public:
     QString take(const BrokerMessage& message)
     {
         const QString name = RigTopics::rigOf(message.topic);
-        const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
         Rig& rig = m_rigs[name];
         if (message.topic.endsWith("/state")) {
             rig.state = RigState::fromJson(message.payload).value_or(RigState());
         } else if (message.topic.endsWith("/description")) {
-            rig.lines = payload.value(QStringLiteral("lines")).toArray().size();
+            const QJsonObject description = QJsonDocument::fromJson(message.payload).object();
+            rig.lines = description.value(QStringLiteral("lines")).toArray().size();
         } else {
-            rig.holder = payload.value(QStringLiteral("holder")).toString();
-            rig.untilUs = static_cast<qint64>(payload.value(QStringLiteral("until")).toDouble());
+            rig.holder = RigHolder::fromJson(message.payload);
         }
         return rig.state.state.isEmpty() ? QString() : name;
     }
@@ -78,7 +76,8 @@ public:
                 continue;
             }
             output->json([&] { return rigJson(rig.key(), *rig); });
-            table.add({rig.key(), rig->state.state, sinceOf(*rig), QString::number(rig->lines), rig->holder});
+            table.add(
+                {rig.key(), rig->state.state, sinceOf(*rig), QString::number(rig->lines), rig->holder.name});
         }
         output->text(table.text());
     }
@@ -88,9 +87,10 @@ public:
         const Rig rig = m_rigs.value(name);
         output->write([&] { return rigJson(name, rig); },
                       [&] {
-                          const QString holder =
-                              rig.holder.isEmpty() ? QString() : QStringLiteral(", held by ") + rig.holder;
-                          return QStringLiteral("%1 %2%3").arg(name, rig.state.state, holder);
+                          const QString& holder = rig.holder.name;
+                          const QString held =
+                              holder.isEmpty() ? QString() : QStringLiteral(", held by ") + holder;
+                          return QStringLiteral("%1 %2%3").arg(name, rig.state.state, held);
                       });
     }
 

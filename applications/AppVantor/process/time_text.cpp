@@ -2,13 +2,15 @@
 
 #include <QDateTime>
 
+#include <limits>
+
 namespace {
 
 constexpr qint64 c_usPerSecond = 1000000;
 
 struct LocalSecond
 {
-    qint64 sinceEpoch = -1;
+    qint64 sinceEpoch = std::numeric_limits<qint64>::min(); ///< that of no time
     QString date;
     QString timeOfDay;
     QString offset; ///< from UTC
@@ -29,21 +31,32 @@ const LocalSecond& localSecond(qint64 sinceEpoch)
     return latest;
 }
 
+/// Microseconds since the second began, before 1970, too.
+qint64 fractionOf(qint64 wallClockUs)
+{
+    return (wallClockUs % c_usPerSecond + c_usPerSecond) % c_usPerSecond;
+}
+
+const LocalSecond& secondOf(qint64 wallClockUs)
+{
+    return localSecond((wallClockUs - fractionOf(wallClockUs)) / c_usPerSecond);
+}
+
 QString decimals(qint64 wallClockUs)
 {
     constexpr int digits = 6;
-    return QStringLiteral(".%1").arg(wallClockUs % c_usPerSecond, digits, 10, QLatin1Char('0'));
+    return QStringLiteral(".%1").arg(fractionOf(wallClockUs), digits, 10, QLatin1Char('0'));
 }
 
 } // namespace
 
 QString fullTime(qint64 wallClockUs)
 {
-    const LocalSecond& second = localSecond(wallClockUs / c_usPerSecond);
+    const LocalSecond& second = secondOf(wallClockUs);
     return second.date + QLatin1Char('T') + second.timeOfDay + decimals(wallClockUs) + second.offset;
 }
 
 QString timeOfDay(qint64 wallClockUs)
 {
-    return localSecond(wallClockUs / c_usPerSecond).timeOfDay + decimals(wallClockUs);
+    return secondOf(wallClockUs).timeOfDay + decimals(wallClockUs);
 }

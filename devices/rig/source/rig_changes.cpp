@@ -172,3 +172,9 @@ std::optional<RigState> RigState::fromJson(const QByteArray& payload)
     }
     return RigState{*state, *session, *since};
 }
+
+RigHolder RigHolder::fromJson(const QByteArray& payload)
+{
+    const Json json = objectOf(payload);
+    return {text(json, "holder").value_or(QString()), number(json, "until").value_or(0)};
+}

@@ -48,4 +48,14 @@ struct RigState
     static std::optional<RigState> fromJson(const QByteArray& payload);
 };
 
+/// Who holds a rig: {"holder":…,"until":t}, with the holder null for nobody.
+struct RigHolder
+{
+    QString name;       ///< empty for nobody
+    qint64 untilUs = 0; ///< since 1970
+
+    /// Nobody, for a text that is no such message.
+    static RigHolder fromJson(const QByteArray& payload);
+};
+
 Q_DECLARE_METATYPE(RigChanges)
