@@ -21,10 +21,11 @@ class TestOrders : public QObject
                  "correlation-data"_s, correlation});
     }
 
-    static void sendMany(const Broker& broker, const QByteArray& payload, int count)
+    static void sendMany(const Broker& broker, const QByteArray& payload, int count,
+                         const QStringList& options = {"-D"_s, "publish"_s, "response-topic"_s,
+                                                       "answers/sent"_s})
     {
-        publish(broker, order(), (payload + '\n').repeated(count),
-                {"-l"_s, "-D"_s, "publish"_s, "response-topic"_s, "answers/sent"_s});
+        publish(broker, order(), (payload + '\n').repeated(count), QStringList{"-l"_s} + options);
     }
 
     static int levelOf(const Broker& broker, const char* line)
@@ -181,6 +182,28 @@ private Q_SLOTS:
         sendMany(broker, listen, 257);
         // Each was stopped with its first event that reached nobody: there is room for more.
         QTRY_VERIFY(ask(broker, order(), listen).contains("\"event\""));
+    }
+
+    void thatListenForNobodyTakeNoPlace()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        sendMany(broker, R"({"command":"startListening","arguments":{"channel":"DOOR"}})", 300, {});
+        QVERIFY(ask(broker, order(), R"({"command":"getValue","arguments":{"channel":"DOOR"}})")
+                    .contains("result"));
+    }
+
+    void thatStopAnotherFindAPlaceAmongTooMany()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader answers(broker, "answers/sent"_s);
+        sendMany(broker, R"({"command":"startListening","arguments":{"channel":"DOOR"}})", 300);
+        QVERIFY(!answers.waitFor("answers/sent", R"("kind":"busy")").isEmpty());
+        QVERIFY(ask(broker, order(), R"({"command":"stopListening","arguments":{"channel":"DOOR"}})")
+                    .contains("result"));
+        QVERIFY(ask(broker, order(), R"({"command":"getValue","arguments":{"channel":"DOOR"}})")
+                    .contains("result"));
     }
 
     void areAllAnsweredHoweverManyComeAtOnce()

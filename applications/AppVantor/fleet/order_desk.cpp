@@ -27,6 +27,18 @@ std::optional<int> levelOf(const QByteArray& payload)
     return isNumber && level >= 0 && level <= highest ? std::optional<int>(level) : std::nullopt;
 }
 
+/// True when the order only ends another one.
+bool onlyStops(const RigOrder& order, const DTool* tool)
+{
+    if (order.kind != RigOrder::Kind::Command || tool == nullptr) {
+        return false;
+    }
+    const QVector<DCommandDescription> commands = tool->commands();
+    return std::any_of(commands.cbegin(), commands.cend(), [&order](const DCommandDescription& command) {
+        return !command.stopName.isEmpty() && command.stopName == order.name;
+    });
+}
+
 /// The end of a request to the device, in the form of an order's end.
 Json endOf(const RigOrder& request, int number, const QVariantMap& reply, const DFailure& failure)
 {
@@ -96,7 +108,8 @@ void OrderDesk::carryOut(const RigOrder& order, const Answer& answer)
         answer.refuse("leased", holder);
     } else if (order.kind == RigOrder::Kind::Lease || order.kind == RigOrder::Kind::Release) {
         answerLease(order, answer);
-    } else if (m_running.size() + m_requests >= c_mostRunning) {
+    } else if (m_running.size() + m_requests >= c_mostRunning &&
+               !onlyStops(order, m_bench.findTool(order.tool))) {
         answer.refuse("busy", QStringLiteral("%1 orders run already").arg(c_mostRunning));
     } else if (order.kind == RigOrder::Kind::Instruction) {
         runInstruction(order, answer);
@@ -129,6 +142,9 @@ void OrderDesk::runCommand(const RigOrder& order, const Answer& answer)
     m_running.emplace(number, Running{std::move(made), answer});
     running->start();
     m_forms.follow(running, number, [this, number](const Json& line) { passOn(number, line); });
+    if (running->isListening() && answer.topic().isEmpty()) {
+        running->stop(); // nobody would ever hear of it
+    }
     if (running->state() == DOrder::State::Finished) {
         m_running.erase(number);
     } else {
