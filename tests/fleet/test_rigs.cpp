@@ -227,6 +227,30 @@ private Q_SLOTS:
         QVERIFY2(run.errors.contains("has no line \"none\""), run.errors);
     }
 
+    void doNotCarryOutLaterWhatWasToldAsFailed()
+    {
+        Broker broker;
+        const ServedBench bench(broker);
+        BenchProcess shell("shell --keep-going --json --rig bench-7 --broker"_words +
+                           QStringList{broker.url()});
+        const auto say = [&shell](const QByteArray& line) { shell.process().write(line + '\n'); };
+        say("set START=OFF");
+        QVERIFY(shell.waitForOutput("\"result\""));
+        broker.kill();
+        say("set START=ON");
+        QVERIFY(shell.waitForOutput("\"failure\""));
+        shell.send(SIGSTOP); // until the rig is there to take what comes
+        QVERIFY(shell.waitUntilStopped());
+        broker.start();
+        QVERIFY(!Reader(broker, "appvantor/#"_s).waitFor("appvantor/1/bench-7/state", "online").isEmpty());
+        shell.send(SIGCONT);
+        say("expect START=OFF within 15000"); // the rig is back
+        say("get START");                     // after all that is still to come
+        shell.process().closeWriteChannel();
+        shell.end();
+        QCOMPARE(onRig(broker, "get START"_words), (BenchRun{0, "START=OFF\n"}));
+    }
+
     void whatTheirDescriptionNamesIsNoFileOfThisMachine()
     {
         const Broker broker;

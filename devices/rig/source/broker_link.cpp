@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t c_mostUnderWay = 64;
 constexpr int c_shortestPauseMs = 500;
+constexpr qint64 c_msPerSecond = 1000;
 constexpr int c_longestPauseMs = 10000;
 
 int sizeOf(const BrokerMessage& message)
@@ -74,13 +75,27 @@ bool BrokerLink::publish(const BrokerMessage& message)
     if (m_waitingBytes + sizeOf(message) > c_bound) {
         return false;
     }
-    constexpr qint64 msPerSecond = 1000;
     m_waitingBytes += sizeOf(message);
     m_waiting.push_back({message, message.expirySeconds > 0
-                                      ? QDeadlineTimer(message.expirySeconds * msPerSecond)
+                                      ? QDeadlineTimer(message.expirySeconds * c_msPerSecond)
                                       : QDeadlineTimer(QDeadlineTimer::Forever)});
     pump();
     return true;
+}
+
+void BrokerLink::withdraw(const QByteArray& topic, const QByteArray& correlation)
+{
+    const auto expire = [&](Waiting* waiting) {
+        if (waiting->message.topic == topic && waiting->message.correlation == correlation) {
+            waiting->expiry = QDeadlineTimer(0);
+        }
+    };
+    for (Waiting& waiting : m_waiting) {
+        expire(&waiting);
+    }
+    for (auto& [order, waiting] : m_underWay) {
+        expire(&waiting);
+    }
 }
 
 bool BrokerLink::isFree() const
@@ -176,12 +191,23 @@ void BrokerLink::taken(int number, int reason)
     }
 }
 
+/// The message with what is left of its time.
+BrokerMessage BrokerLink::dueNow(const Waiting& waiting)
+{
+    BrokerMessage message = waiting.message;
+    if (!waiting.expiry.isForever()) {
+        message.expirySeconds =
+            static_cast<int>((waiting.expiry.remainingTime() + c_msPerSecond - 1) / c_msPerSecond);
+    }
+    return message;
+}
+
 void BrokerLink::pump()
 {
     while (m_isConnected && !m_waiting.empty() && m_underWay.size() < c_mostUnderWay) {
         Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
-        const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(next.message);
+        const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(dueNow(next));
         if (number == 0) {
             m_waitingBytes -= sizeOf(next.message);
             continue;

@@ -133,6 +133,9 @@ void RigDevice::lose(const QString& problem)
 {
     scheduler()->cancel(std::exchange(m_patience, {}));
     m_isCurrent = false;
+    for (auto request = m_requests.cbegin(); request != m_requests.cend(); ++request) {
+        withdraw(request.key());
+    }
     m_requests.clear();
     m_early.clear();
     setUnreachable(problem);
@@ -386,9 +389,17 @@ void RigDevice::takeAnswer(quint64 id, const QJsonObject& answer)
 
 void RigDevice::cancel(quint64 id)
 {
-    m_requests.remove(id);
+    if (m_requests.remove(id) > 0) {
+        withdraw(id);
+    }
     m_early.erase(id);
     LineEngine::cancel(id);
+}
+
+/// What has been told as failed is not to be carried out when the broker is back.
+void RigDevice::withdraw(quint64 id)
+{
+    m_link->withdraw(m_topics.order(), QByteArray::number(id));
 }
 
 /// Requests that drive a line go to the rig.

@@ -40,6 +40,7 @@ private:
     void takeEvents(const RigChanges& events);
     void takeHistory(const RigChanges& history);
     void takeAnswer(quint64 id, const QJsonObject& answer);
+    void withdraw(quint64 id);
     void catchUp();
     void setCurrent();
     void apply(const RigChanges& changes);

@@ -48,6 +48,8 @@ public:
     bool isConnected() const { return m_isConnected; }
     /// Queues message. Returns false, and forgets it, when the queue is full.
     bool publish(const BrokerMessage& message);
+    /// Messages to topic with this correlation that the broker has not taken do not go out, or not again.
+    void withdraw(const QByteArray& topic, const QByteArray& correlation);
     /// True when a message would go out at once.
     bool isFree() const;
     /// False while so much waits that what can be left out is to be left out.
@@ -79,6 +81,7 @@ private:
     void ended(const QString& problem);
     void tryLater(const QString& problem);
     void taken(int number, int reason);
+    static BrokerMessage dueNow(const Waiting& waiting);
     void pump();
 
     const BrokerAddress m_address;
