@@ -107,6 +107,21 @@ private Q_SLOTS:
         QCOMPARE(levelOf(broker, "line2"), 0);
     }
 
+    void thatOutlivedItsExpiryNeverRuns()
+    {
+        const Broker broker;
+        ServedBench bench(broker);
+        const QStringList brief = {"-D"_s, "publish"_s, "message-expiry-interval"_s, "1"_s};
+        publish(broker, "appvantor/1/bench-7/line/line0/set"_s, "1", brief);
+        QTRY_COMPARE(levelOf(broker, "line0"), 1);
+        bench.send(SIGSTOP);
+        QVERIFY(bench.waitUntilStopped());
+        publish(broker, "appvantor/1/bench-7/line/line1/set"_s, "1", brief);
+        QTest::qWait(2500); // the order's time passes
+        bench.send(SIGCONT);
+        QCOMPARE(levelOf(broker, "line1"), 0);
+    }
+
     void aLineIsSetByItsPlainValue()
     {
         const Broker broker;

@@ -1,9 +1,13 @@
 #include "broker_connection.h"
 
+#include <QElapsedTimer>
+
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
 
 #include <cstdlib>
+#include <limits>
+#include <poll.h>
 #include <utility>
 
 namespace {
@@ -45,6 +49,16 @@ private:
     mosquitto_property* m_list = nullptr;
 };
 
+/// How long a message counts, in milliseconds, from when the broker passed it on.
+qint64 lifeOf(const mosquitto_property* properties)
+{
+    constexpr qint64 msPerSecond = 1000;
+    uint32_t seconds = 0;
+    const bool ends = mosquitto_property_read_int32(properties, MQTT_PROP_MESSAGE_EXPIRY_INTERVAL, &seconds,
+                                                    false) != nullptr;
+    return ends ? seconds * msPerSecond : std::numeric_limits<qint64>::max();
+}
+
 QByteArray responseTopicOf(const mosquitto_property* properties)
 {
     char* text = nullptr;
@@ -70,6 +84,7 @@ QByteArray correlationOf(const mosquitto_property* properties)
 struct BrokerConnection::Notes
 {
     int largestPayload = 0;
+    QElapsedTimer sinceEmpty; ///< how long what is read may have waited to be read
     bool opened = false;
     std::optional<int> refusal;
     std::optional<int> farewell;
@@ -109,7 +124,8 @@ struct BrokerConnection::Callbacks
     static void received(mosquitto* /*client*/, void* notes, const mosquitto_message* message,
                          const mosquitto_property* properties)
     {
-        if (message->payloadlen > of(notes).largestPayload) {
+        if (message->payloadlen > of(notes).largestPayload ||
+            of(notes).sinceEmpty.hasExpired(lifeOf(properties))) {
             return;
         }
         BrokerMessage taken;
@@ -136,10 +152,11 @@ BrokerConnection::BrokerConnection(const BrokerAddress& address, const BrokerAcc
     , m_client(client)
     , m_notes(std::make_unique<Notes>())
 {
-    constexpr int upkeepMs = 1000;
+    constexpr int upkeepMs = 500; // below 1 s, the shortest life of a message
     constexpr int patienceMs = 5000;
     startLibrary();
     m_notes->largestPayload = client.largestPayload;
+    m_notes->sinceEmpty.start();
     m_mosquitto = mosquitto_new(client.name.constData(), true, m_notes.get());
     connect(&m_upkeep, &QTimer::timeout, this, &BrokerConnection::keepUp);
     m_upkeep.setInterval(upkeepMs);
@@ -261,6 +278,7 @@ void BrokerConnection::read()
     bool more = true;
     for (int i = 0; more && i < most; ++i) {
         result = mosquitto_loop_read(m_mosquitto, 1);
+        noteEmptiness();
         auto* security = static_cast<SSL*>(mosquitto_ssl_get(m_mosquitto));
         more = result == MOSQ_ERR_SUCCESS && security != nullptr && SSL_pending(security) > 0;
     }
@@ -275,8 +293,18 @@ void BrokerConnection::write()
     passOn(mosquitto_loop_write(m_mosquitto, 1));
 }
 
+/// While this process was held up the broker's messages waited for it, and nobody says how long.
+void BrokerConnection::noteEmptiness()
+{
+    pollfd socket = {mosquitto_socket(m_mosquitto), POLLIN, 0};
+    if (poll(&socket, 1, 0) == 0) {
+        m_notes->sinceEmpty.restart();
+    }
+}
+
 void BrokerConnection::keepUp()
 {
+    noteEmptiness();
     passOn(mosquitto_loop_misc(m_mosquitto));
 }
 

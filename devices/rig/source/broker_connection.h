@@ -59,6 +59,7 @@ private:
     void read();
     void write();
     void keepUp();
+    void noteEmptiness();
     void passOn(int result);
     void end(const QString& problem);
     QString whyEnded(int result) const;
