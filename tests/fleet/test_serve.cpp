@@ -215,7 +215,7 @@ private Q_SLOTS:
     }
 
     /// The library takes what a connection asks for by a way of its own.
-    void saysHowLongItMayBeAway()
+    void saysHowLongItMayBeAwayAndHowMuchItTakes()
     {
         QTcpServer broker;
         const auto bench = reachingFor(&broker);
@@ -228,6 +228,8 @@ private Q_SLOTS:
         }
         QVERIFY(greeting.contains(QByteArray::fromHex("110000003c"))); // the session: 60 s
         QVERIFY(greeting.contains(QByteArray::fromHex("1800000005"))); // the will: 5 s
+        QVERIFY(
+            greeting.contains(QByteArray::fromHex("2700050000"))); // a message: 64 KiB, and what is about it
     }
 
     void tellsWhatIsWrongWithABroker_data()

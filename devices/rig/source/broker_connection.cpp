@@ -204,8 +204,10 @@ void BrokerConnection::begin(const QString& number)
     }
     // The library takes the properties of a connection by its waiting call only, which needs no host for
     // that.
+    constexpr int besidesPayload = 256 << 10; // topic and properties
     Properties properties;
     properties.addNumber(MQTT_PROP_SESSION_EXPIRY_INTERVAL, c_sessionSeconds);
+    properties.addNumber(MQTT_PROP_MAXIMUM_PACKET_SIZE, m_client.largestPayload + besidesPayload);
     mosquitto_connect_bind_v5(m_mosquitto, nullptr, m_address.port, c_keepAliveSeconds, nullptr,
                               properties.list());
     m_patience.start();
