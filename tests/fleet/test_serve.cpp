@@ -35,6 +35,17 @@ class TestServe : public QObject
             QStringList{"serve"_s, "--broker"_s, "mqtt://127.0.0.1:%1/bench-7"_s.arg(broker->serverPort())});
     }
 
+    /// What bench says to a broker that the test plays, until text is among it.
+    static QByteArray heardOf(QTcpSocket* bench, const QByteArray& text)
+    {
+        QByteArray heard;
+        while (!heard.contains(text) &&
+               (bench->bytesAvailable() > 0 || bench->waitForReadyRead(c_patienceMs))) {
+            heard += bench->readAll();
+        }
+        return heard;
+    }
+
 private Q_SLOTS:
     void tellsWhatItIsAndWhatChanges()
     {
@@ -221,15 +232,30 @@ private Q_SLOTS:
         const auto bench = reachingFor(&broker);
         QVERIFY(broker.waitForNewConnection(c_patienceMs));
         QTcpSocket* socket = broker.nextPendingConnection();
-        QByteArray greeting;
-        while (!greeting.contains("bench-7/state")) {
-            QVERIFY(socket->waitForReadyRead(c_patienceMs));
-            greeting += socket->readAll();
-        }
+        const QByteArray greeting = heardOf(socket, "bench-7/state");
         QVERIFY(greeting.contains(QByteArray::fromHex("110000003c"))); // the session: 60 s
         QVERIFY(greeting.contains(QByteArray::fromHex("1800000005"))); // the will: 5 s
         QVERIFY(
             greeting.contains(QByteArray::fromHex("2700050000"))); // a message: 64 KiB, and what is about it
+    }
+
+    void leavesNoSessionBehind()
+    {
+        QTcpServer broker;
+        const auto bench = reachingFor(&broker);
+        QVERIFY(broker.waitForNewConnection(c_patienceMs));
+        QTcpSocket* socket = broker.nextPendingConnection();
+        heardOf(socket, "bench-7/state");
+        socket->write(QByteArray::fromHex("2003000000"));
+        QVERIFY(!heardOf(socket, "online").isEmpty());
+        bench->send(SIGTERM);
+        const QByteArray farewell = QByteArray::fromHex("e00700051100000000");
+        QVERIFY(heardOf(socket, farewell).contains(farewell));
+
+        BenchProcess list({"rigs"_s, "--broker"_s, "mqtt://127.0.0.1:%1"_s.arg(broker.serverPort())});
+        QVERIFY(broker.waitForNewConnection(c_patienceMs));
+        const QByteArray greeting = heardOf(broker.nextPendingConnection(), "appvantor-");
+        QVERIFY(greeting.contains(QByteArray::fromHex("1100000000")));
     }
 
     void tellsWhatIsWrongWithABroker_data()

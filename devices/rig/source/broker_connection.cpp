@@ -14,7 +14,6 @@ namespace {
 
 constexpr int c_qos = 1;
 constexpr int c_keepAliveSeconds = 10;
-constexpr int c_sessionSeconds = 60;
 
 void startLibrary()
 {
@@ -204,9 +203,10 @@ void BrokerConnection::begin(const QString& number)
     }
     // The library takes the properties of a connection by its waiting call only, which needs no host for
     // that.
-    constexpr int besidesPayload = 256 << 10; // topic and properties
+    constexpr int besidesPayload = 256 << 10;                          // topic and properties
+    const int sessionSeconds = m_client.willDelaySeconds > 0 ? 60 : 0; // a session's end ends the delay
     Properties properties;
-    properties.addNumber(MQTT_PROP_SESSION_EXPIRY_INTERVAL, c_sessionSeconds);
+    properties.addNumber(MQTT_PROP_SESSION_EXPIRY_INTERVAL, sessionSeconds);
     properties.addNumber(MQTT_PROP_MAXIMUM_PACKET_SIZE, m_client.largestPayload + besidesPayload);
     mosquitto_connect_bind_v5(m_mosquitto, nullptr, m_address.port, c_keepAliveSeconds, nullptr,
                               properties.list());
@@ -251,7 +251,9 @@ void BrokerConnection::subscribe(const std::vector<QByteArray>& topics)
 
 void BrokerConnection::leave()
 {
-    mosquitto_disconnect_v5(m_mosquitto, 0, nullptr);
+    Properties properties; // nothing of the session is to stay
+    properties.addNumber(MQTT_PROP_SESSION_EXPIRY_INTERVAL, 0);
+    mosquitto_disconnect_v5(m_mosquitto, 0, properties.list());
     write();
 }
 
