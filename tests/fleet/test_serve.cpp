@@ -169,6 +169,26 @@ private Q_SLOTS:
         QVERIFY(bench.leave().errors.contains("is there again"));
     }
 
+    void aBrokerThatHangsIsTriedAgain()
+    {
+        Broker broker;
+        Reader reader(broker, "appvantor/1/bench-7/events"_s);
+        BenchProcess shell({"shell"_s, "--serve"_s, broker.url()});
+        QVERIFY(!reader.waitFor(topic("events"), ",0,0]").isEmpty());
+        broker.send(SIGSTOP);
+        shell.process().write("set START=ON\n");
+        shell.process().setReadChannel(QProcess::StandardError);
+        QByteArray errors;
+        while (!errors.contains("it does not answer; it is tried again")) { // after two periods of keep-alive
+            QVERIFY2(shell.process().waitForReadyRead(2 * c_patienceMs), errors);
+            errors += shell.process().readAll();
+        }
+        broker.send(SIGCONT);
+        QVERIFY(!reader.waitFor(topic("events"), ",0,1]").isEmpty());
+        shell.process().closeWriteChannel();
+        QCOMPARE(shell.end().status, 0);
+    }
+
     void anotherRigOfTheNameTakesItsPlace()
     {
         const Broker broker;

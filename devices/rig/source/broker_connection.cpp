@@ -15,6 +15,11 @@ namespace {
 constexpr int c_qos = 1;
 constexpr int c_keepAliveSeconds = 10;
 
+QString silence()
+{
+    return QStringLiteral("it does not answer");
+}
+
 void startLibrary()
 {
     static const int started = mosquitto_lib_init();
@@ -159,7 +164,7 @@ BrokerConnection::BrokerConnection(const BrokerAddress& address, const BrokerAcc
     m_mosquitto = mosquitto_new(client.name.constData(), true, m_notes.get());
     connect(&m_upkeep, &QTimer::timeout, this, &BrokerConnection::keepUp);
     m_upkeep.setInterval(upkeepMs);
-    connect(&m_patience, &QTimer::timeout, this, [this] { end(QStringLiteral("it does not answer")); });
+    connect(&m_patience, &QTimer::timeout, this, [this] { end(silence()); });
     m_patience.setSingleShot(true);
     m_patience.setInterval(patienceMs);
 }
@@ -348,6 +353,9 @@ QString BrokerConnection::whyEnded(int result) const
     if (m_notes->farewell && *m_notes->farewell >= MQTT_RC_UNSPECIFIED) {
         return QStringLiteral("it ended the connection: %1")
             .arg(QString::fromUtf8(mosquitto_reason_string(*m_notes->farewell)));
+    }
+    if (result == MOSQ_ERR_KEEPALIVE) {
+        return silence();
     }
     if (result == MOSQ_ERR_ERRNO) {
         return qt_error_string();

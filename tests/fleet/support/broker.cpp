@@ -85,6 +85,11 @@ void Broker::kill()
     m_process.waitForFinished();
 }
 
+void Broker::send(int signal)
+{
+    ::kill(static_cast<pid_t>(m_process.processId()), signal);
+}
+
 QString Broker::url(const QString& rig) const
 {
     return "mqtt://127.0.0.1:%1/%2"_s.arg(m_port).arg(rig);

@@ -22,6 +22,7 @@ public:
     void start();
     /// As a crash would: what it holds in memory is gone.
     void kill();
+    void send(int signal);
     int port() const { return m_port; }
     /// Whom the clients of the test come as, with the user's name as password.
     void comeAs(const QString& user) { m_user = user; }
