@@ -344,6 +344,9 @@ int main(int argc, char* argv[])
     std::signal(SIGPIPE, SIG_IGN); // a closed output is told, not died of
     std::signal(SIGXFSZ, SIG_IGN); // and so is a file that must not grow
     qputenv("QT_NO_GLIB", "1");    // Qt's own event loop wakes itself with fewer system calls
+    if (!qEnvironmentVariableIsSet("RES_OPTIONS")) {
+        qputenv("RES_OPTIONS", "timeout:1 attempts:2"); // an end waits for the names that are being looked up
+    }
     QCoreApplication::setApplicationName(QStringLiteral("appvantor"));
     QCoreApplication::setApplicationVersion(QStringLiteral(APPVANTOR_VERSION));
     const int status = run(argc, argv);

@@ -61,6 +61,7 @@ void BrokerLink::open()
 void BrokerLink::leave()
 {
     m_pause.stop();
+    m_lookUp = -1;
     m_isConnected = false;
     if (m_connection != nullptr) {
         m_connection->disconnect(this);
@@ -111,7 +112,11 @@ void BrokerLink::lookUp()
         reach();
         return;
     }
-    QHostInfo::lookupHost(m_address.host, this, [this](const QHostInfo& found) {
+    m_lookUp = QHostInfo::lookupHost(m_address.host, this, [this](const QHostInfo& found) {
+        if (found.lookupId() != m_lookUp) {
+            return; // the link has left since
+        }
+        m_lookUp = -1;
         m_hosts.clear();
         const QList<QHostAddress> addresses = found.addresses();
         for (const QHostAddress& address : addresses) {
