@@ -143,6 +143,16 @@ private Q_SLOTS:
         QVERIFY(!reader.messages("appvantor/1/bench-7/state").contains("a lie"));
     }
 
+    void whatTheAccessListForbidsIsTold()
+    {
+        Broker::add("access"_s, "topic read nothing\n");
+        const Broker broker("allow_anonymous true\nacl_file $DIR/access\n");
+        const BenchRun run = tryToServe({"--broker"_s, broker.url()}, "bench-7/lease");
+        QVERIFY2(run.errors.contains("it does not take \"appvantor/1/bench-7/state\": Not authorized"),
+                 run.errors);
+        QCOMPARE(run.errors.count("bench-7/state\""), 1);
+    }
+
     void aPasswordComesFromAFile()
     {
         QProcess passwords;

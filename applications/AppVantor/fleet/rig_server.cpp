@@ -48,6 +48,7 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     }
     connect(&m_link, &BrokerLink::connected, this, &RigServer::connected);
     connect(&m_link, &BrokerLink::disconnected, this, &RigServer::disconnected);
+    connect(&m_link, &BrokerLink::refused, this, &RigServer::refused);
     connect(&m_link, &BrokerLink::received, this, &RigServer::take);
     connect(&m_desk.lease(), &RigLease::changed, this, &RigServer::publishLease);
     connect(&bench.device(), &LineDevice::lineChanged, this, &RigServer::lineChanged);
@@ -111,6 +112,15 @@ void RigServer::disconnected(const QString& problem)
 {
     if (std::exchange(m_problem, problem) != problem) {
         diagnostic(QStringLiteral("%1: %2; it is tried again").arg(m_setup.broker.text(), problem));
+    }
+}
+
+void RigServer::refused(const QString& problem)
+{
+    constexpr int most = 256; // answers may go to any topic
+    if (m_refusals.size() < most && !m_refusals.contains(problem)) {
+        m_refusals.insert(problem);
+        diagnostic(QStringLiteral("%1: %2").arg(m_setup.broker.text(), problem));
     }
 }
 

@@ -8,6 +8,7 @@
 #include <devices/rig_changes.h>
 
 #include <QObject>
+#include <QSet>
 
 /// Where and how a bench is put on a broker.
 struct RigServerSetup
@@ -43,6 +44,7 @@ Q_SIGNALS:
 private:
     void connected();
     void disconnected(const QString& problem);
+    void refused(const QString& problem);
     void take(const BrokerMessage& message);
     void hearState(const QByteArray& payload);
     void lineChanged(int line, const LineLevel& level);
@@ -63,6 +65,7 @@ private:
     EventFeed m_events;
     LevelFeed m_levels;
     OrderDesk m_desk;
-    QString m_problem; ///< why there is no connection
+    QString m_problem;        ///< why there is no connection
+    QSet<QString> m_refusals; ///< what the broker refuses, each told once
     bool m_wasConnected = false;
 };

@@ -5,7 +5,9 @@
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <poll.h>
 #include <utility>
@@ -94,6 +96,7 @@ struct BrokerConnection::Notes
     std::optional<int> farewell;
     QString complaint;
     std::vector<std::pair<int, int>> taken;
+    std::vector<int> refusedSubscriptions;
     std::vector<BrokerMessage> messages;
 };
 
@@ -123,6 +126,13 @@ struct BrokerConnection::Callbacks
                           const mosquitto_property* /*properties*/)
     {
         of(notes).taken.emplace_back(message, reason);
+    }
+
+    static void subscribed(mosquitto* /*client*/, void* notes, int /*message*/, int count, const int* granted,
+                           const mosquitto_property* /*properties*/)
+    {
+        std::copy_if(granted, granted + count, std::back_inserter(of(notes).refusedSubscriptions),
+                     [](int reason) { return reason >= MQTT_RC_UNSPECIFIED; });
     }
 
     static void received(mosquitto* /*client*/, void* notes, const mosquitto_message* message,
@@ -183,6 +193,7 @@ void BrokerConnection::begin(const QString& number)
     mosquitto_connect_v5_callback_set(m_mosquitto, &Callbacks::connected);
     mosquitto_disconnect_v5_callback_set(m_mosquitto, &Callbacks::disconnected);
     mosquitto_publish_v5_callback_set(m_mosquitto, &Callbacks::published);
+    mosquitto_subscribe_v5_callback_set(m_mosquitto, &Callbacks::subscribed);
     mosquitto_message_v5_callback_set(m_mosquitto, &Callbacks::received);
     mosquitto_log_callback_set(m_mosquitto, &Callbacks::logged);
     if (!m_access.user.isEmpty()) {
@@ -329,6 +340,10 @@ void BrokerConnection::passOn(int result)
     const auto taken = std::exchange(m_notes->taken, {});
     for (const auto& [message, reason] : taken) {
         Q_EMIT this->taken(message, reason);
+    }
+    const auto refused = std::exchange(m_notes->refusedSubscriptions, {});
+    for (const int reason : refused) {
+        Q_EMIT subscriptionRefused(reason);
     }
     const auto messages = std::exchange(m_notes->messages, {});
     for (const BrokerMessage& message : messages) {

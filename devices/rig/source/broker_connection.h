@@ -48,6 +48,8 @@ Q_SIGNALS:
     void received(const BrokerMessage& message);
     /// The broker has taken the message; reason is the reason code of MQTT 5, 0 for plain success.
     void taken(int message, int reason);
+    /// The broker does not pass on what was subscribed; reason as that of taken.
+    void subscriptionRefused(int reason);
     /// There is no connection any more.
     void ended(const QString& problem);
 

@@ -5,6 +5,7 @@
 #include <QHostAddress>
 #include <QHostInfo>
 
+#include <mosquitto.h>
 #include <mqtt_protocol.h>
 
 #include <algorithm>
@@ -141,6 +142,10 @@ void BrokerLink::reach()
     connect(m_connection.get(), &BrokerConnection::opened, this, &BrokerLink::opened);
     connect(m_connection.get(), &BrokerConnection::received, this, &BrokerLink::received);
     connect(m_connection.get(), &BrokerConnection::taken, this, &BrokerLink::taken);
+    connect(m_connection.get(), &BrokerConnection::subscriptionRefused, this, [this](int reason) {
+        Q_EMIT refused(QStringLiteral("it passes nothing on: %1")
+                           .arg(QString::fromUtf8(mosquitto_reason_string(reason))));
+    });
     connect(m_connection.get(), &BrokerConnection::ended, this, &BrokerLink::ended);
     m_connection->begin(m_hosts.takeFirst());
 }
@@ -187,6 +192,11 @@ void BrokerLink::taken(int number, int reason)
     const BrokerMessage message = std::move(found->second.message);
     m_underWay.erase(found);
     m_waitingBytes -= sizeOf(message);
+    if (reason >= MQTT_RC_UNSPECIFIED) {
+        Q_EMIT refused(
+            QStringLiteral("it does not take \"%1\": %2")
+                .arg(QString::fromUtf8(message.topic), QString::fromUtf8(mosquitto_reason_string(reason))));
+    }
     if (reason >= MQTT_RC_NO_MATCHING_SUBSCRIBERS) {
         Q_EMIT unheard(message.topic);
     }

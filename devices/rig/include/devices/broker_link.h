@@ -67,6 +67,8 @@ Q_SIGNALS:
     void freeAgain();
     /// The broker took a message to topic, but nobody hears of it, or nobody may.
     void unheard(const QByteArray& topic);
+    /// The broker does not take what is published here, or does not pass on what was subscribed.
+    void refused(const QString& problem);
 
 private:
     struct Waiting
