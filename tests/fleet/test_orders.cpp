@@ -284,6 +284,22 @@ private Q_SLOTS:
         QCOMPARE(bench.leave().status, 0);
     }
 
+    void endWithTheirRig()
+    {
+        const Broker broker;
+        ServedBench bench(broker);
+        Reader reader(broker, "#"_s);
+        send(broker,
+             R"({"command":"setValue","arguments":{"channel":"START","state":"PULSE","duration":20000}})",
+             "1"_s);
+        send(broker, R"({"command":"startListening","arguments":{"channel":"TEMPERATURE"}})", "2"_s);
+        QVERIFY(!reader.waitFor("answers/sent", R"("type":"event")").isEmpty());
+        QCOMPARE(bench.leave().status, 0);
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/state", "offline").isEmpty());
+        QVERIFY(!reader.waitFor("answers/sent", R"({"type":"failure","order":1)").isEmpty());
+        QVERIFY(!reader.waitFor("answers/sent", R"({"type":"result","order":2)").isEmpty());
+    }
+
     void beyondWhatARigCanDoAreRefused()
     {
         const Broker broker;

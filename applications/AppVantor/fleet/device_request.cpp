@@ -20,6 +20,14 @@ void DeviceRequest::send(const QString& instruction, const QVariantMap& argument
     m_device->send(m_id, instruction, arguments, timeoutMs, this);
 }
 
+void DeviceRequest::stop(const QString& reason)
+{
+    if (m_id != 0) {
+        m_device->cancel(m_id);
+        end(QVariantMap(), {DFailure::Kind::Stopped, reason});
+    }
+}
+
 void DeviceRequest::requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs)
 {
     Q_UNUSED(id)

@@ -21,6 +21,8 @@ public:
     ~DeviceRequest() override;
 
     void send(const QString& instruction, const QVariantMap& arguments, int timeoutMs);
+    /// Ends it as stopped.
+    void stop(const QString& reason);
 
 private:
     void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;

@@ -180,16 +180,32 @@ void OrderDesk::orderEnded(int number)
     m_running.erase(ended);
 }
 
-void OrderDesk::stopUnheard(const QByteArray& topic)
+void OrderDesk::stopThose(const std::function<bool(const Running&)>& which)
 {
-    std::vector<DOrder*> unheard;
+    std::vector<DOrder*> chosen;
     for (const auto& [number, running] : m_running) {
-        if (running.answer.topic() == topic && running.order->isListening()) {
-            unheard.push_back(running.order.get());
+        if (which(running)) {
+            chosen.push_back(running.order.get());
         }
     }
-    for (DOrder* order : unheard) {
+    for (DOrder* order : chosen) {
         order->stop();
+    }
+}
+
+void OrderDesk::stopUnheard(const QByteArray& topic)
+{
+    stopThose([&topic](const Running& running) {
+        return running.answer.topic() == topic && running.order->isListening();
+    });
+}
+
+void OrderDesk::stopAll()
+{
+    stopThose([](const Running& /*running*/) { return true; });
+    const auto requests = findChildren<DeviceRequest*>();
+    for (DeviceRequest* request : requests) {
+        request->stop(QStringLiteral("the rig ends"));
     }
 }
 

@@ -11,6 +11,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -37,6 +38,8 @@ public:
     void takeOrder(const BrokerMessage& message);
     /// A message to the topic of a line that is to be set.
     void takeLevel(const BrokerMessage& message);
+    /// Ends whatever runs, and each answer with it.
+    void stopAll();
     RigLease& lease() { return m_lease; }
 
 private:
@@ -55,6 +58,7 @@ private:
     void passOn(int number, const Json& line);
     void orderEnded(int number);
     void stopUnheard(const QByteArray& topic);
+    void stopThose(const std::function<bool(const Running&)>& which);
 
     const Bench& m_bench;
     const RigTopics m_topics;

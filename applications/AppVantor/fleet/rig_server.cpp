@@ -71,7 +71,9 @@ void RigServer::begin()
 void RigServer::end()
 {
     constexpr int patienceMs = 2000;
-    m_bench.device().disconnect(this); // nothing is told after the farewell
+    m_link.disconnect(this); // nothing is taken any more, and nothing told after the farewell
+    m_desk.stopAll();
+    m_bench.device().disconnect(this);
     if (m_link.isConnected()) {
         m_events.flush();
         m_levels.flush();
