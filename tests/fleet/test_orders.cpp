@@ -230,6 +230,18 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(answers.messages("answers/sent").size(), 10000, 60000);
     }
 
+    void areAllAnsweredHoweverMuchTheyHold()
+    {
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader answers(broker, "answers/sent"_s);
+        const QByteArray order =
+            QByteArray(R"({"command":"getValue","arguments":{"channel":"DOOR","note":"NOTE"}})")
+                .replace("NOTE", QByteArray(20000, 'x'));
+        sendMany(broker, order, 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.messages("answers/sent").size(), 3000, 60000);
+    }
+
     void areAnsweredToAClientOfAnotherMake()
     {
         const Broker broker;

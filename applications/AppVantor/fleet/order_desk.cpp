@@ -76,7 +76,7 @@ OrderDesk::~OrderDesk() = default;
 /// One that the broker has kept is nobody's order of now.
 void OrderDesk::takeOrder(const BrokerMessage& message)
 {
-    if (message.retained || !m_link->hasRoom()) {
+    if (message.retained) {
         return;
     }
     if (!message.responseTopic.isEmpty() && !m_topics.mayAnswer(message.responseTopic)) {
@@ -88,6 +88,10 @@ void OrderDesk::takeOrder(const BrokerMessage& message)
         return;
     }
     const Answer answer(message, m_link);
+    if (!answer.hasRoom()) { // but for so short an answer
+        answer.refuse("busy", QStringLiteral("too much waits for the broker already"));
+        return;
+    }
     QString problem;
     const std::optional<RigOrder> order = readRigOrder(message.payload, &problem);
     if (!order) {
