@@ -14,6 +14,17 @@ class TestLink : public QObject
     static constexpr int c_patienceMs = 20000;
 
 private Q_SLOTS:
+    void itsQueueCountsAllOfAMessage()
+    {
+        constexpr int long64KiB = 64 << 10;
+        BrokerLink link({"127.0.0.1"_s, 1, false, {}}, {}, "x");
+        int queued = 0;
+        while (queued < 1000 && link.publish({"t", {}, false, {}, QByteArray(long64KiB, 'c')})) {
+            ++queued;
+        }
+        QVERIFY(queued < BrokerLink::c_bound / long64KiB);
+    }
+
     void reachesForNothingOnceItHasLeft()
     {
         QTcpServer broker;

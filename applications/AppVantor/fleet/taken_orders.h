@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCryptographicHash>
 #include <QSet>
 
 #include <deque>
@@ -16,7 +17,8 @@ public:
     /// correlation cannot be told from another.
     bool isNew(const QByteArray& responseTopic, const QByteArray& correlation)
     {
-        const QByteArray order = responseTopic + '\n' + correlation;
+        const QByteArray order =
+            QCryptographicHash::hash(responseTopic + '\n' + correlation, QCryptographicHash::Sha256);
         if (correlation.isEmpty() || m_known.contains(order)) {
             return correlation.isEmpty();
         }
@@ -31,5 +33,5 @@ public:
 
 private:
     QSet<QByteArray> m_known;
-    std::deque<QByteArray> m_order;
+    std::deque<QByteArray> m_order; ///< hashes: either may be long
 };

@@ -21,7 +21,8 @@ constexpr int c_longestPauseMs = 10000;
 int sizeOf(const BrokerMessage& message)
 {
     constexpr int besides = 64;
-    return message.topic.size() + message.payload.size() + besides;
+    return message.topic.size() + message.payload.size() + message.responseTopic.size() +
+           message.correlation.size() + besides;
 }
 
 } // namespace
