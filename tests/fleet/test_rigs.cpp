@@ -198,6 +198,25 @@ private Q_SLOTS:
         QCOMPARE(lease.end().status, 0);
     }
 
+    void areNotKeptForAReasonOfItsOwn()
+    {
+        const Broker broker;
+        const ServedBench bench(broker, {"--read-only"_s});
+        const auto lease = [&broker](const QStringList& words) {
+            return runBench(QStringList{"--json"_s, "lease"_s} + words +
+                            QStringList{"--broker"_s, broker.url()});
+        };
+        const BenchRun readOnly = lease({"bench-7"_s});
+        QCOMPARE(readOnly.status, 1);
+        QCOMPARE(readOnly.json().value(0).value("kind"_s), "readOnly"_s);
+        const BenchRun unknown = lease({"nobody"_s});
+        QCOMPARE(unknown.status, 3);
+        QCOMPARE(unknown.json().value(0).value("kind"_s), "deviceUnreachable"_s);
+        const BenchRun tooLong = lease({"bench-7"_s, "--for"_s, "10081"_s});
+        QCOMPARE(tooLong.status, 2);
+        QCOMPARE(tooLong.json().value(0).value("kind"_s), "usage"_s);
+    }
+
     void areDevicesOfAnotherBench()
     {
         Broker broker;

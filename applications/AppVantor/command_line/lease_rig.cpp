@@ -33,7 +33,7 @@ public:
         m_link.subscribe(m_topics.answer(m_client));
         connect(&m_link, &BrokerLink::received, this, &LeaseTalk::take);
         connect(&m_link, &BrokerLink::disconnected, this, [this](const QString& problem) {
-            fail(QStringLiteral("%1: %2").arg(m_place.address.text(), problem));
+            fail("deviceUnreachable", QStringLiteral("%1: %2").arg(m_place.address.text(), problem));
         });
     }
 
@@ -57,7 +57,7 @@ public:
         m_link.open();
         QTimer::singleShot(patienceMs, this, [this] {
             if (!m_isAnswered) {
-                fail(QStringLiteral("the rig \"%1\" does not answer").arg(m_rig));
+                fail("deviceUnreachable", QStringLiteral("the rig \"%1\" does not answer").arg(m_rig));
             }
         });
         m_loop.exec();
@@ -100,7 +100,9 @@ private:
         }
         const QJsonObject payload = QJsonDocument::fromJson(message.payload).object();
         if (payload.value(QStringLiteral("type")).toString() != QLatin1String("lease")) {
-            fail(payload.value(QStringLiteral("reason")).toString());
+            const QString kind = payload.value(QStringLiteral("kind")).toString();
+            fail(kind == QLatin1String("readOnly") ? "readOnly" : "leased",
+                 payload.value(QStringLiteral("reason")).toString());
             return;
         }
         m_isAnswered = true;
@@ -129,11 +131,10 @@ private:
             });
     }
 
-    void fail(const QString& reason)
+    void fail(const char* kind, const QString& reason)
     {
-        const bool isUnreachable = !m_link.isConnected();
-        reportFailure(isUnreachable ? "deviceUnreachable" : "leased", {reason}, m_output);
-        m_status = isUnreachable ? ExitDeviceUnreachable : ExitOrderFailed;
+        reportFailure(kind, {reason}, m_output);
+        m_status = qstrcmp(kind, "deviceUnreachable") == 0 ? ExitDeviceUnreachable : ExitOrderFailed;
         m_isHeld = false;
         m_loop.quit();
     }
@@ -166,11 +167,17 @@ std::optional<BrokerPlace> placeOf(const Options& options, Output* output)
 int leaseRig(const Options& options, Output* output)
 {
     constexpr double usualMinutes = 10;
+    const int minutes = qMax(1, qRound(options.seconds.value_or(usualMinutes)));
+    if (minutes > RigHolder::c_longestMinutes) {
+        reportFailure("usage",
+                      {QStringLiteral("--for: expected at most %1 minutes").arg(RigHolder::c_longestMinutes)},
+                      output);
+        return ExitWrongUsage;
+    }
     const std::optional<BrokerPlace> place = placeOf(options, output);
     if (!place) {
         return ExitWrongUsage;
     }
-    const int minutes = qMax(1, qRound(options.seconds.value_or(usualMinutes)));
     LeaseTalk talk(*place, options.words.first(), output);
     talk.releaseWhenLost();
     return talk.ask({{"lease", minutes}, {"holder", toJson(thisHolder())}});

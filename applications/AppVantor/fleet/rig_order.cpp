@@ -1,6 +1,7 @@
 #include "rig_order.h"
 
 #include <configuration/config_object.h>
+#include <devices/rig_changes.h>
 
 namespace {
 
@@ -15,7 +16,6 @@ QString textOf(const QVector<Problem>& problems)
 
 RigOrder readFields(const ConfigObject& fields)
 {
-    constexpr int longestMinutes = 7 * 24 * 60;
     const QString command = QStringLiteral("command");
     const QString instruction = QStringLiteral("instruction");
     const QString lease = QStringLiteral("lease");
@@ -29,7 +29,7 @@ RigOrder readFields(const ConfigObject& fields)
         fields.allowOnly({lease, holder});
         order.kind = RigOrder::Kind::Lease;
         order.holder = fields.text(holder);
-        order.minutes = fields.numberOr(lease, 1, longestMinutes, 1);
+        order.minutes = fields.numberOr(lease, 1, RigHolder::c_longestMinutes, 1);
     } else if (fields.has(release)) {
         fields.allowOnly({release, holder});
         order.kind = RigOrder::Kind::Release;

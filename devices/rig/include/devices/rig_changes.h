@@ -51,6 +51,9 @@ struct RigState
 /// Who holds a rig: {"holder":…,"until":t}, with the holder null for nobody.
 struct RigHolder
 {
+    /// For how many minutes a rig can be taken at most.
+    static constexpr int c_longestMinutes = 7 * 24 * 60;
+
     QString name;       ///< empty for nobody
     qint64 untilUs = 0; ///< since 1970
 
