@@ -198,6 +198,30 @@ private Q_SLOTS:
         QCOMPARE(lease.end().status, 0);
     }
 
+    void areKeptOverARestartOfTheBrokerAndOfTheirOwn()
+    {
+        Broker broker;
+        auto bench = std::make_unique<ServedBench>(broker);
+        const QByteArray topic = "appvantor/1/bench-7/lease";
+        BenchProcess lease({"lease"_s, "bench-7"_s, "--broker"_s, broker.url()});
+        QVERIFY(lease.waitForOutput("ada@"));
+        broker.kill();
+        broker.start();
+        lease.process().setReadChannel(QProcess::StandardError);
+        while (!lease.process().readAll().contains("is there again")) {
+            QVERIFY(lease.process().waitForReadyRead());
+        }
+        Reader reader(broker, QString::fromLatin1(topic));
+        QVERIFY(!reader.waitFor(topic, "ada@").isEmpty());
+        bench->leave();
+        bench = std::make_unique<ServedBench>(broker);
+        QVERIFY(!reader.waitFor(topic, "null").isEmpty());
+        QTRY_VERIFY(reader.messages(topic).last().contains("ada@"));
+        // Its release is known to the broker that was restarted.
+        lease.send(SIGKILL);
+        QTRY_VERIFY(reader.messages(topic).last().contains("null"));
+    }
+
     void areNotKeptForAReasonOfItsOwn()
     {
         const Broker broker;

@@ -7,6 +7,7 @@
 #include <devices/rig_changes.h>
 #include <devices/rig_device.h>
 #include <devices/rig_topics.h>
+#include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/time_text.h>
 #include <process/unix_signals.h>
@@ -15,6 +16,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUuid>
+
+#include <utility>
 
 namespace {
 
@@ -32,8 +35,14 @@ public:
     {
         m_link.subscribe(m_topics.answer(m_client));
         connect(&m_link, &BrokerLink::received, this, &LeaseTalk::take);
+        connect(&m_link, &BrokerLink::connected, this, &LeaseTalk::tellReturn);
         connect(&m_link, &BrokerLink::disconnected, this, [this](const QString& problem) {
-            fail("deviceUnreachable", QStringLiteral("%1: %2").arg(m_place.address.text(), problem));
+            const QString text = QStringLiteral("%1: %2").arg(m_place.address.text(), problem);
+            if (!m_isHeld) {
+                fail("deviceUnreachable", text);
+            } else if (!std::exchange(m_isAway, true)) {
+                diagnostic(text + QStringLiteral("; it is tried again")); // the rig keeps the lease meanwhile
+            }
         });
     }
 
@@ -44,6 +53,7 @@ public:
         will.responseTopic.clear();
         m_link.setWill(will, 0);
         m_stays = true;
+        m_link.subscribe(m_topics.state());
         m_link.subscribe(m_topics.lease());
     }
 
@@ -53,6 +63,7 @@ public:
         constexpr int patienceMs = 5000;
         const UnixSignals unixSignals;
         connect(&unixSignals, &UnixSignals::interrupted, &m_loop, &QEventLoop::quit);
+        m_question = question;
         m_link.publish(order(question));
         m_link.open();
         QTimer::singleShot(patienceMs, this, [this] {
@@ -61,7 +72,7 @@ public:
             }
         });
         m_loop.exec();
-        if (m_stays && m_isHeld) {
+        if (m_stays && std::exchange(m_isHeld, false)) {
             m_link.publish(order(release()));
             connect(&m_link, &BrokerLink::freeAgain, &m_loop, &QEventLoop::quit);
             QTimer::singleShot(patienceMs, &m_loop, &QEventLoop::quit);
@@ -88,11 +99,11 @@ private:
     void take(const BrokerMessage& message)
     {
         if (message.topic == m_topics.lease()) {
-            const bool isHeld = RigHolder::fromJson(message.payload).name == thisHolder();
-            if (m_isHeld && !isHeld) {
-                m_isHeld = false;
-                m_loop.quit(); // given back by another process, or its time is over
-            }
+            takeHolder(RigHolder::fromJson(message.payload));
+            return;
+        }
+        if (message.topic == m_topics.state()) {
+            takeState(RigState::fromJson(message.payload).value_or(RigState()));
             return;
         }
         if (m_isAnswered) {
@@ -111,6 +122,36 @@ private:
         m_isHeld = m_stays;
         if (!m_stays) {
             m_loop.quit();
+        }
+    }
+
+    /// Given back by another process, or its time is over.
+    void takeHolder(const RigHolder& holder)
+    {
+        if (m_isAnswered && m_isHeld && holder.name != thisHolder()) {
+            m_isHeld = false;
+            tell(holder);
+            m_loop.quit();
+        }
+    }
+
+    /// A rig that has begun anew knows of no lease.
+    void takeState(const RigState& state)
+    {
+        if (!state.isOnline()) {
+            return;
+        }
+        const QString before = std::exchange(m_session, state.session);
+        if (m_isHeld && before != state.session) {
+            m_isAnswered = false;
+            m_link.publish(order(m_question));
+        }
+    }
+
+    void tellReturn()
+    {
+        if (std::exchange(m_isAway, false)) {
+            diagnostic(QStringLiteral("%1 is there again").arg(m_place.address.text()));
         }
     }
 
@@ -146,9 +187,12 @@ private:
     Output* const m_output;
     BrokerLink m_link;
     QEventLoop m_loop;
+    Json m_question;
+    QString m_session; ///< of the rig
     bool m_stays = false;
     bool m_isAnswered = false;
     bool m_isHeld = false;
+    bool m_isAway = false; ///< the broker
     int m_status = ExitSuccess;
 };
 
