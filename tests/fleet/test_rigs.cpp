@@ -309,6 +309,20 @@ private Q_SLOTS:
         QVERIFY(!run.errors.contains("/tmp/"));
     }
 
+    void areAskedAgainUntilTheyAnswer()
+    {
+        const Broker broker;
+        publish(broker, "appvantor/1/bench-7/state"_s, R"({"state":"online","session":"s","since":1})",
+                {"-r"_s});
+        publish(
+            broker, "appvantor/1/bench-7/description"_s,
+            R"({"lines":[{"index":0,"name":"a"}],"tools":[{"name":"T","id":"{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}","plugin":"p_tool_gpio","channels":[]}]})",
+            {"-r"_s});
+        Reader questions(broker, "appvantor/1/bench-7/history"_s);
+        const BenchProcess shell("shell --rig bench-7 --broker"_words + QStringList{broker.url()});
+        QTRY_VERIFY_WITH_TIMEOUT(questions.messages("appvantor/1/bench-7/history").size() > 1, 20000);
+    }
+
     void thatDescribeThemselvesWronglyAreRefused_data()
     {
         QTest::addColumn<QByteArray>("description");

@@ -101,7 +101,6 @@ void RigDevice::close()
 
 void RigDevice::linkMade()
 {
-    m_isOnline = false; // the rig's state comes anew
     m_isCurrent = false;
     loseAfter(c_patienceUs,
               QStringLiteral("there is no rig \"%1\" on %2").arg(m_setup.broker.rig, m_setup.broker.text()));
@@ -111,6 +110,7 @@ void RigDevice::linkMade()
 void RigDevice::linkLost(const QString& problem)
 {
     const QString text = QStringLiteral("%1: %2").arg(m_setup.broker.text(), problem);
+    m_isOnline = false; // the rig's state comes anew
     m_isCurrent = false;
     if (isConnected()) {
         loseAfter(c_patienceUs, text);
@@ -119,12 +119,15 @@ void RigDevice::linkLost(const QString& problem)
     }
 }
 
+/// A rig may have left out a question when it had too much to tell: it is asked again.
 void RigDevice::loseAfter(qint64 patienceUs, const QString& problem)
 {
+    m_impatience = problem;
     if (m_patience == DScheduler::Appointment()) {
-        m_patience = scheduler()->at(scheduler()->now() + patienceUs, [this, problem] {
+        m_patience = scheduler()->at(scheduler()->now() + patienceUs, [this] {
             m_patience = {};
-            lose(problem);
+            lose(m_impatience);
+            catchUp();
         });
     }
 }

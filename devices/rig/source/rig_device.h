@@ -61,4 +61,5 @@ private:
     QHash<quint64, QString> m_requests;               ///< channels of those that wait for their answer
     std::map<quint64, std::function<void()>> m_early; ///< requests that wait for the first connection
     DScheduler::Appointment m_patience;               ///< after which the device is unreachable
+    QString m_impatience;                             ///< why it is, then
 };
