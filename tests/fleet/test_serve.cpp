@@ -169,6 +169,25 @@ private Q_SLOTS:
         QVERIFY(bench.leave().errors.contains("is there again"));
     }
 
+    void whatOthersSayOfItDoesNotStand_data()
+    {
+        const Rows<QByteArray> row("lie");
+        row("that it is lost", R"({"state":"lost","session":"s","since":1})");
+        row("that it has ended", R"({"state":"offline","session":"s","since":9999999999999999})");
+        row("no JSON", "{");
+    }
+    void whatOthersSayOfItDoesNotStand()
+    {
+        QFETCH(QByteArray, lie);
+        const Broker broker;
+        const ServedBench bench(broker);
+        Reader reader(broker, "appvantor/1/bench-7/state"_s);
+        QVERIFY(!reader.waitFor(topic("state"), "online").isEmpty());
+        publish(broker, QString::fromLatin1(topic("state")), lie, {"-r"_s});
+        QTRY_COMPARE(reader.messages(topic("state")).size(), 3);
+        QVERIFY(reader.messages(topic("state")).last().contains("online"));
+    }
+
     void aBrokerThatHangsIsTriedAgain()
     {
         Broker broker;

@@ -129,7 +129,7 @@ void RigServer::refused(const QString& problem)
 void RigServer::take(const BrokerMessage& message)
 {
     if (message.topic == m_topics.state()) {
-        hearState(message.payload);
+        hearState(message);
     } else if (message.topic == m_topics.order()) {
         m_desk.takeOrder(message);
     } else if (message.topic == m_topics.history()) {
@@ -140,18 +140,17 @@ void RigServer::take(const BrokerMessage& message)
 }
 
 /// Of two benches that serve one rig, the one that came later stays: not every broker says why it ended a
-/// connection.
-void RigServer::hearState(const QByteArray& payload)
+/// connection. Whatever else is said of the rig, by others or too late, does not stand; what the broker had
+/// kept is replaced already.
+void RigServer::hearState(const BrokerMessage& message)
 {
-    const std::optional<RigState> state = RigState::fromJson(payload);
-    if (!state || !state->isOnline() || state->session == m_session) {
-        return;
-    }
-    if (state->sinceUs > m_sinceUs) {
+    const std::optional<RigState> state = RigState::fromJson(message.payload);
+    const bool isOnline = state && state->isOnline();
+    if (isOnline && state->session != m_session && state->sinceUs > m_sinceUs) {
         m_link.leave();
         diagnostic(QStringLiteral("another bench serves \"%1\" now").arg(m_setup.broker.rig));
         Q_EMIT replaced();
-    } else {
+    } else if (!message.retained && (!isOnline || state->session != m_session)) {
         publish(m_topics.state(), stateCalled("online"));
     }
 }

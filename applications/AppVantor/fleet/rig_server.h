@@ -46,7 +46,7 @@ private:
     void disconnected(const QString& problem);
     void refused(const QString& problem);
     void take(const BrokerMessage& message);
-    void hearState(const QByteArray& payload);
+    void hearState(const BrokerMessage& message);
     void lineChanged(int line, const LineLevel& level);
     void answerHistory(const BrokerMessage& message);
     void publish(const QByteArray& topic, const QByteArray& payload);
