@@ -42,6 +42,20 @@ private Q_SLOTS:
         QCOMPARE(watching.end().status, 0);
     }
 
+    void areListedWhileTheirStateGoesOnChanging()
+    {
+        const Broker broker;
+        BenchProcess list({"rigs"_s, "--broker"_s, broker.url()});
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [&] { // before it has been quiet for long
+                publish(broker, "appvantor/1/bench-7/state"_s,
+                        R"({"state":"online","session":"s","since":1})");
+                return list.process().state() == QProcess::NotRunning || list.process().waitForFinished(1);
+            }(),
+            20000);
+        QCOMPARE(list.end().status, 0);
+    }
+
     void workFromTheirDescription()
     {
         const Broker broker;

@@ -103,6 +103,7 @@ private:
 int listRigs(const Options& options, Output* output)
 {
     constexpr int quietMs = 300;
+    constexpr int longestMs = 3000;
     QString problem;
     const std::optional<BrokerPlace> place = brokerOf(options, &problem);
     if (!place) {
@@ -126,11 +127,17 @@ int listRigs(const Options& options, Output* output)
     const UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
     QObject::connect(output, &Output::failed, &loop, &QEventLoop::quit);
-    QObject::connect(&link, &BrokerLink::connected, &quiet, qOverload<>(&QTimer::start));
+    QDeadlineTimer latest;
+    QObject::connect(&link, &BrokerLink::connected, &quiet, [&] {
+        latest.setRemainingTime(longestMs);
+        quiet.start();
+    });
     QObject::connect(&link, &BrokerLink::received, &loop, [&](const BrokerMessage& message) {
         const QString changed = rigs.take(message);
         if (!isListed) {
-            quiet.start();
+            if (!latest.hasExpired()) {
+                quiet.start();
+            }
         } else if (!changed.isEmpty() && !message.topic.endsWith("/description")) {
             rigs.write(changed, output);
         }
