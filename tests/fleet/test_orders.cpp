@@ -134,10 +134,14 @@ private Q_SLOTS:
         QTRY_COMPARE(levelOf(broker, "line1"), 0);
         publish(broker, topic, "perhaps");
         publish(broker, "appvantor/1/bench-7/line/door/set"_s, "1");
+        publish(broker, "appvantor/1/bench-7/line/door/set"_s, "1");
+        publish(broker, "appvantor/1/bench-7/line/a%0Aappvantor: forged%1b[31m/set"_s, "1");
         QCOMPARE(levelOf(broker, "line1"), 0);
         const QByteArray errors = bench.leave().errors;
         QVERIFY2(errors.contains("line \"line1\" is not set: expected ON, OFF, or a number"), errors);
         QVERIFY2(errors.contains("line \"door\" is not set: unknown channel \"door\""), errors);
+        QCOMPARE(errors.count("\"door\" is not set"), 1);
+        QVERIFY2(errors.contains("line \"a\\u000aappvantor: forged\\u001b[31m\" is not set: "), errors);
     }
 
     void ofOthersAreRefusedWhileSomebodyHoldsTheRig()

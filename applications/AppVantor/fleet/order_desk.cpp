@@ -1,6 +1,7 @@
 #include "order_desk.h"
 
 #include <configuration/bench.h>
+#include <configuration/json_text.h>
 #include <plugin_management/d_order.h>
 #include <process/diagnostics.h>
 
@@ -80,8 +81,8 @@ void OrderDesk::takeOrder(const BrokerMessage& message)
         return;
     }
     if (!message.responseTopic.isEmpty() && !m_topics.mayAnswer(message.responseTopic)) {
-        diagnostic(QStringLiteral("an order is not taken: its answer may not go to \"%1\"")
-                       .arg(QString::fromUtf8(message.responseTopic)));
+        tell(QStringLiteral("an order is not taken: its answer may not go to \"%1\"")
+                 .arg(QString::fromUtf8(message.responseTopic)));
         return;
     }
     if (!m_taken.isNew(message.responseTopic, message.correlation)) {
@@ -153,6 +154,14 @@ void OrderDesk::runCommand(const RigOrder& order, const Answer& answer)
         m_running.erase(number);
     } else {
         connect(running, &DOrder::finished, this, [this, number] { orderEnded(number); });
+    }
+}
+
+/// Whoever sends the same again and again is told of once.
+void OrderDesk::tell(const QString& text)
+{
+    if (std::exchange(m_told, text) != text) {
+        diagnostic(inOneLine(text));
     }
 }
 
@@ -248,14 +257,14 @@ void OrderDesk::takeLevel(const BrokerMessage& message)
         refusal = QStringLiteral("expected ON, OFF, or a number from 0 to 65535");
     }
     if (!refusal.isEmpty()) {
-        diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, refusal));
+        tell(QStringLiteral("line \"%1\" is not set: %2").arg(line, refusal));
         return;
     }
     request(QStringLiteral("setValues"),
             {{QStringLiteral("channel"), line}, {QStringLiteral("values"), *level}},
-            [line](const QVariantMap& /*reply*/, const DFailure& failure) {
+            [this, line](const QVariantMap& /*reply*/, const DFailure& failure) {
                 if (failure) {
-                    diagnostic(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
+                    tell(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
                 }
             });
 }

@@ -55,6 +55,7 @@ private:
     void runInstruction(const RigOrder& order, const Answer& answer);
     void request(const QString& instruction, const QVariantMap& arguments, DeviceRequest::Done done);
     void answerLease(const RigOrder& order, const Answer& answer);
+    void tell(const QString& text);
     void passOn(int number, const Json& line);
     void orderEnded(int number);
     void stopUnheard(const QByteArray& topic);
@@ -69,5 +70,6 @@ private:
     TakenOrders m_taken;
     int m_last = 0; ///< number of the latest order
     std::map<int, Running> m_running;
+    QString m_told;             ///< to people, last
     std::size_t m_requests = 0; ///< of the device, that are under way
 };

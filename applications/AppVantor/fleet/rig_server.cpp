@@ -122,7 +122,7 @@ void RigServer::refused(const QString& problem)
     constexpr int most = 256; // answers may go to any topic
     if (m_refusals.size() < most && !m_refusals.contains(problem)) {
         m_refusals.insert(problem);
-        diagnostic(QStringLiteral("%1: %2").arg(m_setup.broker.text(), problem));
+        diagnostic(QStringLiteral("%1: %2").arg(m_setup.broker.text(), inOneLine(problem)));
     }
 }
 
