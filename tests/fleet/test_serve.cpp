@@ -169,6 +169,19 @@ private Q_SLOTS:
         QVERIFY(bench.leave().errors.contains("is there again"));
     }
 
+    void linesOfAnEarlierRunAreGone()
+    {
+        const Broker broker;
+        ServedBench(broker).leave();
+        Reader reader(broker, "appvantor/#"_s);
+        QVERIFY(!reader.waitFor(topic("line/line3"), "\"v\":").isEmpty());
+        const ServedBench bench(broker, {"--config"_s, boardFile(R"("lines": [ { "name": "line0" } ])")});
+        QVERIFY(!reader.waitFor(topic("line/line3"), "(null)").isEmpty());
+        Reader later(broker, "appvantor/#"_s);
+        QVERIFY(!later.waitFor(topic("line/line0"), "\"v\":").isEmpty());
+        QCOMPARE(later.messages(topic("line/line3")).size(), 0);
+    }
+
     void whatOthersSayOfItDoesNotStand_data()
     {
         const Rows<QByteArray> row("lie");

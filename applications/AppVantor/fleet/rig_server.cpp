@@ -42,8 +42,8 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
 {
     m_link.setWill({m_topics.state(), stateCalled("lost"), true}, c_lostAfterSeconds);
-    for (const QByteArray& topic :
-         {m_topics.state(), m_topics.order(), m_topics.history(), m_topics.anyLineSet()}) {
+    for (const QByteArray& topic : {m_topics.state(), m_topics.description(), m_topics.order(),
+                                    m_topics.history(), m_topics.anyLineSet()}) {
         m_link.subscribe(topic);
     }
     connect(&m_link, &BrokerLink::connected, this, &RigServer::connected);
@@ -130,6 +130,10 @@ void RigServer::take(const BrokerMessage& message)
 {
     if (message.topic == m_topics.state()) {
         hearState(message);
+    } else if (message.topic == m_topics.description()) {
+        if (message.retained) {
+            clearLinesOf(message.payload);
+        }
     } else if (message.topic == m_topics.order()) {
         m_desk.takeOrder(message);
     } else if (message.topic == m_topics.history()) {
@@ -152,6 +156,25 @@ void RigServer::hearState(const BrokerMessage& message)
         Q_EMIT replaced();
     } else if (!message.retained && (!isOnline || state->session != m_session)) {
         publish(m_topics.state(), stateCalled("online"));
+    }
+}
+
+/// An earlier run may have had other lines, whose levels the broker still has.
+void RigServer::clearLinesOf(const QByteArray& description)
+{
+    QSet<QString> present;
+    for (const DLine& line : m_bench.device().lines()) {
+        present.insert(line.name);
+    }
+    QVector<JsonMistake> mistakes;
+    const std::optional<JsonNode> json = readJson(description, &mistakes);
+    const QVariantMap fields = json ? json->toVariant().toMap() : QVariantMap();
+    const QVariantList lines = fields.value(QStringLiteral("lines")).toList();
+    for (const QVariant& line : lines) {
+        const QString name = line.toMap().value(QStringLiteral("name")).toString();
+        if (!name.isEmpty() && !present.contains(name)) {
+            publish(m_topics.line(name), QByteArray());
+        }
     }
 }
 

@@ -46,6 +46,7 @@ private:
     void disconnected(const QString& problem);
     void refused(const QString& problem);
     void take(const BrokerMessage& message);
+    void clearLinesOf(const QByteArray& description);
     void hearState(const BrokerMessage& message);
     void lineChanged(int line, const LineLevel& level);
     void answerHistory(const BrokerMessage& message);
