@@ -57,7 +57,7 @@ QString overview(const std::vector<OptionRow>& options)
                "\n\"appvantor SUBCOMMAND --help\" tells more. Without a subcommand, the window is shown "
                "when a display is there.\n"
                "Exit status: 0 success, 1 an order failed, 2 wrong usage or configuration, 3 the device "
-               "cannot be reached.\n");
+               "cannot be reached, 4 another bench serves the rig.\n");
 }
 
 QString helpOf(const SubcommandRow& subcommand, const std::vector<OptionRow>& options)

@@ -21,7 +21,7 @@ int serveBench(const Bench& bench, const RigServerSetup& setup, const RigForms& 
             [&] { return QStringLiteral("serving %1 on %2").arg(setup.broker.rig, setup.broker.text()); });
     });
     QObject::connect(&server, &RigServer::replaced, &loop, [&] {
-        status = ExitOrderFailed;
+        status = ExitReplaced;
         loop.quit();
     });
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
