@@ -81,7 +81,7 @@ QStringList mistakesIn(const QString& file, const QByteArray& errors)
 /// and numbers that do not suit each other.
 bool isBeyondTheSchema(const QString& mistake)
 {
-    static const QRegularExpression beyond("(expected an? (name|identifier) of its own, .* is taken"
+    static const QRegularExpression beyond("(expected an? (name|identifier|line) of its own, .* is taken"
                                            "|expected \"(?!(type|direction|link)\").*\" once"
                                            "|expected the name of a line, found \".*\""
                                            "|, expected a free input"

@@ -270,6 +270,8 @@ private Q_SLOTS:
         row("no lines", "'lines'", "'lines': [], 'type2'", "device.lines: expected at least one line");
         row("name twice", "'door'", "'lamp'",
             "device.lines[1].name: expected a name of its own, 'lamp' is taken");
+        row("line twice", "'name': 'door'", "'name': 'door', 'line': 'line0'",
+            "device.lines[1].line: expected a line of its own, 'line0' is taken");
         row("kind", "'line': 'line0'", "'kind': 'analogue'",
             "device.lines[0].kind: expected one of 'digital', 'analog', found 'analogue'");
         row("output of an input", "'value': 'lamp'", "'value': 'door'",

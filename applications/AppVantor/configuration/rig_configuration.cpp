@@ -64,14 +64,19 @@ RigDeviceSetup readRigLines(const ConfigObject& device, const QString& folder)
     RigDeviceSetup setup;
     readBroker(device, folder, &setup);
     QSet<QString> names;
+    QSet<QString> linesThere;
     for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
         const RigDeviceSetup::Line line = readLine(entry);
         if (!line.line.name.isEmpty() && names.contains(line.line.name)) {
             entry.addProblem(
                 QStringLiteral("name"),
                 QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.line.name));
+        } else if (!line.there.isEmpty() && linesThere.contains(line.there)) {
+            entry.addProblem(QStringLiteral("line"),
+                             QStringLiteral("expected a line of its own, \"%1\" is taken").arg(line.there));
         }
         names.insert(line.line.name);
+        linesThere.insert(line.there);
         setup.lines.append(line);
     }
     if (setup.lines.isEmpty()) {
