@@ -1,4 +1,5 @@
 #include "broker_client.h"
+#include "rows.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -141,6 +142,22 @@ private Q_SLOTS:
         QVERIFY(ask(broker, order, setting, answer).contains("result"));
         QVERIFY(!reader.waitFor("appvantor/1/bench-7/line/line0", "\"v\":1").isEmpty());
         QVERIFY(!reader.messages("appvantor/1/bench-7/state").contains("a lie"));
+    }
+
+    void aFileThatIsNotThereIsToldAtOnce_data()
+    {
+        const Rows<QString> row("option");
+        for (const char* option : {"--ca", "--cert", "--key", "--login"}) {
+            row(option, option);
+        }
+    }
+    void aFileThatIsNotThereIsToldAtOnce()
+    {
+        QFETCH(QString, option);
+        const BenchRun run =
+            runBench({"serve"_s, "--broker"_s, "mqtts://127.0.0.1/rig"_s, option, "/none.crt"_s});
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains("/none.crt cannot be read: No such file"), run.errors);
     }
 
     void whatTheAccessListForbidsIsTold()

@@ -27,7 +27,10 @@ std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem)
     place.access.authorities = options.authorities;
     place.access.certificate = options.certificate;
     place.access.key = options.key;
-    *problem = readLogin(options.login, &place.access);
+    *problem = unreadableFile(place.access);
+    if (problem->isEmpty()) {
+        *problem = readLogin(options.login, &place.access);
+    }
     return problem->isEmpty() ? std::optional<BrokerPlace>(place) : std::nullopt;
 }
 

@@ -36,6 +36,17 @@ std::optional<BrokerAddress> readBrokerAddress(const QString& text, QString* pro
     return BrokerAddress{url.host(), url.port(encrypted ? encryptedPort : plainPort), encrypted, rig};
 }
 
+QString unreadableFile(const BrokerAccess& access)
+{
+    for (const QString& name : {access.authorities, access.certificate, access.key}) {
+        QFile file(name);
+        if (!name.isEmpty() && !file.open(QIODevice::ReadOnly)) {
+            return QStringLiteral("%1 cannot be read: %2").arg(name, file.errorString());
+        }
+    }
+    return QString();
+}
+
 QString readLogin(const QString& file, BrokerAccess* access)
 {
     constexpr int longest = 4096;

@@ -31,6 +31,9 @@ struct BrokerAccess
     QString key;         ///< of the certificate
 };
 
+/// What keeps the files of access from being read; empty when nothing does.
+QString unreadableFile(const BrokerAccess& access);
+
 /// Takes user and password from file, whose first line is "USER:PASSWORD"; without a file from the
 /// environment, APPVANTOR_USER and APPVANTOR_PASSWORD. Returns what is wrong with the file, or an empty text.
 QString readLogin(const QString& file, BrokerAccess* access);
