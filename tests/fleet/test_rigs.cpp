@@ -284,6 +284,26 @@ private Q_SLOTS:
         QVERIFY2(run.errors.contains("has no line \"none\""), run.errors);
     }
 
+    void thatAreLostLeaveTheirLinesUnknownUntilTheyAreBack()
+    {
+        const Broker broker;
+        auto bench = std::make_unique<ServedBench>(broker);
+        const QByteArray configuration =
+            R"({ "device": { "type": "rig", "broker": "URL", "lines": [ { "name": "lamp", "line": "line0" } ] },
+                 "tools": [ { "name": "T", "id": "{4b7a1c6e-0d52-4f3b-9a51-6f0c2f9d7a10}", "plugin": "p_tool_gpio", "channels": [] } ] })";
+        const QString device = temporaryFile(QByteArray(configuration).replace("URL", broker.url().toUtf8()));
+        const QByteArray topic = "appvantor/1/bench-8/line/lamp";
+        Reader reader(broker, QString::fromLatin1(topic));
+        const BenchProcess relay({"--config"_s, device, "serve"_s, "--broker"_s, broker.url("bench-8"_s)});
+        QVERIFY(!reader.waitFor(topic, R"("v":0,)").isEmpty());
+        bench->send(SIGKILL);
+        bench->end();
+        QTRY_VERIFY_WITH_TIMEOUT(reader.messages(topic).last().contains(R"("quality":"unknown")"), 20000);
+        QVERIFY(reader.messages(topic).last().contains(R"("v":null,)"));
+        bench = std::make_unique<ServedBench>(broker);
+        QTRY_VERIFY_WITH_TIMEOUT(reader.messages(topic).last().contains(R"("quality":"good")"), 20000);
+    }
+
     void doNotCarryOutLaterWhatWasToldAsFailed()
     {
         Broker broker;

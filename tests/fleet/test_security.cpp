@@ -3,6 +3,8 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 
 #include <csignal>
@@ -58,6 +60,7 @@ private Q_SLOTS:
         }
         certificate("good"_s, "lab"_s, "IP:127.0.0.1", "9"_s);
         certificate("elsewhere"_s, "lab"_s, "DNS:other.example", "9"_s);
+        certificate("named"_s, "lab"_s, "DNS:localhost", "9"_s);
         certificate("old"_s, "lab"_s, "IP:127.0.0.1", "-1"_s);
         certificate("rig"_s, "lab"_s, "DNS:rig", "9"_s);
     }
@@ -90,6 +93,42 @@ private Q_SLOTS:
                                          Broker::file(authority + ".crt"_s)},
                                         outcome);
         QVERIFY2((run.output + run.errors).contains(outcome), run.output + run.errors);
+    }
+
+    void aCertificateIsTrustedByItsName_data()
+    {
+        const Rows<QString, QByteArray> row("shown", "outcome");
+        row("of the name", "named", "serving bench-7 on mqtts://localhost");
+        row("of the number", "good", "its certificate is refused: hostname mismatch");
+    }
+    void aCertificateIsTrustedByItsName()
+    {
+        const auto [shown, outcome] = Rows<QString, QByteArray>::values();
+        const Broker broker("allow_anonymous true\ncafile $DIR/lab.crt\ncertfile $DIR/" + shown.toUtf8() +
+                            ".crt\nkeyfile $DIR/" + shown.toUtf8() + ".key\n");
+        const BenchRun run = tryToServe({"--broker"_s, "mqtts://localhost:%1/bench-7"_s.arg(broker.port()),
+                                         "--ca"_s, Broker::file("lab.crt"_s)},
+                                        outcome);
+        QVERIFY2((run.output + run.errors).contains(outcome), run.output + run.errors);
+    }
+
+    void aBrokerThatIsEndedInTheHandshakeIsTriedAgain()
+    {
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        BenchProcess bench({"serve"_s, "--broker"_s,
+                            "mqtts://127.0.0.1:%1/bench-7"_s.arg(silent.serverPort()), "--ca"_s,
+                            Broker::file("lab.crt"_s)});
+        for (int times = 0; times < 2; ++times) {
+            QVERIFY(silent.waitForNewConnection(20000));
+            QTcpSocket* socket = silent.nextPendingConnection();
+            QVERIFY(socket->waitForReadyRead(20000)); // the client's hello
+            delete socket;
+        }
+        bench.send(SIGTERM);
+        const BenchRun run = bench.end();
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.errors.contains("it is tried again"), run.errors);
     }
 
     void aBrokerThatWantsACertificateGetsIt()

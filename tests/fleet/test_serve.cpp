@@ -1,6 +1,7 @@
 #include "broker_client.h"
 #include "rows.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -98,8 +99,11 @@ private Q_SLOTS:
         Reader reader(broker, "appvantor/+/+/state"_s);
         ServedBench bench(broker);
         const QJsonValue session = objectOf(reader.waitFor(topic("state"), "online")).value("session"_s);
+        QElapsedTimer clock;
+        clock.start();
         bench.send(SIGKILL);
         QCOMPARE(objectOf(reader.waitFor(topic("state"), "lost")).value("session"_s), session);
+        QVERIFY2(clock.elapsed() >= 4000, "it may come back within 5 s");
     }
 
     void comesToABrokerThatIsNotThereYet()
