@@ -252,7 +252,8 @@ int BrokerConnection::publish(const BrokerMessage& message)
         mosquitto_publish_v5(m_mosquitto, &number, message.topic.constData(), message.payload.size(),
                              message.payload.constData(), c_qos, message.retained, properties.list());
     const bool kept = result == MOSQ_ERR_SUCCESS || result == MOSQ_ERR_NO_CONN ||
-                      result == MOSQ_ERR_CONN_LOST; // the end comes by itself
+                      result == MOSQ_ERR_CONN_LOST || result == MOSQ_ERR_ERRNO ||
+                      result == MOSQ_ERR_TLS; // the end of the connection comes by itself
     watch();
     return kept ? number : 0;
 }
@@ -308,16 +309,26 @@ void BrokerConnection::read()
     passOn(result);
 }
 
+/// A broker that has gone may have said why: the library would close the socket with that unread.
 void BrokerConnection::write()
 {
+    constexpr int most = 64;
+    for (int i = 0; i < most && !isSilent(); ++i) {
+        read();
+    }
     passOn(mosquitto_loop_write(m_mosquitto, 1));
+}
+
+bool BrokerConnection::isSilent() const
+{
+    pollfd socket = {mosquitto_socket(m_mosquitto), POLLIN, 0};
+    return poll(&socket, 1, 0) == 0;
 }
 
 /// While this process was held up the broker's messages waited for it, and nobody says how long.
 void BrokerConnection::noteEmptiness()
 {
-    pollfd socket = {mosquitto_socket(m_mosquitto), POLLIN, 0};
-    if (poll(&socket, 1, 0) == 0) {
+    if (isSilent()) {
         m_notes->sinceEmpty.restart();
     }
 }

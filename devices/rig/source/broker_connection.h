@@ -61,6 +61,7 @@ private:
     void read();
     void write();
     void keepUp();
+    bool isSilent() const; ///< nothing of the broker waits to be read
     void noteEmptiness();
     void passOn(int result);
     void end(const QString& problem);
