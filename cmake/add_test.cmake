@@ -1,9 +1,9 @@
-# tool_gpio_add_test(NAME <name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>])
+# tool_gpio_add_test(NAME <name> SOURCES <file>... [LIBRARIES <target>...] [TIMEOUT <seconds>] [BELOW <program>])
 #
 # Adds one QtTest program and its ctest test "<folder>/<name>" with the label <folder>, the folder of tests/ that
-# calls this. Tests run without a display and in one locale everywhere.
+# calls this. Tests run without a display and in one locale everywhere; below a program where one is named.
 function(tool_gpio_add_test)
-    cmake_parse_arguments(PARSE_ARGV 0 arg "" "NAME;TIMEOUT" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 0 arg "" "NAME;TIMEOUT;BELOW" "SOURCES;LIBRARIES")
     cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
     set(target test_${folder}_${arg_NAME})
     add_executable(${target} ${arg_SOURCES})
@@ -12,7 +12,11 @@ function(tool_gpio_add_test)
     if(CMAKE_CXX_VISIBILITY_PRESET STREQUAL hidden) # what was read with another one is of no use
         target_precompile_headers(${target} REUSE_FROM test_headers)
     endif()
-    add_test(NAME ${folder}/${arg_NAME} COMMAND ${target})
+    set(command ${target})
+    if(arg_BELOW)
+        set(command ${arg_BELOW} $<TARGET_FILE:${target}>)
+    endif()
+    add_test(NAME ${folder}/${arg_NAME} COMMAND ${command})
     tool_gpio_set_test_surroundings(${folder}/${arg_NAME} ${folder} "${arg_TIMEOUT}")
 endfunction()
 

@@ -21,11 +21,12 @@ build_packages=(
 )
 
 # What the tests need besides: nm, a reader of ELF files, a checker of JSON, readers of VCD files and of JUnit reports by
-# other people, a display that nobody sees, qmllint, what makes manual pages of Markdown and
-# shows them, shells whose completion is tried, and a broker with clients by other people, and what makes certificates
-# for it.
+# other people, a display that nobody sees, what minimises, maximises and closes windows there, and keys and a mouse for
+# it, qmllint, what makes manual pages of Markdown and shows them, shells whose completion is tried, and a broker with
+# clients by other people, and what makes certificates for it.
 test_packages=(
-    binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils xvfb xauth
+    binutils python3 python3-pyelftools python3-jsonschema gtkwave python3-junitparser libxml2-utils
+    xvfb xauth openbox xdotool
     qml-module-qttest qtdeclarative5-dev-tools lowdown man-db bash-completion zsh
     mosquitto mosquitto-clients python3-paho-mqtt openssl
 )

@@ -57,6 +57,11 @@ BenchWindow::~BenchWindow()
     leaveBench();
 }
 
+void BenchWindow::show()
+{
+    m_window.setVisible(true); // QWindow::show would give it a size of its own
+}
+
 WindowMemory BenchWindow::memory() const
 {
     return WindowMemory(m_configuration, m_rig);

@@ -24,6 +24,9 @@ public:
     /// Remembers what the window looks like.
     ~BenchWindow() override;
 
+    /// Opens the window as it was left: where it filled the screen, it does so again.
+    void show();
+
     QQuickWindow& window() { return m_window; }
     BenchScene& scene() { return *m_scene; }
 

@@ -35,14 +35,13 @@ void chooseRenderer()
 }
 
 /// Returns the exit status.
-int runUntilClosed(QQuickWindow& window, const WindowOptions& options)
+int runUntilClosed(const WindowOptions& options)
 {
     const UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::interrupted, qGuiApp, &QGuiApplication::quit);
     if (options.runMs) {
         QTimer::singleShot(*options.runMs, qGuiApp, &QGuiApplication::quit);
     }
-    window.show();
     return QGuiApplication::exec();
 }
 
@@ -84,7 +83,8 @@ int showWindow(BenchSource& source, const WindowOptions& options)
     chooseRenderer();
     BenchWindow window(&source, options);
     QObject::connect(&window, &BenchWindow::closeConfirmed, qGuiApp, &QGuiApplication::quit);
-    return runUntilClosed(window.window(), options);
+    window.show();
+    return runUntilClosed(options);
 }
 
 int showPanel(DTool& tool, const WindowOptions& options)
@@ -99,7 +99,8 @@ int showPanel(DTool& tool, const WindowOptions& options)
     window.setTitle(tool.objectName());
     fitWindow(window, options);
     scene.putInto(window);
-    return runUntilClosed(window, options);
+    window.show();
+    return runUntilClosed(options);
 }
 
 } // namespace
