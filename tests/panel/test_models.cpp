@@ -180,6 +180,30 @@ private Q_SLOTS:
         QCOMPARE(at(lines, 1, LinesModel::LevelRole).toInt(), 1); // as it was last
     }
 
+    /// The device tells of the second setting when the third has been asked for already.
+    void aSettingThatIsToldLateUndoesNoLaterOne()
+    {
+        DSteadyScheduler scheduler;
+        const auto board = makeSimulatedBoard(smallBoard(), &scheduler, DevicePlace::OwnThread);
+        board->open();
+        QVERIFY(waitUntil([&board] { return board->level(1).known; }));
+        DeviceClock clock(&scheduler);
+        LinesModel lines(board.get(), {}, &clock);
+        const auto toggle = [&lines] { lines.setLevel(1, 1 - at(lines, 1, LinesModel::LevelRole).toInt()); };
+        for (int time = 0; time < 3; ++time) {
+            toggle();
+        }
+        int told = 0;
+        connect(board.get(), &LineDevice::lineChanged, &lines, [&] {
+            if (++told == 2) {
+                toggle();
+            }
+        });
+        QVERIFY(waitUntil([&told] { return told == 4; }));
+        QCOMPARE(board->level(1).level, 0);
+        QCOMPARE(statusOf(lines, 1), "known"_s);
+    }
+
     void theLinesAreListedWithTheirChannels()
     {
         QCOMPARE(m_lines->rowCount(), 8);

@@ -44,6 +44,7 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     });
     connect(device, &LineDevice::blinkingChanged, &m_changed, &ChangedRows::add);
     connect(device, &DDevice::stateChanged, this, [this] {
+        m_asked.clear(); // of a device that is away, only the levels afterwards are told
         for (int line = 0; line < m_lines.size(); ++line) {
             m_changed.add(line); // what is not known is so for another reason
         }
@@ -148,14 +149,15 @@ void LinesModel::setLevel(int line, int level)
     if (!m_lines.at(line).settable) {
         return;
     }
-    m_asked.insert(line, wanted);
+    m_asked.insert(line, {wanted, m_asked.value(line).untold + 1});
     m_changed.add(line);
     m_device->setInput(line, wanted);
 }
 
 int LinesModel::levelOf(int line) const
 {
-    return m_asked.value(line, m_device.isNull() ? 0 : m_device->level(line).level);
+    const auto asked = m_asked.constFind(line);
+    return asked != m_asked.constEnd() ? asked->level : m_device.isNull() ? 0 : m_device->level(line).level;
 }
 
 bool LinesModel::isDrivable(int line) const
@@ -220,8 +222,9 @@ void LinesModel::record(int line, const LineLevel& level)
         append(&m_heldHistories.at(place), level); // told late
     }
     Q_EMIT lineRecorded(line, before, level);
-    if (!level.known || level.level == m_asked.value(line, level.level)) {
-        m_asked.remove(line);
+    const auto asked = m_asked.find(line);
+    if (asked != m_asked.end() && (--asked->untold <= 0 || !level.known)) {
+        m_asked.erase(asked);
     }
     m_changed.add(line);
 }

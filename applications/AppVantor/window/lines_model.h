@@ -107,6 +107,12 @@ private:
     std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
     qint64 m_lostFromUs = 0;                  ///< changes since then may be missing
     qint64 m_lostUntilUs = std::numeric_limits<qint64>::min(); ///< and until then
-    QHash<int, int> m_asked; ///< levels that the device has been asked for and has not told yet
+    /// What the device has been asked for and has not told yet.
+    struct Asked
+    {
+        int level = 0;
+        int untold = 0; ///< changes: those that it was asked for before come first
+    };
+    QHash<int, Asked> m_asked;
     ChangedRows m_changed;
 };
