@@ -37,13 +37,9 @@ void settle(Scene& scene)
     } while (!scene.panel().hasValues());
 }
 
-/// The courses alone in a window that has the keyboard, after as many of the five steps that find the width
-/// of a pulse: by the pointer and by keys, as a user goes them.
-int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
+/// A window that has the keyboard, after it was used by the pointer and by keys. Returns the exit status.
+int drawUsed(BenchScene& scene, const WindowOptions& options, const std::function<void(QQuickWindow&)>& use)
 {
-    for (const char* pane : {"toolsFolded", "pageFolded", "lowerFolded"}) {
-        scene.root().setProperty(pane, true);
-    }
     QQuickWindow window;
     window.resize(options.size);
     scene.putInto(window);
@@ -52,30 +48,7 @@ int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
     if (!QTest::qWaitForWindowActive(&window)) {
         return 1;
     }
-    const auto press = [&window](std::initializer_list<Qt::Key> keys) {
-        for (const Qt::Key key : keys) {
-            QTest::keyClick(&window, key);
-        }
-    };
-    const QVector<std::function<void()>> all = {
-        [&] {
-            const QQuickItem* course = itemNamed(&scene.root(), "lineCourse"_s);
-            const QPointF place(course->width() * 0.05, course->height() / 2);
-            QTest::mouseMove(&window, course->mapToScene(place).toPoint());
-            QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, course->mapToScene(place).toPoint());
-        },
-        [&] { press({Qt::Key_Space}); },
-        [&] {
-            press({Qt::Key_1, Qt::Key_Right});
-        },
-        [&] { press({Qt::Key_2}); },
-        [&] {
-            press({Qt::Key_Right, Qt::Key_Right});
-        },
-    };
-    for (int step = 0; step < steps; ++step) {
-        all.at(step)();
-    }
+    use(window);
     settle(scene);
     QSignalSpy drawn(&window, &QQuickWindow::frameSwapped);
     window.update();
@@ -83,6 +56,82 @@ int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
         drawn.wait() && window.screen()->grabWindow(window.winId()).save(options.screenshotFile);
     scene.root().setParentItem(nullptr); // the window goes first
     return saved ? 0 : 1;
+}
+
+/// The courses alone, after as many of the five steps that find the width of a pulse.
+int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
+{
+    for (const char* pane : {"toolsFolded", "pageFolded", "lowerFolded"}) {
+        scene.root().setProperty(pane, true);
+    }
+    return drawUsed(scene, options, [&](QQuickWindow& window) {
+        const auto press = [&window](std::initializer_list<Qt::Key> keys) {
+            for (const Qt::Key key : keys) {
+                QTest::keyClick(&window, key);
+            }
+        };
+        const QVector<std::function<void()>> all = {
+            [&] {
+                const QQuickItem* course = itemNamed(&scene.root(), "lineCourse"_s);
+                const QPointF place(course->width() * 0.05, course->height() / 2);
+                QTest::mouseMove(&window, course->mapToScene(place).toPoint());
+                QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier,
+                                  course->mapToScene(place).toPoint());
+            },
+            [&] { press({Qt::Key_Space}); },
+            [&] {
+                press({Qt::Key_1, Qt::Key_Right});
+            },
+            [&] { press({Qt::Key_2}); },
+            [&] {
+                press({Qt::Key_Right, Qt::Key_Right});
+            },
+        };
+        for (int step = 0; step < steps; ++step) {
+            all.at(step)();
+        }
+    });
+}
+
+/// What comes up while the window is used, by its name; empty where there is no such state.
+std::function<void(QQuickWindow&)> useCalled(const QString& name, BenchScene& scene, ExampleBench& bench)
+{
+    const auto shown = [&scene](const char* item) {
+        const QVector<QQuickItem*> items = itemsNamed(&scene.root(), QLatin1String(item));
+        const auto visible = std::find_if(items.cbegin(), items.cend(),
+                                          [](const QQuickItem* candidate) { return candidate->isVisible(); });
+        return visible != items.cend() ? *visible : nullptr;
+    };
+    const QHash<QString, std::function<void(QQuickWindow&)>> uses = {
+        {"trigger"_s,
+         [&, shown](QQuickWindow& window) {
+             shown("boardLines")->forceActiveFocus(Qt::TabFocusReason);
+             QTest::keyClick(&window, Qt::Key_T);
+             bench.play(5000000);
+             scene.clock().tick();
+         }},
+        {"failedClick"_s,
+         [&, shown](QQuickWindow&) {
+             bench.board().setPluggedIn(false);
+             PanelFixture::click(shown("idChannelRow.idIndicator.idDigitalOutput"));
+             (void)QTest::qWaitFor([&] { return shown("clickProblem") != nullptr; });
+             scene.clock().tick();
+         }},
+        {"wrongField"_s, [&](QQuickWindow&) { scene.form().setText(1, "70000"_s); }},
+        {"events"_s,
+         [&, shown](QQuickWindow&) {
+             scene.clock().tick();
+             (void)QTest::qWaitFor([&] { return shown("eventsButton") != nullptr; });
+             PanelFixture::click(shown("eventsButton"));
+         }},
+        {"fileMenu"_s, [&, shown](QQuickWindow&) { PanelFixture::click(shown("fileButton")); }},
+        {"closing"_s,
+         [&](QQuickWindow&) {
+             QMetaObject::invokeMethod(&scene.root(), "askToLeave", Q_ARG(QVariant, "close"_s),
+                                       Q_ARG(QVariant, scene.reasonToStay()));
+         }},
+    };
+    return uses.value(name);
 }
 
 /// Two cursors around a pulse.
@@ -108,9 +157,8 @@ int main(int argc, char** argv)
         words.append(QString::fromLocal8Bit(argv[number]));
     }
     if (words.size() != 7) {
-        qCritical("usage: make_pictures window|cursors|lost|panel|pulse1…pulse5 LINES light|dark "
-                  "WIDTHxHEIGHT SCALE "
-                  "LANGUAGE FILE.png");
+        qCritical("usage: make_pictures window|cursors|lost|panel|pulse1…pulse5|STATE LINES light|dark "
+                  "WIDTHxHEIGHT SCALE LANGUAGE FILE.png");
         return 2;
     }
     WindowOptions options;
@@ -147,6 +195,10 @@ int main(int argc, char** argv)
         setCursors(scene);
     } else if (what.startsWith(QLatin1String("pulse"))) {
         return drawPulse(scene, what.mid(5).toInt(), options);
+    } else if (const auto use = useCalled(what, scene, bench)) {
+        scene.panel().refresh();
+        settle(scene);
+        return drawUsed(scene, options, use);
     } else if (what == QLatin1String("lost")) {
         bench.board().setPluggedIn(false);
         scene.clock().tick();
