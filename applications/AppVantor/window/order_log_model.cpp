@@ -183,8 +183,13 @@ void OrderLogModel::watch(DOrder* order)
             entry->kept.push_back({timeUs, event});
             if (entry->kept.size() > c_mostEvents) {
                 entry->kept.pop_front();
+            } else {
+                ++m_keptEvents;
             }
-            Q_EMIT eventLogged(id, entry->kept.back());
+            if (m_keptEvents > c_mostEventsOfAll) {
+                forgetEvent();
+            }
+            Q_EMIT eventLogged(id, {timeUs, event});
         }
     });
     connect(order, &DOrder::eventsLost, this, [this, id](quint64 count) {
@@ -212,10 +217,20 @@ void OrderLogModel::forgetEnded(int keep)
         const auto entry = m_entries.begin() + row;
         if (entry->order == nullptr) {
             beginRemoveRows(QModelIndex(), row, row);
+            m_keptEvents -= entry->kept.size();
             m_entries.erase(entry);
             endRemoveRows();
         }
     }
+}
+
+/// The first of the oldest order that has any.
+void OrderLogModel::forgetEvent()
+{
+    const auto oldest = std::find_if(m_entries.rbegin(), m_entries.rend(),
+                                     [](const Entry& entry) { return !entry.kept.empty(); });
+    oldest->kept.pop_front();
+    --m_keptEvents;
 }
 
 QString OrderLogModel::timeText(qint64 timeUs) const

@@ -74,6 +74,8 @@ public:
     static constexpr int c_mostEntries = 500;
     /// More events of an order than these are not kept; the oldest go first.
     static constexpr std::size_t c_mostEvents = 10000;
+    /// More events of all orders together than these are not kept; those of the oldest order go first.
+    static constexpr std::size_t c_mostEventsOfAll = 50000;
 
 Q_SIGNALS:
     void countChanged();
@@ -105,10 +107,12 @@ private:
     Entry* change(quint64 order);
     void watch(DOrder* order);
     void forgetEnded(int keep);
+    void forgetEvent();
     QString timeText(qint64 timeUs) const;
     QString detail(const Entry& entry) const;
 
     DeviceClock* const m_clock;
     std::deque<Entry> m_entries;
+    std::size_t m_keptEvents = 0; ///< of all orders
     ChangedRows m_changed;
 };
