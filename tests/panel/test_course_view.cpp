@@ -250,6 +250,11 @@ private Q_SLOTS:
         shown.view.setCursor(2, 0.9, -1);
         QCOMPARE(shown.view.selectionText(c_line), "2 edges \u00b7 0 to 1 \u00b7 mean 0.6"_s);
         QCOMPARE(shown.view.selectionText(99), QString());
+        Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true}); // told late
+        QCOMPARE(shown.view.selectionText(c_line), "3 edges \u00b7 0 to 1 \u00b7 mean 0.7"_s);
+        shown.view.setCursor(2, 0.7, -1);
+        QCOMPARE(shown.view.selectionText(c_line), "1 edge \u00b7 0 to 1 \u00b7 mean 0.6667"_s);
+        QCOMPARE(shown.view.selectionText(0), "0 edges \u00b7 0 to 0 \u00b7 mean 0"_s);
     }
 
     void theCoursesAreExported()

@@ -363,6 +363,46 @@ private Q_SLOTS:
         QCOMPARE(ticks.count(), 1); // and then it rests
     }
 
+    void aCourseEndsWhereWhatIsToldLateEnds()
+    {
+        Shown shown(m_board.get());
+        scheduler().advance(20 * c_second);
+        QCOMPARE(shown.drawn(), "low low low low"_s);
+        Q_EMIT m_board->lineChanged(c_line, known(13 * c_second, 1));
+        Q_EMIT m_board->lineChanged(0, known(16 * c_second, 1));
+        shown.clock.tick();
+        QCOMPARE(shown.lines.toldUntilUs(), 16 * c_second);
+        QCOMPARE(shown.drawn(), "low high nothing nothing"_s);
+        QCOMPARE(shown.lines.levelAt(c_line, 15e6), QVariant(1));
+        QCOMPARE(shown.lines.levelAt(c_line, 17e6), QVariant());
+        scheduler().advance(LinesModel::c_awaitedUs + DeviceClock::c_intervalUs); // nothing more is told
+        QCOMPARE(shown.lines.toldUntilUs(), static_cast<qint64>(shown.clock.now()));
+        QCOMPARE(shown.drawn(), "low high high high"_s);
+        Q_EMIT m_board->lineChanged(c_line, known(18 * c_second, 0));
+        shown.clock.tick();
+        QCOMPARE(shown.lines.toldUntilUs(), 18 * c_second);
+        Q_EMIT m_board->lineChanged(c_line, known(scheduler().now(), 1)); // that is all
+        QCOMPARE(shown.lines.toldUntilUs(), scheduler().now());
+    }
+
+    void aHeldCourseGoesOnAsItWent()
+    {
+        Shown shown(m_board.get());
+        scheduler().advance(20 * c_second);
+        shown.clock.setRunning(false);
+        scheduler().advance(c_second);
+        m_board->setInput(c_line, 1);
+        scheduler().advance(c_second);
+        m_board->setInput(c_line, 0);
+        scheduler().advance(c_second);
+        QCOMPARE(shown.lines.history(c_line)->changes().size(), std::size_t{1});
+        shown.clock.setRunning(true);
+        const std::deque<LineLevel> expected = {known(0, 0), known(21 * c_second, 1),
+                                                known(22 * c_second, 0)};
+        QCOMPARE(shown.lines.history(c_line)->changes(), expected);
+        QCOMPARE(shown.lines.history(c_line)->at(21 * c_second - 1), known(0, 0));
+    }
+
 private:
     ManualScheduler& scheduler() { return *m_scheduler; }
 

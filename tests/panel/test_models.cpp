@@ -282,10 +282,30 @@ private Q_SLOTS:
         QCOMPARE(statusOf(lines, 0), "unknown"_s);
         device.front.open();
         QCOMPARE(statusOf(lines, 0), "waiting"_s);
+        QVERIFY(!at(lines, 0, LinesModel::KnownRole).toBool()); // it shows no level
         device.listener->stateTold(DDevice::State::Connected, {}, 0);
         QCOMPARE(statusOf(lines, 0), "failed"_s); // its line cannot be read
         device.listener->stateTold(DDevice::State::Unreachable, "gone"_s, 0);
         QCOMPARE(statusOf(lines, 0), "unknown"_s);
+    }
+
+    /// What came after the courses stopped and is forgotten already was not as it was before.
+    void aHeldCourseThatIsForgottenIsNotGuessed()
+    {
+        constexpr int lineCount = 40000; // each has little room
+        DeafDevice device(m_bench->scheduler(), lineCount);
+        LinesModel lines(&device.front, {}, m_clock.get());
+        device.listener->lineTold(0, {1, 0, true});
+        m_clock->setRunning(false);
+        constexpr auto most = static_cast<int>(LinesModel::c_mostChanges / lineCount);
+        for (int number = 0; number < most + 10; ++number) {
+            m_bench->scheduler().advance(1);
+            device.listener->lineTold(0, {number % 2, m_bench->scheduler().now(), true});
+        }
+        m_clock->setRunning(true);
+        const LineHistory& history = *lines.history(0);
+        QCOMPARE(history.changes().size(), std::size_t{most});
+        QVERIFY(!history.at(history.changes().front().sinceUs - 1).known);
     }
 
     void aLineThatBlinksIsMarked()
@@ -705,6 +725,32 @@ private Q_SLOTS:
         QTRY_COMPARE(static_cast<int>(m_log->events(order).size()), most);
         m_clock->tick();
         QCOMPARE(events->rowCount(), most);
+    }
+
+    void ofTheEventsOfManyOrdersTheLatestAreKept()
+    {
+        constexpr int orders = 6;
+        for (int number = 0; number < orders; ++number) {
+            run("startListening", {{"channel"_s, "ALARM"_s}});
+        }
+        QTRY_COMPARE(m_bench->board().pendingRequests(), orders);
+        constexpr std::size_t each = 9000;
+        for (std::size_t number = 1; number < each; ++number) {
+            m_bench->board().setInput(5, static_cast<int>(number % 2));
+        }
+        const auto kept = [this](int row) {
+            return m_log->events(at(*m_log, row, OrderLogModel::OrderRole).toULongLong()).size();
+        };
+        QTRY_COMPARE(kept(0), each);
+        QCOMPARE(kept(orders - 2), each);
+        QCOMPARE(kept(orders - 1),
+                 OrderLogModel::c_mostEventsOfAll - (orders - 1) * each); // the oldest order
+        m_log->stopAll();
+        m_log->clear();
+        run("startListening", {{"channel"_s, "ALARM"_s}});
+        QTRY_COMPARE(m_bench->board().pendingRequests(), 1);
+        m_bench->board().setInput(5, 1);
+        QTRY_VERIFY(kept(0) >= 1);
     }
 
     void clearingKeepsWhatStillRuns()

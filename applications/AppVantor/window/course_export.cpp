@@ -135,6 +135,7 @@ CourseSheet CourseExport::sheet() const
     const QFontMetrics metrics(CourseSheet::font());
     const QVector<int> lines = shownLines();
     const TimeSpan shown = span();
+    const qint64 untilUs = std::min(shown.toUs(), m_lines->toldUntilUs());
     CourseSheet sheet;
     sheet.size = QSize(left + width + right, head + row * lines.size());
     const QVector<qint64> marks = axisMarks({0, shown.lengthUs}, width);
@@ -155,7 +156,7 @@ CourseSheet CourseExport::sheet() const
         QPainterPath path;
         int end = -1;
         for (const CourseStep& step :
-             courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, shown.toUs())) {
+             courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, untilUs)) {
             const int x = left + step.column;
             if (step.levels.gap) {
                 path.moveTo(x, y(step.levels.lowest));

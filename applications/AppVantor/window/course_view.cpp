@@ -10,6 +10,16 @@ namespace {
 constexpr double c_snapDistance = 8; // pixels
 constexpr double c_rightEdge = 0.98; // a share from which on the pointer means the present
 
+QString measuredText(const LineHistory& history, const TimeSpan& span)
+{
+    const std::optional<SelectionMeasure> measure = measureBetween(history, span.fromUs, span.toUs());
+    return measure ? qtTrId("selection_measure", measure->edges)
+                         .arg(measure->levels.lowest)
+                         .arg(measure->levels.highest)
+                         .arg(QString::number(measure->mean, 'g', 4))
+                   : QString();
+}
+
 } // namespace
 
 CourseView::CourseView(LinesModel* lines, QObject* parent)
@@ -94,13 +104,17 @@ QString CourseView::selectionText(int line) const
     if (!selected || history == nullptr) {
         return QString();
     }
-    const std::optional<SelectionMeasure> measure =
-        measureBetween(*history, selected->fromUs, selected->toUs());
-    return measure ? qtTrId("selection_measure", measure->edges)
-                         .arg(measure->levels.lowest)
-                         .arg(measure->levels.highest)
-                         .arg(QString::number(measure->mean, 'g', 4))
-                   : QString();
+    const std::deque<LineLevel>& changes = history->changes();
+    const qint64 fromUs =
+        changes.empty() ? selected->fromUs : std::max(selected->fromUs, changes.front().sinceUs);
+    const qint64 toUs = selected->toUs();
+    const quint64 count = history->changeCountUntil(toUs);
+    const bool isSame = m_selected.history == history && m_selected.fromUs == fromUs &&
+                        m_selected.toUs == toUs && m_selected.changes == count;
+    if (!isSame) {
+        m_selected = {history, fromUs, toUs, count, measuredText(*history, *selected)};
+    }
+    return m_selected.text;
 }
 
 std::optional<TimeSpan> CourseView::selection() const

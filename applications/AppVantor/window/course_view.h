@@ -86,6 +86,16 @@ Q_SIGNALS:
     void cursorsChanged();
 
 private:
+    /// What a line did between both cursors: measured anew only when it has done something else there.
+    struct Selected
+    {
+        const LineHistory* history = nullptr;
+        qint64 fromUs = 0; ///< as far back as is remembered
+        qint64 toUs = 0;
+        quint64 changes = 0; ///< until then
+        QString text;
+    };
+
     void follow();
     void hold();
     void show(const TimeSpan& span);
@@ -99,4 +109,5 @@ private:
     double m_width = 0;
     std::array<std::optional<qint64>, 2> m_cursors;
     std::size_t m_activeCursor = 0;
+    mutable Selected m_selected; ///< what was measured last
 };

@@ -29,14 +29,17 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
     , m_channels(m_lines.size())
     , m_histories(static_cast<std::size_t>(m_lines.size()), LineHistory(shareOfChanges(m_lines.size())))
     , m_changed(clock, [this](int first, int last) {
-        Q_EMIT dataChanged(index(first), index(last), {StatusRole, BlinkingRole, LevelRole});
+        Q_EMIT dataChanged(index(first), index(last), {KnownRole, StatusRole, BlinkingRole, LevelRole});
     })
 {
     for (int line = 0; line < m_lines.size(); ++line) {
         record(line, device->level(line));
     }
     linkChannels(tools);
-    connect(device, &LineDevice::lineChanged, this, &LinesModel::record);
+    connect(device, &LineDevice::lineChanged, this, [this](int line, const LineLevel& level) {
+        noteTime(level.sinceUs);
+        record(line, level);
+    });
     connect(device, &LineDevice::changesLost, this, [this](quint64, qint64 fromUs, qint64 untilUs) {
         m_asked.clear();
         m_lostFromUs = fromUs;
@@ -51,8 +54,18 @@ LinesModel::LinesModel(LineDevice* device, const QVector<DTool*>& tools, DeviceC
         Q_EMIT stateChanged();
     });
     connect(device, &QObject::destroyed, this, &LinesModel::stateChanged);
-    connect(clock, &DeviceClock::runningChanged, this,
-            [this] { m_heldHistories = m_clock->isRunning() ? std::vector<LineHistory>() : m_histories; });
+    connect(clock, &DeviceClock::runningChanged, this, [this] {
+        if (m_clock->isRunning()) {
+            joinLater();
+        } else {
+            hold();
+        }
+    });
+    connect(clock, &DeviceClock::ticked, this, [this] {
+        if (awaitsMore()) {
+            m_clock->want();
+        }
+    });
 }
 
 int LinesModel::rowCount(const QModelIndex& parent) const
@@ -79,6 +92,8 @@ QVariant LinesModel::data(const QModelIndex& index, int role) const
         return line.settable;
     case DrivableRole:
         return isDrivable(row);
+    case KnownRole:
+        return present(row).known;
     case StatusRole:
         return status(row);
     case BlinkingRole:
@@ -102,8 +117,9 @@ QHash<int, QByteArray> LinesModel::roleNames() const
 {
     return {{NameRole, "name"},         {AnalogRole, "analog"},     {OutputRole, "output"},
             {SettableRole, "settable"}, {DrivableRole, "drivable"}, {StatusRole, "status"},
-            {BlinkingRole, "blinking"}, {LevelRole, "level"},       {HighestRole, "highest"},
-            {ChannelsRole, "channels"}, {GroupRole, "group"},       {LineRole, "line"}};
+            {BlinkingRole, "blinking"}, {KnownRole, "known"},       {LevelRole, "level"},
+            {HighestRole, "highest"},   {ChannelsRole, "channels"}, {GroupRole, "group"},
+            {LineRole, "line"}};
 }
 
 QString LinesModel::state() const
@@ -123,8 +139,13 @@ QString LinesModel::deviceName() const
 
 const LineHistory* LinesModel::history(int line) const
 {
-    const std::vector<LineHistory>& histories = m_clock->isRunning() ? m_histories : m_heldHistories;
-    return line >= 0 && line < m_lines.size() ? &histories.at(static_cast<std::size_t>(line)) : nullptr;
+    return line >= 0 && line < m_lines.size() ? &m_histories.at(static_cast<std::size_t>(line)) : nullptr;
+}
+
+qint64 LinesModel::toldUntilUs() const
+{
+    const auto nowUs = static_cast<qint64>(m_clock->now());
+    return awaitsMore() ? std::min(nowUs, m_toldUs) : nowUs;
 }
 
 int LinesModel::highestLevel(int line) const
@@ -187,46 +208,91 @@ QString LinesModel::status(int line) const
 /// The level before it was no longer known; -1 where it never was.
 int LinesModel::lastLevel(int line) const
 {
-    const std::deque<LineLevel>& changes = m_histories.at(static_cast<std::size_t>(line)).changes();
-    const auto last = std::find_if(changes.crbegin(), changes.crend(),
-                                   [](const LineLevel& change) { return change.known; });
-    return last != changes.crend() ? last->level : -1;
+    for (const std::vector<LineHistory>* histories : {&m_laterHistories, &m_histories}) {
+        if (!histories->empty()) {
+            const std::deque<LineLevel>& changes = histories->at(static_cast<std::size_t>(line)).changes();
+            const auto last = std::find_if(changes.crbegin(), changes.crend(),
+                                           [](const LineLevel& change) { return change.known; });
+            if (last != changes.crend()) {
+                return last->level;
+            }
+        }
+    }
+    return -1;
 }
 
 QVariant LinesModel::levelAt(int line, double timeUs) const
 {
     const LineHistory* lineHistory = history(line);
-    const LineLevel level =
-        lineHistory != nullptr ? lineHistory->at(static_cast<qint64>(timeUs)) : LineLevel();
+    const auto atUs = static_cast<qint64>(timeUs);
+    const bool isTold = lineHistory != nullptr && (atUs <= m_toldUs || !awaitsMore());
+    const LineLevel level = isTold ? lineHistory->at(atUs) : LineLevel();
     return level.known ? level.level : QVariant();
 }
 
-/// Returns what was known of the level until then.
-LineLevel LinesModel::append(LineHistory* history, const LineLevel& level) const
+/// What was known of the level of line until something else is told.
+LineLevel LinesModel::before(int line) const
 {
-    LineLevel before = history->changes().empty() ? LineLevel() : history->changes().back();
-    if (before.known && level.sinceUs <= m_lostUntilUs) {
-        const qint64 fromUs = std::min(std::max(before.sinceUs + 1, m_lostFromUs), level.sinceUs);
-        before = {0, fromUs, false}; // what it did in between nobody knows
-        history->append(before);
+    const auto place = static_cast<std::size_t>(line);
+    for (const std::vector<LineHistory>* histories : {&m_laterHistories, &m_histories}) {
+        if (!histories->empty() && !histories->at(place).changes().empty()) {
+            return histories->at(place).changes().back();
+        }
     }
-    history->append(level);
-    return before;
+    return LineLevel();
+}
+
+/// What happened before the clock stopped belongs to the courses that are held, whenever it is told.
+void LinesModel::append(int line, const LineLevel& level)
+{
+    const bool isLater = !m_laterHistories.empty() && level.sinceUs >= static_cast<qint64>(m_clock->now());
+    (isLater ? m_laterHistories : m_histories).at(static_cast<std::size_t>(line)).append(level);
 }
 
 void LinesModel::record(int line, const LineLevel& level)
 {
-    const auto place = static_cast<std::size_t>(line);
-    const LineLevel before = append(&m_histories.at(place), level);
-    if (!m_clock->isRunning() && level.sinceUs < static_cast<qint64>(m_clock->now())) {
-        append(&m_heldHistories.at(place), level); // told late
+    LineLevel last = before(line);
+    if (last.known && level.sinceUs <= m_lostUntilUs) {
+        const qint64 fromUs = std::min(std::max(last.sinceUs + 1, m_lostFromUs), level.sinceUs);
+        last = {0, fromUs, false}; // what it did in between nobody knows
+        append(line, last);
     }
-    Q_EMIT lineRecorded(line, before, level);
+    append(line, level);
+    Q_EMIT lineRecorded(line, last, level);
     const auto asked = m_asked.find(line);
     if (asked != m_asked.end() && (--asked->untold <= 0 || !level.known)) {
         m_asked.erase(asked);
     }
     m_changed.add(line);
+}
+
+void LinesModel::noteTime(qint64 toldUs)
+{
+    m_toldUs = std::max(m_toldUs, toldUs);
+    const qint64 nowUs = m_clock->scheduler().now();
+    m_lateUs = nowUs - toldUs > c_lateUs ? std::optional(nowUs) : std::nullopt;
+}
+
+bool LinesModel::awaitsMore() const
+{
+    return m_lateUs && m_clock->scheduler().now() - *m_lateUs < c_awaitedUs;
+}
+
+void LinesModel::hold()
+{
+    const auto lines = static_cast<std::size_t>(m_lines.size());
+    m_laterHistories.assign(lines, LineHistory(shareOfChanges(m_lines.size())));
+}
+
+/// Where some of it is forgotten already, the rest takes all the room: no course is joined across that.
+void LinesModel::joinLater()
+{
+    for (std::size_t line = 0; line < m_laterHistories.size(); ++line) {
+        for (const LineLevel& change : m_laterHistories.at(line).changes()) {
+            m_histories.at(line).append(change);
+        }
+    }
+    m_laterHistories.clear();
 }
 
 void LinesModel::linkChannels(const QVector<DTool*>& tools)

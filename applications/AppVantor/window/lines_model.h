@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QPointer>
 
+#include <optional>
 #include <vector>
 
 /// The lines of a device with their levels, their last seconds, and the tools' channels that are linked to
@@ -34,6 +35,7 @@ public:
         OutputRole,
         SettableRole, ///< from outside
         DrivableRole, ///< an analogue output that an order of a tool can set
+        KnownRole,    ///< whether the level is known now
         StatusRole,   ///< what is known of the level: "known", "waiting", "old", "failed" or "unknown"
         BlinkingRole,
         LevelRole, ///< the last one that was known, if any; 0 otherwise
@@ -59,6 +61,9 @@ public:
     /// What line did: until now, or while the clock stands still, until it stopped, also where that is told
     /// later. Null when there is no such line.
     const LineHistory* history(int line) const;
+    /// Until when it is known what the lines did: now, or when the clock stopped. While the device tells late
+    /// what they did, that is when the latest of it happened.
+    qint64 toldUntilUs() const;
     /// What is known of the level of line now.
     LineLevel present(int line) const { return m_device.isNull() ? LineLevel() : m_device->level(line); }
     /// Highest level that line can have.
@@ -74,6 +79,10 @@ public:
 
     /// As many changes are remembered of all lines together; each has an equal share.
     static constexpr std::size_t c_mostChanges = 4000000;
+    /// What is told longer after it happened is late.
+    static constexpr qint64 c_lateUs = 200000;
+    /// So long after something was told late, more of it is awaited.
+    static constexpr qint64 c_awaitedUs = 500000;
 
 Q_SIGNALS:
     void stateChanged();
@@ -93,8 +102,13 @@ private:
     bool isDrivable(int line) const;
     QString status(int line) const;
     int lastLevel(int line) const;
-    LineLevel append(LineHistory* history, const LineLevel& level) const;
+    LineLevel before(int line) const;
+    void append(int line, const LineLevel& level);
     void record(int line, const LineLevel& level);
+    void noteTime(qint64 toldUs);
+    bool awaitsMore() const;
+    void hold();
+    void joinLater();
     int levelOf(int line) const;
     void linkChannels(const QVector<DTool*>& tools);
 
@@ -104,8 +118,10 @@ private:
     QVector<QStringList> m_channels;
     QHash<int, Driver> m_drivers; ///< of analogue outputs
     std::vector<LineHistory> m_histories;
-    std::vector<LineHistory> m_heldHistories; ///< as they were when the clock stopped; none while it runs
-    qint64 m_lostFromUs = 0;                  ///< changes since then may be missing
+    std::vector<LineHistory> m_laterHistories;            ///< since the clock stopped; none while it runs
+    qint64 m_toldUs = std::numeric_limits<qint64>::min(); ///< when the latest that was told happened
+    std::optional<qint64> m_lateUs;                       ///< when that was told, if late
+    qint64 m_lostFromUs = 0;                              ///< changes since then may be missing
     qint64 m_lostUntilUs = std::numeric_limits<qint64>::min(); ///< and until then
     /// What the device has been asked for and has not told yet.
     struct Asked

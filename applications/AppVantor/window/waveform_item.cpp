@@ -132,12 +132,19 @@ void WaveformItem::follow()
     }
     const TimeSpan shown = m_view->span();
     const bool hasMoved = m_columns.of(shown.toUs()) != m_lastColumn && history->hasChangedSince(m_fromUs);
-    if (hasMoved || history->changeCountUntil(shown.toUs()) != m_changes) {
+    if (hasMoved || untoldColumns() != m_untold || history->changeCountUntil(shown.toUs()) != m_changes) {
         update();
     }
     if (m_lines->clock().isRunning() && m_view->isLive() && history->hasChangedSince(shown.fromUs)) {
         m_lines->clock().want(); // it goes on moving
     }
+}
+
+/// At the right edge, of what is told late.
+qint64 WaveformItem::untoldColumns() const
+{
+    const qint64 endUs = m_view->span().toUs();
+    return m_columns.of(endUs) - m_columns.of(std::min(endUs, m_lines->toldUntilUs()));
 }
 
 bool WaveformItem::canBeSeen() const
@@ -177,6 +184,8 @@ void WaveformItem::paint(QPainter* painter)
     const qint64 firstColumn = m_lastColumn - columns + 1;
     m_fromUs = m_columns.startOf(firstColumn);
     m_changes = history->changeCountUntil(shown.toUs());
+    m_untold = untoldColumns();
+    const qint64 untilUs = std::min(shown.toUs(), m_lines->toldUntilUs());
 
     const double lineWidth = c_lineWidth * scale;
     const double room = rows - 2 * c_margin * scale - lineWidth;
@@ -185,7 +194,7 @@ void WaveformItem::paint(QPainter* painter)
         return static_cast<int>(std::lround(c_margin * scale + room * (1 - double(level) / highestLevel)));
     };
     const int bottom = rowOf(0);
-    for (const CourseStep& step : courseOf(*history, m_columns, firstColumn, shown.toUs())) {
+    for (const CourseStep& step : courseOf(*history, m_columns, firstColumn, untilUs)) {
         const int top = rowOf(step.levels.highest);
         const int low = rowOf(step.levels.lowest);
         if (!step.levels.gap) {

@@ -43,6 +43,7 @@ protected:
 private:
     void follow();
     bool canBeSeen() const;
+    qint64 untoldColumns() const;
 
     QPointer<LinesModel> m_lines;
     QPointer<CourseView> m_view;
@@ -53,5 +54,6 @@ private:
     TimeColumns m_columns;
     qint64 m_lastColumn = 0;
     qint64 m_fromUs = 0;   ///< time at the left edge
+    qint64 m_untold = 0;   ///< columns at the right edge
     quint64 m_changes = 0; ///< of the line until the right edge, those before the left one too
 };

@@ -19,7 +19,7 @@ Item {
     property bool focused: false
 
     readonly property int line: model.line
-    readonly property bool known: model.status === "known" || (model.status === "waiting" && model.settable)
+    readonly property bool known: model.known // or asked for
     readonly property bool adjustable: known && (model.settable || model.drivable)
     // Undefined while nobody knows it.
     readonly property var shownLevel: pointedShare >= 0 ? lines.levelAt(line, view.fromUs + pointedShare * view.spanUs)
