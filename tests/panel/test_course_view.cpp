@@ -37,6 +37,83 @@ QString textOf(const std::optional<qint64>& time)
     return time ? QString::number(*time) : "none"_s;
 }
 
+/// A line as slow and plain as can be: its level in each microsecond; nothing where nobody knows it.
+class PlainLine
+{
+public:
+    static constexpr qint64 c_endUs = 400;
+
+    explicit PlainLine(std::mt19937* random)
+    {
+        const auto below = [random](int limit) {
+            return static_cast<int>((*random)() % static_cast<unsigned>(limit));
+        };
+        std::optional<int> level;
+        int leftUs = below(30);
+        for (qint64 us = 0; us < c_endUs; ++us) {
+            if (leftUs-- == 0) {
+                const std::optional<int> before = level;
+                while (level == before) {
+                    level = below(4) != 0 ? std::optional(below(3)) : std::nullopt;
+                }
+                m_history.append({level.value_or(0), us, level.has_value()});
+                leftUs = below(20);
+            }
+            m_levels.push_back(level);
+        }
+    }
+
+    const LineHistory& history() const { return m_history; }
+    std::optional<int> level(qint64 us) const
+    {
+        return us < 0 ? std::nullopt : m_levels.at(static_cast<std::size_t>(us));
+    }
+    bool isEdge(qint64 us) const { return level(us) && level(us - 1) && level(us) != level(us - 1); }
+    /// The first change after us, or the last one until us; none beyond both ends.
+    std::optional<qint64> changeAfter(qint64 us) const
+    {
+        do {
+            ++us;
+        } while (us < c_endUs && level(us) == level(us - 1));
+        return us < c_endUs ? std::optional(us) : std::nullopt;
+    }
+    std::optional<qint64> changeUntil(qint64 us) const
+    {
+        while (us >= 0 && level(us) == level(us - 1)) {
+            --us;
+        }
+        return us >= 0 ? std::optional(us) : std::nullopt;
+    }
+    bool isEdge(std::optional<qint64> us) const { return us && isEdge(*us); }
+
+    /// Level, width and period at us.
+    QString measure(qint64 us) const
+    {
+        if (!level(us)) {
+            return "unknown"_s;
+        }
+        const std::optional<qint64> begin = changeUntil(us);
+        const std::optional<qint64> end = changeAfter(us);
+        std::optional<qint64> width;
+        std::optional<qint64> period;
+        if (isEdge(begin) && isEdge(end)) {
+            width = *end - *begin;
+            const std::optional<qint64> after = changeAfter(*end);
+            const std::optional<qint64> before = changeUntil(*begin - 1);
+            if (isEdge(after) && level(*after) == level(us)) {
+                period = *after - *begin;
+            } else if (isEdge(before) && level(*before) == level(*end)) {
+                period = *end - *before;
+            }
+        }
+        return "%1 %2 %3"_s.arg(*level(us)).arg(textOf(width), textOf(period));
+    }
+
+private:
+    std::vector<std::optional<int>> m_levels;
+    LineHistory m_history;
+};
+
 /// A view of the courses of a small board.
 struct Shown
 {
@@ -216,7 +293,6 @@ private Q_SLOTS:
         QTEST(text, "measure");
     }
 
-    /// Against the levels of each microsecond, and those from which an edge comes.
     void aSelectionIsMeasured_data()
     {
         const Rows<QString, int, int, QString> row("levels", "from", "to", "measure");
@@ -688,6 +764,91 @@ private Q_SLOTS:
                 QCOMPARE(drawn.at(column).lowest, expected.at(column).lowest);
                 QCOMPARE(drawn.at(column).highest, expected.at(column).highest);
                 QVERIFY(drawn.at(column).isEmpty() || drawn.at(column).gap == expected.at(column).gap);
+            }
+        }
+    }
+
+    void measuresAreThoseOfEachMicrosecond()
+    {
+        std::mt19937 random(2);
+        for (int run = 0; run < 60; ++run) {
+            const PlainLine line(&random);
+            std::optional<qint64> edge;
+            for (qint64 us = 0; us < PlainLine::c_endUs; ++us) {
+                QCOMPARE(textOf(edgeBefore(line.history(), us)), textOf(edge));
+                edge = line.isEdge(us) ? us : edge;
+                const auto measure = measureAt(line.history(), us);
+                QCOMPARE(measure ? "%1 %2 %3"_s.arg(measure->level)
+                                       .arg(textOf(measure->widthUs), textOf(measure->periodUs))
+                                 : "unknown"_s,
+                         line.measure(us));
+            }
+            edge.reset();
+            for (qint64 us = PlainLine::c_endUs; us-- > 0;) {
+                QCOMPARE(textOf(edgeAfter(line.history(), us)), textOf(edge));
+                edge = line.isEdge(us) ? us : edge;
+            }
+        }
+    }
+
+    void selectionsAreThoseOfEachMicrosecond()
+    {
+        std::mt19937 random(3);
+        for (int run = 0; run < 2000; ++run) {
+            const PlainLine line(&random);
+            const qint64 fromUs = static_cast<qint64>(random() % PlainLine::c_endUs);
+            const qint64 toUs = fromUs + static_cast<qint64>(random() % (PlainLine::c_endUs - fromUs));
+            int edges = 0;
+            LevelRange levels;
+            qint64 sum = 0;
+            qint64 knownUs = 0;
+            for (qint64 us = fromUs; us <= toUs; ++us) {
+                edges += line.isEdge(us) ? 1 : 0;
+                if (us < toUs && line.level(us)) {
+                    levels.add(LineLevel{*line.level(us), us, true});
+                    sum += *line.level(us);
+                    ++knownUs;
+                }
+            }
+            const auto measure = measureBetween(line.history(), fromUs, toUs);
+            QCOMPARE(measure.has_value(), knownUs > 0);
+            if (measure) {
+                QCOMPARE(measure->edges, edges);
+                QCOMPARE(measure->levels.lowest, levels.lowest);
+                QCOMPARE(measure->levels.highest, levels.highest);
+                QCOMPARE(measure->mean, static_cast<double>(sum) / static_cast<double>(knownUs));
+            }
+        }
+    }
+
+    /// What is at the place that is zoomed at stays there; nothing is shown beyond the present, and what is
+    /// older than all that is remembered only where there is not enough to fill the view.
+    void theViewZoomsAndPansWithinWhatIsRemembered()
+    {
+        std::mt19937 random(4);
+        const auto share = [&random] { return static_cast<double>(random() % 1001) / 1000; };
+        for (int run = 0; run < 20; ++run) {
+            Shown shown;
+            shown.pass(20 * c_second);
+            shown.view.pan(0.5);
+            for (int step = 0; step < 50; ++step) {
+                if (random() % 3 == 0) {
+                    shown.view.pan(2 * share() - 1);
+                } else {
+                    const double place = share();
+                    const TimeSpan before = shown.view.span();
+                    shown.view.zoom(1 + 3 * share(), place);
+                    const TimeSpan after = shown.view.span();
+                    QVERIFY(after.lengthUs <= before.lengthUs);
+                    const qint64 moved = after.at(place) - before.at(place);
+                    QVERIFY(std::abs(moved) <= 2 || before.fromUs < 0);
+                    if (random() % 2 == 0) {
+                        shown.view.zoom(0.1 + 0.9 * share(), place);
+                    }
+                }
+                const TimeSpan span = shown.view.span();
+                QVERIFY(span.toUs() == 20 * c_second || (span.fromUs >= 0 && span.toUs() < 20 * c_second));
+                QVERIFY(span.lengthUs > 0);
             }
         }
     }
