@@ -821,6 +821,43 @@ private Q_SLOTS:
         }
     }
 
+    /// What is read back tells of each time what the courses show there.
+    void anExportIsReadBackAtRandom()
+    {
+        std::mt19937 random(5);
+        Shown shown;
+        for (int step = 0; step < 100; ++step) {
+            const auto stepUs = static_cast<qint64>(1 + random() % 90000);
+            shown.pass(stepUs);
+            if (random() % 5 == 0) {
+                shown.board->setPluggedIn(random() % 2 == 0);
+            }
+            shown.lines.setLevel(c_line, static_cast<int>(random() % 2));
+        }
+        shown.view.showAll();
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("din"_s);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        QMap<QString, QString> levels; // by their times, as these are written
+        for (const QByteArray& row : exporter.csv().split('\n').mid(1)) {
+            const QList<QByteArray> fields = row.split(',');
+            if (fields.size() == 3) {
+                levels.insert(QString::fromUtf8(fields.at(0)), QString::fromUtf8(fields.at(2)));
+            }
+        }
+        QVERIFY(levels.size() > 20);
+        const qint64 fromUs = shown.view.span().fromUs;
+        for (int time = 0; time < 2000; ++time) {
+            const qint64 us =
+                fromUs + static_cast<qint64>(random() % static_cast<quint64>(shown.view.span().lengthUs));
+            const auto after = levels.upperBound(fullTime(shown.scheduler.wallClock(us)));
+            QVERIFY(after != levels.begin());
+            const LineLevel level = shown.lines.history(c_line)->at(us);
+            QCOMPARE(std::prev(after).value(), level.known ? QString::number(level.level) : QString());
+        }
+    }
+
     /// What is at the place that is zoomed at stays there; nothing is shown beyond the present, and what is
     /// older than all that is remembered only where there is not enough to fill the view.
     void theViewZoomsAndPansWithinWhatIsRemembered()
