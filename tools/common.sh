@@ -125,6 +125,14 @@ build() {
     ninja -C "build/$preset" --quiet "$@" >&2
 }
 
+# Runs ctest with a preset and further arguments. The tests mostly wait, for lines, processes and windows: two for each
+# processor take little longer than one.
+run_ctest() {
+    local preset=$1
+    shift
+    ctest --preset "$preset" --parallel "$((2 * $(nproc)))" "$@"
+}
+
 # Builds the benchmarks, in the preset release.
 build_benchmarks() {
     cmake --preset release -S "$root" -DBENCHMARKS=ON >/dev/null
