@@ -46,9 +46,10 @@ arm64_test_packages=(
 )
 
 # What the benchmarks need: the library that times them and the program that times processes, a plugin of Qt and a tool of
-# the kernel's lines to compare with, the counters of instructions and of system calls, and what draws the picture.
+# the kernel's lines to compare with, the counters of instructions and of system calls, and what draws the picture and
+# that of a dashboard, with the templates of its announcements.
 benchmark_packages=(
-    libbenchmark-dev hyperfine libqt5serialbus5-plugins gpiod valgrind strace python3 python3-matplotlib
+    libbenchmark-dev hyperfine libqt5serialbus5-plugins gpiod valgrind strace python3 python3-matplotlib python3-jinja2
 )
 
 # The compiler of the fuzzers, the run time of its sanitizers, and what gives their reports names and lines.

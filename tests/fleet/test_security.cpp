@@ -203,10 +203,9 @@ private Q_SLOTS:
     {
         Broker::add("access"_s, "topic read nothing\n");
         const Broker broker("allow_anonymous true\nacl_file $DIR/access\n");
-        const BenchRun run = tryToServe({"--broker"_s, broker.url()}, "bench-7/lease");
-        QVERIFY2(run.errors.contains("it does not take \"appvantor/1/bench-7/state\": Not authorized"),
-                 run.errors);
-        QCOMPARE(run.errors.count("bench-7/state\""), 1);
+        const QByteArray told = "it does not take \"appvantor/1/bench-7/state\": Not authorized";
+        const BenchRun run = tryToServe({"--broker"_s, broker.url()}, told);
+        QVERIFY2(run.errors.contains(told), run.errors);
     }
 
     void aPasswordComesFromAFile()
