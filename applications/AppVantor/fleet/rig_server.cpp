@@ -75,18 +75,25 @@ void RigServer::end()
     m_desk.stopAll();
     m_bench.device().disconnect(this);
     if (m_link.isConnected()) {
-        m_events.flush();
-        m_levels.flush();
-        publish(m_topics.state(), stateCalled("offline"));
         QEventLoop loop;
-        connect(&m_link, &BrokerLink::freeAgain, &loop, [&] {
-            if (m_link.isEmpty()) {
+        bool isFarewell = false;
+        const auto goOn = [&] { // the changes first, as the broker takes them
+            m_events.flush();
+            m_levels.flush();
+            if (m_link.isEmpty() && std::exchange(isFarewell, true)) {
                 loop.quit();
+            } else if (m_link.isEmpty()) {
+                publish(m_topics.state(), stateCalled("offline"));
             }
-        });
+        };
+        connect(&m_link, &BrokerLink::freeAgain, &loop, goOn);
         connect(&m_link, &BrokerLink::disconnected, &loop, &QEventLoop::quit);
         QTimer::singleShot(patienceMs, &loop, &QEventLoop::quit);
+        goOn();
         loop.exec();
+        if (!isFarewell) {
+            publish(m_topics.state(), stateCalled("offline"));
+        }
     }
     m_link.leave();
 }

@@ -155,6 +155,7 @@ void BrokerLink::opened()
 {
     m_pauseMs = 0;
     m_isConnected = true;
+    m_hasTaken = false;
     m_connection->subscribe(m_topics);
     Q_EMIT connected();
     pump();
@@ -186,6 +187,7 @@ void BrokerLink::tryLater(const QString& problem)
 
 void BrokerLink::taken(int number, int reason)
 {
+    m_hasTaken = true;
     const auto found = m_underWay.find(m_numbers.take(number));
     if (found == m_underWay.end()) {
         return;
@@ -218,9 +220,12 @@ BrokerMessage BrokerLink::dueNow(const Waiting& waiting)
     return message;
 }
 
+/// The first message goes alone: a broker may end the connection with one that it refuses, and what it said
+/// of it would be lost in a reset where more is on its way.
 void BrokerLink::pump()
 {
-    while (m_isConnected && !m_waiting.empty() && m_underWay.size() < c_mostUnderWay) {
+    const auto mostUnderWay = [this] { return m_hasTaken ? c_mostUnderWay : 1; };
+    while (m_isConnected && !m_waiting.empty() && m_underWay.size() < mostUnderWay()) {
         Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
         const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(dueNow(next));

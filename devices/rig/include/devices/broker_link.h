@@ -100,8 +100,9 @@ private:
     std::map<quint64, Waiting> m_underWay; ///< by their order
     QHash<int, quint64> m_numbers;         ///< order of those under way, by what the connection calls them
     quint64 m_lastUnderWay = 0;
-    int m_lookUp = -1;   ///< of the broker's host, while it is under way
-    QStringList m_hosts; ///< numbers of the broker's host that have not been tried
+    bool m_hasTaken = false; ///< the broker, a message of this connection
+    int m_lookUp = -1;       ///< of the broker's host, while it is under way
+    QStringList m_hosts;     ///< numbers of the broker's host that have not been tried
     QTimer m_pause;
     int m_pauseMs = 0;
 };
