@@ -7,6 +7,7 @@
 #include <window/scene.h>
 #include <window/texts.h>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QQuickWindow>
 
@@ -24,6 +25,32 @@ class TestBenchWindow : public QuietTest
             }
         }
         return found;
+    }
+
+    /// Of the control that the item is, or is a part of.
+    static QString accessibleName(QQuickItem* item)
+    {
+        QAccessibleInterface* told = nullptr;
+        while (item != nullptr && (told = QAccessible::queryAccessibleInterface(item)) == nullptr) {
+            item = item->parentItem();
+        }
+        return told != nullptr ? told->text(QAccessible::Name) : QString();
+    }
+
+    /// Visits what is told of the visible items from there on to programs that read the screen.
+    template <typename Visitor>
+    static void visitAccessible(QQuickItem& item, const Visitor& visit)
+    {
+        if (!item.isVisible()) {
+            return;
+        }
+        const QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&item);
+        if (told != nullptr && told->role() != QAccessible::Client && told->role() != QAccessible::NoRole) {
+            visit(*told);
+        }
+        for (QQuickItem* child : item.childItems()) {
+            visitAccessible(*child, visit);
+        }
     }
 
 protected:
@@ -49,6 +76,7 @@ private Q_SLOTS:
                 break;
             }
             reached.insert(focused);
+            QVERIFY2(!accessibleName(focused).isEmpty(), qPrintable(focused->objectName()));
             // A list has the keyboard by its row, and an editable box by its text.
             while (focused->objectName().isEmpty()) {
                 focused = focused->parentItem();
@@ -78,6 +106,67 @@ private Q_SLOTS:
             "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
+    }
+
+    /// Those in the rows of lists, too, which the Tab key does not go to.
+    void whatIsShownHasANameForWhoDoesNotSeeIt()
+    {
+        QTest::keyClick(&window(), Qt::Key_F1);
+        QTRY_VERIFY(!visibleNamed(*window().contentItem(), "helpText").isEmpty());
+        QStringList nameless;
+        QSet<int> roles;
+        visitAccessible(*window().contentItem(), [&](const QAccessibleInterface& told) {
+            roles.insert(told.role());
+            const bool isFrame = told.object()->inherits("QQuickPopupItem"); // Qt's own, around a dialog
+            if (!isFrame && told.text(QAccessible::Name).isEmpty()) {
+                nameless.append(told.object()->objectName() + QLatin1Char(' ') +
+                                QLatin1String(told.object()->metaObject()->className()));
+            }
+        });
+        QCOMPARE(nameless.join(QLatin1Char(',')), QString());
+        for (const QAccessible::Role role :
+             {QAccessible::Dialog, QAccessible::Slider, QAccessible::CheckBox}) {
+            QVERIFY(roles.contains(role));
+        }
+    }
+
+    void aRowDoesWhatTheKeyboardDoesForWhoDoesNotSeeIt()
+    {
+        QQuickItem* lever = visibleNamed(root(), "lineSwitch").value(0);
+        QVERIFY(lever != nullptr);
+        QQuickItem* row = lever;
+        while (!row->property("alsoChosen").isValid()) {
+            row = row->parentItem();
+        }
+        QAccessibleActionInterface* actions = QAccessible::queryAccessibleInterface(row)->actionInterface();
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(m_bench->board().level(5).level, 1);
+        actions->doAction(QAccessibleActionInterface::decreaseAction());
+        QCOMPARE(m_bench->board().level(5).level, 0);
+        actions->doAction(QAccessibleActionInterface::increaseAction());
+        QCOMPARE(m_bench->board().level(5).level, 1);
+        actions->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(m_bench->board().level(5).level, 0);
+    }
+
+    void theFieldThatIsMissingIsOutlined()
+    {
+        QQuickItem* run = itemNamed(&root(), "runButton"_s);
+        QVERIFY(visibleNamed(root(), "fieldProblem").isEmpty());
+        PanelFixture::click(run);
+        QCOMPARE(m_scene->orders().count(), 0);
+        QCOMPARE(visibleNamed(root(), "fieldProblem").size(), 2);
+        QVERIFY(visibleNamed(root(), "parameterChannel").constFirst()->property("wrong").toBool());
+        QVERIFY(visibleNamed(root(), "parameterChoice").constFirst()->property("wrong").toBool());
+        QVERIFY(!run->isEnabled());
+        m_scene->form().setText(0, "START"_s);
+        QCOMPARE(visibleNamed(root(), "fieldProblem").size(), 1);
+        m_scene->form().setText(2, "ON"_s);
+        QVERIFY(run->isEnabled());
+        PanelFixture::click(run);
+        QCOMPARE(m_scene->orders().count(), 1);
+        m_scene->form().setText(0, QString());
+        QVERIFY(visibleNamed(root(), "fieldProblem").isEmpty()); // it is not nagged about
     }
 
     void everyControlTakesThePointerAndTheKeyboard()

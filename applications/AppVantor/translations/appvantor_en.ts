@@ -358,6 +358,14 @@
         <source></source>
         <translation>Switch off all that the tools drive</translation>
     </message>
+    <message id="form_needed">
+        <source></source>
+        <translation>Needed: the command does nothing without it.</translation>
+    </message>
+    <message id="glyph_analogue">
+        <source></source>
+        <translation>Analogue value</translation>
+    </message>
     <message id="form_no_channel">
         <source></source>
         <translation>The tool has no channel "%1".</translation>

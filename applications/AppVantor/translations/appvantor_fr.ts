@@ -358,6 +358,14 @@
         <source></source>
         <translation>Éteindre tout ce que les outils pilotent</translation>
     </message>
+    <message id="form_needed">
+        <source></source>
+        <translation>Nécessaire : sans cela, la commande ne fait rien.</translation>
+    </message>
+    <message id="glyph_analogue">
+        <source></source>
+        <translation>Valeur analogique</translation>
+    </message>
     <message id="form_no_channel">
         <source></source>
         <translation>L’outil n’a pas de voie « %1 ».</translation>

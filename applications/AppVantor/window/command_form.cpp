@@ -9,6 +9,18 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Without these an order does nothing.
+bool isNeeded(const DDeclaration& parameter)
+{
+    const bool tellsWhat =
+        parameter.name == QLatin1String("channel") || parameter.name == QLatin1String("state");
+    return tellsWhat && parameter.defaultValue.toString().isEmpty();
+}
+
+} // namespace
+
 CommandForm::CommandForm(OrderLogModel* log, QObject* parent)
     : QAbstractListModel(parent)
     , m_log(log)
@@ -118,6 +130,7 @@ void CommandForm::setCommand(const QString& command)
         entered.insert(m_declared.parameters.at(row).name, m_texts.at(row));
     }
     beginResetModel();
+    m_wasTried = false;
     m_declared = found != all.cend() ? *found : DCommandDescription();
     m_sections.clear();
     m_texts.clear();
@@ -146,10 +159,14 @@ void CommandForm::setText(int row, const QString& text)
 
 void CommandForm::run()
 {
+    m_wasTried = true;
     check();
     if (m_problem.isEmpty()) {
+        m_wasTried = false;
         QString problem;
         m_log->run(m_tool, command(), arguments(&problem));
+    } else if (count() > 0) {
+        Q_EMIT dataChanged(index(0), index(count() - 1), {ProblemRole});
     }
 }
 
@@ -215,7 +232,10 @@ QString CommandForm::problemOf(int row) const
 {
     const QString& text = m_texts.at(row);
     const DDeclaration& parameter = m_declared.parameters.at(row);
-    if (text.isEmpty() || !isUsed(row)) {
+    if (text.isEmpty()) {
+        return m_wasTried && isNeeded(parameter) ? qtTrId("form_needed") : QString();
+    }
+    if (!isUsed(row)) {
         return QString();
     }
     if (parameter.name == QLatin1String("channel") && !channels().contains(text)) {

@@ -61,7 +61,8 @@ public:
 
     /// Enters the text of a row.
     Q_INVOKABLE void setText(int row, const QString& text);
-    /// Runs the command with what was entered; does nothing while there is a problem.
+    /// Runs the command with what was entered; does nothing while there is a problem. A channel or a state
+    /// that is missing is one from the first try on.
     Q_INVOKABLE void run();
 
 Q_SIGNALS:
@@ -86,4 +87,5 @@ private:
     QString m_sections;
     QString m_problem;
     QStringList m_rowProblems;
+    bool m_wasTried = false; ///< to run it, in vain: from then on what is missing is told
 };

@@ -10,7 +10,7 @@ Item {
     implicitHeight: 24
 
     Accessible.role: Accessible.Graphic
-    Accessible.name: name
+    Accessible.name: name === "icon-analoginput" ? qsTrId("glyph_analogue") : name
 
     Loader {
         anchors.centerIn: parent

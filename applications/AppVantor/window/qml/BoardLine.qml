@@ -68,6 +68,10 @@ Item {
     Accessible.name: model.channels.length > 0 ? model.name + ", " + model.channels : model.name
     Accessible.description: (levelText + " " + remark).trim()
     Accessible.selected: current || alsoChosen
+    Accessible.onPressAction: toggle()
+    Accessible.onToggleAction: toggle()
+    Accessible.onIncreaseAction: adjust(0.01)
+    Accessible.onDecreaseAction: adjust(-0.01)
     Accessible.checked: known && !model.analog && model.level === 1
 
     Rectangle {
@@ -179,6 +183,7 @@ Item {
 
         UiSwitch {
             objectName: "lineSwitch"
+            Accessible.name: model.name
             focusPolicy: Qt.NoFocus
             checked: model.level > 0
             onToggled: {
@@ -194,6 +199,7 @@ Item {
 
         UiSlider {
             objectName: "lineSlider"
+            Accessible.name: model.name
             width: root.columns.control
             focusPolicy: Qt.NoFocus
             to: model.highest

@@ -25,7 +25,11 @@ T.Popup {
 
     contentItem: Column {
         id: body
+        objectName: "closeBody"
         spacing: Style.defSpacing * 2
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: qsTrId(root.deed + "_title")
 
         UiLabel {
             width: parent.width

@@ -17,6 +17,7 @@ T.Button {
     Keys.onReturnPressed: click()
     Keys.onEnterPressed: click()
 
+    Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: unfolded
 

@@ -27,7 +27,7 @@ T.Popup {
         objectName: "helpText"
         contentHeight: body.implicitHeight
 
-        Accessible.role: Accessible.Document
+        Accessible.role: Accessible.Dialog
         Accessible.name: qsTrId("help_title")
 
         Column {
@@ -47,6 +47,9 @@ T.Popup {
                 Item {
                     width: body.width
                     height: meaning.implicitHeight
+
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: modelData[0] + ": " + meaning.text
 
                     UiLabel {
                         width: 184

@@ -39,12 +39,16 @@ T.Popup {
     }
 
     contentItem: Item {
+        Accessible.role: Accessible.Dialog
+        Accessible.name: titleLabel.text
+
         Column {
             id: head
             width: parent.width
             spacing: 4
 
             UiLabel {
+                id: titleLabel
                 objectName: "mistakesTitle"
                 width: parent.width
                 text: root.choice ? qsTrId("mistakes_title", root.choice.mistakes.length) : ""

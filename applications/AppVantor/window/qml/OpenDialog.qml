@@ -42,6 +42,9 @@ T.Popup {
     onOpened: field.forceActiveFocus(Qt.OtherFocusReason)
 
     contentItem: Item {
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.title
+
         UiLabel {
             id: titleLabel
             width: parent.width
