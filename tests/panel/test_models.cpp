@@ -871,6 +871,7 @@ private Q_SLOTS:
 
     void theFormRefusesWhatTheCommandWouldRefuse()
     {
+        m_form->setText(rowOf(*m_form, "channel"_s), "START"_s);
         m_form->setText(rowOf(*m_form, "state"_s), "BLINK"_s);
         const int value = rowOf(*m_form, "value"_s);
         m_form->setText(value, "65536"_s);
