@@ -4,6 +4,7 @@
 #include "rows.h"
 
 #include <process/time_text.h>
+#include <window/course.h>
 #include <window/course_export.h>
 #include <window/course_measure.h>
 #include <window/course_trigger.h>
@@ -143,7 +144,11 @@ struct Shown
         pass(2 * c_second);
     }
 
-    double shareOfCursor() const { return view.cursors().value(0).toMap().value("share"_s).toDouble(); }
+    /// As a share of the time: the present is in the last column.
+    double shareOfCursor() const
+    {
+        return view.cursors().value(0).toMap().value("share"_s).toDouble() + 1 / view.width();
+    }
 
     ManualScheduler scheduler;
     std::unique_ptr<LineDevice> board;
@@ -326,8 +331,11 @@ private Q_SLOTS:
         shown.view.setCursor(2, 0.9, -1);
         QCOMPARE(shown.view.selectionText(c_line), "2 edges \u00b7 0 to 1 \u00b7 mean 0.6"_s);
         QCOMPARE(shown.view.selectionText(99), QString());
-        Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true}); // told late
+        Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true});                              // told late
+        QCOMPARE(shown.view.selectionText(c_line), "3 edges \u00b7 0 to 1 \u00b7 mean 0.6667"_s); // so far
+        shown.pass(c_second);
         QCOMPARE(shown.view.selectionText(c_line), "3 edges \u00b7 0 to 1 \u00b7 mean 0.7"_s);
+        shown.view.pan(0.1);
         shown.view.setCursor(2, 0.7, -1);
         QCOMPARE(shown.view.selectionText(c_line), "1 edge \u00b7 0 to 1 \u00b7 mean 0.6667"_s);
         QCOMPARE(shown.view.selectionText(0), "0 edges \u00b7 0 to 0 \u00b7 mean 0"_s);
@@ -362,6 +370,39 @@ private Q_SLOTS:
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
         QVERIFY(texts > 3); // both names, and the marks of the axis
         QVERIFY(svg.contains(">din</text>"));
+    }
+
+    void nothingIsExportedThatIsNotTold()
+    {
+        Shown shown;
+        shown.makeEdges();
+        Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true}); // told late: more of it is awaited
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("din"_s);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        QVERIFY(exporter.vcd().endsWith("#8000000\n0!\n#8500000\n1!\n"));
+        shown.view.setCursor(1, 0.9, -1); // from after that on
+        shown.view.setCursor(2, 0.95, -1);
+        QVERIFY(exporter.vcd().endsWith("#0\n1!\n"));
+        QCOMPARE(exporter.csv().count('\n'), 2);
+        const QImage picture = QImage::fromData(exporter.sheet().png());
+        QVERIFY(picture.pixelColor(120 + 510, 50) == QColor(Qt::white));
+        QCOMPARE(shown.view.selectionText(c_line), QString());
+    }
+
+    void nothingIsExportedOfNoTime()
+    {
+        Shown shown;
+        shown.makeEdges();
+        LineFilter filter;
+        filter.setSourceModel(&shown.lines);
+        filter.setText("din"_s);
+        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        shown.view.setCursor(1, 0.6, -1);
+        shown.view.setCursor(2, 0.6, -1);
+        QVERIFY(exporter.sheet().svg().contains(">din</text>"));
+        QVERIFY(exporter.vcd().endsWith("#0\n1!\n"));
     }
 
     void aLevelThatNobodyKnowsIsExportedAsSuch()
@@ -557,7 +598,7 @@ private Q_SLOTS:
         QCOMPARE(marked.count(), 0);
         shown.clock.tick();
         QCOMPARE(counted.count(), 1);
-        QCOMPARE(trigger.marks(), QVariantList{shown.view.span().shareOf(firstUs)});
+        QCOMPARE(trigger.marks(), QVariantList{shown.view.placeOf(firstUs)});
         // What stops the courses is marked, however much comes after it.
         shown.pass(c_second);
         for (int change = 0; change <= most; ++change) {
@@ -566,7 +607,7 @@ private Q_SLOTS:
         QCOMPARE(trigger.marks().size(), 2);
         shown.pass(5 * c_second);
         QVERIFY(!shown.clock.isRunning());
-        QCOMPARE(trigger.marks().value(0), QVariant(shown.view.span().shareOf(firstUs)));
+        QCOMPARE(trigger.marks().value(0), QVariant(shown.view.placeOf(firstUs)));
     }
 
     void whoStopsTheCoursesTakesTheTriggersStopAway()
@@ -681,18 +722,19 @@ private Q_SLOTS:
                 }
                 seen.append(moment);
                 const QVector<qint64> times = happened();
-                const auto place = "seed %1, step %2: %3 times, %4 expected"_s.arg(seed)
+                const auto where = "seed %1, step %2: %3 times, %4 expected"_s.arg(seed)
                                        .arg(step)
                                        .arg(trigger.count())
                                        .arg(times.size());
-                QVERIFY2(trigger.count() == times.size(), qPrintable(place));
+                QVERIFY2(trigger.count() == times.size(), qPrintable(where));
                 QVariantList marks;
-                for (int number = 0; number < times.size(); ++number) {
-                    if (number == 0 || times.at(number) != times.at(number - 1)) {
-                        marks.append(shown.view.span().shareOf(times.at(number)));
+                for (const qint64 timeUs : times) {
+                    const double place = shown.view.placeOf(timeUs);
+                    if (marks.isEmpty() || marks.constLast() != place) {
+                        marks.append(place);
                     }
                 }
-                QVERIFY2(trigger.marks() == marks, qPrintable(place));
+                QVERIFY2(trigger.marks() == marks, qPrintable(where));
             }
         }
     }
@@ -959,6 +1001,39 @@ private Q_SLOTS:
         QCOMPARE(shown.view.span().at(0.5), 8 * c_second);
         shown.view.stepCursor({-1}, true);
         QCOMPARE(shown.shareOfCursor(), 0.5);
+    }
+
+    /// Cursors, marks of the trigger and of the axis stand in the columns of what they mark.
+    void whatIsMarkedStandsWhereItIsDrawn()
+    {
+        constexpr int width = 197;
+        std::mt19937 random(5);
+        Shown shown;
+        shown.view.setWidth(width);
+        CourseTrigger trigger(&shown.lines, &shown.view);
+        trigger.setMode("none"_s);
+        trigger.setCondition(c_line, CourseTrigger::Condition::Either);
+        shown.pass(20 * c_second);
+        for (int run = 0; run < 200; ++run) {
+            shown.pass(random() % c_second);
+            shown.lines.setLevel(c_line, run % 2 == 0 ? 1 : 0);
+            const qint64 edgeUs = shown.scheduler.now();
+            shown.pass(c_second + random() % c_second);
+            shown.view.clearCursors();
+            shown.view.stepCursor({c_line}, false);
+            const TimeSpan span = shown.view.span();
+            const TimeColumns columns{span.lengthUs, width};
+            const auto course =
+                courseOf(*shown.lines.history(c_line), columns, columns.firstUntil(span.toUs()), span.toUs());
+            const auto edge = std::find_if(course.crbegin(), course.crend(), [](const CourseStep& step) {
+                return step.levels.lowest != step.levels.highest;
+            });
+            QVERIFY(edge != course.crend());
+            QCOMPARE(qRound(shown.shareOfCursor() * width) - 1, edge->column);
+            QCOMPARE(qRound(trigger.marks().constLast().toDouble() * width), edge->column);
+            QCOMPARE(qRound(shown.view.placeOf(edgeUs) * width), edge->column);
+            shown.view.goLive();
+        }
     }
 
     void aCursorGoesFromEdgeToEdgeOfAllChosenLines()

@@ -14,6 +14,8 @@ struct TimeColumns
     qint64 of(qint64 timeUs) const { return timeUs * perSpan / spanUs; }
     /// The first microsecond of a column, or of one after it when it has none.
     qint64 startOf(qint64 column) const { return (column * spanUs + perSpan - 1) / perSpan; }
+    /// The first column of a picture of perSpan columns, in the last of which endUs is.
+    qint64 firstUntil(qint64 endUs) const { return of(endUs) - perSpan + 1; }
 };
 
 /// A part of a line's course: the columns of a picture in which it has these levels. In several columns that

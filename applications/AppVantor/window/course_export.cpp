@@ -40,6 +40,14 @@ TimeSpan CourseExport::span() const
     return m_view->selection().value_or(m_view->span());
 }
 
+TimeSpan CourseExport::toldSpan() const
+{
+    const TimeSpan wanted = span();
+    const qint64 untilUs = std::min(wanted.toUs(), m_lines->toldUntilUs());
+    const qint64 fromUs = std::min(wanted.fromUs, untilUs);
+    return {fromUs, untilUs - fromUs};
+}
+
 QVector<int> CourseExport::shownLines() const
 {
     QVector<int> lines;
@@ -57,7 +65,7 @@ QString CourseExport::nameOf(int line) const
 /// In the order of their times, with the levels at the begin before them.
 std::vector<CourseExport::Change> CourseExport::changes() const
 {
-    const TimeSpan shown = span();
+    const TimeSpan shown = toldSpan();
     const QVector<int> lines = shownLines();
     std::vector<Change> changes;
     for (int place = 0; place < lines.size(); ++place) {
@@ -90,7 +98,7 @@ QByteArray CourseExport::csv() const
 QByteArray CourseExport::vcd() const
 {
     const QVector<int> lines = shownLines();
-    const qint64 startUs = span().fromUs;
+    const auto [startUs, lengthUs] = toldSpan();
     QByteArray text = "$date " + fullTime(m_lines->clock().scheduler().wallClock(startUs)).toUtf8() +
                       " $end\n$timescale 1 us $end\n$scope module device $end\n";
     QSet<QString> names;
@@ -114,8 +122,8 @@ QByteArray CourseExport::vcd() const
         }
         text += vcdCode(change.line).c_str() + QByteArray("\n");
     }
-    if (span().lengthUs > timeUs) {
-        text += '#' + QByteArray::number(span().lengthUs) + '\n'; // so long the last levels last
+    if (lengthUs > timeUs) {
+        text += '#' + QByteArray::number(lengthUs) + '\n'; // so long the last levels last
     }
     return text;
 }
@@ -147,16 +155,15 @@ CourseSheet CourseExport::sheet() const
         sheet.strokes.push_back({path, grid, 1});
         sheet.labels.push_back({{x, 24}, offsetText(mark, stepUs), true});
     }
-    const TimeColumns columns{shown.lengthUs, width};
-    const qint64 last = columns.of(shown.toUs());
+    const TimeColumns columns{std::max<qint64>(1, shown.lengthUs), width}; // both cursors may be in one place
     for (int place = 0; place < lines.size(); ++place) {
         const int top = head + row * place;
         const int highest = m_lines->highestLevel(lines.at(place));
         const auto y = [&](int level) { return top + row - margin - (row - 2 * margin) * level / highest; };
         QPainterPath path;
         int end = -1;
-        for (const CourseStep& step :
-             courseOf(*m_lines->history(lines.at(place)), columns, last - width + 1, untilUs)) {
+        for (const CourseStep& step : courseOf(*m_lines->history(lines.at(place)), columns,
+                                               columns.firstUntil(shown.toUs()), untilUs)) {
             const int x = left + step.column;
             if (step.levels.gap) {
                 path.moveTo(x, y(step.levels.lowest));

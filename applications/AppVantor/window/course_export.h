@@ -5,7 +5,7 @@
 #include "line_filter.h"
 
 /// The courses of the lines that a filter shows, as files: between both cursors where there are two, else of
-/// the time that is shown.
+/// the time that is shown, and no further than it is told what the lines did.
 class CourseExport : public QObject
 {
     Q_OBJECT
@@ -32,6 +32,7 @@ private:
     };
 
     TimeSpan span() const;
+    TimeSpan toldSpan() const;
     QVector<int> shownLines() const;
     QString nameOf(int line) const;
     std::vector<Change> changes() const;

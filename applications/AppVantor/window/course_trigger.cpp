@@ -45,7 +45,7 @@ QVariantList CourseTrigger::marks() const
     QVariantList shares;
     std::optional<double> lastPixel;
     for (const qint64 timeUs : m_times) {
-        const double share = m_view->span().shareOf(timeUs);
+        const double share = m_view->placeOf(timeUs);
         const double pixel = std::round(share * m_view->width());
         if (share >= 0 && share <= 1 && pixel != lastPixel) {
             shares.append(share);

@@ -10,9 +10,9 @@ namespace {
 constexpr double c_snapDistance = 8; // pixels
 constexpr double c_rightEdge = 0.98; // a share from which on the pointer means the present
 
-QString measuredText(const LineHistory& history, const TimeSpan& span)
+QString measuredText(const LineHistory& history, qint64 fromUs, qint64 toUs)
 {
-    const std::optional<SelectionMeasure> measure = measureBetween(history, span.fromUs, span.toUs());
+    const std::optional<SelectionMeasure> measure = measureBetween(history, fromUs, toUs);
     return measure ? qtTrId("selection_measure", measure->edges)
                          .arg(measure->levels.lowest)
                          .arg(measure->levels.highest)
@@ -32,6 +32,15 @@ CourseView::CourseView(LinesModel* lines, QObject* parent)
 TimeSpan CourseView::span() const
 {
     return m_live ? TimeSpan{presentUs() - m_span.lengthUs, m_span.lengthUs} : m_span;
+}
+
+double CourseView::placeOf(qint64 timeUs) const
+{
+    const TimeSpan shown = span();
+    const TimeColumns columns{shown.lengthUs, std::max<qint64>(1, std::llround(m_width))};
+    const qint64 column = columns.of(timeUs) - columns.firstUntil(shown.toUs());
+    const qint64 first = timeUs >= shown.fromUs ? 0 : column; // where the span begins the column may be cut
+    return static_cast<double>(std::max(first, column)) / static_cast<double>(columns.perSpan);
 }
 
 /// A cursor in a view that runs moves with the courses.
@@ -60,15 +69,18 @@ void CourseView::setWidth(double width)
     }
 }
 
+/// In a view that runs they stand still.
 QVariantList CourseView::marks() const
 {
+    const qint64 zeroUs = m_live ? presentUs() : m_zeroUs;
     TimeSpan offsets = span();
-    offsets.fromUs -= m_live ? presentUs() : m_zeroUs;
+    offsets.fromUs -= zeroUs;
     const QVector<qint64> marks = axisMarks(offsets, m_width);
     const qint64 stepUs = marks.size() > 1 ? marks.at(1) - marks.at(0) : offsets.lengthUs;
     QVariantList list;
     for (const qint64 mark : marks) {
-        list.append(QVariantMap{{QStringLiteral("share"), offsets.shareOf(mark)},
+        const double share = m_live ? offsets.shareOf(mark) : placeOf(zeroUs + mark);
+        list.append(QVariantMap{{QStringLiteral("share"), share},
                                 {QStringLiteral("text"), offsetText(mark, stepUs)}});
     }
     return list;
@@ -80,7 +92,7 @@ QVariantList CourseView::cursors() const
     for (std::size_t cursor = 0; cursor < m_cursors.size(); ++cursor) {
         if (m_cursors.at(cursor)) {
             list.append(QVariantMap{{QStringLiteral("number"), static_cast<int>(cursor) + 1},
-                                    {QStringLiteral("share"), span().shareOf(*m_cursors.at(cursor))}});
+                                    {QStringLiteral("share"), placeOf(*m_cursors.at(cursor))}});
         }
     }
     return list;
@@ -107,12 +119,12 @@ QString CourseView::selectionText(int line) const
     const std::deque<LineLevel>& changes = history->changes();
     const qint64 fromUs =
         changes.empty() ? selected->fromUs : std::max(selected->fromUs, changes.front().sinceUs);
-    const qint64 toUs = selected->toUs();
+    const qint64 toUs = std::min(selected->toUs(), m_lines->toldUntilUs());
     const quint64 count = history->changeCountUntil(toUs);
     const bool isSame = m_selected.history == history && m_selected.fromUs == fromUs &&
                         m_selected.toUs == toUs && m_selected.changes == count;
     if (!isSame) {
-        m_selected = {history, fromUs, toUs, count, measuredText(*history, *selected)};
+        m_selected = {history, fromUs, toUs, count, measuredText(*history, fromUs, toUs)};
     }
     return m_selected.text;
 }

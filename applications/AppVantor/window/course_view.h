@@ -37,6 +37,8 @@ public:
     explicit CourseView(LinesModel* lines, QObject* parent = nullptr);
 
     TimeSpan span() const;
+    /// Where timeUs is drawn: the share of the width at which its column of the courses begins.
+    double placeOf(qint64 timeUs) const;
     double fromUs() const { return static_cast<double>(span().fromUs); }
     double spanUs() const { return static_cast<double>(m_span.lengthUs); }
     bool isLive() const { return m_live; }

@@ -181,7 +181,7 @@ void WaveformItem::paint(QPainter* painter)
     const TimeSpan shown = m_view->span();
     m_columns = {shown.lengthUs, columns};
     m_lastColumn = m_columns.of(shown.toUs());
-    const qint64 firstColumn = m_lastColumn - columns + 1;
+    const qint64 firstColumn = m_columns.firstUntil(shown.toUs());
     m_fromUs = m_columns.startOf(firstColumn);
     m_changes = history->changeCountUntil(shown.toUs());
     m_untold = untoldColumns();
