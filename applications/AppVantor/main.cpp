@@ -69,6 +69,7 @@ WindowOptions windowOptions(const Options& options, Output* output)
     window.tellProblem = [output](const QString& problem) { reportFailure("picture", {problem}, output); };
     window.configuration = options.configuration;
     window.rig = rigMeant(options).value_or(QString());
+    window.offAtEnd = options.offAtEnd;
     window.scale = options.scale;
     window.sizeGiven = !options.size.isEmpty();
     if (window.sizeGiven) {

@@ -2,6 +2,7 @@
 #include "panel_fixture.h"
 
 #include <window/close_guard.h>
+#include <window/files.h>
 #include <window/page_panel.h>
 #include <window/picture.h>
 #include <window/scene.h>
@@ -85,25 +86,11 @@ private Q_SLOTS:
         }
         const QString checkBox = "idChannelRow.idIndicator.idDigitalOutput"_s;
         const QStringList expected = {
-            "fileButton"_s,
-            "toolsList"_s,
-            "allOffButton"_s,
-            "darkSwitch"_s,
-            "helpButton"_s,
-            "panelLive"_s,
-            "panelRefresh"_s,
-            checkBox,
-            checkBox,
-            "lineFilter"_s,
-            "linesButton"_s,
-            "freezeButton"_s,
-            "boardLines"_s,
-            "courses"_s,
-            "commandBox"_s,
-            "runButton"_s,
-            "parameterChannel"_s,
-            "parameterChoice"_s,
-            "pageReadsBar"_s,
+            "fileButton"_s,      "toolsList"_s,     "allOffButton"_s, "darkSwitch"_s,   "helpButton"_s,
+            "toolsHandle"_s,     "panelLive"_s,     "panelRefresh"_s, checkBox,         checkBox,
+            "boardHandle"_s,     "lineFilter"_s,    "linesButton"_s,  "freezeButton"_s, "boardLines"_s,
+            "courses"_s,         "lowerHandle"_s,   "commandBox"_s,   "runButton"_s,    "parameterChannel"_s,
+            "parameterChoice"_s, "commandHandle"_s, "pageReadsBar"_s,
         };
         QCOMPARE(names, expected);
     }
@@ -594,6 +581,78 @@ private Q_SLOTS:
         QVERIFY(m_scene->clock().isRunning());
     }
 
+    /// By whatever they are held, and by whatever they are let go.
+    void coursesThatAreHeldRunAgain()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        const QQuickItem* mark = itemNamed(&root(), "heldMark"_s);
+        QQuickItem* courses = itemNamed(&root(), "courses"_s);
+        const std::function<void()> holds[] = {
+            [this] { QTest::keyClick(&window(), Qt::Key_Space); },
+            [this] { m_scene->courses().pan(0.2); },
+            [this] {
+                QTest::keyClick(&window(), Qt::Key_Space);
+                m_scene->courses().pan(0.2);
+            },
+            [this] {
+                m_scene->trigger().setMode("at"_s);
+                m_scene->trigger().setCondition(5, CourseTrigger::Condition::Either);
+                m_bench->board().setInput(5, 1 - m_bench->board().level(5).level);
+                m_bench->scheduler().advance(1000000);
+                m_scene->clock().tick();
+                m_scene->trigger().clear();
+            },
+        };
+        const std::function<void()> ways[] = {
+            [this] { QTest::keyClick(&window(), Qt::Key_Space); },
+            [this] { QTest::keyClick(&window(), Qt::Key_L); },
+            [this] { PanelFixture::click(itemNamed(&root(), "freezeButton"_s)); },
+            [this] { PanelFixture::click(itemNamed(&root(), "heldMark"_s)); },
+        };
+        for (const auto& hold : holds) {
+            for (const auto& letGo : ways) {
+                courses->forceActiveFocus(Qt::TabFocusReason);
+                hold();
+                QVERIFY(mark->isVisible());
+                letGo();
+                QVERIFY(!mark->isVisible());
+                QVERIFY(m_scene->clock().isRunning());
+                QVERIFY(m_scene->courses().isLive());
+                QTest::mouseMove(&window(), QPoint(5, 5));
+            }
+        }
+    }
+
+    void withAnotherKeyHeldTheKeysOfTheCoursesAreOthers()
+    {
+        m_bench->play(20000000);
+        m_scene->clock().tick();
+        QTest::mouseMove(&window(), QPoint(5, 5));
+        const QVariantMap arrangement = m_scene->arrangement();
+        for (const char* place : {"courses", "boardLines"}) {
+            itemNamed(&root(), QLatin1String(place))->forceActiveFocus(Qt::TabFocusReason);
+            for (const auto modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier}) {
+                for (const Qt::Key key :
+                     {Qt::Key_Space, Qt::Key_Plus, Qt::Key_Minus, Qt::Key_E, Qt::Key_G, Qt::Key_H, Qt::Key_L,
+                      Qt::Key_R, Qt::Key_T, Qt::Key_Left, Qt::Key_Right}) {
+                    QTest::keyClick(&window(), key, modifier);
+                }
+            }
+            for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_F}) { // with Ctrl they are the window's
+                QTest::keyClick(&window(), key, Qt::AltModifier);
+                QTest::keyClick(&window(), key, Qt::MetaModifier);
+            }
+        }
+        QCOMPARE(m_scene->arrangement(), arrangement);
+        QVERIFY(m_scene->clock().isRunning());
+        QVERIFY(m_scene->courses().isLive());
+        QCOMPARE(m_scene->courses().spanUs(), 10e6);
+        QVERIFY(m_scene->courses().cursors().isEmpty());
+        QVERIFY(!m_scene->trigger().isActive());
+        QVERIFY(visibleNamed(root(), "saveField").isEmpty());
+    }
+
     void cursorsMeasureAPulse()
     {
         for (const int level : {1, 0, 1, 0}) {
@@ -655,6 +714,14 @@ private Q_SLOTS:
         QVERIFY(width < 1280 || marks.size() > 1);
     }
 
+    void aTitleThatFindsNoRoomStandsOverNothing()
+    {
+        root().setWidth(640);
+        for (const QQuickItem* title : visibleNamed(root(), "paneTitle")) {
+            QVERIFY(title->property("paintedWidth").toDouble() <= title->width());
+        }
+    }
+
     void theRoomOfThePanesIsSharedByDragging()
     {
         QQuickItem* handle = itemNamed(&root(), "toolsHandle"_s);
@@ -665,6 +732,43 @@ private Q_SLOTS:
         QTest::mouseMove(&window(), grip + QPoint(50, 0));
         QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, grip + QPoint(50, 0));
         QCOMPARE(handle->x(), before + 50);
+    }
+
+    void theRoomOfThePanesIsSharedByKeys_data()
+    {
+        const Rows<QString, int, int> row("handle", "less", "more");
+        row("tools", "toolsHandle", Qt::Key_Left, Qt::Key_Right);
+        row("page", "boardHandle", Qt::Key_Left, Qt::Key_Right);
+        row("command", "commandHandle", Qt::Key_Left, Qt::Key_Right);
+        row("what is below", "lowerHandle", Qt::Key_Up, Qt::Key_Down);
+    }
+    void theRoomOfThePanesIsSharedByKeys()
+    {
+        const auto [name, less, more] = Rows<QString, int, int>::values();
+        QQuickItem* handle = itemNamed(&root(), name);
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(handle);
+        const auto place = [told] { return told->valueInterface()->currentValue().toDouble(); };
+        const double before = place();
+        handle->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), static_cast<Qt::Key>(less));
+        QCOMPARE(place(), before - 16);
+        QTest::keyClick(&window(), static_cast<Qt::Key>(more));
+        QTest::keyClick(&window(), static_cast<Qt::Key>(more));
+        QCOMPARE(place(), before + 16);
+        told->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+        QCOMPARE(place(), before);
+    }
+
+    void aPaneIsFoldedByKeys()
+    {
+        QQuickItem* handle = itemNamed(&root(), "toolsHandle"_s);
+        handle->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Return);
+        QVERIFY(root().property("toolsFolded").toBool());
+        QTest::keyClick(&window(), Qt::Key_Right);
+        QCOMPARE(handle->x(), 0.0);
+        QTest::keyClick(&window(), Qt::Key_Space);
+        QVERIFY(!root().property("toolsFolded").toBool());
     }
 
     void panesFoldAway_data()
@@ -698,6 +802,27 @@ private Q_SLOTS:
         QTest::mouseMove(&window(), grip + QPoint(0, 32));
         QTest::mouseRelease(&window(), Qt::LeftButton, Qt::NoModifier, grip + QPoint(0, 32));
         QCOMPARE(course->height(), before + 32);
+    }
+
+    void keysMakeTheRowsHigher()
+    {
+        const QQuickItem* course = visibleNamed(root(), "lineCourse").constFirst();
+        const double before = course->height();
+        itemNamed(&root(), "boardLines"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Down, Qt::AltModifier | Qt::ShiftModifier);
+        QCOMPARE(course->height(), before + 8);
+        QTest::keyClick(&window(), Qt::Key_Up, Qt::AltModifier | Qt::ShiftModifier);
+        QCOMPARE(course->height(), before);
+        QCOMPARE(m_scene->lineFilter().order().constFirst(), "do0"_s); // none has moved
+    }
+
+    void allChosenLinesAreHidden()
+    {
+        itemNamed(&root(), "boardLines"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(&window(), Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(&window(), Qt::Key_H);
+        QCOMPARE(m_scene->lineFilter().hidden(), (QStringList{"ai0"_s, "di0"_s, "do0"_s}));
     }
 
     void keysHideMoveAndGroupTheLines()
@@ -741,7 +866,8 @@ private Q_SLOTS:
         };
         const auto cursorUs = [this] {
             const QVariant share = m_scene->courses().cursors().value(0).toMap().value("share"_s);
-            return qRound64(timeAt(share.toDouble()));
+            return qRound64(timeAt(share.toDouble()) /
+                            100000); // to a tenth of a second: it is drawn by pixels
         };
         list->setProperty("currentIndex", 6);
         press(Qt::Key_Down, Qt::ShiftModifier);
@@ -753,7 +879,7 @@ private Q_SLOTS:
         press(Qt::Key_Up, Qt::ShiftModifier);
         QCOMPARE(list->property("currentIndex").toInt(), 5);
         press(Qt::Key_Left);
-        QCOMPARE(cursorUs(), later - 1000000);
+        QCOMPARE(cursorUs(), later - 10);
         press(Qt::Key_Right);
         QCOMPARE(cursorUs(), later); // of a line beside the current one
         QVERIFY(!visibleNamed(root(), "alsoChosenMark").isEmpty());
@@ -823,7 +949,24 @@ private Q_SLOTS:
         QVERIFY(m_scene->reasonToStay().contains("trace"_s));
         QTest::keyClick(&window(), Qt::Key_R);
         QVERIFY(isThere("a.vcd"_s));
+        QCOMPARE(outcome(), "Saved as "_s + folder.filePath("a.vcd"_s));
         QCOMPARE(m_scene->reasonToStay(), QString());
+        // The next one goes to the same folder.
+        QTest::keyClick(&window(), Qt::Key_E);
+        QCOMPARE(visibleNamed(root(), "saveField").constFirst()->property("text").toString(),
+                 folder.filePath("courses.csv"_s));
+    }
+
+    void whatIsSavedGoesToTheDocumentsOrHome()
+    {
+        const QByteArray home = qgetenv("HOME");
+        const QTemporaryDir folder;
+        qputenv("HOME", folder.path().toUtf8());
+        const auto place = [] { return Files().documentFile("a.csv"_s); };
+        QCOMPARE(place(), folder.filePath("a.csv"_s));
+        QVERIFY(QDir(folder.path()).mkdir("Documents"_s));
+        QCOMPARE(place(), folder.filePath("Documents/a.csv"_s));
+        qputenv("HOME", home);
     }
 
     void aFileThatIsThereIsReplacedWhenThatIsWanted()
@@ -895,10 +1038,6 @@ private Q_SLOTS:
             QCoreApplication::sendEvent(&window(), &event);
             return event.isAccepted();
         };
-        const auto shown = [this](const char* name) {
-            QQuickItem* item = itemNamed(window().contentItem(), QLatin1String(name));
-            return item != nullptr && item->isVisible();
-        };
         QVERIFY(m_scene->reasonToStay().isEmpty());
         giveOrder("listenToAll"_s);
         m_scene->orders().run(&m_bench->tool(), "setValue"_s,
@@ -906,25 +1045,65 @@ private Q_SLOTS:
         QTRY_VERIFY(m_bench->board().blinks(0));
         QTRY_COMPARE(m_scene->orders().running(), 1);
         QVERIFY(!closes());
-        QTRY_VERIFY(shown("closeReason"));
+        QTRY_VERIFY(isShown("closeReason"));
         QCOMPARE(
             itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
-            "1 order still runs and would be stopped. Lines blink, which would end. These outputs are on, "
-            "and would be left so: do0."_s);
+            "1 order still runs and would be stopped. These lines blink, which would end; each would be left "
+            "as it is then: do0."_s);
         PanelFixture::click(itemNamed(window().contentItem(), "closeCancel"_s));
-        QTRY_VERIFY(!shown("closeReason"));
+        QTRY_VERIFY(!isShown("closeReason"));
         QCOMPARE(confirmed.count(), 0);
         QVERIFY(!closes());
-        QTRY_VERIFY(shown("closeAnyway"));
+        QTRY_VERIFY(isShown("closeAnyway"));
         PanelFixture::click(itemNamed(window().contentItem(), "closeAnyway"_s));
         QCOMPARE(confirmed.count(), 1);
         QCOMPARE(m_scene->orders().running(), 1);
-        QTRY_VERIFY(!shown("closeReason"));
+        QTRY_VERIFY(!isShown("closeReason"));
         QVERIFY(!closes());
-        QTRY_VERIFY(shown("closeStop"));
+        QTRY_VERIFY(isShown("closeStop"));
         PanelFixture::click(itemNamed(window().contentItem(), "closeStop"_s));
         QCOMPARE(confirmed.count(), 2);
         QCOMPARE(m_scene->orders().running(), 0);
+    }
+
+    void leavingOutputsOnIsAskedAbout()
+    {
+        CloseGuard guard(*m_scene, &window());
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
+        QTRY_COMPARE(m_bench->board().level(0).level, 1);
+        QTRY_COMPARE(m_scene->orders().running(), 0);
+        QCOMPARE(m_scene->reasonToStay(), "These outputs are on, and would be left so: do0."_s);
+        m_scene->setOffAtEnd(true);
+        QCOMPARE(m_scene->reasonToStay(), "These outputs would be switched off: do0."_s);
+        guard.askToReplace();
+        QTRY_VERIFY(isShown("closeAnyway"));
+        QVERIFY(!isShown("closeStop")); // nothing is there to be stopped
+    }
+
+    /// What is behind it is dimmed and out of reach.
+    void aDialogHasTheKeyboardAndGivesItBack()
+    {
+        QQuickItem* courses = itemNamed(&root(), "courses"_s);
+        courses->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_F1);
+        QTRY_VERIFY(isShown("helpText"));
+        QVERIFY(isShown("dialogShade"));
+        QVERIFY(!courses->hasActiveFocus());
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_1, Qt::Key_T}) {
+            QTest::keyClick(&window(), key);
+        }
+        QTest::keyClick(&window(), Qt::Key_3, Qt::ControlModifier);
+        QTest::mouseClick(&window(), Qt::LeftButton, Qt::NoModifier, QPoint(40, 120));
+        QVERIFY(m_scene->clock().isRunning());
+        QVERIFY(m_scene->courses().cursors().isEmpty());
+        QVERIFY(!m_scene->trigger().isActive());
+        QVERIFY(!root().property("lowerFolded").toBool());
+        QVERIFY(isShown("helpText"));
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QTRY_VERIFY(!isShown("helpText"));
+        QTRY_VERIFY(!isShown("dialogShade"));
+        QVERIFY(courses->hasActiveFocus());
     }
 
     void whatStaysOnIsNamedAsFarAsThereIsRoom()
@@ -950,7 +1129,7 @@ private Q_SLOTS:
         root().setProperty("rowHeight", 70);
         root().setProperty("wantedPageWidth", 500);
         m_scene->lineFilter().move(0, 1);
-        m_scene->lineFilter().hide(3);
+        m_scene->lineFilter().hide({3});
         QVariantMap arrangement = m_scene->arrangement();
         close();
         open(8);
@@ -1124,6 +1303,12 @@ private:
         return texts;
     }
 
+    /// Wherever in the window, on top of it too.
+    bool isShown(const char* name)
+    {
+        const QQuickItem* item = itemNamed(window().contentItem(), QLatin1String(name));
+        return item != nullptr && item->isVisible();
+    }
     QQuickItem& root() { return m_scene->root(); }
     QQuickWindow& window() { return *m_window; }
 

@@ -406,9 +406,7 @@ private Q_SLOTS:
             return found.join(QLatin1Char(' '));
         };
         QCOMPARE(names(), "do0 di0 ai0 ao0 do1 di1 ai1 ao1"_s);
-        filter->hide(1);
-        filter->hide(0);
-        filter->hide(99);
+        filter->hide({1, 0, 99, -1});
         QCOMPARE(names(), "ai0 ao0 do1 di1 ai1 ao1"_s);
         QCOMPARE(filter->hiddenCount(), 2);
         QVERIFY(filter->move(0, 1));
@@ -427,7 +425,7 @@ private Q_SLOTS:
         QVERIFY(filter->move(0, 1)); // from where it is seen
         QCOMPARE(names(), "ai1 ai0 ao0 ao1 di0 di1 do0 do1"_s);
         // What is remembered is found again, whatever lines there are.
-        filter->hide(2);
+        filter->hide({3});
         const QStringList order = filter->order();
         const auto next = watched<LineFilter>();
         next->setSourceModel(m_lines.get());
@@ -507,9 +505,10 @@ private Q_SLOTS:
         m_bench->scheduler().advance(1000);
         m_bench->board().setInput(5, 1);
         QCOMPARE(recorder.begin(file), "A trace is being recorded already."_s);
-        recorder.end();
-        recorder.end();
+        QCOMPARE(recorder.end(), QString());
+        QCOMPARE(recorder.end(), QString());
         QVERIFY(!recorder.isRecording());
+        QCOMPARE(recorder.file(), file);
         m_bench->scheduler().advance(1000);
         m_bench->board().setInput(5, 0);
         QFile saved(file);
@@ -517,6 +516,19 @@ private Q_SLOTS:
         const QByteArray text = saved.readAll();
         QVERIFY(text.contains("#1000\n"));
         QVERIFY(!text.contains("#2000\n"));
+    }
+
+    /// While it is ended, too.
+    void aTraceThatIsLostSaysSo()
+    {
+        TraceRecorder recorder(&m_bench->board(), {});
+        const QSignalSpy failures(&recorder, &TraceRecorder::failed);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("a.vcd"_s);
+        QCOMPARE(recorder.begin(file), QString());
+        QVERIFY(QFile::remove(file));
+        QVERIFY(recorder.end().contains("the file was removed meanwhile"_s));
+        QCOMPARE(failures.count(), 0); // it is told once
     }
 
     void aTraceThatFailsIsRecordedNoMore()

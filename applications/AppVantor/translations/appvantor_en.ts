@@ -463,7 +463,7 @@
     </message>
     <message id="lines_hide">
         <source></source>
-        <translation>Hide this line</translation>
+        <translation>Hide the chosen lines</translation>
     </message>
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
@@ -562,6 +562,22 @@
         <source></source>
         <translation>Recording into %1</translation>
     </message>
+    <message id="split_tools">
+        <source></source>
+        <translation>Width of the tools</translation>
+    </message>
+    <message id="split_page">
+        <source></source>
+        <translation>Width of the page</translation>
+    </message>
+    <message id="split_lower">
+        <source></source>
+        <translation>Height of command and orders</translation>
+    </message>
+    <message id="split_command">
+        <source></source>
+        <translation>Width of the command</translation>
+    </message>
     <message id="close_title">
         <source></source>
         <translation>Close the window?</translation>
@@ -575,7 +591,7 @@
     </message>
     <message id="close_blinking">
         <source></source>
-        <translation>Lines blink, which would end.</translation>
+        <translation>These lines blink, which would end; each would be left as it is then: %1.</translation>
     </message>
     <message id="close_recording">
         <source></source>
@@ -588,6 +604,10 @@
     <message id="close_stays_on">
         <source></source>
         <translation>These outputs are on, and would be left so: %1.</translation>
+    </message>
+    <message id="close_goes_off">
+        <source></source>
+        <translation>These outputs would be switched off: %1.</translation>
     </message>
     <message id="close_more" numerus="yes">
         <source></source>
@@ -642,7 +662,7 @@
     </message>
     <message id="help_freeze">
         <source></source>
-        <translation>on the courses: freezes them; on the list: switches the line</translation>
+        <translation>on the courses: freezes them or lets them run; on the list: switches the line</translation>
     </message>
     <message id="help_cursors">
         <source></source>
@@ -659,6 +679,10 @@
     <message id="help_lines">
         <source></source>
         <translation>hide, group and move lines</translation>
+    </message>
+    <message id="help_row_height">
+        <source></source>
+        <translation>the height of the rows</translation>
     </message>
     <message id="help_files">
         <source></source>

@@ -463,7 +463,7 @@
     </message>
     <message id="lines_hide">
         <source></source>
-        <translation>Masquer cette ligne</translation>
+        <translation>Masquer les lignes choisies</translation>
     </message>
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
@@ -562,6 +562,22 @@
         <source></source>
         <translation>Enregistrement dans %1</translation>
     </message>
+    <message id="split_tools">
+        <source></source>
+        <translation>Largeur des outils</translation>
+    </message>
+    <message id="split_page">
+        <source></source>
+        <translation>Largeur de la page</translation>
+    </message>
+    <message id="split_lower">
+        <source></source>
+        <translation>Hauteur de la commande et des ordres</translation>
+    </message>
+    <message id="split_command">
+        <source></source>
+        <translation>Largeur de la commande</translation>
+    </message>
     <message id="close_title">
         <source></source>
         <translation>Fermer la fenêtre ?</translation>
@@ -575,7 +591,7 @@
     </message>
     <message id="close_blinking">
         <source></source>
-        <translation>Des lignes clignotent ; cela cesserait.</translation>
+        <translation>Ces lignes clignotent ; cela cesserait, et chacune resterait comme elle est alors : %1.</translation>
     </message>
     <message id="close_recording">
         <source></source>
@@ -588,6 +604,10 @@
     <message id="close_stays_on">
         <source></source>
         <translation>Ces sorties sont actives et le resteraient : %1.</translation>
+    </message>
+    <message id="close_goes_off">
+        <source></source>
+        <translation>Ces sorties seraient éteintes : %1.</translation>
     </message>
     <message id="close_more" numerus="yes">
         <source></source>
@@ -642,7 +662,7 @@
     </message>
     <message id="help_freeze">
         <source></source>
-        <translation>sur les courbes : les fige ; sur la liste : commute la ligne</translation>
+        <translation>sur les courbes : les fige ou les relance ; sur la liste : commute la ligne</translation>
     </message>
     <message id="help_cursors">
         <source></source>
@@ -659,6 +679,10 @@
     <message id="help_lines">
         <source></source>
         <translation>masquer, grouper et déplacer des lignes</translation>
+    </message>
+    <message id="help_row_height">
+        <source></source>
+        <translation>la hauteur des rangées</translation>
     </message>
     <message id="help_files">
         <source></source>

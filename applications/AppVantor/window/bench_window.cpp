@@ -79,6 +79,7 @@ void BenchWindow::showBench(const QVariantMap& remembered)
     m_script = std::make_unique<ScriptRun>(m_source);
     m_scene =
         std::make_unique<BenchScene>(m_source->bench(), m_options.theme, m_choice.get(), m_script.get());
+    m_scene->setOffAtEnd(m_options.offAtEnd);
     m_scene->arrange(remembered);
     m_scene->putInto(m_window);
     m_guard = std::make_unique<CloseGuard>(*m_scene, &m_window);

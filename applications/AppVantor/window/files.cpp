@@ -10,7 +10,8 @@
 
 QString Files::documentFile(const QString& name) const
 {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QLatin1Char('/') + name;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return (QFileInfo(documents).isDir() ? documents : QDir::homePath()) + QLatin1Char('/') + name;
 }
 
 QStringList Files::completions(const QString& begun, const QString& suffix) const

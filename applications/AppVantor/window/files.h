@@ -13,7 +13,7 @@ public:
         : QObject(parent)
     {}
 
-    /// A place for such a file: name in the folder for documents.
+    /// A place for such a file: name in the folder for documents, or where there is none, in the home folder.
     Q_INVOKABLE QString documentFile(const QString& name) const;
 
     /// The path that the user means by file; "~/" at its begin is the home folder.

@@ -40,14 +40,15 @@ void LineFilter::setGrouped(bool grouped)
     }
 }
 
-void LineFilter::hide(int row)
+void LineFilter::hide(const QList<int>& lines)
 {
-    const QModelIndex index = mapToSource(this->index(row, 0));
-    if (index.isValid()) {
-        m_hidden.insert(index.row());
-        invalidateFilter();
-        Q_EMIT hiddenChanged();
+    for (const int line : lines) {
+        if (line >= 0 && line < m_places.size()) {
+            m_hidden.insert(line);
+        }
     }
+    invalidateFilter();
+    Q_EMIT hiddenChanged();
 }
 
 void LineFilter::showHidden()

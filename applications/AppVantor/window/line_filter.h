@@ -28,8 +28,8 @@ public:
 
     void setSourceModel(QAbstractItemModel* model) override;
 
-    /// Hides the line of a row.
-    Q_INVOKABLE void hide(int row);
+    /// Hides these lines of the source; those that are not there are passed over.
+    Q_INVOKABLE void hide(const QList<int>& lines);
     /// Shows all lines that were hidden.
     Q_INVOKABLE void showHidden();
     /// Lets a row and the next one, or the one before where by is -1, change places. Answers whether there

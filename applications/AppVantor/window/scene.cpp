@@ -6,6 +6,7 @@
 #include "script_run.h"
 #include "texts.h"
 
+#include <configuration/channel_orders.h>
 #include <plugin_management/i_plugin.h>
 
 #include <QCoreApplication>
@@ -189,36 +190,70 @@ void BenchScene::arrange(const QVariantMap& arrangement)
     }
 }
 
-QString BenchScene::reasonToStay() const
+/// The lines that the tools drive, by their names.
+QSet<QString> BenchScene::drivenLines() const
 {
-    QStringList on;
-    bool blinks = false;
-    for (int line = 0; line < m_lines.count(); ++line) {
-        const QModelIndex index = m_lines.index(line);
-        blinks = blinks || index.data(LinesModel::BlinkingRole).toBool();
-        if (index.data(LinesModel::OutputRole).toBool() && index.data(LinesModel::LevelRole).toInt() > 0) {
-            on.append(index.data(LinesModel::NameRole).toString());
+    QSet<QString> lines;
+    for (int row = 0; row < m_tools.count(); ++row) {
+        const auto* tool = qobject_cast<const DTool*>(m_tools.toolAt(row));
+        for (const DToolChannel& channel : tool->channels()) {
+            if (drivesLine(channel)) {
+                lines.insert(channel.link);
+            }
         }
     }
-    const bool runsScript = m_script != nullptr && m_script->isRunning();
-    const int running = m_orders.running() + (m_script != nullptr ? m_script->ordersLeft() : 0);
-    if (running == 0 && !blinks && !m_recorder.isRecording() && !runsScript) {
-        return QString();
+    return lines;
+}
+
+/// What becomes of the outputs when the bench is left, for people; empty where none is on and none blinks.
+QString BenchScene::outputsAtEnd() const
+{
+    const QSet<QString> switchedOff = m_offAtEnd ? drivenLines() : QSet<QString>();
+    QStringList blinking;
+    QStringList stayingOn;
+    QStringList goingOff;
+    for (int line = 0; line < m_lines.count(); ++line) {
+        const QModelIndex index = m_lines.index(line);
+        const QString name = index.data(LinesModel::NameRole).toString();
+        const bool blinks = index.data(LinesModel::BlinkingRole).toBool();
+        const bool isOn =
+            index.data(LinesModel::OutputRole).toBool() && index.data(LinesModel::LevelRole).toInt() > 0;
+        if (blinks || isOn) {
+            (switchedOff.contains(name) ? goingOff : blinks ? blinking : stayingOn).append(name);
+        }
     }
     QStringList parts;
-    if (runsScript) {
+    if (!blinking.isEmpty()) {
+        parts += qtTrId("close_blinking").arg(someOf(blinking));
+    }
+    if (!stayingOn.isEmpty()) {
+        parts += qtTrId("close_stays_on").arg(someOf(stayingOn));
+    }
+    if (!goingOff.isEmpty()) {
+        parts += qtTrId("close_goes_off").arg(someOf(goingOff));
+    }
+    return parts.join(QLatin1Char(' '));
+}
+
+QString BenchScene::reasonToStay() const
+{
+    QStringList parts;
+    if (m_script != nullptr && m_script->isRunning()) {
         parts += qtTrId("close_script");
     }
+    const int running = m_orders.running() + (m_script != nullptr ? m_script->ordersLeft() : 0);
     if (running > 0) {
         parts += qtTrId("close_running", running);
-    }
-    if (blinks) {
-        parts += qtTrId("close_blinking");
     }
     if (m_recorder.isRecording()) {
         parts += qtTrId("close_recording");
     }
-    parts += on.isEmpty() ? qtTrId("close_nothing_on") : qtTrId("close_stays_on").arg(someOf(on));
+    const QString outputs = outputsAtEnd();
+    if (!outputs.isEmpty()) {
+        parts += outputs;
+    } else if (!parts.isEmpty()) {
+        parts += qtTrId("close_nothing_on");
+    }
     return parts.join(QLatin1Char(' '));
 }
 

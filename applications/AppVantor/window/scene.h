@@ -16,6 +16,7 @@
 
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QSet>
 
 #include <memory>
 
@@ -79,10 +80,15 @@ public:
     QVariantMap arrangement() const;
     /// Arranges the window so; what is not named, or makes no sense, stays.
     void arrange(const QVariantMap& arrangement);
-    /// What would end or stay on if the window were closed, for people; empty for nothing.
+    /// Whether what the tools drive is switched off when the bench is left.
+    void setOffAtEnd(bool off) { m_offAtEnd = off; }
+    /// What would end, stay on or go off if the bench were left, for people; empty for nothing.
     QString reasonToStay() const;
 
 private:
+    QSet<QString> drivenLines() const;
+    QString outputsAtEnd() const;
+
     DeviceClock m_clock;
     ToolsModel m_tools;
     LinesModel m_lines;
@@ -96,6 +102,7 @@ private:
     PageReadsModel m_pageReads;
     CommandForm m_form;
     const ScriptRun* const m_script;
+    bool m_offAtEnd = false;
 };
 
 /// The maintenance page of one tool alone.

@@ -27,6 +27,7 @@ QString TraceRecorder::begin(const QString& file)
     QString problem = trace->begin(file, m_tools);
     if (problem.isEmpty()) {
         m_trace = std::move(trace);
+        m_file = file;
         connect(m_trace.get(), &VcdTrace::failed, this, [this](const QString& reason) {
             Q_EMIT recordingChanged();
             Q_EMIT failed(reason);
@@ -36,11 +37,14 @@ QString TraceRecorder::begin(const QString& file)
     return problem;
 }
 
-void TraceRecorder::end()
+QString TraceRecorder::end()
 {
-    if (m_trace != nullptr) {
-        m_trace->end();
-        m_trace.reset();
-        Q_EMIT recordingChanged();
+    if (m_trace == nullptr) {
+        return QString();
     }
+    m_trace->disconnect(this);
+    QString problem = m_trace->end();
+    m_trace.reset();
+    Q_EMIT recordingChanged();
+    return problem;
 }

@@ -15,6 +15,8 @@ class TraceRecorder : public QObject
     Q_OBJECT
     Q_DISABLE_COPY(TraceRecorder)
     Q_PROPERTY(bool recording READ isRecording NOTIFY recordingChanged)
+    /// The file of the last record.
+    Q_PROPERTY(QString file READ file NOTIFY recordingChanged)
 
 public:
     /// device and tools must outlive the recorder.
@@ -22,11 +24,12 @@ public:
     ~TraceRecorder() override;
 
     bool isRecording() const;
+    QString file() const { return m_file; }
     /// Begins to record into file, replacing what it holds. Returns an empty text, or why it cannot be
     /// written: also that a record goes on already, which stays as it is.
     Q_INVOKABLE QString begin(const QString& file);
-    /// Ends the record.
-    Q_INVOKABLE void end();
+    /// Ends the record. Returns an empty text, or why it is not complete.
+    Q_INVOKABLE QString end();
 
 Q_SIGNALS:
     void recordingChanged();
@@ -37,4 +40,5 @@ private:
     const LineDevice* const m_device;
     const std::vector<const DTool*> m_tools;
     std::unique_ptr<VcdTrace> m_trace;
+    QString m_file;
 };

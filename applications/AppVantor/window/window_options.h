@@ -36,6 +36,8 @@ struct WindowOptions
     /// How long the bench runs before the window closes or the picture is taken, in milliseconds; without it
     /// the window stays until it is closed, and a picture is taken at once.
     std::optional<int> runMs;
+    /// True when what the tools drive is switched off as a bench is left.
+    bool offAtEnd = false;
     /// Language of the texts.
     QLocale locale;
 

@@ -23,6 +23,7 @@ QtObject {
     readonly property color accent: dark ? "#7ab0ff" : "#1f5fd1"
     readonly property color accentText: dark ? "#0b1424" : "#ffffff"
     readonly property color accentSoft: dark ? "#223249" : "#e4edfc"
+    readonly property color shade: "#80000000"
     readonly property color error: dark ? "#ff8f86" : "#b3261e"
 
     readonly property color toolStatusIn: dark ? "#3ddc84" : "#159947"

@@ -191,6 +191,7 @@ Rectangle {
     SplitHandle {
         id: toolsHandle
         objectName: "toolsHandle"
+        name: qsTrId("split_tools")
         x: root.toolsWidth
         height: root.upperHeight
         foldable: true
@@ -212,6 +213,7 @@ Rectangle {
     SplitHandle {
         id: boardHandle
         objectName: "boardHandle"
+        name: qsTrId("split_page")
         anchors.right: boardPane.left
         height: root.upperHeight
         foldable: true
@@ -238,6 +240,7 @@ Rectangle {
     SplitHandle {
         id: lowerHandle
         objectName: "lowerHandle"
+        name: qsTrId("split_lower")
         y: root.upperHeight
         width: parent.width
         upright: false
@@ -259,6 +262,8 @@ Rectangle {
 
     SplitHandle {
         id: commandHandle
+        objectName: "commandHandle"
+        name: qsTrId("split_command")
         anchors.top: lowerHandle.bottom
         anchors.bottom: parent.bottom
         x: commandPane.width
@@ -326,6 +331,7 @@ Rectangle {
     CloseDialog {
         id: closeDialog
         objectName: "closeDialog"
+        stoppable: root.orders.running > 0
         onStopped: root.orders.stopAll()
         onConfirmed: deed === "close" ? root.closeConfirmed() : root.replacementConfirmed()
     }

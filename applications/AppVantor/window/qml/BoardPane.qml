@@ -24,6 +24,8 @@ Pane {
     // The lines that are chosen beside that one.
     property var alsoChosen: []
     readonly property var chosenLines: [chosenLine].concat(alsoChosen.filter(line => line !== chosenLine))
+    // True while the courses do not run: they are frozen, or show the past.
+    readonly property bool held: !clock.running || !view.live
 
     QtObject {
         id: columnWidths
@@ -40,9 +42,10 @@ Pane {
         filterField.forceActiveFocus(Qt.ShortcutFocusReason)
     }
 
-    function hideLine() {
+    function hideChosen() {
+        const chosen = chosenLines
         alsoChosen = []
-        filter.hide(list.currentIndex)
+        filter.hide(chosen)
     }
 
     // Chooses a row: instead of what is chosen, or with Ctrl, beside it.
@@ -51,11 +54,19 @@ Pane {
         list.currentIndex = row
     }
 
-    // The row before or after: moves it, chooses it beside what is chosen, or instead of that.
+    // The row before or after: moves it, chooses it beside what is chosen, or instead of that; or makes the rows
+    // lower or higher. True when the modifiers mean one of these.
     function chooseNext(by, modifiers) {
+        if (modifiers & (Qt.ControlModifier | Qt.MetaModifier)) {
+            return false
+        }
         if (modifiers & Qt.AltModifier) {
-            moveLine(by)
-            return
+            if (modifiers & Qt.ShiftModifier) {
+                columnWidths.wantedRowHeight = columnWidths.rowHeight + by * Style.baseHeight
+            } else {
+                moveLine(by)
+            }
+            return true
         }
         alsoChosen = modifiers & Qt.ShiftModifier ? chosenLines : []
         if (by < 0) {
@@ -63,6 +74,7 @@ Pane {
         } else {
             list.incrementCurrentIndex()
         }
+        return true
     }
 
     function moveLine(by) {
@@ -76,10 +88,31 @@ Pane {
         return y >= list.y && item ? item.line : -1
     }
 
+    // Courses that are held for whatever reason run again.
+    function holdOrRun() {
+        if (held) {
+            view.goLive()
+        } else {
+            clock.running = false
+        }
+    }
+
+    // Shift chooses among the characters of a key; with another modifier it is a different key.
+    function isPlain(event) {
+        return !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))
+    }
+
     // Takes the keys of the view, wherever in the pane the keyboard is. True when it was one.
     function useKey(event) {
+        if (event.key === Qt.Key_Up || event.key === Qt.Key_Down) {
+            return chooseNext(event.key === Qt.Key_Up ? -1 : 1, event.modifiers)
+        }
+        return isPlain(event) && usePlainKey(event.key)
+    }
+
+    function usePlainKey(key) {
         const share = pointedShare >= 0 ? pointedShare : 0.5
-        switch (event.key) {
+        switch (key) {
         case Qt.Key_Plus:
         case Qt.Key_Equal:
             view.zoom(2, pointedShare >= 0 ? pointedShare : (view.live ? 1 : 0.5))
@@ -95,7 +128,7 @@ Pane {
             return true
         case Qt.Key_1:
         case Qt.Key_2:
-            view.setCursor(event.key === Qt.Key_1 ? 1 : 2, share,
+            view.setCursor(key === Qt.Key_1 ? 1 : 2, share,
                            pointedShare >= 0 ? lineAt(pointer.mouseY + courses.y) : chosenLine)
             return true
         case Qt.Key_Escape:
@@ -109,7 +142,7 @@ Pane {
             record()
             return true
         case Qt.Key_H:
-            hideLine()
+            hideChosen()
             return true
         case Qt.Key_G:
             filter.grouped = !filter.grouped
@@ -117,15 +150,44 @@ Pane {
         case Qt.Key_T:
             trigger.next(chosenLine)
             return true
-        case Qt.Key_Up:
-        case Qt.Key_Down:
-            chooseNext(event.key === Qt.Key_Up ? -1 : 1, event.modifiers)
+        }
+        return false
+    }
+
+        // The keys that only the list of lines has.
+    function useListKey(key) {
+        const item = list.currentItem
+        switch (item ? key : -1) {
+        case Qt.Key_Space:
+            item.toggle()
+            return true
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            item.edit()
+            return true
+        case Qt.Key_Left:
+        case Qt.Key_Right:
+            item.adjust(key === Qt.Key_Left ? -0.01 : 0.01)
             return true
         }
         return false
     }
 
-    function exportCourses() {
+    // The keys that only the courses have.
+    function useCoursesKey(key) {
+        switch (key) {
+        case Qt.Key_Space:
+            holdOrRun()
+            return true
+        case Qt.Key_Left:
+        case Qt.Key_Right:
+            view.stepCursor(chosenLines, key === Qt.Key_Right)
+            return true
+        }
+        return false
+    }
+
+function exportCourses() {
         saveBar.write = file => exporter.save(file)
         saveBar.done = qsTrId("save_done")
         saveBar.open("courses.csv")
@@ -133,7 +195,12 @@ Pane {
 
     function record() {
         if (recorder.recording) {
-            recorder.end()
+            const problem = recorder.end()
+            if (problem.length > 0) {
+                saveBar.fail(problem)
+            } else {
+                saveBar.tell(qsTrId("save_done").arg(recorder.file))
+            }
         } else {
             saveBar.write = file => recorder.begin(Files.path(file))
             saveBar.done = qsTrId("record_begun")
@@ -168,7 +235,7 @@ Pane {
                 objectName: "linesMenu"
                 y: linesButton.height + 2
                 actions: [
-                    {text: qsTrId("lines_hide"), keys: "H", enabled: root.chosenLine >= 0, run: () => root.hideLine()},
+                    {text: qsTrId("lines_hide"), keys: "H", enabled: root.chosenLine >= 0, run: () => root.hideChosen()},
                     {text: qsTrId("lines_show_hidden", root.filter.hiddenCount), keys: "",
                      enabled: root.filter.hiddenCount > 0, run: () => root.filter.showHidden()},
                     {text: qsTrId("lines_up"), keys: "Alt+\u2191", enabled: list.currentIndex > 0, run: () => root.moveLine(-1)},
@@ -186,10 +253,10 @@ Pane {
         },
         UiButton {
             objectName: "freezeButton"
-            text: root.clock.running ? qsTrId("board_freeze") : qsTrId("board_resume")
-            otherText: root.clock.running ? qsTrId("board_resume") : qsTrId("board_freeze")
-            hint: root.clock.running ? qsTrId("board_freeze_hint") : qsTrId("board_resume_hint")
-            onClicked: root.clock.running = !root.clock.running
+            text: root.held ? qsTrId("board_resume") : qsTrId("board_freeze")
+            otherText: root.held ? qsTrId("board_freeze") : qsTrId("board_resume")
+            hint: root.held ? qsTrId("board_resume_hint") : qsTrId("board_freeze_hint")
+            onClicked: root.holdOrRun()
         }
     ]
 
@@ -240,11 +307,22 @@ Pane {
             x: root.inset
             width: ruler.x - x - Style.defSpacing
             height: parent.height
-            visible: !root.clock.running || !root.view.live
+            visible: root.held
             text: root.clock.running ? "\u25c0 " + qsTrId("board_past") : "\u2016 " + qsTrId("board_held")
             color: Style.accent
             font.bold: true
             font.pixelSize: Style.smallTextSize
+
+            Accessible.role: Accessible.Button
+            Accessible.name: text
+            Accessible.description: qsTrId("board_resume_hint")
+            Accessible.onPressAction: root.view.goLive()
+
+            MouseArea {
+                anchors.fill: parent
+                cursorShape: Qt.PointingHandCursor
+                onClicked: root.view.goLive()
+            }
         }
 
         Item {
@@ -330,12 +408,7 @@ Pane {
         Accessible.role: Accessible.List
         Accessible.name: root.title
 
-        Keys.onSpacePressed: if (currentItem) currentItem.toggle()
-        Keys.onReturnPressed: if (currentItem) currentItem.edit()
-        Keys.onEnterPressed: if (currentItem) currentItem.edit()
-        Keys.onLeftPressed: if (currentItem) currentItem.adjust(-0.01)
-        Keys.onRightPressed: if (currentItem) currentItem.adjust(0.01)
-        Keys.onPressed: event.accepted = root.useKey(event)
+        Keys.onPressed: event.accepted = root.useKey(event) || (root.isPlain(event) && root.useListKey(event.key))
 
         T.ScrollBar.vertical: UiScrollBar {}
 
@@ -373,10 +446,7 @@ Pane {
         Accessible.description: cursorsLabel.text
         Accessible.focusable: true
 
-        Keys.onSpacePressed: root.clock.running = !root.clock.running
-        Keys.onLeftPressed: root.view.stepCursor(root.chosenLines, false)
-        Keys.onRightPressed: root.view.stepCursor(root.chosenLines, true)
-        Keys.onPressed: event.accepted = root.useKey(event)
+        Keys.onPressed: event.accepted = root.useKey(event) || (root.isPlain(event) && root.useCoursesKey(event.key))
 
         UiFocusRing {
             anchors.margins: 0

@@ -1,42 +1,28 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import "../../gui/widgets"
 
 // Asks before a bench is left in which something runs.
-T.Popup {
+ModalDialog {
     id: root
 
     // "close" the window, or "replace" the bench by another one.
     property string deed: "close"
     property string reason: ""
+    // True when there is something to be stopped.
+    property bool stoppable: false
 
     signal stopped()
     signal confirmed()
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(480, parent ? parent.width - 32 : 480)
-    height: body.implicitHeight + 2 * padding
-    padding: 16
-    modal: true
-    focus: true
+    title: qsTrId(deed + "_title")
+    bodyHeight: body.implicitHeight
 
     onOpened: cancelButton.forceActiveFocus(Qt.OtherFocusReason)
 
-    contentItem: Column {
+    Column {
         id: body
-        objectName: "closeBody"
+        width: parent.width
         spacing: Style.defSpacing * 2
-
-        Accessible.role: Accessible.Dialog
-        Accessible.name: qsTrId(root.deed + "_title")
-
-        UiLabel {
-            width: parent.width
-            text: qsTrId(root.deed + "_title")
-            isBigger: true
-            font.bold: true
-        }
 
         UiLabel {
             objectName: "closeReason"
@@ -55,6 +41,7 @@ T.Popup {
 
             UiButton {
                 objectName: "closeStop"
+                visible: root.stoppable
                 text: qsTrId(root.deed + "_stop")
                 onClicked: {
                     root.close()
@@ -80,11 +67,5 @@ T.Popup {
                 onClicked: root.close()
             }
         }
-    }
-
-    background: Rectangle {
-        color: Style.surface
-        border.color: Style.controlBorder
-        radius: Style.radius
     }
 }

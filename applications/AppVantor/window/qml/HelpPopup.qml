@@ -1,9 +1,8 @@
 import QtQuick 2.15
-import QtQuick.Templates 2.15 as T
 import "../../gui/widgets"
 
 // The keys of the window, where the manual is, and what versions run.
-T.Popup {
+ModalDialog {
     id: root
 
     property string versions: ""
@@ -12,34 +11,23 @@ T.Popup {
         ["F1", "help_f1"], ["Ctrl+O, Ctrl+R", "help_open"], ["F9", "help_script"], ["F5", "help_f5"], ["F6, Shift+F6", "help_f6"], ["Ctrl+F", "help_find"],
         ["Ctrl+1, Ctrl+2, Ctrl+3", "help_fold"], ["Ctrl+Enter", "help_run"], ["+  \u2212  F  L", "help_zoom"],
         [qsTrId("help_space"), "help_freeze"], ["1  2  \u2190  \u2192  Esc", "help_cursors"], ["Shift+\u2191\u2193", "help_choose"], ["T", "help_trigger"],
-        ["H  G  Alt+\u2191\u2193", "help_lines"], ["E  R", "help_files"]
+        ["H  G  Alt+\u2191\u2193", "help_lines"], ["Shift+Alt+\u2191\u2193", "help_row_height"],
+        ["E  R", "help_files"]
     ]
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(640, parent ? parent.width - 32 : 640)
-    height: Math.min(body.implicitHeight + 32, parent ? parent.height - 32 : 480)
-    padding: 16
-    modal: true
-    focus: true
+    title: qsTrId("help_title")
+    wantedWidth: 640
+    bodyHeight: body.implicitHeight
 
-    contentItem: UiFlickable {
+    UiFlickable {
         objectName: "helpText"
+        anchors.fill: parent
         contentHeight: body.implicitHeight
-
-        Accessible.role: Accessible.Dialog
-        Accessible.name: qsTrId("help_title")
 
         Column {
             id: body
             width: parent.width
             spacing: 6
-
-            UiLabel {
-                text: qsTrId("help_title")
-                isBigger: true
-                font.bold: true
-            }
 
             Repeater {
                 model: root.keys
@@ -92,11 +80,5 @@ T.Popup {
                 onClicked: root.close()
             }
         }
-    }
-
-    background: Rectangle {
-        color: Style.surface
-        border.color: Style.controlBorder
-        radius: Style.radius
     }
 }

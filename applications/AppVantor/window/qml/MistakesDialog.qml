@@ -4,7 +4,7 @@ import AppVantor 1.0
 import "../../gui/widgets"
 
 // What is wrong with a configuration that was to be opened; each mistake is copied by a click.
-T.Popup {
+ModalDialog {
     id: root
 
     property var choice
@@ -23,14 +23,9 @@ T.Popup {
         copied = choice.mistakes.length
     }
 
-    parent: T.Overlay.overlay
-    anchors.centerIn: parent
-    width: Math.min(640, parent ? parent.width - 32 : 640)
-    height: Math.min(head.height + list.contentHeight + buttons.height + 2 * Style.defSpacing + 2 * padding,
-                     parent ? parent.height - 32 : 480)
-    padding: 16
-    modal: true
-    focus: true
+    title: choice ? qsTrId("mistakes_title", choice.mistakes.length) : ""
+    wantedWidth: 640
+    bodyHeight: head.height + list.contentHeight + buttons.height + 2 * Style.defSpacing
 
     onOpened: {
         copied = -1
@@ -38,137 +33,117 @@ T.Popup {
         list.forceActiveFocus(Qt.OtherFocusReason)
     }
 
-    contentItem: Item {
-        Accessible.role: Accessible.Dialog
-        Accessible.name: titleLabel.text
+    Column {
+        id: head
+        width: parent.width
+        spacing: 4
 
-        Column {
-            id: head
+        UiLabel {
             width: parent.width
-            spacing: 4
+            text: root.choice ? Files.shortPath(root.choice.chosen) : ""
+        }
+
+        UiLabel {
+            width: parent.width
+            text: qsTrId("mistakes_hint")
+            color: Style.textSecondary
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+        }
+    }
+
+    ListView {
+        id: list
+        objectName: "mistakesList"
+        anchors.top: head.bottom
+        anchors.topMargin: Style.defSpacing
+        anchors.bottom: buttons.top
+        anchors.bottomMargin: Style.defSpacing
+        width: parent.width
+        activeFocusOnTab: true
+        model: root.choice ? root.choice.mistakes : []
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        highlightMoveDuration: 0
+
+        Accessible.role: Accessible.List
+        Accessible.name: qsTrId("mistakes_title", count)
+
+        Keys.onReturnPressed: if (currentIndex >= 0) root.copy(currentIndex)
+        Keys.onEnterPressed: if (currentIndex >= 0) root.copy(currentIndex)
+        Keys.onSpacePressed: if (currentIndex >= 0) root.copy(currentIndex)
+
+        T.ScrollBar.vertical: UiScrollBar {}
+
+        delegate: Rectangle {
+            width: list.width
+            height: mistakeText.height + 12
+            color: ListView.isCurrentItem && list.activeFocus ? Style.accentSoft : "transparent"
+
+            Accessible.role: Accessible.ListItem
+            Accessible.name: modelData
 
             UiLabel {
-                id: titleLabel
-                objectName: "mistakesTitle"
-                width: parent.width
-                text: root.choice ? qsTrId("mistakes_title", root.choice.mistakes.length) : ""
-                isBigger: true
-                font.bold: true
-            }
-
-            UiLabel {
-                width: parent.width
-                text: root.choice ? Files.shortPath(root.choice.chosen) : ""
-            }
-
-            UiLabel {
-                width: parent.width
-                text: qsTrId("mistakes_hint")
-                color: Style.textSecondary
+                id: mistakeText
+                objectName: "mistakeText"
+                x: Style.defSpacing
+                y: 6
+                width: parent.width - 2 * x - copiedMark.width - Style.defSpacing
+                text: modelData.startsWith(root.folder) ? modelData.slice(root.folder.length) : modelData
                 wrapMode: Text.Wrap
                 elide: Text.ElideNone
             }
-        }
 
-        ListView {
-            id: list
-            objectName: "mistakesList"
-            anchors.top: head.bottom
-            anchors.topMargin: Style.defSpacing
-            anchors.bottom: buttons.top
-            anchors.bottomMargin: Style.defSpacing
-            width: parent.width
-            activeFocusOnTab: true
-            model: root.choice ? root.choice.mistakes : []
-            clip: true
-            boundsBehavior: Flickable.StopAtBounds
-            highlightMoveDuration: 0
-
-            Accessible.role: Accessible.List
-            Accessible.name: qsTrId("mistakes_title", count)
-
-            Keys.onReturnPressed: if (currentIndex >= 0) root.copy(currentIndex)
-            Keys.onEnterPressed: if (currentIndex >= 0) root.copy(currentIndex)
-            Keys.onSpacePressed: if (currentIndex >= 0) root.copy(currentIndex)
-
-            T.ScrollBar.vertical: UiScrollBar {}
-
-            delegate: Rectangle {
-                width: list.width
-                height: mistakeText.height + 12
-                color: ListView.isCurrentItem && list.activeFocus ? Style.accentSoft : "transparent"
-
-                Accessible.role: Accessible.ListItem
-                Accessible.name: modelData
-
-                UiLabel {
-                    id: mistakeText
-                    objectName: "mistakeText"
-                    x: Style.defSpacing
-                    y: 6
-                    width: parent.width - 2 * x - copiedMark.width - Style.defSpacing
-                    text: modelData.startsWith(root.folder) ? modelData.slice(root.folder.length) : modelData
-                    wrapMode: Text.Wrap
-                    elide: Text.ElideNone
-                }
-
-                UiLabel {
-                    id: copiedMark
-                    objectName: "mistakeCopied"
-                    anchors.right: parent.right
-                    anchors.rightMargin: Style.defSpacing
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: qsTrId("mistakes_copied")
-                    opacity: root.copied === index || root.copied === list.count ? 1 : 0
-                    color: Style.accent
-                    font.pixelSize: Style.smallTextSize
-                }
-
-                MouseArea {
-                    anchors.fill: parent
-                    onClicked: {
-                        list.currentIndex = index
-                        list.forceActiveFocus(Qt.MouseFocusReason)
-                        root.copy(index)
-                    }
-                }
+            UiLabel {
+                id: copiedMark
+                objectName: "mistakeCopied"
+                anchors.right: parent.right
+                anchors.rightMargin: Style.defSpacing
+                anchors.verticalCenter: parent.verticalCenter
+                text: qsTrId("mistakes_copied")
+                opacity: root.copied === index || root.copied === list.count ? 1 : 0
+                color: Style.accent
+                font.pixelSize: Style.smallTextSize
             }
-        }
 
-        Row {
-            id: buttons
-            anchors.right: parent.right
-            anchors.bottom: parent.bottom
-            spacing: Style.defSpacing
-
-            UiButton {
-                objectName: "mistakesRetry"
-                text: qsTrId("mistakes_retry")
-                hint: qsTrId("mistakes_retry_hint")
+            MouseArea {
+                anchors.fill: parent
                 onClicked: {
-                    root.close()
-                    root.choice.retry()
+                    list.currentIndex = index
+                    list.forceActiveFocus(Qt.MouseFocusReason)
+                    root.copy(index)
                 }
-            }
-
-            UiButton {
-                objectName: "mistakesCopy"
-                text: qsTrId("mistakes_copy_all")
-                onClicked: root.copyAll()
-            }
-
-            UiButton {
-                objectName: "mistakesClose"
-                text: qsTrId("events_close")
-                primary: true
-                onClicked: root.close()
             }
         }
     }
 
-    background: Rectangle {
-        color: Style.surface
-        border.color: Style.controlBorder
-        radius: Style.radius
+    Row {
+        id: buttons
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        spacing: Style.defSpacing
+
+        UiButton {
+            objectName: "mistakesRetry"
+            text: qsTrId("mistakes_retry")
+            hint: qsTrId("mistakes_retry_hint")
+            onClicked: {
+                root.close()
+                root.choice.retry()
+            }
+        }
+
+        UiButton {
+            objectName: "mistakesCopy"
+            text: qsTrId("mistakes_copy_all")
+            onClicked: root.copyAll()
+        }
+
+        UiButton {
+            objectName: "mistakesClose"
+            text: qsTrId("events_close")
+            primary: true
+            onClicked: root.close()
+        }
     }
 }

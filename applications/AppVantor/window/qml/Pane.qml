@@ -22,9 +22,11 @@ FocusScope {
 
     UiLabel {
         id: titleLabel
+        objectName: "paneTitle"
         x: root.inset
-        width: root.width - 2 * root.inset - controlRow.width - Style.defSpacing
+        width: Math.max(0, root.width - 2 * root.inset - controlRow.width - Style.defSpacing)
         height: 48
+        visible: width > 0 // a text without a width would be as wide as it likes
         text: root.title
         isBigger: true
         font.bold: true

@@ -17,6 +17,8 @@ FocusScope {
     property bool failed: false
 
     property Item before: null
+    // Where the last file went.
+    property string folder: ""
     // A file that is there, which may be replaced if it is named once more.
     property string replaceable: ""
 
@@ -27,7 +29,7 @@ FocusScope {
         outcome = ""
         replaceable = ""
         asking = true
-        field.text = Files.documentFile(name)
+        field.text = folder.length > 0 ? folder + name : Files.documentFile(name)
         field.forceActiveFocus(Qt.OtherFocusReason)
         field.selectAll()
     }
@@ -35,6 +37,11 @@ FocusScope {
     function fail(problem) {
         failed = true
         outcome = problem
+    }
+
+    function tell(text) {
+        failed = false
+        outcome = text
     }
 
     function save() {
@@ -48,8 +55,8 @@ FocusScope {
         if (problem.length > 0) {
             fail(problem)
         } else {
-            failed = false
-            outcome = done.arg(file)
+            folder = file.slice(0, file.lastIndexOf("/") + 1)
+            tell(done.arg(file))
             leave()
         }
     }

@@ -1,7 +1,8 @@
 import QtQuick 2.15
 import "../../gui/widgets"
 
-// The gap between two panes; it is dragged to share the room anew, and its middle folds a pane away.
+// The gap between two panes; it is dragged, or moved by the arrow keys, to share the room anew, and its middle or
+// Enter folds a pane away.
 Rectangle {
     id: root
 
@@ -11,14 +12,59 @@ Rectangle {
     property bool folded: false
     // What it folds, for people.
     property string text: ""
+    // Where it is, for those who do not see it.
+    property string name: ""
+    readonly property real value: upright ? x : y
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: parent ? (upright ? parent.width - width : parent.height - height) : 0
+    readonly property real stepSize: 2 * Style.baseWidth
 
     // The pointer drags the gap by this distance, in the direction across it.
     signal dragged(real distance)
     signal foldWanted()
 
+    // Moves it by so many steps; true where it can be moved.
+    function step(count) {
+        if (!folded) {
+            dragged(count * stepSize)
+        }
+        return !folded
+    }
+
+    function useKey(key) {
+        switch (key) {
+        case upright ? Qt.Key_Left : Qt.Key_Up:
+            return step(-1)
+        case upright ? Qt.Key_Right : Qt.Key_Down:
+            return step(1)
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+        case Qt.Key_Space:
+            if (foldable) {
+                foldWanted()
+            }
+            return foldable
+        }
+        return false
+    }
+
     implicitWidth: 8
     implicitHeight: 8
-    color: mouse.pressed || mouse.containsMouse ? Style.accent : Style.background
+    activeFocusOnTab: true
+    color: mouse.pressed || mouse.containsMouse || activeFocus ? Style.accent : Style.background
+
+    Keys.onPressed: event.accepted = event.modifiers === Qt.NoModifier && useKey(event.key)
+
+    Accessible.role: Accessible.Slider
+    Accessible.name: name
+    Accessible.focusable: true
+    Accessible.onIncreaseAction: step(1)
+    Accessible.onDecreaseAction: step(-1)
+
+    UiFocusRing {
+        z: 1
+        shown: root.activeFocus
+    }
 
     MouseArea {
         id: mouse
