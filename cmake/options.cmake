@@ -17,6 +17,13 @@ if(NOT HOST_SDK_DIR)
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS)
 endif()
 
+# What nearly every source of the host, the devices and the bench includes, directly or not: read by the compiler once, it is
+# a third of what compiling them takes. More of it would take longer to load than to read. The plugin's sources are
+# compiled as they stand.
+set(read_ahead
+    <QHash> <QMap> <QObject> <QPointer> <QSet> <QString> <QStringList> <QTimer> <QVariant> <QVector>
+    <algorithm> <deque> <functional> <map> <memory> <optional> <string> <vector>)
+
 # Debug information then describes the host's classes whole: tools/check-host compares their sizes.
 set(whole_class_debug_option $<IF:$<CXX_COMPILER_ID:Clang>,-fstandalone-debug,-femit-class-debug-always>)
 
