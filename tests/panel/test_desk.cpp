@@ -64,6 +64,28 @@ private Q_SLOTS:
         QTRY_VERIFY(m_window->scene().courses().spanUs() != spanUs);
     }
 
+    void whatTheMouseDragsTheSpaceBarLetsGo()
+    {
+        pointAt("lineCourse");
+        useDesk({"mousedown"_s, "1"_s, "mousemove_relative"_s, "20"_s, "0"_s, "mousemove_relative"_s, "20"_s,
+                 "0"_s, "mouseup"_s, "1"_s});
+        QTRY_VERIFY(!m_window->scene().courses().isLive());
+        useDesk({"key"_s, "space"_s});
+        QTRY_VERIFY(m_window->scene().courses().isLive());
+        useDesk({"key"_s, "space"_s});
+        QTRY_VERIFY(!m_window->scene().clock().isRunning());
+        useDesk({"key"_s, "space"_s});
+        QTRY_VERIFY(m_window->scene().clock().isRunning());
+    }
+
+    void withControlTheKeyOfARecordReloads()
+    {
+        pointAt("lineCourse");
+        useDesk({"click"_s, "1"_s, "key"_s, "ctrl+r"_s});
+        QTRY_COMPARE(m_benches->count(), 2);
+        QVERIFY(!isShown("saveField"));
+    }
+
     void closingByTheWindowManagerAsks()
     {
         QSignalSpy confirmed(m_window.get(), &BenchWindow::closeConfirmed);

@@ -7,6 +7,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QSettings>
 
 #include <sys/stat.h>
@@ -380,6 +381,19 @@ private Q_SLOTS:
         m_window = std::make_unique<BenchWindow>(m_benches.get(), options);
         QCOMPARE(window().windowState(), Qt::WindowMaximized);
         QCOMPARE(WindowMemory(options.configuration).recall().value("geometry"_s).toRect(), before);
+    }
+
+    void aWindowOfALargerScreenIsWhole()
+    {
+        WindowOptions options;
+        options.configuration = path("left.json"_s);
+        m_window = nullptr;
+        const QRect screens = QGuiApplication::primaryScreen()->availableVirtualGeometry();
+        const QPoint corner = screens.bottomRight() - QPoint(400, 300);
+        WindowMemory(options.configuration).remember({{"geometry"_s, QRect(corner, QSize(700, 500))}});
+        m_window = std::make_unique<BenchWindow>(m_benches.get(), options);
+        QCOMPARE(window().size(), QSize(700, 500));
+        QVERIFY(screens.contains(window().geometry()));
     }
 
 private:

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace {
 
 QString geometryKey()
@@ -19,6 +21,16 @@ QString maximisedKey()
 QString chosenThemeKey()
 {
     return QStringLiteral("chosenTheme");
+}
+
+/// The place of a window that was shown on other screens, moved and cut to be whole on these.
+QRect placedOn(const QRect& screens, const QRect& window)
+{
+    const QSize size = window.size().boundedTo(screens.size());
+    const QPoint corner(
+        std::clamp(window.left(), screens.left(), screens.left() + screens.width() - size.width()),
+        std::clamp(window.top(), screens.top(), screens.top() + screens.height() - size.height()));
+    return {corner, size};
 }
 
 } // namespace
@@ -43,7 +55,7 @@ BenchWindow::BenchWindow(BenchSource* source, const WindowOptions& options)
     fitWindow(m_window, options);
     const QRect geometry = remembered.value(geometryKey()).toRect();
     if (!options.sizeGiven && geometry.isValid() && QGuiApplication::screenAt(geometry.center()) != nullptr) {
-        m_window.setGeometry(geometry);
+        m_window.setGeometry(placedOn(m_window.screen()->availableVirtualGeometry(), geometry));
     }
     m_geometry = m_window.geometry();
     if (!options.sizeGiven && remembered.value(maximisedKey()).toBool()) {
