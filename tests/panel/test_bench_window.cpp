@@ -950,6 +950,8 @@ private Q_SLOTS:
         QTest::keyClick(&window(), Qt::Key_R);
         QVERIFY(isThere("a.vcd"_s));
         QCOMPARE(outcome(), "Saved as "_s + folder.filePath("a.vcd"_s));
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QVERIFY(visibleNamed(root(), "saveOutcome").isEmpty());
         QCOMPARE(m_scene->reasonToStay(), QString());
         // The next one goes to the same folder.
         QTest::keyClick(&window(), Qt::Key_E);

@@ -134,6 +134,7 @@ Pane {
         case Qt.Key_Escape:
             view.clearCursors()
             alsoChosen = []
+            saveBar.dismiss()
             return true
         case Qt.Key_E:
             exportCourses()
@@ -505,13 +506,13 @@ function exportCourses() {
                 height: courses.height
                 visible: index < triggerMarks.shares.length
 
+                // Below the times of the axis, which it would cover, and above the course of the first line.
                 UiLabel {
                     x: -width / 2
-                    height: axis.height
+                    y: axis.height
                     text: "\u25bc"
                     color: Style.accent
                     font.pixelSize: Style.smallestTextSize
-                    verticalAlignment: Text.AlignBottom
                 }
 
                 Rectangle {

@@ -61,8 +61,13 @@ FocusScope {
         }
     }
 
-    function cancel() {
+    // Takes away what was said.
+    function dismiss() {
         outcome = ""
+    }
+
+    function cancel() {
+        dismiss()
         leave()
     }
 
