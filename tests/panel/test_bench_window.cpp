@@ -444,12 +444,13 @@ private Q_SLOTS:
     {
         const auto numbers = visibleNamed(root(), "lineNumber");
         QCOMPARE(numbers.size(), 3); // an input, and the outputs that a channel drives
+        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
         PanelFixture::click(numbers.at(1));
+        QCOMPARE(list->property("currentIndex").toInt(), 6);
         type("4321"_s);
         QTest::keyClick(&window(), Qt::Key_Return);
         QCOMPARE(m_bench->board().level(6).level, 4321);
         // From the keyboard alone; Esc leaves the level.
-        QQuickItem* list = itemNamed(&root(), "boardLines"_s);
         list->setProperty("currentIndex", 3);
         list->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&window(), Qt::Key_Return);

@@ -39,6 +39,8 @@ Item {
     readonly property color background: (current || alsoChosen) && focused ? Style.accentSoft : Style.surface
 
     signal chosen(int modifiers)
+    // A click begins to write its level as a number.
+    signal editPressed()
     // The line below it was dragged to make the rows this high.
     signal heightWanted(real height)
 
@@ -315,6 +317,7 @@ Item {
                     text = Qt.binding(() => root.levelText)
                 }
             }
+            onPressed: root.editPressed()
             onAccepted: {
                 lines.setLevel(root.line, Number(text))
                 leave()

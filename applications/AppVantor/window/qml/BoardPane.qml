@@ -424,6 +424,7 @@ function exportCourses() {
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus
             alsoChosen: root.alsoChosen.includes(line)
+            onEditPressed: root.chooseRow(index, Qt.NoModifier)
             onChosen: {
                 root.chooseRow(index, modifiers)
                 list.forceActiveFocus(Qt.MouseFocusReason)
