@@ -450,6 +450,8 @@ private Q_SLOTS:
         type("4321"_s);
         QTest::keyClick(&window(), Qt::Key_Return);
         QCOMPARE(m_bench->board().level(6).level, 4321);
+        QVERIFY(!numbers.at(1)->hasActiveFocus()); // the list has the keyboard again
+        QVERIFY(list->hasActiveFocus());
         // From the keyboard alone; Esc leaves the level.
         list->setProperty("currentIndex", 3);
         list->forceActiveFocus(Qt::TabFocusReason);

@@ -304,6 +304,13 @@ Item {
             }
             Accessible.name: model.name
 
+            function take() {
+                if (acceptableInput) {
+                    lines.setLevel(root.line, Number(text))
+                    leave()
+                }
+            }
+
             function leave() {
                 focus = false // or the list would hand the keyboard back
                 root.chosen(Qt.NoModifier)
@@ -318,10 +325,9 @@ Item {
                 }
             }
             onPressed: root.editPressed()
-            onAccepted: {
-                lines.setLevel(root.line, Number(text))
-                leave()
-            }
+            // Not "accepted", after which the list would take the key to begin anew.
+            Keys.onReturnPressed: take()
+            Keys.onEnterPressed: take()
             Keys.onEscapePressed: leave()
         }
     }
