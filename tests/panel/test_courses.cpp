@@ -291,7 +291,8 @@ private Q_SLOTS:
         scheduler().advance(5 * c_second);
         QCOMPARE(ticks.count(), 1);
         hide(shown, false);
-        QCoreApplication::processEvents();
+        QTRY_COMPARE(shown.window.visibility(), QWindow::Windowed);
+        QTRY_VERIFY(shown.window.isExposed());
         shown.clock.want();
         scheduler().advance(c_second);
         QVERIFY(ticks.count() > 10);
