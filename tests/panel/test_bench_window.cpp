@@ -1084,6 +1084,14 @@ private Q_SLOTS:
         guard.askToReplace();
         QTRY_VERIFY(isShown("closeAnyway"));
         QVERIFY(!isShown("closeStop")); // nothing is there to be stopped
+        const QQuickItem* reason = itemNamed(window().contentItem(), "closeReason"_s);
+        QCOMPARE(reason->property("text").toString(), "These outputs would be switched off: do0."_s);
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "OFF"_s}});
+        QTRY_COMPARE(m_bench->board().level(0).level, 0);
+        QTRY_COMPARE(m_scene->orders().running(), 0);
+        m_scene->clock().tick();
+        QCOMPARE(reason->property("text").toString(), "No output is on."_s);
     }
 
     /// What is behind it is dimmed and out of reach.

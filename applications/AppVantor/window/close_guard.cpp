@@ -5,12 +5,13 @@
 #include <QEvent>
 #include <QWindow>
 
-CloseGuard::CloseGuard(const BenchScene& scene, QWindow* window)
+CloseGuard::CloseGuard(BenchScene& scene, QWindow* window)
     : m_scene(scene)
 {
     window->installEventFilter(this);
     connect(&scene.root(), SIGNAL(closeConfirmed()), this, SIGNAL(confirmed()));
     connect(&scene.root(), SIGNAL(replacementConfirmed()), this, SIGNAL(replacementConfirmed()));
+    connect(&scene.clock(), &DeviceClock::ticked, this, &CloseGuard::tellAnew);
 }
 
 void CloseGuard::askToReplace()
@@ -38,4 +39,12 @@ void CloseGuard::ask(const char* deed, const QString& reason)
 {
     QMetaObject::invokeMethod(&m_scene.root(), "askToLeave", Q_ARG(QVariant, QLatin1String(deed)),
                               Q_ARG(QVariant, reason));
+}
+
+void CloseGuard::tellAnew()
+{
+    if (m_scene.root().property("asksToLeave").toBool()) {
+        const QString reason = m_scene.reasonToStay();
+        m_scene.root().setProperty("reasonToStay", reason.isEmpty() ? qtTrId("close_nothing_on") : reason);
+    }
 }

@@ -5,8 +5,8 @@
 class BenchScene;
 class QWindow;
 
-/// Asks before a bench is left while something runs in it, because its window is closed or because another
-/// bench takes its place.
+/// Asks before a bench is left while something runs in it or is on, because its window is closed or because
+/// another bench takes its place. What is said then stays true while it is asked.
 class CloseGuard : public QObject
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ class CloseGuard : public QObject
 
 public:
     /// scene and window must outlive the guard.
-    CloseGuard(const BenchScene& scene, QWindow* window);
+    CloseGuard(BenchScene& scene, QWindow* window);
 
     /// Asks, where something runs, whether another bench may take the place of this one.
     void askToReplace();
@@ -29,6 +29,7 @@ Q_SIGNALS:
 
 private:
     void ask(const char* deed, const QString& reason);
+    void tellAnew();
 
     const BenchScene& m_scene;
 };

@@ -72,6 +72,9 @@ Rectangle {
     // Another bench may take the place of this one, though something runs.
     signal replacementConfirmed()
 
+    readonly property bool asksToLeave: closeDialog.visible
+    property alias reasonToStay: closeDialog.reason
+
     function askToLeave(deed, reason) {
         closeDialog.deed = deed
         closeDialog.reason = reason
