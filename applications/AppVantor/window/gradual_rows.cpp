@@ -1,5 +1,7 @@
 #include "gradual_rows.h"
 
+#include "rows_in_view.h"
+
 #include <QDeadlineTimer>
 #include <QQuickItem>
 
@@ -32,6 +34,7 @@ void GradualRows::fill(const QQuickItem* page)
         if (item->inherits("QQuickRepeater")) {
             auto* all = qobject_cast<QAbstractItemModel*>(item->property("model").value<QObject*>());
             if (all != nullptr) {
+                RowsInView::watch(item);
                 item->setProperty("model", QVariant::fromValue<QObject*>(new GradualRows(all, item)));
             }
         }
