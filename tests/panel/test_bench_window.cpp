@@ -1188,12 +1188,14 @@ private Q_SLOTS:
         m_scene->clock().tick();
         QTRY_VERIFY(itemNamed(&root(), "panelNotice"_s)->isVisible());
         QVERIFY(visibleNamed(root(), "lineSwitch").isEmpty());
+        QVERIFY(!itemNamed(&root(), "allOffButton"_s)->isEnabled());
         QCOMPARE(visibleNamed(root(), "lineUnknown").size(), 8);
         QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "(0)"_s);
         m_bench->board().setPluggedIn(true);
         m_scene->clock().tick();
         QTRY_VERIFY(!itemNamed(&root(), "panelNotice"_s)->isVisible());
         QVERIFY(visibleNamed(root(), "lineUnknown").isEmpty());
+        QVERIFY(itemNamed(&root(), "allOffButton"_s)->isEnabled());
         QCOMPARE(visibleNamed(root(), "lineLevel").constFirst()->property("text").toString(), "0"_s);
     }
 

@@ -11,7 +11,9 @@
 #include <window/order_events_model.h>
 #include <window/order_log_model.h>
 #include <window/page_reads_model.h>
+#include <window/reasons.h>
 #include <window/texts.h>
+#include <window/time_axis.h>
 #include <window/tools_model.h>
 #include <window/trace_recorder.h>
 #include <window/window_memory.h>
@@ -273,6 +275,22 @@ private Q_SLOTS:
         QCOMPARE(at(*m_lines, 5, LinesModel::LevelRole).toInt(), 1);
         m_bench->board().setPluggedIn(true);
         QCOMPARE(statusOf(*m_lines, 5), "known"_s);
+    }
+
+    void aLineThatIsLostCannotBeSet()
+    {
+        QSignalSpy orders(m_lines.get(), &LinesModel::orderWanted);
+        m_bench->board().setPluggedIn(false);
+        m_lines->setLevel(5, 1);
+        m_lines->setLevel(3, 1000);
+        QCOMPARE(statusOf(*m_lines, 5), "old"_s);
+        QCOMPARE(orders.count(), 0);
+        m_bench->board().setPluggedIn(true);
+        QCOMPARE(m_bench->board().level(5).level, 0);
+        m_lines->setLevel(5, 1);
+        m_lines->setLevel(3, 1000);
+        QCOMPARE(m_bench->board().level(5).level, 1);
+        QCOMPARE(orders.count(), 1);
     }
 
     void aLevelThatWasNeverKnownIsNotOld()
@@ -951,7 +969,8 @@ private Q_SLOTS:
     {
         installTexts(QLocale(QLocale::French));
         run("noSuchCommand");
-        QVERIFY(logged(0, OrderLogModel::DetailRole).startsWith("appel incorrect : unknown command "_s));
+        QVERIFY(logged(0, OrderLogModel::DetailRole)
+                    .startsWith("appel incorrect : commande \u00ab noSuchCommand \u00bb inconnue"_s));
         QCOMPARE(m_form->description(), "Donner un \u00e9tat \u00e0 une ligne"_s);
         QCOMPARE(at(*m_form, 0, CommandForm::DescriptionRole).toString(), "Voie de l\u2019outil"_s);
         installTexts(QLocale(QLocale::English));
@@ -969,6 +988,39 @@ private Q_SLOTS:
             QVERIFY2(text.endsWith(" : reason"_s), qPrintable(failure.kindName()));
         }
         installTexts(QLocale(QLocale::English));
+    }
+
+    void whatFailuresNameStaysAsItIs_data()
+    {
+        const Rows<QString, QString> row("reason", "text");
+        row("nothing named", "the device is closed"_s, "l\u2019appareil est ferm\u00e9"_s);
+        row("a name", "unknown channel \"true or false\""_s, "voie \u00ab true or false \u00bb inconnue"_s);
+        row("a name with a place in it", "no reply to %2 within 100 ms"_s,
+            "pas de r\u00e9ponse \u00e0 %2 en 100 ms"_s);
+        row("a reason in a reason", "line \"do0\" blinks no more: the device is gone"_s,
+            "la ligne \u00ab do0 \u00bb ne clignote plus : l\u2019appareil n\u2019est plus l\u00e0"_s);
+        row("the more special of two", "the board refuses \"getValue\" of channel \"C\""_s,
+            "la carte refuse \u00ab getValue \u00bb pour la voie \u00ab C \u00bb"_s);
+        row("what nobody has translated", "it is Monday"_s, "it is Monday"_s);
+    }
+    void whatFailuresNameStaysAsItIs()
+    {
+        QFETCH(QString, reason);
+        installTexts(QLocale(QLocale::French));
+        const QString french = reasonText(reason);
+        installTexts(QLocale(QLocale::English));
+        QTEST(french, "text");
+        QCOMPARE(reasonText(reason), reason);
+    }
+
+    void numbersHaveTheDecimalSignOfTheLanguage()
+    {
+        installTexts(QLocale(QLocale::French));
+        const QStringList french = {offsetText(-9500000, 500000), lengthText(1500), frequencyText(1500),
+                                    withDecimalSign(timeOfDay(1500000)).right(8)};
+        installTexts(QLocale(QLocale::English));
+        QCOMPARE(french, (QStringList{"\u22129,5 s"_s, "1,5 ms"_s, "666,7 Hz"_s, "1,500000"_s}));
+        QCOMPARE(lengthText(1500), "1.5 ms"_s);
     }
 
     /// An hour leaves no more than ten minutes do.

@@ -899,5 +899,209 @@
         <source></source>
         <translation>Une image ne peut contenir autant de lignes ; en masquer, ou les enregistrer en .svg.</translation>
     </message>
+    <message id="the device is not connected">
+        <source></source>
+        <translation>l’appareil n’est pas connecté</translation>
+    </message>
+    <message id="the device is closed">
+        <source></source>
+        <translation>l’appareil est fermé</translation>
+    </message>
+    <message id="the device was closed">
+        <source></source>
+        <translation>l’appareil a été fermé</translation>
+    </message>
+    <message id="the device is gone">
+        <source></source>
+        <translation>l’appareil n’est plus là</translation>
+    </message>
+    <message id="the tool has no device">
+        <source></source>
+        <translation>l’outil n’a pas d’appareil</translation>
+    </message>
+    <message id="the tool was closed">
+        <source></source>
+        <translation>l’outil a été fermé</translation>
+    </message>
+    <message id="the command refused to run">
+        <source></source>
+        <translation>la commande a refusé de démarrer</translation>
+    </message>
+    <message id="the command failed">
+        <source></source>
+        <translation>la commande a échoué</translation>
+    </message>
+    <message id="the command sent no device request">
+        <source></source>
+        <translation>la commande n’a rien demandé à l’appareil</translation>
+    </message>
+    <message id="the command waits for nothing more, without having reported %1">
+        <source></source>
+        <translation>la commande n’attend plus rien, sans avoir rendu %1</translation>
+    </message>
+    <message id="reply rejected">
+        <source></source>
+        <translation>la réponse ne convient pas</translation>
+    </message>
+    <message id="stopped before it was complete">
+        <source></source>
+        <translation>arrêté avant la fin</translation>
+    </message>
+    <message id="no running order to stop">
+        <source></source>
+        <translation>aucun ordre en cours à arrêter</translation>
+    </message>
+    <message id="no running order with these arguments to stop">
+        <source></source>
+        <translation>aucun ordre en cours avec ces arguments à arrêter</translation>
+    </message>
+    <message id="no reply to %1 within %2 ms">
+        <source></source>
+        <translation>pas de réponse à %1 en %2 ms</translation>
+    </message>
+    <message id="too many treatments wait">
+        <source></source>
+        <translation>trop de demandes sont en attente</translation>
+    </message>
+    <message id='unknown command "%1"; the tool has: %2'>
+        <source></source>
+        <translation>commande « %1 » inconnue ; l’outil a : %2</translation>
+    </message>
+    <message id='unknown parameter "%1" of command "%2"; it takes: %3'>
+        <source></source>
+        <translation>paramètre « %1 » de la commande « %2 » inconnu ; elle accepte : %3</translation>
+    </message>
+    <message id='parameter "%1" of command "%2" cannot hold "%3"; expected %4'>
+        <source></source>
+        <translation>le paramètre « %1 » de la commande « %2 » ne peut contenir « %3 » ; attendu : %4</translation>
+    </message>
+    <message id="a text">
+        <source></source>
+        <translation>un texte</translation>
+    </message>
+    <message id="a whole number from %1 to %2">
+        <source></source>
+        <translation>un nombre entier de %1 à %2</translation>
+    </message>
+    <message id="true or false">
+        <source></source>
+        <translation>true ou false</translation>
+    </message>
+    <message id="any value">
+        <source></source>
+        <translation>une valeur</translation>
+    </message>
+    <message id='unknown channel "%1"'>
+        <source></source>
+        <translation>voie « %1 » inconnue</translation>
+    </message>
+    <message id='channel "%1" is an input and cannot be written'>
+        <source></source>
+        <translation>la voie « %1 » est une entrée et ne peut être écrite</translation>
+    </message>
+    <message id='"listenToAll" tells %1 binary lines at most, the device has %2'>
+        <source></source>
+        <translation>« listenToAll » suit au plus %1 lignes binaires, l’appareil en a %2</translation>
+    </message>
+    <message id='line "%1" blinks no more: %2'>
+        <source></source>
+        <translation>la ligne « %1 » ne clignote plus : %2</translation>
+    </message>
+    <message id="the simulated board is unplugged">
+        <source></source>
+        <translation>la carte simulée est débranchée</translation>
+    </message>
+    <message id='the board refuses "%1" of channel "%2"'>
+        <source></source>
+        <translation>la carte refuse « %1 » pour la voie « %2 »</translation>
+    </message>
+    <message id='the board refuses "%1"'>
+        <source></source>
+        <translation>la carte refuse « %1 »</translation>
+    </message>
+    <message id="the chip %1 is gone; plug it in or load its driver, and the bench goes on">
+        <source></source>
+        <translation>la puce %1 n’est plus là ; branchez-la ou chargez son pilote, et le banc continue</translation>
+    </message>
+    <message id='the chip %1 cannot be opened: %2; "appvantor discover" lists those of this machine'>
+        <source></source>
+        <translation>la puce %1 ne peut être ouverte : %2 ; « appvantor discover » liste celles de cette machine</translation>
+    </message>
+    <message id="the chip %1: permission denied; %2">
+        <source></source>
+        <translation>la puce %1 : permission refusée ; %2</translation>
+    </message>
+    <message id='join its group with "sudo usermod -aG %1 $USER", and log in again'>
+        <source></source>
+        <translation>rejoignez son groupe avec « sudo usermod -aG %1 $USER », puis reconnectez-vous</translation>
+    </message>
+    <message id="%1 is busy: another program or driver holds it; end that, and the bench goes on">
+        <source></source>
+        <translation>%1 est occupée : un autre programme ou pilote la tient ; terminez-le, et le banc continue</translation>
+    </message>
+    <message id="%1 is busy: %2 holds it; end that, and the bench goes on">
+        <source></source>
+        <translation>%1 est occupée : %2 la tient ; terminez-le, et le banc continue</translation>
+    </message>
+    <message id="%1 does not answer: %2; the kernel's log (&quot;sudo dmesg&quot;) may tell why">
+        <source></source>
+        <translation>%1 ne répond pas : %2 ; le journal du noyau (« sudo dmesg ») dit peut-être pourquoi</translation>
+    </message>
+    <message id="%1: %2 edges came faster than they could be read, and are lost">
+        <source></source>
+        <translation>%1 : %2 fronts sont venus trop vite pour être lus et sont perdus</translation>
+    </message>
+    <message id="%1: %2 edges of lines that are still now came faster than they could be read, and are lost">
+        <source></source>
+        <translation>%1 : %2 fronts de lignes maintenant immobiles sont venus trop vite pour être lus et sont perdus</translation>
+    </message>
+    <message id='there is no rig "%1" on %2'>
+        <source></source>
+        <translation>il n’y a pas de banc « %1 » sur %2</translation>
+    </message>
+    <message id='the rig "%1" is offline'>
+        <source></source>
+        <translation>le banc « %1 » est hors ligne</translation>
+    </message>
+    <message id='the rig "%1" is lost'>
+        <source></source>
+        <translation>le banc « %1 » est perdu</translation>
+    </message>
+    <message id='the rig "%1" does not answer'>
+        <source></source>
+        <translation>le banc « %1 » ne répond pas</translation>
+    </message>
+    <message id='the rig "%1" does not say why'>
+        <source></source>
+        <translation>le banc « %1 » ne dit pas pourquoi</translation>
+    </message>
+    <message id='line "%1": the rig "%2" has no line "%3"'>
+        <source></source>
+        <translation>ligne « %1 » : le banc « %2 » n’a pas de ligne « %3 »</translation>
+    </message>
+    <message id="too much waits for the broker already">
+        <source></source>
+        <translation>trop de messages attendent déjà le serveur MQTT</translation>
+    </message>
+    <message id="%1: it does not answer">
+        <source></source>
+        <translation>%1 : pas de réponse</translation>
+    </message>
+    <message id="%1: it refuses: %2">
+        <source></source>
+        <translation>%1 : refus : %2</translation>
+    </message>
+    <message id="%1: its certificate is refused: %2">
+        <source></source>
+        <translation>%1 : son certificat est refusé : %2</translation>
+    </message>
+    <message id="%1: it ended the connection: %2">
+        <source></source>
+        <translation>%1 : il a mis fin à la connexion : %2</translation>
+    </message>
+    <message id="decimal_sign">
+        <source></source>
+        <translation>,</translation>
+    </message>
 </context>
 </TS>

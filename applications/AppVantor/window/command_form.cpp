@@ -1,6 +1,7 @@
 #include "command_form.h"
 
 #include "order_log_model.h"
+#include "reasons.h"
 #include "texts.h"
 
 #include <configuration/channel_orders.h>
@@ -242,7 +243,7 @@ QString CommandForm::problemOf(int row) const
         return qtTrId("form_no_channel").arg(text);
     }
     QVariantMap alone = {{parameter.name, text}};
-    return m_tool->checkInvocation(command(), &alone).text;
+    return reasonText(m_tool->checkInvocation(command(), &alone).text);
 }
 
 QStringList CommandForm::channels() const
@@ -265,7 +266,7 @@ void CommandForm::check()
     } else {
         QVariantMap values = arguments(&problem);
         if (problem.isEmpty()) {
-            problem = m_tool->checkInvocation(command(), &values).text;
+            problem = reasonText(m_tool->checkInvocation(command(), &values).text);
         }
         for (int row = 0; row < count(); ++row) {
             m_rowProblems.append(problemOf(row));

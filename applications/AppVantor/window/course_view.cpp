@@ -1,6 +1,7 @@
 #include "course_view.h"
 
 #include "course_measure.h"
+#include "texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,13 +11,21 @@ namespace {
 constexpr double c_snapDistance = 8; // pixels
 constexpr double c_rightEdge = 0.98; // a share from which on the pointer means the present
 
+/// Of levels, which have five digits at most.
+QString numberText(double number)
+{
+    constexpr double large = 1000;
+    return withDecimalSign(number < large ? QString::number(number, 'g', 4)
+                                          : QString::number(number, 'f', 0));
+}
+
 QString measuredText(const LineHistory& history, qint64 fromUs, qint64 toUs)
 {
     const std::optional<SelectionMeasure> measure = measureBetween(history, fromUs, toUs);
     return measure ? qtTrId("selection_measure", measure->edges)
                          .arg(measure->levels.lowest)
                          .arg(measure->levels.highest)
-                         .arg(QString::number(measure->mean, 'g', 4))
+                         .arg(numberText(measure->mean))
                    : QString();
 }
 
@@ -204,7 +213,7 @@ QString CourseView::measureText(int line, double share) const
         const double high = measure->level == 1 ? measure->share : 1 - measure->share;
         parts += qtTrId("measure_period").arg(lengthText(*measure->periodUs));
         parts += frequencyText(*measure->periodUs);
-        parts += qtTrId("measure_duty").arg(QString::number(high * percent, 'g', 3));
+        parts += qtTrId("measure_duty").arg(withDecimalSign(QString::number(high * percent, 'g', 3)));
     }
     return parts.join(QStringLiteral(" \u00b7 "));
 }

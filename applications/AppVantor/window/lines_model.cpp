@@ -1,5 +1,7 @@
 #include "lines_model.h"
 
+#include "reasons.h"
+
 #include <algorithm>
 
 namespace {
@@ -129,7 +131,7 @@ QString LinesModel::state() const
 
 QString LinesModel::problem() const
 {
-    return m_device.isNull() ? QString() : m_device->connectionProblem();
+    return m_device.isNull() ? QString() : reasonText(m_device->connectionProblem());
 }
 
 QString LinesModel::deviceName() const
@@ -155,7 +157,7 @@ int LinesModel::highestLevel(int line) const
 
 void LinesModel::setLevel(int line, int level)
 {
-    if (m_device.isNull() || line < 0 || line >= m_lines.size()) {
+    if (line < 0 || line >= m_lines.size() || !present(line).known) {
         return;
     }
     const int wanted = std::clamp(level, 0, m_lines.at(line).highestLevel());

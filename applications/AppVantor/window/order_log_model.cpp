@@ -235,7 +235,7 @@ void OrderLogModel::forgetEvent()
 
 QString OrderLogModel::timeText(qint64 timeUs) const
 {
-    return timeOfDay(m_clock->scheduler().wallClock(timeUs));
+    return withDecimalSign(timeOfDay(m_clock->scheduler().wallClock(timeUs)));
 }
 
 QString OrderLogModel::detail(const Entry& entry) const

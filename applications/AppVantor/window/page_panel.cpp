@@ -2,6 +2,7 @@
 
 #include "gradual_rows.h"
 #include "page_source.h"
+#include "reasons.h"
 #include "texts.h"
 
 #include <plugin_management/d_abstract_plugin_backend.h>
@@ -211,7 +212,7 @@ void PagePanel::tellConnection()
 {
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
     if (!m_page.isNull() && device != nullptr) {
-        tell(m_page, "connectionProblem", device->connectionProblem());
+        tell(m_page, "connectionProblem", reasonText(device->connectionProblem()));
     }
 }
 

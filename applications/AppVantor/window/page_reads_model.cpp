@@ -1,5 +1,8 @@
 #include "page_reads_model.h"
 
+#include "reasons.h"
+#include "texts.h"
+
 #include <configuration/value_text.h>
 #include <process/time_text.h>
 
@@ -23,12 +26,12 @@ QVariant PageReadsModel::data(const QModelIndex& index, int role) const
     const Read& read = m_reads.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case TimeRole:
-        return timeOfDay(m_clock->scheduler().wallClock(read.timeUs));
+        return withDecimalSign(timeOfDay(m_clock->scheduler().wallClock(read.timeUs)));
     case Qt::DisplayRole:
     case CommandRole:
         return invocationText(read.command, read.arguments);
     case DetailRole:
-        return read.problem.isEmpty() ? assignmentsText(read.results) : read.problem;
+        return read.problem.isEmpty() ? assignmentsText(read.results) : reasonText(read.problem);
     case FailedRole:
         return !read.problem.isEmpty();
     default:

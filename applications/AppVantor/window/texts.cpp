@@ -1,5 +1,7 @@
 #include "texts.h"
 
+#include "reasons.h"
+
 #include <QCoreApplication>
 #include <QTranslator>
 
@@ -33,5 +35,10 @@ QString textOr(const QString& id, const QString& fallback)
 QString failureText(const QString& kind, const QString& reason)
 {
     const QString known = textOr(QStringLiteral("failure_") + kind, QString());
-    return known.isEmpty() ? reason : known.arg(reason);
+    return known.isEmpty() ? reasonText(reason) : known.arg(reasonText(reason));
+}
+
+QString withDecimalSign(QString number)
+{
+    return number.replace(QLatin1Char('.'), textOr(QStringLiteral("decimal_sign"), QStringLiteral(".")));
 }

@@ -16,3 +16,6 @@ QString textOr(const QString& id, const QString& fallback);
 /// Why something failed, for people: what kind of failure it is, where the language has a text for that, and
 /// the reason itself.
 QString failureText(const QString& kind, const QString& reason);
+
+/// number, or a time, with the decimal sign of the window's language instead of a point.
+QString withDecimalSign(QString number);

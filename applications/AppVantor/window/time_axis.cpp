@@ -1,6 +1,7 @@
 #include "time_axis.h"
 
 #include "line_history.h"
+#include "texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,7 +33,7 @@ QString shortNumber(double value, int decimals)
             text.chop(1);
         }
     }
-    return text;
+    return withDecimalSign(text);
 }
 
 } // namespace
@@ -86,7 +87,7 @@ QString offsetText(qint64 us, qint64 resolutionUs)
 {
     const QString text = QString::number(static_cast<double>(std::abs(us)) / c_usPerSecond, 'f',
                                          decimalsOf(std::max<qint64>(1, resolutionUs)));
-    return (us < 0 ? QStringLiteral("\u2212") : QString()) + text + QStringLiteral(" s");
+    return (us < 0 ? QStringLiteral("\u2212") : QString()) + withDecimalSign(text) + QStringLiteral(" s");
 }
 
 QString lengthText(qint64 us)
@@ -105,6 +106,7 @@ QString frequencyText(qint64 periodUs)
     constexpr double kilo = 1000;
     constexpr int digits = 4;
     const double hertz = c_usPerSecond / static_cast<double>(periodUs);
-    return hertz < kilo ? QString::number(hertz, 'g', digits) + QStringLiteral(" Hz")
-                        : QString::number(hertz / kilo, 'g', digits) + QStringLiteral(" kHz");
+    return hertz < kilo
+               ? withDecimalSign(QString::number(hertz, 'g', digits)) + QStringLiteral(" Hz")
+               : withDecimalSign(QString::number(hertz / kilo, 'g', digits)) + QStringLiteral(" kHz");
 }

@@ -181,6 +181,7 @@ Rectangle {
         width: root.toolsWidth
         height: root.upperHeight
         tools: root.tools
+        connected: root.lines.state === "Connected"
         onThemeChosen: root.chosenTheme = dark ? "dark" : "light"
         onHelpWanted: help.open()
         fileActions: root.fileActions

@@ -7,6 +7,7 @@ Pane {
     id: root
 
     property var tools
+    property bool connected: true
     readonly property alias currentRow: list.currentIndex
 
     signal allOffWanted()
@@ -127,7 +128,7 @@ Pane {
         width: Math.min(implicitWidth, parent.width - 2 * root.inset)
         text: qsTrId("tools_all_off")
         hint: qsTrId("tools_all_off_hint")
-        enabled: list.count > 0
+        enabled: list.count > 0 && root.connected
         onClicked: root.allOffWanted()
     }
 
