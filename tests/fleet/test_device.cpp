@@ -37,9 +37,14 @@ class TestDevice : public QObject
                              : "line %1 is unknown"_s.arg(line));
         }
         void blinkingTold(int, bool) override {}
-        void changesLeftOut(quint64 count, qint64, const QMap<int, LineLevel>&) override
+        void changesLeftOut(quint64 count, qint64, const QMap<int, LineLevel>& levels) override
         {
             heard.append("%1 lost"_s.arg(count));
+            for (auto line = levels.cbegin(); line != levels.cend(); ++line) {
+                if (!line->known) {
+                    heard.append("line %1 is unknown"_s.arg(line.key()));
+                }
+            }
         }
         void stateTold(DDevice::State state, const QString& problem, qint64) override
         {
@@ -69,6 +74,7 @@ class TestDevice : public QObject
     }
     void hearEvents(const QByteArray& text) { hear("events", changes(text)); }
     void hearHistory(const QByteArray& text) { hear("answer/me", changes(text), "history"); }
+    void hearLevels(const QByteArray& text) { hear("answer/me", changes(text), "levels"); }
     void hearState(const QByteArray& state, const QByteArray& session = "s")
     {
         hear("state", R"({"state":")" + state + R"(","session":")" + session + R"(","since":1})");
@@ -177,17 +183,59 @@ private Q_SLOTS:
         QCOMPARE(heard(), (QStringList{"73 lost"_s, "line 0 is 0 since 20"_s}));
     }
 
-    void takesTheLevelsOfARigThatHasBegunAnew()
+    void asksForTheLevelsAfterALoss_data()
+    {
+        const Rows<QByteArray, QByteArray, QStringList> row("events", "levels", "heard");
+        row("of all lines", R"("first":9,"lost":2,"e":[])",
+            R"("first":9,"lost":0,"e":[],"next":9,"levels":[[3,0,0],[4,1,500],[5,2,0]])",
+            {"line 0 is 0 since 5"_s});
+        row("but for those that changed since", R"("first":9,"lost":2,"e":[[30,2,0]])",
+            R"("first":9,"lost":0,"e":[],"next":9,"levels":[[3,0,0],[4,1,9],[5,2,1]])",
+            {"line 1 is 9 since 4"_s});
+        row("once what came before is known", R"("first":9,"lost":2,"e":[])",
+            R"("first":10,"lost":0,"e":[],"next":10,"levels":[[3,0,0],[4,1,500],[5,2,0]])", {});
+        row("but for those of before", R"("first":9,"lost":2,"e":[])",
+            R"("first":8,"lost":0,"e":[],"next":8,"levels":[[3,0,0],[4,1,500],[5,2,0]])", {});
+    }
+    void asksForTheLevelsAfterALoss()
+    {
+        hearAll();
+        const auto [events, levels, told] = Rows<QByteArray, QByteArray, QStringList>::values();
+        hearEvents(events);
+        heard();
+        hearLevels(levels);
+        QCOMPARE(heard(), told);
+    }
+
+    void aLineThatIsNotKnownIsNotKnownByALoss()
+    {
+        hearAll();
+        hearEvents(R"("first":7,"lost":0,"e":[[30,2,null]])");
+        heard();
+        hearEvents(R"("first":9,"lost":1,"e":[])");
+        QCOMPARE(heard(), (QStringList{"1 lost"_s, "line 0 is unknown"_s}));
+    }
+
+    void isLostForAMomentByARigThatHasBegunAnew()
     {
         hearAll();
         heard();
         hearState("online", "t");
         hearEvents(R"("first":7,"lost":0,"e":[[30,2,0]])");
-        QCOMPARE(heard(), QStringList());
+        QCOMPARE(heard(), QStringList("the rig \"r\" has begun anew"_s));
         hear("answer/me",
              changes(R"("first":1,"lost":0,"e":[],"next":1,"levels":[[5,2,0]])").replace("\"s\"", "\"t\""),
              "history");
-        QCOMPARE(heard(), QStringList("line 0 is 0 since 5"_s));
+        QCOMPARE(heard(), (QStringList{"line 0 is 0 since 0"_s, "line 1 is 500 since 0"_s, "connected"_s}));
+    }
+
+    void passesOverTheAnswerToAnEarlierQuestion()
+    {
+        hearAll();
+        hearEvents(R"("first":8,"lost":0,"e":[[30,2,0]])");
+        heard();
+        hearHistory(R"("first":5,"lost":0,"e":[],"next":5,"levels":[[0,0,0],[0,1,9],[0,2,0]])");
+        QCOMPARE(heard(), QStringList());
     }
 
     void aLineThatItsRigHasNotIsUnknown()
@@ -214,7 +262,8 @@ private Q_SLOTS:
         QCOMPARE(heard(), QStringList(problem));
         m_device->request(1, "getValue"_s, {{"channel"_s, "lamp"_s}});
         QCOMPARE(heard(), QStringList("1: deviceUnreachable: "_s + problem));
-        hearAll();
+        hearState("online");
+        hearHistory(R"("first":7,"lost":0,"e":[],"next":7)");
         QVERIFY(heard().contains("connected"_s));
     }
 

@@ -11,6 +11,7 @@ namespace {
 
 constexpr qint64 c_patienceUs = 5000000;
 const char* const c_historyCorrelation = "history";
+const char* const c_levelsCorrelation = "levels";
 
 DFailure::Kind kindCalled(const QString& name)
 {
@@ -156,12 +157,16 @@ void RigDevice::take(const BrokerMessage& message)
         }
         return;
     }
-    if (message.topic == m_topics.events() || message.correlation == c_historyCorrelation) {
+    if (message.topic == m_topics.events() || message.correlation == c_historyCorrelation ||
+        message.correlation == c_levelsCorrelation) {
         const auto changes = RigChanges::fromJson(message.payload);
         if (!changes || changes->session != m_session) {
             return;
         }
-        if (changes->next) {
+        if (message.correlation == c_levelsCorrelation) {
+            m_levelsAfterLoss = *changes;
+            settleLines();
+        } else if (changes->next) {
             takeHistory(*changes);
         } else {
             takeEvents(*changes);
@@ -204,8 +209,13 @@ void RigDevice::takeState(const RigState& state)
         return;
     }
     if (m_session != state.session) {
+        if (isConnected()) { // what it did last, and what it did with requests, nobody knows
+            lose(QStringLiteral("the rig \"%1\" has begun anew").arg(m_setup.broker.rig));
+        }
         m_session = state.session;
         m_next = 0;
+        m_unsettled.clear();
+        m_levelsAfterLoss.reset();
     }
     catchUp();
 }
@@ -217,14 +227,28 @@ void RigDevice::catchUp()
         return;
     }
     m_isCurrent = false;
+    ask(m_next, c_historyCorrelation);
+    if (!m_unsettled.isEmpty() && !m_levelsAfterLoss) {
+        askLevels();
+    }
+    loseAfter(c_patienceUs, QStringLiteral("the rig \"%1\" does not answer").arg(m_setup.broker.rig));
+}
+
+/// The history answers who asks from 0 on with the levels.
+void RigDevice::askLevels()
+{
+    ask(0, c_levelsCorrelation);
+}
+
+void RigDevice::ask(quint64 from, const QByteArray& correlation)
+{
     BrokerMessage question;
     question.topic = m_topics.history();
-    question.payload = toText(
-        {{QStringLiteral("session"), m_session}, {QStringLiteral("from"), static_cast<qint64>(m_next)}});
+    question.payload =
+        toText({{QStringLiteral("session"), m_session}, {QStringLiteral("from"), static_cast<qint64>(from)}});
     question.responseTopic = m_topics.answer(m_client);
-    question.correlation = c_historyCorrelation;
+    question.correlation = correlation;
     m_link->publish(question);
-    loseAfter(c_patienceUs, QStringLiteral("the rig \"%1\" does not answer").arg(m_setup.broker.rig));
 }
 
 void RigDevice::takeEvents(const RigChanges& events)
@@ -242,11 +266,12 @@ void RigDevice::takeEvents(const RigChanges& events)
 
 void RigDevice::takeHistory(const RigChanges& history)
 {
-    if (m_isCurrent) {
-        return;
+    const bool begins = m_next == 0;
+    if (m_isCurrent || begins == history.levels.isEmpty()) {
+        return; // the answer to an earlier question
     }
     scheduler()->cancel(std::exchange(m_patience, {}));
-    if (!history.levels.isEmpty()) {
+    if (begins) {
         for (const RigChange& level : history.levels) {
             setLevelOf(level);
         }
@@ -277,7 +302,7 @@ void RigDevice::setCurrent()
 void RigDevice::apply(const RigChanges& changes)
 {
     if (changes.first > m_next) {
-        tellLost(changes.first - m_next);
+        tellLost(changes.first);
     }
     quint64 number = changes.first;
     for (const RigChange& change : changes.changes) {
@@ -286,6 +311,27 @@ void RigDevice::apply(const RigChanges& changes)
         }
     }
     m_next = std::max(m_next, changes.end());
+    settleLines();
+}
+
+/// A line that has not changed since the loss has the level that the rig told of it, once all changes up to
+/// then are known here.
+void RigDevice::settleLines()
+{
+    if (!m_levelsAfterLoss || m_levelsAfterLoss->first > m_next) {
+        return;
+    }
+    const RigChanges told = *std::exchange(m_levelsAfterLoss, {});
+    if (told.first < m_lossEnd) { // of before the last loss
+        askLevels();
+        return;
+    }
+    for (const RigChange& level : told.levels) {
+        if (m_unsettled.contains(m_lineNumbers.value(level.line, -1))) {
+            setLevelOf(level);
+        }
+    }
+    m_unsettled.clear();
 }
 
 void RigDevice::setLevelOf(const RigChange& change)
@@ -294,6 +340,7 @@ void RigDevice::setLevelOf(const RigChange& change)
     if (line == m_lineNumbers.constEnd()) {
         return;
     }
+    m_unsettled.remove(*line);
     const DLine& told = lines().at(*line);
     if (change.level > told.highestLevel()) {
         setUnreadable(
@@ -310,11 +357,18 @@ void RigDevice::setLevelOf(const RigChange& change)
     }
 }
 
-void RigDevice::tellLost(quint64 count)
+/// The lost changes, up to the number end, may have left any line at another level.
+void RigDevice::tellLost(quint64 end)
 {
+    const quint64 count = end - m_next;
+    m_lossEnd = end;
+    if (m_unsettled.isEmpty()) {
+        askLevels();
+    }
     QMap<int, LineLevel> present;
     for (const int line : qAsConst(m_lineNumbers)) {
-        present.insert(line, {level(line), scheduler()->now(), true});
+        m_unsettled.insert(line);
+        present.insert(line, {level(line), scheduler()->now(), isKnown(line)});
     }
     listener().changesLeftOut(count, 0, present); // since the last change of each, as far as is known here
     listener().failureTold(changesLeftOutText(count));

@@ -7,6 +7,7 @@
 #include <devices/rig_topics.h>
 
 #include <QJsonObject>
+#include <QSet>
 
 #include <functional>
 #include <map>
@@ -42,10 +43,13 @@ private:
     void takeAnswer(quint64 id, const QJsonObject& answer);
     void withdraw(quint64 id);
     void catchUp();
+    void askLevels();
+    void ask(quint64 from, const QByteArray& correlation);
     void setCurrent();
     void apply(const RigChanges& changes);
+    void settleLines();
     void setLevelOf(const RigChange& change);
-    void tellLost(quint64 count);
+    void tellLost(quint64 end);
     qint64 steadyTime(qint64 wallClockUs) const;
 
     const RigDeviceSetup m_setup;
@@ -58,6 +62,9 @@ private:
     QString m_session;
     quint64 m_next = 0;                               ///< number of the next change; 0 while none is known
     bool m_isCurrent = false;                         ///< false while changes are missing
+    QSet<int> m_unsettled;                            ///< lines that lost changes may have left elsewhere
+    quint64 m_lossEnd = 0;                            ///< number of the first change after those
+    std::optional<RigChanges> m_levelsAfterLoss;      ///< of all lines, until the changes before are known
     QHash<quint64, QString> m_requests;               ///< channels of those that wait for their answer
     std::map<quint64, std::function<void()>> m_early; ///< requests that wait for the first connection
     DScheduler::Appointment m_patience;               ///< after which the device is unreachable

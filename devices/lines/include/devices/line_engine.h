@@ -52,6 +52,7 @@ protected:
     /// do those that listen to it. The failure is told once.
     void setUnreadable(int line, const DFailure& failure);
     int level(int line) const { return m_levels.at(line).level; }
+    bool isKnown(int line) const { return m_levels.at(line).known; }
     /// True while somebody listens to a line, or to all.
     bool isListenedTo() const { return !m_listenedLines.isEmpty() || !m_allListeners.empty(); }
 
