@@ -94,16 +94,9 @@ int refuseUsage(const QString& problem, Output* output)
     return ExitWrongUsage;
 }
 
-/// Puts the bench on the broker that the options name.
-int serve(const Bench& bench, const Options& options, Output* output)
-{
-    QString problem;
-    const std::optional<RigServerSetup> setup = serverSetup(options, &problem);
-    return setup ? serveBench(bench, *setup, rigForms(), output) : refuseUsage(problem, output);
-}
-
 /// window is there when a window is opened.
-int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Options& options, Output* output)
+int runSubcommand(const WindowPart* window, const Operation& operation, DTool* tool, const Options& options,
+                  Output* output)
 {
     switch (options.subcommand) {
     case Options::Subcommand::Commands:
@@ -115,7 +108,8 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Set:
         return setChannels(tool, options, output);
     case Options::Subcommand::Off:
-        return switchOff(options.tool.isEmpty() ? toolsOf(*bench) : std::vector<DTool*>{tool}, output);
+        return switchOff(options.tool.isEmpty() ? toolsOf(operation.bench()) : std::vector<DTool*>{tool},
+                         output);
     case Options::Subcommand::Watch:
         return watchChannels(tool, options, output);
     case Options::Subcommand::Run:
@@ -123,7 +117,7 @@ int runSubcommand(const WindowPart* window, Bench* bench, DTool* tool, const Opt
     case Options::Subcommand::Shell:
         return runShell(tool, options, output);
     case Options::Subcommand::Serve:
-        return serve(*bench, options, output);
+        return waitForEnd(*operation.server(), output);
     case Options::Subcommand::Rigs:
     case Options::Subcommand::Lease:
     case Options::Subcommand::Release:
@@ -204,7 +198,7 @@ int runOn(std::unique_ptr<Operation> operation, DTool* tool, const Options& opti
           Output* output)
 {
     if (options.subcommand != Options::Subcommand::Window) {
-        const int status = runSubcommand(window, &operation->bench(), tool, options, output);
+        const int status = runSubcommand(window, *operation, tool, options, output);
         return writeOut(std::max(status, operation->end(options)), output, &operation->trace());
     }
     WindowBenches benches(std::move(operation), options, placeOf(options), output);

@@ -13,31 +13,7 @@
 
 namespace {
 
-/// What puts the bench on the broker of --serve, beside what else it does. Null without that option, and,
-/// after a problem, when there is no such broker.
-std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, QString* problem)
-{
-    if (options.serve.isEmpty()) {
-        return nullptr;
-    }
-    Options there = options;
-    there.broker = options.serve;
-    there.rig.clear(); // that of --broker
-    const std::optional<RigServerSetup> setup = serverSetup(there, problem);
-    return setup ? std::make_unique<RigServer>(bench, *setup, rigForms()) : nullptr;
-}
-
-} // namespace
-
-std::vector<DTool*> toolsOf(const Bench& bench)
-{
-    std::vector<DTool*> tools;
-    for (const auto& tool : bench.tools()) {
-        tools.push_back(tool.get());
-    }
-    return tools;
-}
-
+/// How a bench is put on the broker that the options name. Nothing, and in problem why, when there is none.
 std::optional<RigServerSetup> serverSetup(const Options& options, QString* problem)
 {
     std::optional<BrokerPlace> place = brokerOf(options, problem);
@@ -50,9 +26,32 @@ std::optional<RigServerSetup> serverSetup(const Options& options, QString* probl
     return RigServerSetup{place->address, place->access, options.readOnly, options.homeAssistant};
 }
 
-RigForms rigForms()
+/// What puts the bench on the broker of the subcommand serve, or, beside what else it does, of --serve. Null
+/// without them, and, after a problem, when there is no such broker.
+std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, QString* problem)
 {
-    return {commandJson, followOrder};
+    Options there = options;
+    if (options.subcommand != Options::Subcommand::Serve) {
+        if (options.serve.isEmpty()) {
+            return nullptr;
+        }
+        there.broker = options.serve;
+        there.rig.clear(); // that of --broker
+    }
+    const std::optional<RigServerSetup> setup = serverSetup(there, problem);
+    // It answers in the forms of the command line.
+    return setup ? std::make_unique<RigServer>(bench, *setup, RigForms{commandJson, followOrder}) : nullptr;
+}
+
+} // namespace
+
+std::vector<DTool*> toolsOf(const Bench& bench)
+{
+    std::vector<DTool*> tools;
+    for (const auto& tool : bench.tools()) {
+        tools.push_back(tool.get());
+    }
+    return tools;
 }
 
 std::unique_ptr<Bench> readBench(const QString& configuration, DevicePlace place, QVector<Problem>* problems)
@@ -118,7 +117,11 @@ QString Operation::begin(const Options& options)
 int Operation::end(const Options& options)
 {
     if (m_server != nullptr) {
+        m_server->close(); // lest something is switched on again
+    }
+    const int status = options.offAtEnd ? switchOff(toolsOf(*m_bench), m_output) : ExitSuccess;
+    if (m_server != nullptr) {
         m_server->end();
     }
-    return options.offAtEnd ? switchOff(toolsOf(*m_bench), m_output) : ExitSuccess;
+    return status;
 }

@@ -12,12 +12,6 @@
 /// The tools of bench.
 std::vector<DTool*> toolsOf(const Bench& bench);
 
-/// How a bench is put on the broker that the options name. Nothing, and in problem why, when there is none.
-std::optional<RigServerSetup> serverSetup(const Options& options, QString* problem);
-
-/// The forms of the command line, in which a bench on a broker answers.
-RigForms rigForms();
-
 /// The bench of a configuration file, or of the built-in configuration without a name. Null after mistakes;
 /// problems tells them.
 std::unique_ptr<Bench> readBench(const QString& configuration, DevicePlace place, QVector<Problem>* problems);
@@ -40,10 +34,12 @@ public:
     Bench& bench() const { return *m_bench; }
     /// Begins. Returns an empty text, or why the options cannot be kept.
     QString begin(const Options& options);
-    /// Ends the place on the broker, and switches off what the options want off. Returns the exit status of
-    /// what happened. The trace goes on.
+    /// Switches off what the options want off, and ends the place on the broker, which hears of it. Returns
+    /// the exit status of what happened. The trace goes on.
     int end(const Options& options);
     VcdTrace& trace() { return m_trace; }
+    /// What puts the bench on a broker; null where nothing does.
+    const RigServer* server() const { return m_server.get(); }
 
 private:
     Output* const m_output;

@@ -246,6 +246,24 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(answers.messages("answers/sent").size(), 3000, 60000);
     }
 
+    void areAllAnsweredWhenTheyEndAtOnce()
+    {
+        constexpr int count = 200;
+        const Broker broker;
+        const QString silent =
+            boardFile(R"("lines": [ { "name": "a" } ], "faults": [ { "kind": "silent" } ])");
+        ServedBench bench(broker, {"--config"_s, silent});
+        Reader answers(broker, "answers/sent"_s);
+        const QByteArray request =
+            QByteArray(R"({"instruction":"getValue","arguments":{"channel":"a","note":"NOTE"}})")
+                .replace("NOTE", QByteArray(60000, 'x'));
+        sendMany(broker, request, count);
+        sendMany(broker, R"({"command":"juggle"})", 1); // answered after those were taken
+        QVERIFY(!answers.waitFor("answers/sent", "juggle").isEmpty());
+        QCOMPARE(bench.leave().status, 0);
+        QTRY_COMPARE_WITH_TIMEOUT(answers.messages("answers/sent").size(), count + 1, 20000);
+    }
+
     void areAnsweredToAClientOfAnotherMake()
     {
         const Broker broker;

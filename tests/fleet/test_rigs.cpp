@@ -42,6 +42,42 @@ private Q_SLOTS:
         QCOMPARE(watching.end().status, 0);
     }
 
+    void areWatchedFromTheirFirstWordAndOverARestartOfTheBroker()
+    {
+        const auto comes = [](const Broker& broker, const QString& rig) {
+            publish(broker, "appvantor/1/%1/state"_s.arg(rig),
+                    R"({"state":"online","session":"s","since":1})", {"-r"_s});
+        };
+        Broker broker;
+        BenchProcess watching({"--json"_s, "rigs"_s, "--watch"_s, "--broker"_s, broker.url()});
+        comes(broker, "first"_s);
+        QVERIFY(watching.waitForOutput("first"));
+        ServedBench bench(broker);
+        QVERIFY(watching.waitForOutput("bench-7"));
+        broker.kill();
+        broker.start();
+        comes(broker, "second"_s);
+        QVERIFY(watching.waitForOutput("second"));
+        Reader reader(broker, "appvantor/1/bench-7/state"_s);
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/state", "online").isEmpty());
+        bench.leave();
+        QVERIFY(watching.waitForOutput("offline"));
+        watching.send(SIGINT);
+        const BenchRun run = watching.end();
+        QCOMPARE(run.output.count("bench-7"), 2);     // that it is there, and that it went
+        QCOMPARE(run.output.count("\"lines\":0"), 2); // of the others
+    }
+
+    void areNamedInOneLine()
+    {
+        const Broker broker;
+        BenchProcess watching({"rigs"_s, "--watch"_s, "--broker"_s, broker.url()});
+        QVERIFY(watching.waitForOutput("RIG"));
+        publish(broker, "appvantor/1/b%0Aad/state"_s,
+                "{\"state\":\"on\\u001b[2Jline\",\"session\":\"s\",\"since\":1}");
+        QVERIFY(watching.waitForOutput("b\\u000aad on\\u001b[2Jline"));
+    }
+
     void areListedWhileTheirStateGoesOnChanging()
     {
         const Broker broker;

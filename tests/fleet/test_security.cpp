@@ -208,6 +208,14 @@ private Q_SLOTS:
         QVERIFY2(run.errors.contains(told), run.errors);
     }
 
+    void whatIsTooLargeForTheBrokerIsTold()
+    {
+        const Broker broker("allow_anonymous true\nmax_packet_size 2000\n");
+        const QByteArray told = "it does not take \"appvantor/1/bench-7/description\": ";
+        const BenchRun run = tryToServe({"--broker"_s, broker.url()}, told);
+        QVERIFY2(run.errors.contains(told), run.errors);
+    }
+
     void aPasswordComesFromAFile()
     {
         QProcess passwords;

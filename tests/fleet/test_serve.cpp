@@ -186,6 +186,39 @@ private Q_SLOTS:
         QCOMPARE(later.messages(topic("line/line3")).size(), 0);
     }
 
+    void linesOfALongDescriptionAreGoneToo()
+    {
+        constexpr int count = 400;
+        const auto name = [](int line) { return QByteArray::number(line) + QByteArray(200, 'x'); };
+        QByteArray lines;
+        for (int line = 0; line < count; ++line) {
+            lines += QByteArray(R"({ "name": "NAME" },)").replace("NAME", name(line));
+        }
+        lines.chop(1);
+        const QByteArray last = topic("line/" + name(count - 1));
+        const Broker broker;
+        Reader reader(broker, QString::fromLatin1(last));
+        {
+            ServedBench bench(broker, {"--config"_s, boardFile("\"lines\": [" + lines + "]")});
+            QVERIFY(!reader.waitFor(last, "\"v\":").isEmpty());
+            bench.leave();
+        }
+        const ServedBench bench(broker, {"--config"_s, boardFile(R"("lines": [ { "name": "line0" } ])")});
+        QVERIFY(!reader.waitFor(last, "(null)").isEmpty());
+    }
+
+    void whatIsSwitchedOffAtTheEndIsTold()
+    {
+        const Broker broker;
+        Reader reader(broker, "appvantor/#"_s);
+        ServedBench bench(broker, {"--off-at-end"_s});
+        publish(broker, "appvantor/1/bench-7/line/line0/set"_s, "1");
+        QVERIFY(!reader.waitFor(topic("line/line0"), "\"v\":1").isEmpty());
+        bench.leave();
+        QVERIFY(!reader.waitFor(topic("state"), "offline").isEmpty());
+        QVERIFY(reader.messages(topic("line/line0")).last().contains("\"v\":0"));
+    }
+
     void whatOthersSayOfItDoesNotStand_data()
     {
         const Rows<QByteArray> row("lie");
@@ -288,8 +321,7 @@ private Q_SLOTS:
         const QByteArray greeting = heardOf(socket, "bench-7/state");
         QVERIFY(greeting.contains(QByteArray::fromHex("110000003c"))); // the session: 60 s
         QVERIFY(greeting.contains(QByteArray::fromHex("1800000005"))); // the will: 5 s
-        QVERIFY(
-            greeting.contains(QByteArray::fromHex("2700050000"))); // a message: 64 KiB, and what is about it
+        QVERIFY(greeting.contains(QByteArray::fromHex("2700840000"))); // a message: a description of 8 MiB
     }
 
     void leavesNoSessionBehind()
@@ -300,7 +332,7 @@ private Q_SLOTS:
         QTcpSocket* socket = broker.nextPendingConnection();
         heardOf(socket, "bench-7/state");
         socket->write(QByteArray::fromHex("2003000000"));
-        QVERIFY(!heardOf(socket, "online").isEmpty());
+        QVERIFY(heardOf(socket, "listenToAll").contains("listenToAll")); // what it is
         bench->send(SIGTERM);
         const QByteArray farewell = QByteArray::fromHex("e00700051100000000");
         QVERIFY(heardOf(socket, farewell).contains(farewell));

@@ -12,6 +12,7 @@
 #include <process/time_text.h>
 #include <process/unix_signals.h>
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -64,6 +65,7 @@ public:
         const UnixSignals unixSignals;
         connect(&unixSignals, &UnixSignals::interrupted, &m_loop, &QEventLoop::quit);
         m_question = question;
+        m_asked.start();
         m_link.publish(order(question));
         m_link.open();
         QTimer::singleShot(patienceMs, this, [this] {
@@ -135,17 +137,26 @@ private:
         }
     }
 
-    /// A rig that has begun anew knows of no lease.
+    /// A rig that has begun anew knows of no lease: it is asked for the minutes that are left.
     void takeState(const RigState& state)
     {
         if (!state.isOnline()) {
             return;
         }
         const QString before = std::exchange(m_session, state.session);
-        if (m_isHeld && before != state.session) {
-            m_isAnswered = false;
-            m_link.publish(order(m_question));
+        if (!m_isHeld || before == state.session) {
+            return;
         }
+        constexpr qint64 msPerMinute = 60000;
+        const auto left = m_question.value("lease", qint64{0}) - m_asked.elapsed() / msPerMinute;
+        if (left <= 0) {
+            takeHolder(RigHolder());
+            return;
+        }
+        Json question = m_question;
+        question["lease"] = left;
+        m_isAnswered = false;
+        m_link.publish(order(question));
     }
 
     void tellReturn()
@@ -188,6 +199,7 @@ private:
     BrokerLink m_link;
     QEventLoop m_loop;
     Json m_question;
+    QElapsedTimer m_asked;
     QString m_session; ///< of the rig
     bool m_stays = false;
     bool m_isAnswered = false;

@@ -4,9 +4,11 @@
 #include "failure_report.h"
 #include "table.h"
 
+#include <configuration/json_text.h>
 #include <devices/broker_link.h>
 #include <devices/rig_changes.h>
 #include <devices/rig_topics.h>
+#include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/time_text.h>
 #include <process/unix_signals.h>
@@ -17,6 +19,8 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QUuid>
+
+#include <utility>
 
 namespace {
 
@@ -50,11 +54,13 @@ Json rigJson(const QString& name, const Rig& rig)
 class Rigs
 {
 public:
-    /// Takes a message. Returns the name of the rig that something is known of now that was not before.
+    /// Takes a message. Returns the name of the rig that something else is known of now; a broker that was
+    /// away tells all anew.
     QString take(const BrokerMessage& message)
     {
         const QString name = RigTopics::rigOf(message.topic);
         Rig& rig = m_rigs[name];
+        const Json before = rigJson(name, rig);
         if (message.topic.endsWith("/state")) {
             rig.state = RigState::fromJson(message.payload).value_or(RigState());
         } else if (message.topic.endsWith("/description")) {
@@ -63,7 +69,7 @@ public:
         } else {
             rig.holder = RigHolder::fromJson(message.payload);
         }
-        return rig.state.state.isEmpty() ? QString() : name;
+        return rig.state.state.isEmpty() || rigJson(name, rig) == before ? QString() : name;
     }
 
     void write(Output* output) const
@@ -90,7 +96,7 @@ public:
                           const QString& holder = rig.holder.name;
                           const QString held =
                               holder.isEmpty() ? QString() : QStringLiteral(", held by ") + holder;
-                          return QStringLiteral("%1 %2%3").arg(name, rig.state.state, held);
+                          return inOneLine(QStringLiteral("%1 %2%3").arg(name, rig.state.state, held));
                       });
     }
 
@@ -128,9 +134,15 @@ int listRigs(const Options& options, Output* output)
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
     QObject::connect(output, &Output::failed, &loop, &QEventLoop::quit);
     QDeadlineTimer latest;
+    QString away; // why the broker is
     QObject::connect(&link, &BrokerLink::connected, &quiet, [&] {
-        latest.setRemainingTime(longestMs);
-        quiet.start();
+        if (!std::exchange(away, QString()).isEmpty()) {
+            diagnostic(QStringLiteral("%1 is there again").arg(place->address.text()));
+        }
+        if (!isListed) {
+            latest.setRemainingTime(longestMs);
+            quiet.start();
+        }
     });
     QObject::connect(&link, &BrokerLink::received, &loop, [&](const BrokerMessage& message) {
         const QString changed = rigs.take(message);
@@ -143,8 +155,10 @@ int listRigs(const Options& options, Output* output)
         }
     });
     QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const QString& why) {
-        reportFailure("deviceUnreachable", {QStringLiteral("%1: %2").arg(place->address.text(), why)},
-                      output);
+        if (std::exchange(away, why) != why) {
+            reportFailure("deviceUnreachable", {QStringLiteral("%1: %2").arg(place->address.text(), why)},
+                          output);
+        }
         if (!isListed) {
             status = ExitDeviceUnreachable;
             loop.quit();

@@ -113,14 +113,19 @@ void OrderDesk::carryOut(const RigOrder& order, const Answer& answer)
         answer.refuse("leased", holder);
     } else if (order.kind == RigOrder::Kind::Lease || order.kind == RigOrder::Kind::Release) {
         answerLease(order, answer);
-    } else if (m_running.size() + m_requests >= c_mostRunning &&
-               !onlyStops(order, m_bench.findTool(order.tool))) {
-        answer.refuse("busy", QStringLiteral("%1 orders run already").arg(c_mostRunning));
+    } else if (isFull(order) && !onlyStops(order, m_bench.findTool(order.tool))) {
+        answer.refuse("busy", QStringLiteral("%1 orders run already").arg(m_running.size() + m_requests));
     } else if (order.kind == RigOrder::Kind::Instruction) {
         runInstruction(order, answer);
     } else {
         runCommand(order, answer);
     }
+}
+
+/// Another order would be too much.
+bool OrderDesk::isFull(const RigOrder& order) const
+{
+    return m_running.size() + m_requests >= c_mostRunning || m_held + order.size > c_mostHeld;
 }
 
 void OrderDesk::answerLease(const RigOrder& order, const Answer& answer)
@@ -144,14 +149,15 @@ void OrderDesk::runCommand(const RigOrder& order, const Answer& answer)
     const int number = ++m_last;
     auto made = std::make_unique<DOrder>(tool, order.name, order.arguments);
     DOrder* running = made.get();
-    m_running.emplace(number, Running{std::move(made), answer});
+    m_running.emplace(number, Running{std::move(made), answer, order.size});
+    m_held += order.size;
     running->start();
     m_forms.follow(running, number, [this, number](const Json& line) { passOn(number, line); });
     if (running->isListening() && answer.topic().isEmpty()) {
         running->stop(); // nobody would ever hear of it
     }
     if (running->state() == DOrder::State::Finished) {
-        m_running.erase(number);
+        orderEnded(number);
     } else {
         connect(running, &DOrder::finished, this, [this, number] { orderEnded(number); });
     }
@@ -189,6 +195,7 @@ void OrderDesk::passOn(int number, const Json& line)
 void OrderDesk::orderEnded(int number)
 {
     const auto ended = m_running.find(number);
+    m_held -= ended->second.size;
     ended->second.order.release()->deleteLater(); // its signal is on the stack
     m_running.erase(ended);
 }
@@ -224,8 +231,10 @@ void OrderDesk::stopAll()
 
 void OrderDesk::runInstruction(const RigOrder& order, const Answer& answer)
 {
+    m_held += order.size;
     request(order.name, order.arguments,
-            [order, answer, number = ++m_last](const QVariantMap& reply, const DFailure& failure) {
+            [this, order, answer, number = ++m_last](const QVariantMap& reply, const DFailure& failure) {
+                m_held -= order.size;
                 answer.send(endOf(order, number, reply, failure));
             });
 }

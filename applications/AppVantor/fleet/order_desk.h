@@ -28,6 +28,8 @@ class OrderDesk : public QObject
 public:
     /// How many orders run at a time; further ones are refused.
     static constexpr std::size_t c_mostRunning = 256;
+    /// How many bytes those may hold, since their ends, which repeat them, are to find room on the link.
+    static constexpr int c_mostHeld = 1 << 20;
 
     /// All must outlive this. takesOrders is false for a rig that is only looked at.
     OrderDesk(const Bench& bench, const RigTopics& topics, const RigForms& forms, BrokerLink* link,
@@ -47,6 +49,7 @@ private:
     {
         std::unique_ptr<DOrder> order;
         Answer answer;
+        int size = 0;        ///< of what asked for it, in bytes
         quint64 leftOut = 0; ///< events since the last one that was sent
     };
 
@@ -58,6 +61,7 @@ private:
     void tell(const QString& text);
     void passOn(int number, const Json& line);
     void orderEnded(int number);
+    bool isFull(const RigOrder& order) const;
     void stopUnheard(const QByteArray& topic);
     void stopThose(const std::function<bool(const Running&)>& which);
 
@@ -72,4 +76,5 @@ private:
     std::map<int, Running> m_running;
     QString m_told;             ///< to people, last
     std::size_t m_requests = 0; ///< of the device, that are under way
+    int m_held = 0;             ///< bytes of all that runs
 };

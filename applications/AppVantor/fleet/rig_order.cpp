@@ -69,7 +69,8 @@ std::optional<RigOrder> readRigOrder(const QByteArray& payload, QString* problem
         *problem = textOf(problems.all());
         return std::nullopt;
     }
-    const RigOrder order = readFields(ConfigObject(*json, QString(), &problems));
+    RigOrder order = readFields(ConfigObject(*json, QString(), &problems));
+    order.size = payload.size();
     *problem = textOf(problems.all());
     return problem->isEmpty() ? std::optional<RigOrder>(order) : std::nullopt;
 }

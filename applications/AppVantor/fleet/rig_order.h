@@ -22,6 +22,7 @@ struct RigOrder
     QString tool;   ///< empty for the first one
     QString holder; ///< who asks, as leases know them
     double minutes = 0;
+    int size = 0; ///< of its text, in bytes
 };
 
 /// Reads an order. Returns nothing, and in problem each mistake, for what is none.

@@ -15,6 +15,8 @@
 namespace {
 
 constexpr int c_lostAfterSeconds = 5;
+constexpr int c_longestDescription = 8 << 20;
+constexpr int c_longestPayload = 64 << 10; // of anything else
 
 DScheduler* schedulerOf(const Bench& bench)
 {
@@ -42,6 +44,7 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
 {
     m_link.setWill({m_topics.state(), stateCalled("lost"), true}, c_lostAfterSeconds);
+    m_link.setLargestPayload(c_longestDescription);
     for (const QByteArray& topic : {m_topics.state(), m_topics.description(), m_topics.order(),
                                     m_topics.history(), m_topics.anyLineSet()}) {
         m_link.subscribe(topic);
@@ -68,11 +71,15 @@ void RigServer::begin()
     m_link.open();
 }
 
+void RigServer::close()
+{
+    m_link.disconnect(this); // nothing is told after the farewell either
+    m_desk.stopAll();
+}
+
 void RigServer::end()
 {
     constexpr int patienceMs = 2000;
-    m_link.disconnect(this); // nothing is taken any more, and nothing told after the farewell
-    m_desk.stopAll();
     m_bench.device().disconnect(this);
     if (m_link.isConnected()) {
         QEventLoop loop;
@@ -102,8 +109,8 @@ void RigServer::end()
 void RigServer::connected()
 {
     const bool isFirst = !std::exchange(m_wasConnected, true);
-    publish(m_topics.state(), stateCalled("online"));
     publish(m_topics.description(), describeRig(m_bench, m_forms));
+    publish(m_topics.state(), stateCalled("online"));
     if (m_setup.homeAssistant) {
         m_link.publish(homeAnnouncement(m_bench, m_setup.broker.rig, !m_setup.readOnly));
     }
@@ -135,12 +142,14 @@ void RigServer::refused(const QString& problem)
 
 void RigServer::take(const BrokerMessage& message)
 {
-    if (message.topic == m_topics.state()) {
-        hearState(message);
-    } else if (message.topic == m_topics.description()) {
+    if (message.topic == m_topics.description()) {
         if (message.retained) {
             clearLinesOf(message.payload);
         }
+    } else if (message.payload.size() > c_longestPayload) {
+        return;
+    } else if (message.topic == m_topics.state()) {
+        hearState(message);
     } else if (message.topic == m_topics.order()) {
         m_desk.takeOrder(message);
     } else if (message.topic == m_topics.history()) {

@@ -32,8 +32,11 @@ public:
 
     /// Reaches for the broker; from then on everything goes by itself.
     void begin();
-    /// Says that the rig goes, and waits a moment for the broker to hear it.
+    /// Takes no more orders, and ends those that run. What changes from then on is told by end.
+    void close();
+    /// After close: says that the rig goes, and waits a moment for the broker to hear it.
     void end();
+    const BrokerAddress& address() const { return m_setup.broker; }
 
 Q_SIGNALS:
     /// The rig is on the broker for the first time.

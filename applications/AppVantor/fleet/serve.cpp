@@ -5,28 +5,24 @@
 
 #include <QEventLoop>
 
-int serveBench(const Bench& bench, const RigServerSetup& setup, const RigForms& forms, Output* output)
+int waitForEnd(const RigServer& server, Output* output)
 {
-    UnixSignals unixSignals;
-    RigServer server(bench, setup, forms);
+    const UnixSignals unixSignals;
     QEventLoop loop;
     int status = ExitSuccess;
     QObject::connect(&server, &RigServer::served, &loop, [&] {
+        const BrokerAddress& at = server.address();
         output->write(
             [&] {
-                return Json{{"type", "serving"},
-                            {"rig", toJson(setup.broker.rig)},
-                            {"broker", toJson(setup.broker.text())}};
+                return Json{{"type", "serving"}, {"rig", toJson(at.rig)}, {"broker", toJson(at.text())}};
             },
-            [&] { return QStringLiteral("serving %1 on %2").arg(setup.broker.rig, setup.broker.text()); });
+            [&] { return QStringLiteral("serving %1 on %2").arg(at.rig, at.text()); });
     });
     QObject::connect(&server, &RigServer::replaced, &loop, [&] {
         status = ExitReplaced;
         loop.quit();
     });
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
-    server.begin();
     loop.exec();
-    server.end();
     return status;
 }

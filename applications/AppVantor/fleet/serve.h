@@ -4,5 +4,6 @@
 
 #include <process/output.h>
 
-/// Serves the bench on a broker until a signal ends it. Returns the exit status.
-int serveBench(const Bench& bench, const RigServerSetup& setup, const RigForms& forms, Output* output);
+/// Tells when a server has reached its broker, and waits until a signal, or another server, ends it. Returns
+/// the exit status.
+int waitForEnd(const RigServer& server, Output* output);

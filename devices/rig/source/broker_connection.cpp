@@ -235,7 +235,7 @@ void BrokerConnection::begin(const QString& number)
     passOn(result);
 }
 
-int BrokerConnection::publish(const BrokerMessage& message)
+int BrokerConnection::publish(const BrokerMessage& message, QString* problem)
 {
     Properties properties;
     if (!message.responseTopic.isEmpty()) {
@@ -255,6 +255,9 @@ int BrokerConnection::publish(const BrokerMessage& message)
                       result == MOSQ_ERR_CONN_LOST || result == MOSQ_ERR_ERRNO ||
                       result == MOSQ_ERR_TLS; // the end of the connection comes by itself
     watch();
+    if (!kept) {
+        *problem = QString::fromUtf8(mosquitto_strerror(result));
+    }
     return kept ? number : 0;
 }
 

@@ -37,8 +37,9 @@ public:
     /// Begins to reach for the broker at number, its host's address. What comes of it is told by opened or
     /// ended.
     void begin(const QString& number);
-    /// Hands message to the broker. Returns its number, or 0 when the broker cannot take such a message.
-    int publish(const BrokerMessage& message);
+    /// Hands message to the broker. Returns its number, or 0, and in problem why, when the broker cannot take
+    /// such a message.
+    int publish(const BrokerMessage& message, QString* problem);
     void subscribe(const std::vector<QByteArray>& topics);
     /// Takes leave: the will is not said.
     void leave();

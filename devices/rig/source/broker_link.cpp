@@ -25,6 +25,11 @@ int sizeOf(const BrokerMessage& message)
            message.correlation.size() + besides;
 }
 
+QString notTaken(const BrokerMessage& message, const QString& why)
+{
+    return QStringLiteral("it does not take \"%1\": %2").arg(QString::fromUtf8(message.topic), why);
+}
+
 } // namespace
 
 BrokerLink::BrokerLink(const BrokerAddress& address, const BrokerAccess& access, const QByteArray& client,
@@ -196,9 +201,7 @@ void BrokerLink::taken(int number, int reason)
     m_underWay.erase(found);
     m_waitingBytes -= sizeOf(message);
     if (reason >= MQTT_RC_UNSPECIFIED) {
-        Q_EMIT refused(
-            QStringLiteral("it does not take \"%1\": %2")
-                .arg(QString::fromUtf8(message.topic), QString::fromUtf8(mosquitto_reason_string(reason))));
+        Q_EMIT refused(notTaken(message, QString::fromUtf8(mosquitto_reason_string(reason))));
     }
     if (reason >= MQTT_RC_NO_MATCHING_SUBSCRIBERS) {
         Q_EMIT unheard(message.topic);
@@ -228,9 +231,13 @@ void BrokerLink::pump()
     while (m_isConnected && !m_waiting.empty() && m_underWay.size() < mostUnderWay()) {
         Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
-        const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(dueNow(next));
+        QString problem;
+        const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(dueNow(next), &problem);
         if (number == 0) {
             m_waitingBytes -= sizeOf(next.message);
+            if (!problem.isEmpty()) {
+                Q_EMIT refused(notTaken(next.message, problem));
+            }
             continue;
         }
         m_numbers.insert(number, ++m_lastUnderWay);
