@@ -306,6 +306,13 @@ private Q_SLOTS:
         say("set LAMP=ON");
         say("get LAMP");
         QVERIFY(shell.waitForOutput("LAMP=ON"));
+        // Where changes were lost, the levels are asked for.
+        Reader reader(broker, "appvantor/1/bench-7/+"_s);
+        const QJsonObject state = objectOf(reader.waitFor("appvantor/1/bench-7/state"));
+        publish(broker, "appvantor/1/bench-7/events"_s,
+                QByteArray(R"({"session":"S","first":99,"t0":0,"lost":98,"e":[]})")
+                    .replace("S", state.value("session"_s).toString().toUtf8()));
+        QVERIFY(!reader.waitFor("appvantor/1/bench-7/history", R"("from":0)").isEmpty());
         bench->send(SIGKILL);
         bench->end();
         // Until the broker tells that the rig is lost, it does not answer.
