@@ -14,14 +14,14 @@ constexpr const char* c_patterns[] = {
     "the command waits for nothing more, without having reported %1",
     "no reply to %1 within %2 ms",
     "unknown command \"%1\"; the tool has: %2",
-    "unknown parameter \"%1\" of command \"%2\"; it takes: %3",
-    "parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4",
+    R"(unknown parameter "%1" of command "%2"; it takes: %3)",
+    R"(parameter "%1" of command "%2" cannot hold "%3"; expected %4)",
     "a whole number from %1 to %2",
     "unknown channel \"%1\"",
     "channel \"%1\" is an input and cannot be written",
     "\"listenToAll\" tells %1 binary lines at most, the device has %2",
     "line \"%1\" blinks no more: %2",
-    "the board refuses \"%1\" of channel \"%2\"",
+    R"(the board refuses "%1" of channel "%2")",
     "the board refuses \"%1\"",
     "the chip %1 is gone; plug it in or load its driver, and the bench goes on",
     "the chip %1 cannot be opened: %2; \"appvantor discover\" lists those of this machine",
@@ -37,7 +37,7 @@ constexpr const char* c_patterns[] = {
     "the rig \"%1\" is lost",
     "the rig \"%1\" does not answer",
     "the rig \"%1\" does not say why",
-    "line \"%1\": the rig \"%2\" has no line \"%3\"",
+    R"(line "%1": the rig "%2" has no line "%3")",
     "%1: it does not answer",
     "%1: it refuses: %2",
     "%1: its certificate is refused: %2",
@@ -82,7 +82,7 @@ QString filled(const QString& text, const QRegularExpressionMatch& match)
 QString reasonText(const QString& reason)
 {
     static const std::vector<Pattern> patterns = makePatterns();
-    const QString whole = textOr(reason, QString());
+    QString whole = textOr(reason, QString());
     if (!whole.isEmpty()) {
         return whole;
     }
