@@ -157,6 +157,22 @@ struct Shown
     CourseView view;
 };
 
+struct Chosen
+{
+    LineFilter filter;
+};
+
+/// An export of the lines whose names contain text.
+struct ExportOf : private Chosen, public CourseExport
+{
+    explicit ExportOf(Shown& shown, const QString& text = QString())
+        : CourseExport(&shown.lines, &shown.view, &filter)
+    {
+        filter.setSourceModel(&shown.lines);
+        filter.setText(text);
+    }
+};
+
 } // namespace
 
 /// The arithmetic of the courses: what is shown, measured and found in them.
@@ -345,10 +361,7 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("in"_s); // a digital line and an analogue one
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "in"_s); // a digital line and an analogue one
         const auto time = [](qint64 us) {
             return fullTime(ManualScheduler::c_wallClockOffsetUs + us).toUtf8();
         };
@@ -377,10 +390,7 @@ private Q_SLOTS:
         Shown shown;
         shown.makeEdges();
         Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true}); // told late: more of it is awaited
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("din"_s);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "din"_s);
         QVERIFY(exporter.vcd().endsWith("#8000000\n0!\n#8500000\n1!\n"));
         shown.view.setCursor(1, 0.9, -1); // from after that on
         shown.view.setCursor(2, 0.95, -1);
@@ -395,10 +405,7 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("din"_s);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "din"_s);
         shown.view.setCursor(1, 0.6, -1);
         shown.view.setCursor(2, 0.6, -1);
         QVERIFY(exporter.sheet().svg().contains(">din</text>"));
@@ -411,10 +418,7 @@ private Q_SLOTS:
         shown.makeEdges();
         shown.board->setPluggedIn(false);
         shown.pass(c_second);
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("in"_s);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "in"_s);
         QVERIFY(exporter.vcd().contains("x!\nrnan \"\n"));
         QVERIFY(exporter.csv().endsWith(",ain,\n"));
     }
@@ -429,9 +433,7 @@ private Q_SLOTS:
             setup.lines.append(line);
         }
         Shown shown(setup);
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown);
         QVERIFY(exporter.csv().contains(",\"a, \"\"b\"\"\",0\n"));
         for (const char* variable : {"! a,_\"b\" ", "\" c__d ", "# c__d_ "}) {
             QVERIFY2(exporter.vcd().contains(variable), variable);
@@ -456,9 +458,7 @@ private Q_SLOTS:
         const auto [file, begin] = Rows<QString, QString>::values();
         Shown shown;
         shown.makeEdges();
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown);
         const QTemporaryDir folder;
         const QString problem = exporter.save(folder.filePath(file));
         QFile saved(folder.filePath(file));
@@ -471,10 +471,7 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("din"_s);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "din"_s);
         const auto isDrawn = [&exporter](int column, bool high) {
             const QImage picture = QImage::fromData(exporter.sheet().png());
             const QColor colour = picture.pixelColor(120 + column, high ? 50 : 78);
@@ -496,9 +493,7 @@ private Q_SLOTS:
             setup.lines.append(setup.lines.constFirst());
         }
         Shown shown(setup);
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown);
         const QTemporaryDir folder;
         QCOMPARE(exporter.save(folder.filePath("a.png"_s)),
                  "A picture has no room for so many lines; hide some, or save them as .svg."_s);
@@ -877,10 +872,7 @@ private Q_SLOTS:
             shown.lines.setLevel(c_line, static_cast<int>(random() % 2));
         }
         shown.view.showAll();
-        LineFilter filter;
-        filter.setSourceModel(&shown.lines);
-        filter.setText("din"_s);
-        const CourseExport exporter(&shown.lines, &shown.view, &filter);
+        const ExportOf exporter(shown, "din"_s);
         QMap<QString, QString> levels; // by their times, as these are written
         for (const QByteArray& row : exporter.csv().split('\n').mid(1)) {
             const QList<QByteArray> fields = row.split(',');

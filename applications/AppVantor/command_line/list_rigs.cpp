@@ -118,8 +118,7 @@ int listRigs(const Options& options, Output* output)
     }
     BrokerLink link(place->address, place->access,
                     "appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces));
-    constexpr int largestPayload = 8 << 20;
-    link.setLargestPayload(largestPayload);
+    link.setLargestPayload(BrokerLink::c_longestDescription);
     for (const char* topic : {"state", "description", "lease"}) {
         link.subscribe(RigTopics::ofAnyRig(topic));
     }

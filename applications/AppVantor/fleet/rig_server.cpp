@@ -15,8 +15,6 @@
 namespace {
 
 constexpr int c_lostAfterSeconds = 5;
-constexpr int c_longestDescription = 8 << 20;
-constexpr int c_longestPayload = 64 << 10; // of anything else
 
 DScheduler* schedulerOf(const Bench& bench)
 {
@@ -44,7 +42,7 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
 {
     m_link.setWill({m_topics.state(), stateCalled("lost"), true}, c_lostAfterSeconds);
-    m_link.setLargestPayload(c_longestDescription);
+    m_link.setLargestPayload(BrokerLink::c_longestDescription);
     for (const QByteArray& topic : {m_topics.state(), m_topics.description(), m_topics.order(),
                                     m_topics.history(), m_topics.anyLineSet()}) {
         m_link.subscribe(topic);
@@ -146,7 +144,7 @@ void RigServer::take(const BrokerMessage& message)
         if (message.retained) {
             clearLinesOf(message.payload);
         }
-    } else if (message.payload.size() > c_longestPayload) {
+    } else if (message.payload.size() > BrokerLink::c_longestPayload) {
         return;
     } else if (message.topic == m_topics.state()) {
         hearState(message);

@@ -11,10 +11,9 @@ std::optional<QByteArray> describedRig(const BrokerAddress& address, const Broke
                                        QString* problem)
 {
     constexpr int patienceMs = 3000;
-    constexpr int largestPayload = 8 << 20;
     const RigTopics topics(address.rig);
     BrokerLink link(address, access, "appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces));
-    link.setLargestPayload(largestPayload);
+    link.setLargestPayload(BrokerLink::c_longestDescription);
     link.subscribe(topics.state());
     link.subscribe(topics.description());
     QEventLoop loop;

@@ -28,6 +28,10 @@ class Q_DECL_EXPORT BrokerLink : public QObject
 public:
     /// What may wait for the broker, in bytes.
     static constexpr int c_bound = 8 << 20;
+    /// The longest message that is taken, in bytes, unless descriptions of rigs are wanted, and the longest
+    /// of those.
+    static constexpr int c_longestPayload = 64 << 10;
+    static constexpr int c_longestDescription = 8 << 20;
 
     /// The broker knows one client of each name, and sends away the older one.
     BrokerLink(const BrokerAddress& address, const BrokerAccess& access, const QByteArray& client,
@@ -91,7 +95,7 @@ private:
     const QByteArray m_client;
     std::optional<BrokerMessage> m_will;
     int m_willDelaySeconds = 0;
-    int m_largestPayload = 64 << 10;
+    int m_largestPayload = c_longestPayload;
     std::vector<QByteArray> m_topics;
     std::unique_ptr<BrokerConnection> m_connection;
     bool m_isConnected = false;
