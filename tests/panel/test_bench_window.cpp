@@ -488,6 +488,30 @@ private Q_SLOTS:
         QTRY_COMPARE(m_bench->board().level(4).level, 0);
     }
 
+    void allOffThatCannotBeUsedSaysWhy()
+    {
+        QQuickItem* button = itemNamed(&root(), "allOffButton"_s);
+        QQuickItem* list = itemNamed(&root(), "toolsList"_s);
+        const auto isTold = [this](QQuickItem* item, const QString& text) {
+            return waitUntil([&] {
+                QTest::mouseMove(&window(),
+                                 item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
+                const QVector<QQuickItem*> tips = visibleNamed(*window().contentItem(), "toolTip");
+                return (tips.isEmpty() ? QString() : tips.constFirst()->property("text").toString()) == text;
+            });
+        };
+        const QString hint = "Switch off all that the tools drive"_s;
+        const QString reason = "Not connected"_s;
+        for (const bool pluggedIn : {true, false}) {
+            m_bench->board().setPluggedIn(pluggedIn);
+            m_scene->clock().tick();
+            QVERIFY(isTold(button, pluggedIn ? hint : reason));
+            QCOMPARE(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Description),
+                     pluggedIn ? hint : reason);
+            QVERIFY(isTold(list, QString()));
+        }
+    }
+
     void freezingHoldsTheWaveforms()
     {
         QQuickItem* button = itemNamed(&root(), "freezeButton"_s);

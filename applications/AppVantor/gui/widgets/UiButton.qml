@@ -19,6 +19,9 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     opacity: enabled ? 1 : 0.45
 
+    Accessible.name: text
+    Accessible.description: hint
+
     Keys.onReturnPressed: activate()
     Keys.onEnterPressed: activate()
 

@@ -15,6 +15,7 @@ T.ToolTip {
 
     contentItem: Text {
         id: content
+        objectName: "toolTip"
         text: root.text
         textFormat: Text.PlainText
         wrapMode: Text.Wrap

@@ -181,7 +181,7 @@ Rectangle {
         width: root.toolsWidth
         height: root.upperHeight
         tools: root.tools
-        connected: root.lines.state === "Connected"
+        deviceState: root.lines.state
         onThemeChosen: root.chosenTheme = dark ? "dark" : "light"
         onHelpWanted: help.open()
         fileActions: root.fileActions

@@ -7,7 +7,8 @@ Pane {
     id: root
 
     property var tools
-    property bool connected: true
+    // The state of the device of the lines.
+    property string deviceState: "Connected"
     readonly property alias currentRow: list.currentIndex
 
     signal allOffWanted()
@@ -22,6 +23,8 @@ Pane {
         Connecting: qsTrId("tools_connecting"),
         Unreachable: qsTrId("not_connected")
     })
+
+    readonly property string whyNotOff: list.count === 0 ? qsTrId("tools_empty") : (reasons[deviceState] || "")
 
     function openFileMenu() {
         fileMenu.actions = fileActions() // files come and go
@@ -119,17 +122,38 @@ Pane {
         text: qsTrId("tools_empty")
     }
 
-    UiButton {
-        objectName: "allOffButton"
+    Item {
+        id: allOff
         anchors.left: parent.left
         anchors.leftMargin: root.inset
         anchors.bottom: darkSwitch.top
         anchors.bottomMargin: Style.defSpacing
-        width: Math.min(implicitWidth, parent.width - 2 * root.inset)
-        text: qsTrId("tools_all_off")
-        hint: qsTrId("tools_all_off_hint")
-        enabled: list.count > 0 && root.connected
-        onClicked: root.allOffWanted()
+        width: Math.min(allOffButton.implicitWidth, parent.width - 2 * root.inset)
+        height: allOffButton.implicitHeight
+
+        UiButton {
+            id: allOffButton
+            objectName: "allOffButton"
+            anchors.fill: parent
+            text: qsTrId("tools_all_off")
+            hint: enabled ? qsTrId("tools_all_off_hint") : root.whyNotOff
+            enabled: root.whyNotOff.length === 0
+            onClicked: root.allOffWanted()
+        }
+
+        // A button that cannot be used does not know of the pointer.
+        HoverHandler {
+            id: allOffHover
+        }
+
+        Loader {
+            active: allOffHover.hovered && !allOffButton.enabled
+            sourceComponent: UiToolTip {
+                parent: allOff
+                text: root.whyNotOff
+                visible: true
+            }
+        }
     }
 
     UiSwitch {
