@@ -544,6 +544,25 @@ private Q_SLOTS:
         QTRY_VERIFY(!label->isVisible());
     }
 
+    /// To the pixel.
+    void theLevelUnderThePointerIsThatDrawnThere()
+    {
+        m_bench->scheduler().advance(5000000);
+        m_bench->board().setInput(5, 1);
+        m_bench->scheduler().advance(3333333);
+        m_scene->clock().tick();
+        QQuickItem* course = visibleNamed(root(), "lineCourse").at(5);
+        const QQuickItem* level = itemsNamed(&root(), "lineLevel"_s).at(5);
+        QCOMPARE(level->property("text").toString(), "1"_s);
+        const double edge = course->width() * m_scene->courses().placeOf(m_bench->board().level(5).sinceUs);
+        const auto toldAt = [&](double x) {
+            QTest::mouseMove(&window(), course->mapToScene(QPointF(x, course->height() / 2)).toPoint());
+            return level->property("text").toString();
+        };
+        QTRY_COMPARE(toldAt(edge - 1), "0"_s);
+        QTRY_COMPARE(toldAt(edge + 1), "1"_s);
+    }
+
     void theWheelZoomsAtThePointer()
     {
         m_bench->play(20000000);
@@ -739,6 +758,19 @@ private Q_SLOTS:
             QVERIFY(marks.at(mark - 1)->x() + marks.at(mark - 1)->width() < marks.at(mark)->x());
         }
         QVERIFY(width < 1280 || marks.size() > 1);
+    }
+
+    void theRingOfTheCoursesLeavesTheTimesReadable()
+    {
+        itemNamed(&root(), "courses"_s)->forceActiveFocus(Qt::TabFocusReason);
+        const QQuickItem* ring = visibleNamed(root(), "coursesRing").value(0);
+        QVERIFY(ring != nullptr);
+        const QRectF place = ring->mapRectToScene(ring->boundingRect());
+        const QVector<QQuickItem*> marks = visibleNamed(root(), "axisMark");
+        QVERIFY(marks.size() > 1);
+        for (const QQuickItem* mark : marks) {
+            QVERIFY(!mark->mapRectToScene(mark->boundingRect()).intersects(place));
+        }
     }
 
     void aTitleThatFindsNoRoomStandsOverNothing()

@@ -144,6 +144,12 @@ struct Shown
         pass(2 * c_second);
     }
 
+    /// Sets a cursor where timeUs is drawn.
+    void setCursor(int number, qint64 timeUs, int line = -1)
+    {
+        view.setCursor(number, view.placeOf(timeUs), line);
+    }
+
     /// As a share of the time: the present is in the last column.
     double shareOfCursor() const
     {
@@ -343,8 +349,8 @@ private Q_SLOTS:
         Shown shown;
         shown.makeEdges();
         QCOMPARE(shown.view.selectionText(c_line), QString());
-        shown.view.setCursor(1, 0.4, -1);
-        shown.view.setCursor(2, 0.9, -1);
+        shown.setCursor(1, 4 * c_second);
+        shown.setCursor(2, 9 * c_second);
         QCOMPARE(shown.view.selectionText(c_line), "2 edges \u00b7 0 to 1 \u00b7 mean 0.6"_s);
         QCOMPARE(shown.view.selectionText(99), QString());
         Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true});                              // told late
@@ -352,7 +358,7 @@ private Q_SLOTS:
         shown.pass(c_second);
         QCOMPARE(shown.view.selectionText(c_line), "3 edges \u00b7 0 to 1 \u00b7 mean 0.7"_s);
         shown.view.pan(0.1);
-        shown.view.setCursor(2, 0.7, -1);
+        shown.setCursor(2, 7 * c_second);
         QCOMPARE(shown.view.selectionText(c_line), "1 edge \u00b7 0 to 1 \u00b7 mean 0.6667"_s);
         QCOMPARE(shown.view.selectionText(0), "0 edges \u00b7 0 to 0 \u00b7 mean 0"_s);
     }
@@ -367,8 +373,8 @@ private Q_SLOTS:
         };
         QCOMPARE(exporter.csv(), "time,line,level\n" + time(0) + ",din,0\n" + time(0) + ",ain,0\n" +
                                      time(5 * c_second) + ",din,1\n" + time(8 * c_second) + ",din,0\n");
-        shown.view.setCursor(1, 0.4, -1);
-        shown.view.setCursor(2, 0.7, -1); // the selection alone
+        shown.setCursor(1, 4 * c_second);
+        shown.setCursor(2, 7 * c_second); // the selection alone
         QCOMPARE(exporter.vcd(), "$date " + time(4 * c_second) +
                                      " $end\n$timescale 1 us $end\n$scope module device $end\n"
                                      "$var wire 1 ! din $end\n$var real 64 \" ain $end\n"
@@ -392,8 +398,8 @@ private Q_SLOTS:
         Q_EMIT shown.board->lineChanged(c_line, {1, 8500000, true}); // told late: more of it is awaited
         const ExportOf exporter(shown, "din"_s);
         QVERIFY(exporter.vcd().endsWith("#8000000\n0!\n#8500000\n1!\n"));
-        shown.view.setCursor(1, 0.9, -1); // from after that on
-        shown.view.setCursor(2, 0.95, -1);
+        shown.setCursor(1, 9 * c_second); // from after that on
+        shown.setCursor(2, 9500000);
         QVERIFY(exporter.vcd().endsWith("#0\n1!\n"));
         QCOMPARE(exporter.csv().count('\n'), 2);
         const QImage picture = QImage::fromData(exporter.sheet().png());
@@ -959,14 +965,14 @@ private Q_SLOTS:
     {
         Shown shown;
         shown.makeEdges();
-        shown.view.setCursor(1, 0.52, c_line);
-        shown.view.setCursor(2, 0.81, c_line);
+        shown.setCursor(1, 5200000, c_line);
+        shown.setCursor(2, 8100000, c_line);
         QCOMPARE(shown.view.cursorsText(), "1\u20132: 3 s \u00b7 0.3333 Hz"_s);
-        shown.view.setCursor(2, 0.7, c_line); // too far from any
+        shown.setCursor(2, 7 * c_second, c_line); // too far from any
         QCOMPARE(shown.view.cursorsText(), "1\u20132: 2 s \u00b7 0.5 Hz"_s);
-        shown.view.setCursor(2, 0.5, -1);
+        shown.setCursor(2, 5 * c_second);
         QCOMPARE(shown.view.cursorsText(), "1\u20132: 0 \u00b5s"_s);
-        shown.view.setCursor(3, 0.5, c_line);
+        shown.setCursor(3, 5 * c_second, c_line);
         QCOMPARE(shown.view.cursors().size(), 2);
         shown.view.clearCursors();
         QCOMPARE(shown.view.cursorsText(), QString());
@@ -1025,6 +1031,45 @@ private Q_SLOTS:
             QCOMPARE(qRound(trigger.marks().constLast().toDouble() * width), edge->column);
             QCOMPARE(qRound(shown.view.placeOf(edgeUs) * width), edge->column);
             shown.view.goLive();
+        }
+    }
+
+    void whatIsToldUnderThePointerIsDrawnThere_data()
+    {
+        const Rows<int, double> row("width", "pixelRatio");
+        row("a pixel each", 197, 1.0);
+        row("two pixels each", 197, 2.0);
+        row("a pixel and a half", 133, 1.5);
+        row("more columns than microseconds", 400, 1.0);
+    }
+    void whatIsToldUnderThePointerIsDrawnThere()
+    {
+        const auto [width, ratio] = Rows<int, double>::values();
+        std::mt19937 random(7);
+        Shown shown;
+        shown.view.setWidth(width);
+        shown.view.setPixelRatio(ratio);
+        shown.pass(20 * c_second);
+        const bool isDeep = QByteArray(QTest::currentDataTag()).startsWith("more");
+        shown.view.zoom(isDeep ? 1e6 : 1.0, 1);
+        const auto spanUs = static_cast<quint32>(shown.view.spanUs());
+        for (int run = 0; run < 100; ++run) {
+            shown.pass(random() % (spanUs / 4) + 1);
+            shown.lines.setLevel(c_line, 1 - run % 2);
+            shown.pass(random() % (spanUs / 4) + 1);
+            const TimeColumns columns = shown.view.columns();
+            const qint64 endUs = shown.view.span().toUs();
+            const auto course =
+                courseOf(*shown.lines.history(c_line), columns, columns.firstUntil(endUs), endUs);
+            for (const CourseStep& step : course) {
+                for (const int column : {step.column, step.column + step.columns - 1}) {
+                    const double timeUs =
+                        shown.view.timeAt(static_cast<double>(column) / static_cast<double>(columns.perSpan));
+                    const QVariant told = shown.lines.levelAt(c_line, timeUs);
+                    QVERIFY(told.isValid());
+                    QVERIFY(told.toInt() >= step.levels.lowest && told.toInt() <= step.levels.highest);
+                }
+            }
         }
     }
 

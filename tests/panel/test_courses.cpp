@@ -53,6 +53,7 @@ struct Shown
         item.setSize({200, 48});
         item.setColor(Qt::black);
         item.setLine(c_line);
+        view.setWidth(200);
         item.setView(&view);
         item.setLines(&lines);
         window.resize(300, 200);

@@ -17,6 +17,8 @@ struct Tile
     int differing = 0;
 };
 
+constexpr int c_tolerated = 16; // a single letter that is missing differs in more
+
 bool isSeen(QRgb one, QRgb other)
 {
     constexpr int seen = 48;
@@ -68,7 +70,6 @@ private Q_SLOTS:
     }
     void aPictureIsAsTheProgramDrawsIt()
     {
-        constexpr int tolerated = 16; // a single letter that is missing differs in more
         const auto [arguments, file] = Rows<QStringList, QString>::values();
         const QTemporaryDir folder;
         const QString drawn = folder.filePath("drawn.png"_s);
@@ -85,11 +86,23 @@ private Q_SLOTS:
         QCOMPARE(found.size(), expected.size());
         const Tile worst = worstTile(found, expected);
         QVERIFY2(
-            worst.differing <= tolerated,
+            worst.differing <= c_tolerated,
             qPrintable("%1 differs at %2, %3 in %4 pixels of a tile; tools/pictures draws it anew"_s.arg(file)
                            .arg(worst.place.x())
                            .arg(worst.place.y())
                            .arg(worst.differing)));
+    }
+
+    /// A step that changes nothing to be seen needs no picture.
+    void eachStepOfTheGuideIsSeen()
+    {
+        const auto step = [](int number) {
+            return QImage(QStringLiteral(SOURCE_DIR "/docs/pictures/pulse-%1.png").arg(number));
+        };
+        for (int number = 2; number <= 5; ++number) {
+            QVERIFY(!step(number).isNull());
+            QVERIFY(worstTile(step(number - 1), step(number)).differing > c_tolerated);
+        }
     }
 };
 

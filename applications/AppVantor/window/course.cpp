@@ -5,7 +5,7 @@
 std::vector<CourseStep> courseOf(const LineHistory& history, const TimeColumns& columns, qint64 first,
                                  qint64 untilUs)
 {
-    const qint64 fromUs = columns.startOf(first);
+    const qint64 fromUs = columns.shownBy(first);
     const std::deque<LineLevel>& changes = history.changes();
     const auto firstAfter = [&](const std::deque<LineLevel>::const_iterator& from, qint64 timeUs) {
         return std::upper_bound(from, changes.cend(), timeUs,

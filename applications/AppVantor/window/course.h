@@ -14,6 +14,13 @@ struct TimeColumns
     qint64 of(qint64 timeUs) const { return timeUs * perSpan / spanUs; }
     /// The first microsecond of a column, or of one after it when it has none.
     qint64 startOf(qint64 column) const { return (column * spanUs + perSpan - 1) / perSpan; }
+    /// The time whose level a column begins with: its first microsecond, or the last one before when it has
+    /// none.
+    qint64 shownBy(qint64 column) const
+    {
+        const qint64 startUs = startOf(column);
+        return of(startUs) == column ? startUs : startUs - 1;
+    }
     /// The first column of a picture of perSpan columns, in the last of which endUs is.
     qint64 firstUntil(qint64 endUs) const { return of(endUs) - perSpan + 1; }
 };

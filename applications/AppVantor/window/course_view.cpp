@@ -43,13 +43,27 @@ TimeSpan CourseView::span() const
     return m_live ? TimeSpan{presentUs() - m_span.lengthUs, m_span.lengthUs} : m_span;
 }
 
+TimeColumns CourseView::columns() const
+{
+    return {m_span.lengthUs, std::max<qint64>(1, static_cast<qint64>(std::ceil(m_width * m_pixelRatio)))};
+}
+
 double CourseView::placeOf(qint64 timeUs) const
 {
     const TimeSpan shown = span();
-    const TimeColumns columns{shown.lengthUs, std::max<qint64>(1, std::llround(m_width))};
-    const qint64 column = columns.of(timeUs) - columns.firstUntil(shown.toUs());
+    const TimeColumns drawn = columns();
+    const qint64 column = drawn.of(timeUs) - drawn.firstUntil(shown.toUs());
     const qint64 first = timeUs >= shown.fromUs ? 0 : column; // where the span begins the column may be cut
-    return static_cast<double>(std::max(first, column)) / static_cast<double>(columns.perSpan);
+    return static_cast<double>(std::max(first, column)) / static_cast<double>(drawn.perSpan);
+}
+
+double CourseView::timeAt(double share) const
+{
+    const TimeColumns drawn = columns();
+    constexpr double rounded = 1e-6; // the share of a column may come out a trifle before it
+    const auto column = static_cast<qint64>(share * static_cast<double>(drawn.perSpan) + rounded);
+    return static_cast<double>(
+        drawn.shownBy(drawn.firstUntil(span().toUs()) + std::clamp<qint64>(column, 0, drawn.perSpan - 1)));
 }
 
 /// A cursor in a view that runs moves with the courses.
@@ -74,6 +88,14 @@ void CourseView::setWidth(double width)
 {
     if (!qFuzzyCompare(width, m_width)) {
         m_width = width;
+        Q_EMIT changed();
+    }
+}
+
+void CourseView::setPixelRatio(double ratio)
+{
+    if (!qFuzzyCompare(ratio, m_pixelRatio)) {
+        m_pixelRatio = ratio;
         Q_EMIT changed();
     }
 }
@@ -191,16 +213,16 @@ void CourseView::goLive()
 
 QString CourseView::timeText(double share) const
 {
-    const TimeSpan shown = span();
     const auto resolutionUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width));
-    return offsetText(shown.at(share) - (m_live ? presentUs() : m_zeroUs), resolutionUs);
+    const auto timeUs = static_cast<qint64>(timeAt(share));
+    return offsetText(timeUs - (m_live ? presentUs() : m_zeroUs), resolutionUs);
 }
 
 QString CourseView::measureText(int line, double share) const
 {
     const LineHistory* history = m_lines->history(line);
     const std::optional<LevelMeasure> measure =
-        history != nullptr ? measureAt(*history, span().at(share)) : std::nullopt;
+        history != nullptr ? measureAt(*history, static_cast<qint64>(timeAt(share))) : std::nullopt;
     if (!measure || !measure->widthUs) {
         return QString();
     }
@@ -223,8 +245,7 @@ void CourseView::setCursor(int number, double share, int line)
     if (number < 1 || number > static_cast<int>(m_cursors.size())) {
         return;
     }
-    const TimeSpan shown = span();
-    const qint64 timeUs = shown.at(share);
+    const auto timeUs = static_cast<qint64>(timeAt(share));
     const LineHistory* history = m_lines->history(line);
     const auto withinUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width) * c_snapDistance);
     m_activeCursor = static_cast<std::size_t>(number) - 1;

@@ -24,6 +24,8 @@ class CourseView : public QObject
     Q_PROPERTY(bool live READ isLive NOTIFY changed)
     /// Width of a course, in device-independent pixels.
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
+    /// Columns in which a course is drawn, to each of these.
+    Q_PROPERTY(double pixelRatio READ pixelRatio WRITE setPixelRatio NOTIFY changed)
     /// The marks of the time axis: maps with "share" and "text", the time beside the present, or where the
     /// view does not follow it any more, beside the present of that moment.
     Q_PROPERTY(QVariantList marks READ marks NOTIFY changed)
@@ -37,13 +39,19 @@ public:
     explicit CourseView(LinesModel* lines, QObject* parent = nullptr);
 
     TimeSpan span() const;
+    /// The columns in which the courses are drawn: as many as the span has.
+    TimeColumns columns() const;
     /// Where timeUs is drawn: the share of the width at which its column of the courses begins.
     double placeOf(qint64 timeUs) const;
+    /// What is drawn at share: the time whose level its column of the courses begins with.
+    Q_INVOKABLE double timeAt(double share) const;
     double fromUs() const { return static_cast<double>(span().fromUs); }
     double spanUs() const { return static_cast<double>(m_span.lengthUs); }
     bool isLive() const { return m_live; }
     double width() const { return m_width; }
     void setWidth(double width);
+    double pixelRatio() const { return m_pixelRatio; }
+    void setPixelRatio(double ratio);
     QVariantList marks() const;
     QVariantList cursors() const;
     QString cursorsText() const;
@@ -109,6 +117,7 @@ private:
     qint64 m_zeroUs = 0;          ///< likewise: the present when it stopped to
     bool m_live = true;
     double m_width = 0;
+    double m_pixelRatio = 1;
     std::array<std::optional<qint64>, 2> m_cursors;
     std::size_t m_activeCursor = 0;
     mutable Selected m_selected; ///< what was measured last

@@ -166,20 +166,20 @@ void WaveformItem::paint(QPainter* painter)
 {
     const double scale = painter->deviceTransform().m11(); // in pixels of the picture from here on
     painter->scale(1 / scale, 1 / scale);
-    const int columns = static_cast<int>(std::ceil(width() * scale));
     const int rows = static_cast<int>(std::ceil(height() * scale));
     const int pixel = std::max(1, static_cast<int>(scale));
     const LineHistory* history = m_lines.isNull() ? nullptr : m_lines->history(m_line);
-    if (history == nullptr || m_view.isNull() || columns == 0) {
+    if (history == nullptr || m_view.isNull()) {
         return;
     }
+    m_columns = m_view->columns();
     const QVariantList marks = m_view->marks();
     for (const QVariant& mark : marks) {
         const double share = mark.toMap().value(QStringLiteral("share")).toDouble();
-        painter->fillRect(static_cast<int>(std::lround(share * columns)), 0, pixel, rows, m_gridColor);
+        painter->fillRect(static_cast<int>(std::lround(share * static_cast<double>(m_columns.perSpan))), 0,
+                          pixel, rows, m_gridColor);
     }
     const TimeSpan shown = m_view->span();
-    m_columns = {shown.lengthUs, columns};
     m_lastColumn = m_columns.of(shown.toUs());
     const qint64 firstColumn = m_columns.firstUntil(shown.toUs());
     m_fromUs = m_columns.startOf(firstColumn);

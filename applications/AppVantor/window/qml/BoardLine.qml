@@ -11,8 +11,8 @@ Item {
     property var trigger
     // Widths of the names, the controls and the level.
     property var columns
-    // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
-    property real pointedShare: -1
+    // The time at the pointer, in microseconds; undefined while that is elsewhere.
+    property var pointedUs
     property bool current: false
     // Chosen beside the current one.
     property bool alsoChosen: false
@@ -22,8 +22,7 @@ Item {
     readonly property bool known: model.known // or asked for
     readonly property bool adjustable: known && (model.settable || model.drivable)
     // Undefined while nobody knows it.
-    readonly property var shownLevel: pointedShare >= 0 ? lines.levelAt(line, view.fromUs + pointedShare * view.spanUs)
-                                                        : (known ? model.level : undefined)
+    readonly property var shownLevel: pointedUs !== undefined ? lines.levelAt(line, pointedUs) : (known ? model.level : undefined)
     // What the level alone does not say, in a word.
     readonly property string remark: {
         if (model.status !== "known") {
@@ -35,7 +34,7 @@ Item {
         return !model.output && !model.settable ? qsTrId("board_driven") : ""
     }
     readonly property string levelText: shownLevel !== undefined ? String(shownLevel)
-                                        : (model.status === "old" && pointedShare < 0 ? "(" + model.level + ")" : "\u2013")
+                                        : (model.status === "old" && pointedUs === undefined ? "(" + model.level + ")" : "\u2013")
     readonly property color background: (current || alsoChosen) && focused ? Style.accentSoft : Style.surface
 
     signal chosen(int modifiers)
@@ -280,7 +279,7 @@ Item {
         visible: !numberLoader.active
         text: root.levelText
         color: model.status === "old" ? Style.textSecondary : Style.text
-        font.bold: root.pointedShare >= 0
+        font.bold: root.pointedUs !== undefined
     }
 
     Loader {
@@ -297,7 +296,7 @@ Item {
             activeFocusOnTab: false
             horizontalAlignment: TextInput.AlignRight
             text: root.levelText
-            font.bold: root.pointedShare >= 0
+            font.bold: root.pointedUs !== undefined
             validator: IntValidator {
                 bottom: 0
                 top: model.highest

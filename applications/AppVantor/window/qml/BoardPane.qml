@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Templates 2.15 as T
 import AppVantor 1.0
 import "../../gui/widgets"
@@ -20,6 +21,12 @@ Pane {
     // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
     readonly property real pointedShare: pointer.containsMouse
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
+    // The time there, in microseconds; undefined while it is elsewhere.
+    readonly property var pointedUs: {
+        view.fromUs // what is under the pointer moves
+        view.spanUs
+        return pointedShare >= 0 ? view.timeAt(pointedShare) : undefined
+    }
     readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
     // The lines that are chosen beside that one.
     property var alsoChosen: []
@@ -338,6 +345,12 @@ function exportCourses() {
                 value: ruler.width
             }
 
+            Binding {
+                target: root.view
+                property: "pixelRatio"
+                value: Screen.devicePixelRatio
+            }
+
             Repeater {
                 model: root.view.marks
 
@@ -420,7 +433,7 @@ function exportCourses() {
             columns: columnWidths
             trigger: root.trigger
             onHeightWanted: columnWidths.wantedRowHeight = height
-            pointedShare: root.pointedShare
+            pointedUs: root.pointedUs
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus
             alsoChosen: root.alsoChosen.includes(line)
@@ -450,8 +463,11 @@ function exportCourses() {
 
         Keys.onPressed: event.accepted = root.useKey(event) || (root.isPlain(event) && root.useCoursesKey(event.key))
 
+        // Below the axis, whose outermost times stand out on both sides.
         UiFocusRing {
+            objectName: "coursesRing"
             anchors.margins: 0
+            anchors.topMargin: axis.height
             shown: courses.activeFocus
         }
 
