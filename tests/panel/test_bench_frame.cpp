@@ -143,6 +143,17 @@ private Q_SLOTS:
         QCOMPARE(own->property("elide").toInt(), static_cast<int>(Qt::ElideLeft));
     }
 
+    void namesInAColumnAreOfOneSize()
+    {
+        QVariantMap longOne = channelEntry("LONG"_s, "digitalOutput"_s, "in"_s, "din"_s);
+        longOne.insert("name"_s, QString(60, QLatin1Char('W')));
+        showChannels({longOne, channelEntry("SHORT"_s, "digitalOutput"_s, "in"_s, "din"_s)});
+        const QQuickItem* cut = m_fixture->part("LONG"_s, c_name);
+        QVERIFY(cut->property("truncated").toBool());
+        QCOMPARE(cut->property("contentHeight"),
+                 m_fixture->part("SHORT"_s, c_name)->property("contentHeight"));
+    }
+
     void onlyTextsThatTookTheColourFollowIt()
     {
         const std::unique_ptr<QQuickItem> place = placeOfTexts("Text {}\nText { color: 'blue' }\nText {}");

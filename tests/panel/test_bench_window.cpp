@@ -54,6 +54,26 @@ class TestBenchWindow : public QuietTest
         }
     }
 
+    /// True when the texts of the page's rows are neither cut nor shrunk.
+    static bool showsWhole(QQuickItem& root)
+    {
+        const auto heightOf = [](const QQuickItem* text) {
+            return text->property("contentHeight").toDouble();
+        };
+        const double usual =
+            heightOf(visibleNamed(root, "idChannelRow.idInformation.idChannelId").constFirst());
+        for (const char* name :
+             {"idInformation.idChannelId", "idInformation.idChannelName", "idValueRectangle.idValue"}) {
+            for (const QQuickItem* text :
+                 visibleNamed(root, qPrintable("idChannelRow."_s + QLatin1String(name)))) {
+                if (text->property("truncated").toBool() || heightOf(text) < usual) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
 protected:
     void setUp() override { open(8); }
     void tearDown() override { close(); }
@@ -793,6 +813,41 @@ private Q_SLOTS:
         QCOMPARE(handle->x(), before + 50);
     }
 
+    void thePageTakesWhatItsRowsNeed_data()
+    {
+        const Rows<QString, QString, int> row("type", "name", "level");
+        row("a level", "analogOutput", "Speed", 65535);
+        row("a name", "digitalOutput", "Contact of the cabinet's door", 1);
+        row("a name beside a level", "analogOutput", "Temperature of a bearing", 65535);
+    }
+    void thePageTakesWhatItsRowsNeed()
+    {
+        const auto [type, name, level] = Rows<QString, QString, int>::values();
+        close();
+        m_bench = std::make_unique<ExampleBench>(8);
+        const int line = level > 1 ? 6 : 5;
+        m_bench->board().setInput(line, level);
+        QVariantMap entry = channelEntry("ID"_s, type, "in"_s, m_bench->board().lines().at(line).name);
+        entry.insert("name"_s, name);
+        DTool tool(toolEntry({entry}), builtPlugin(), &m_bench->board());
+        show({&tool});
+        QVERIFY(showsWhole(root()));
+        root().setProperty("wantedPageWidth", root().property("pageWidth").toDouble() - 24);
+        QVERIFY(!showsWhole(root()));
+        close();
+    }
+
+    void theBoardKeepsItsColumnsBesideThePage()
+    {
+        root().setWidth(1000);
+        const QQuickItem* board = itemNamed(&root(), "boardLines"_s);
+        QCOMPARE(board->width(), 420.0);
+        itemNamed(&root(), "boardHandle"_s)->forceActiveFocus(Qt::TabFocusReason);
+        QTest::keyClick(&window(), Qt::Key_Right);
+        QCOMPARE(board->width(), 404.0);
+        QVERIFY(m_scene->arrangement().value("wantedPageWidth"_s).toDouble() > 0);
+    }
+
     void theRoomOfThePanesIsSharedByKeys_data()
     {
         const Rows<QString, int, int> row("handle", "less", "more");
@@ -925,8 +980,7 @@ private Q_SLOTS:
         };
         const auto cursorUs = [this] {
             const QVariant share = m_scene->courses().cursors().value(0).toMap().value("share"_s);
-            return qRound64(timeAt(share.toDouble()) /
-                            100000); // to a tenth of a second: it is drawn by pixels
+            return qRound64(timeAt(share.toDouble()) / 500000); // in half seconds: it is drawn by pixels
         };
         list->setProperty("currentIndex", 6);
         press(Qt::Key_Down, Qt::ShiftModifier);
@@ -938,7 +992,7 @@ private Q_SLOTS:
         press(Qt::Key_Up, Qt::ShiftModifier);
         QCOMPARE(list->property("currentIndex").toInt(), 5);
         press(Qt::Key_Left);
-        QCOMPARE(cursorUs(), later - 10);
+        QCOMPARE(cursorUs(), later - 2);
         press(Qt::Key_Right);
         QCOMPARE(cursorUs(), later); // of a line beside the current one
         QVERIFY(!visibleNamed(root(), "alsoChosenMark").isEmpty());

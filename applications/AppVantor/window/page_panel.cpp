@@ -2,6 +2,7 @@
 
 #include "gradual_rows.h"
 #include "page_source.h"
+#include "page_width.h"
 #include "reasons.h"
 #include "texts.h"
 
@@ -76,6 +77,11 @@ void PagePanel::setTool(QObject* tool)
     if (isComponentComplete()) {
         reload();
     }
+}
+
+double PagePanel::rowsWidth() const
+{
+    return m_page.isNull() ? 0 : pageWidth(m_tool->channels(), m_font);
 }
 
 bool PagePanel::hasRows() const

@@ -2,6 +2,7 @@
 
 #include <plugin_management/d_tool.h>
 
+#include <QFont>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -18,6 +19,10 @@ class PagePanel : public QQuickItem
     Q_PROPERTY(QQuickItem* page READ page NOTIFY pageChanged)
     /// Why there is no page, for people; empty when it is shown.
     Q_PROPERTY(QString problem READ problem NOTIFY pageChanged)
+    /// The font that the page's texts have.
+    Q_PROPERTY(QFont font MEMBER m_font)
+    /// The width at which the page shows all that its rows can hold; 0 for none.
+    Q_PROPERTY(double rowsWidth READ rowsWidth NOTIFY pageChanged)
     /// Which channel the last click on the page was for, and why it failed; empty when it did not.
     Q_PROPERTY(QString clickProblem READ clickProblem NOTIFY clickProblemChanged)
 
@@ -29,6 +34,7 @@ public:
     void setTool(QObject* tool);
     QQuickItem* page() const { return m_page; }
     QString problem() const { return m_problem; }
+    double rowsWidth() const;
     QString clickProblem() const { return m_clickProblem; }
     /// Forgets that a click failed.
     Q_INVOKABLE void dismissClickProblem() { setClickProblem(QString()); }
@@ -72,6 +78,7 @@ private:
 
     QPointer<DTool> m_tool;
     QPointer<QQuickItem> m_page;
+    QFont m_font;
     QString m_problem;
     QString m_clickProblem;
     bool m_valuesRequested = false;

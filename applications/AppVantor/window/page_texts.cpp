@@ -78,6 +78,9 @@ void PageTexts::giveLook(QQuickItem* text)
     text->setProperty("font", text->property("font").value<QFont>().resolve(m_font));
     if (text->property("elide").toInt() == Qt::ElideNone) {
         text->setProperty("elide", Qt::ElideMiddle);
+        if (text->property("horizontalAlignment").toInt() == Qt::AlignLeft) {
+            text->setProperty("minimumPixelSize", m_font.pixelSize());
+        }
     }
     if (text->property("color") == QColor(Qt::black)) {
         text->setProperty("color", m_color);

@@ -10,7 +10,7 @@
 
 /// Gives the texts of a page, which knows nothing of the bench's theme, the look of it. What a text sets of
 /// its font and how it is cut, and a colour other than black, which is that of Qt Quick's texts, it keeps; a
-/// text that is not cut anywhere is cut at its end.
+/// text that is not cut anywhere loses its middle, and where it stands in a column, without shrinking before.
 class PageTexts : public QObject, public QQmlParserStatus
 {
     Q_OBJECT

@@ -45,6 +45,8 @@ Item {
         return item instanceof Text && !(item instanceof UiLabel) && item.truncated ? item : null
     }
 
+    // What the header takes; the width of the content is the page's own.
+    implicitWidth: nameLabel.implicitWidth + Style.defSpacing + actions.width
     implicitHeight: flickable.y + flickable.contentHeight
 
     onContentItemChanged: {
@@ -107,6 +109,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
 
             UiLabel {
+                id: nameLabel
                 width: parent.width
                 text: panel.name
                 isBigger: true

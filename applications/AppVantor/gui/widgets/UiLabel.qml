@@ -10,7 +10,6 @@ Text {
     color: Style.text
     font.family: Style.fontFamily
     font.pixelSize: isBigger ? Style.titleSize : Style.textSize
-    minimumPixelSize: Style.smallestTextSize
     verticalAlignment: Text.AlignVCenter
     textFormat: Text.PlainText
     elide: Text.ElideMiddle

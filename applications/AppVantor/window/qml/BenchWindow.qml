@@ -32,7 +32,8 @@ Rectangle {
 
     // Where the user has dragged the gaps to.
     property real wantedToolsWidth: 176
-    property real wantedPageWidth: 560
+    // 0 for what its rows need.
+    property real wantedPageWidth: 0
     property real wantedCommandWidth: 448
     // A share of the height; 0 for what suits it.
     property real wantedLowerShare: 0
@@ -43,8 +44,10 @@ Rectangle {
     // Where they are: every pane keeps a least size while the window has room for it.
     readonly property real toolsWidth: toolsFolded ? 0 : bounded(96, wantedToolsWidth, width - 640)
     readonly property real besideTools: width - toolsWidth - 16
+    readonly property real pageWidth: wantedPageWidth > 0 ? wantedPageWidth
+                                                          : Math.min(pagePane.neededWidth, besideTools - 420)
     readonly property real boardWidth: pageFolded ? besideTools
-                                                  : bounded(320, besideTools - wantedPageWidth, besideTools - 320)
+                                                  : bounded(320, besideTools - pageWidth, besideTools - 320)
     readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
     readonly property real lowerHeight: lowerFolded ? 0 : bounded(120, wantedLowerShare > 0 ? wantedLowerShare * height
                                                                              : Math.max(height * 0.3, Math.min(300, height * 0.4)),

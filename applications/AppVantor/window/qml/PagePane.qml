@@ -7,6 +7,9 @@ FocusScope {
     id: root
 
     property alias tool: panel.tool
+    // The width at which nothing of the page is cut.
+    readonly property real neededWidth: Math.max(panel.rowsWidth, panel.page ? panel.page.implicitWidth : 0)
+                                        + panel.anchors.leftMargin + panel.anchors.rightMargin
 
     function refresh() {
         panel.refresh()
@@ -25,6 +28,7 @@ FocusScope {
         anchors.rightMargin: Style.defSpacing
         anchors.bottomMargin: clickBar.height
         visible: problem.length === 0
+        font: Qt.font({family: Style.fontFamily, pixelSize: Style.textSize})
     }
 
     EmptyState {
