@@ -1,4 +1,5 @@
 #include "example_bench.h"
+#include "line_states.h"
 #include "literals.h"
 
 #include <window/page_panel.h>
@@ -58,12 +59,33 @@ int drawUsed(BenchScene& scene, const WindowOptions& options, const std::functio
     return saved ? 0 : 1;
 }
 
-/// The courses alone, after as many of the five steps that find the width of a pulse.
-int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
+void foldAllButTheBoard(BenchScene& scene)
 {
     for (const char* pane : {"toolsFolded", "pageFolded", "lowerFolded"}) {
         scene.root().setProperty(pane, true);
     }
+}
+
+/// A board with lines in each state of what is known of them, while the device is there or when it is lost.
+int drawStates(ExampleBench& bench, bool lost, const WindowOptions& options)
+{
+    const std::unique_ptr<LineDevice> device = LineStates::make(&bench.scheduler());
+    BenchScene scene(device.get(), bench.tools(), options.theme);
+    foldAllButTheBoard(scene);
+    device->open();
+    bench.play(4000000);
+    device->setPluggedIn(!lost);
+    scene.lines().setLevel(LineStates::c_waiting, 0);
+    bench.play(2000000);
+    scene.clock().tick();
+    settle(scene);
+    return takePicture(scene, options);
+}
+
+/// The courses alone, after as many of the five steps that find the width of a pulse.
+int drawPulse(BenchScene& scene, int steps, const WindowOptions& options)
+{
+    foldAllButTheBoard(scene);
     return drawUsed(scene, options, [&](QQuickWindow& window) {
         const auto press = [&window](std::initializer_list<Qt::Key> keys) {
             for (const Qt::Key key : keys) {
@@ -157,7 +179,8 @@ int main(int argc, char** argv)
         words.append(QString::fromLocal8Bit(argv[number]));
     }
     if (words.size() != 7) {
-        qCritical("usage: make_pictures window|cursors|lost|panel|pulse1…pulse5|STATE LINES light|dark "
+        qCritical("usage: make_pictures window|cursors|lost|panel|states|statesLost|pulse1…pulse5|STATE "
+                  "LINES light|dark "
                   "WIDTHxHEIGHT SCALE LANGUAGE FILE.png");
         return 2;
     }
@@ -179,6 +202,9 @@ int main(int argc, char** argv)
         bench.play(3000000);
         PanelScene scene(&bench.tool(), options.theme);
         return takePicture(scene, options);
+    }
+    if (words.at(0).startsWith(QLatin1String("states"))) {
+        return drawStates(bench, words.at(0).endsWith(QLatin1String("Lost")), options);
     }
     BenchScene scene(&bench.board(), bench.tools(), options.theme);
     settle(scene);

@@ -26,7 +26,8 @@ Item {
     // What the level alone does not say, in a word.
     readonly property string remark: {
         if (model.status !== "known") {
-            return qsTrId("board_" + model.status)
+            const word = qsTrId("board_" + model.status)
+            return known ? "\u2026 " + word : word // without a control there is a mark
         }
         if (model.blinking) {
             return qsTrId("board_blinking")
