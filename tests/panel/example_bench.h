@@ -64,7 +64,7 @@ class ExampleBench
 
 public:
     /// As many lines and as many channels as lines, 4 or more.
-    explicit ExampleBench(int lines)
+    explicit ExampleBench(int lines, OutputsAtEnd outputsAtEnd = OutputsAtEnd::Vanish)
     {
         SimulatedBoardSetup setup;
         QVariantList channels;
@@ -87,7 +87,12 @@ public:
             channels.append(entry);
         }
         setup.wires.append({0, 1, 300000, false});
-        m_board = makeSimulatedBoard(setup, &m_scheduler, DevicePlace::SameThread);
+        m_board = std::make_unique<LineDevice>(
+            "Simulated board"_s, SimulatedBoard::linesOf(setup), &m_scheduler, DevicePlace::SameThread,
+            [setup](DScheduler* clock, LineListener* listener) {
+                return std::make_unique<SimulatedBoard>(setup, clock, listener);
+            },
+            outputsAtEnd);
         m_tool = std::make_unique<DTool>(toolEntry(channels, "Front panel"_s), builtPlugin(), m_board.get());
         m_board->open();
     }

@@ -12,6 +12,8 @@
 #include <QClipboard>
 #include <QQuickWindow>
 
+Q_DECLARE_METATYPE(OutputsAtEnd)
+
 /// The bench window, used by hand and by keyboard.
 class TestBenchWindow : public QuietTest
 {
@@ -1161,10 +1163,8 @@ private Q_SLOTS:
         QTRY_COMPARE(m_scene->orders().running(), 1);
         QVERIFY(!closes());
         QTRY_VERIFY(isShown("closeReason"));
-        QCOMPARE(
-            itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
-            "1 order still runs and would be stopped. These lines blink, which would end; each would be left "
-            "as it is then: do0."_s);
+        QCOMPARE(itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
+                 "1 order still runs and would be stopped. These lines blink, which would end: do0."_s);
         PanelFixture::click(itemNamed(window().contentItem(), "closeCancel"_s));
         QTRY_VERIFY(!isShown("closeReason"));
         QCOMPARE(confirmed.count(), 0);
@@ -1183,6 +1183,8 @@ private Q_SLOTS:
 
     void leavingOutputsOnIsAskedAbout()
     {
+        close();
+        open(8, OutputsAtEnd::Stay);
         CloseGuard guard(*m_scene, &window());
         m_scene->orders().run(&m_bench->tool(), "setValue"_s,
                               {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
@@ -1202,6 +1204,37 @@ private Q_SLOTS:
         QTRY_COMPARE(m_scene->orders().running(), 0);
         m_scene->clock().tick();
         QCOMPARE(reason->property("text").toString(), "No output is on."_s);
+    }
+
+    void whatBecomesOfTheOutputsIsUpToTheDevice_data()
+    {
+        const Rows<OutputsAtEnd, QString, QString> row("outputsAtEnd", "on", "blinking");
+        row("simulated", OutputsAtEnd::Vanish, QString(), "These lines blink, which would end: do0."_s);
+        row("of a chip", OutputsAtEnd::Released,
+            "These outputs are on, and would be left so: do0. Whether a released line keeps its level is up "
+            "to its "
+            "driver."_s,
+            "These lines blink, which would end; each would be left as it is then: do0. Whether a released "
+            "line keeps "
+            "its level is up to its driver."_s);
+        row("of a rig", OutputsAtEnd::Stay, "These outputs are on, and would be left so: do0."_s,
+            "These lines blink, which would end; each would be left as it is then: do0."_s);
+    }
+    void whatBecomesOfTheOutputsIsUpToTheDevice()
+    {
+        const auto [outputsAtEnd, on, blinking] = Rows<OutputsAtEnd, QString, QString>::values();
+        close();
+        open(8, outputsAtEnd);
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "ON"_s}});
+        QTRY_COMPARE(m_bench->board().level(0).level, 1);
+        QTRY_COMPARE(m_scene->orders().running(), 0);
+        QCOMPARE(m_scene->reasonToStay(), on);
+        m_scene->orders().run(&m_bench->tool(), "setValue"_s,
+                              {{"channel"_s, "START"_s}, {"state"_s, "BLINK"_s}, {"dutyCycle"_s, 50}});
+        QTRY_VERIFY(m_bench->board().blinks(0));
+        QTRY_COMPARE(m_scene->orders().running(), 0);
+        QCOMPARE(m_scene->reasonToStay(), blinking);
     }
 
     /// What is behind it is dimmed and out of reach.
@@ -1232,7 +1265,7 @@ private Q_SLOTS:
     void whatStaysOnIsNamedAsFarAsThereIsRoom()
     {
         close();
-        open(100);
+        open(100, OutputsAtEnd::Stay);
         for (int line = 0; line < 100; line += 4) {
             const QString channel = m_bench->tool().channels().at(line).id;
             m_scene->orders().run(&m_bench->tool(), "setValue"_s,
@@ -1375,9 +1408,9 @@ private Q_SLOTS:
     }
 
 private:
-    void open(int lines)
+    void open(int lines, OutputsAtEnd outputsAtEnd = OutputsAtEnd::Vanish)
     {
-        m_bench = std::make_unique<ExampleBench>(lines);
+        m_bench = std::make_unique<ExampleBench>(lines, outputsAtEnd);
         show(m_bench->tools());
     }
 

@@ -593,6 +593,18 @@
         <source></source>
         <translation>These lines blink, which would end; each would be left as it is then: %1.</translation>
     </message>
+    <message id="close_blinking_ends">
+        <source></source>
+        <translation>These lines blink, which would end: %1.</translation>
+    </message>
+    <message id="close_simulated">
+        <source></source>
+        <translation>Nothing stays on: the simulated lines end with the bench.</translation>
+    </message>
+    <message id="close_released">
+        <source></source>
+        <translation>Whether a released line keeps its level is up to its driver.</translation>
+    </message>
     <message id="close_recording">
         <source></source>
         <translation>A trace is recorded, which would end.</translation>

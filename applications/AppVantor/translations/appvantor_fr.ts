@@ -593,6 +593,18 @@
         <source></source>
         <translation>Ces lignes clignotent ; cela cesserait, et chacune resterait comme elle est alors : %1.</translation>
     </message>
+    <message id="close_blinking_ends">
+        <source></source>
+        <translation>Ces lignes clignotent ; cela cesserait : %1.</translation>
+    </message>
+    <message id="close_simulated">
+        <source></source>
+        <translation>Rien ne reste actif : les lignes simulées disparaissent avec le banc.</translation>
+    </message>
+    <message id="close_released">
+        <source></source>
+        <translation>Une ligne relâchée garde ou non son niveau, selon son pilote.</translation>
+    </message>
     <message id="close_recording">
         <source></source>
         <translation>Une trace est enregistrée ; elle se terminerait.</translation>

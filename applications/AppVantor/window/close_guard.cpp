@@ -45,6 +45,6 @@ void CloseGuard::tellAnew()
 {
     if (m_scene.root().property("asksToLeave").toBool()) {
         const QString reason = m_scene.reasonToStay();
-        m_scene.root().setProperty("reasonToStay", reason.isEmpty() ? qtTrId("close_nothing_on") : reason);
+        m_scene.root().setProperty("reasonToStay", reason.isEmpty() ? m_scene.nothingStaysOn() : reason);
     }
 }

@@ -139,6 +139,11 @@ QString LinesModel::deviceName() const
     return m_device.isNull() ? QString() : m_device->objectName();
 }
 
+OutputsAtEnd LinesModel::outputsAtEnd() const
+{
+    return m_device.isNull() ? OutputsAtEnd::Vanish : m_device->outputsAtEnd();
+}
+
 const LineHistory* LinesModel::history(int line) const
 {
     return line >= 0 && line < m_lines.size() ? &m_histories.at(static_cast<std::size_t>(line)) : nullptr;

@@ -56,6 +56,7 @@ public:
     QString state() const;
     QString problem() const;
     QString deviceName() const;
+    OutputsAtEnd outputsAtEnd() const;
     int count() const { return m_lines.size(); }
 
     /// What line did: until now, or while the clock stands still, until it stopped, also where that is told

@@ -205,9 +205,15 @@ QSet<QString> BenchScene::drivenLines() const
     return lines;
 }
 
+QString BenchScene::nothingStaysOn() const
+{
+    return qtTrId(m_lines.outputsAtEnd() == OutputsAtEnd::Vanish ? "close_simulated" : "close_nothing_on");
+}
+
 /// What becomes of the outputs when the bench is left, for people; empty where none is on and none blinks.
 QString BenchScene::outputsAtEnd() const
 {
+    const OutputsAtEnd atEnd = m_lines.outputsAtEnd();
     const QSet<QString> switchedOff = m_offAtEnd ? drivenLines() : QSet<QString>();
     QStringList blinking;
     QStringList stayingOn;
@@ -223,11 +229,17 @@ QString BenchScene::outputsAtEnd() const
         }
     }
     QStringList parts;
+    if (atEnd == OutputsAtEnd::Vanish) {
+        return blinking.isEmpty() ? QString() : qtTrId("close_blinking_ends").arg(someOf(blinking));
+    }
     if (!blinking.isEmpty()) {
         parts += qtTrId("close_blinking").arg(someOf(blinking));
     }
     if (!stayingOn.isEmpty()) {
         parts += qtTrId("close_stays_on").arg(someOf(stayingOn));
+    }
+    if (atEnd == OutputsAtEnd::Released && !parts.isEmpty()) {
+        parts += qtTrId("close_released");
     }
     if (!goingOff.isEmpty()) {
         parts += qtTrId("close_goes_off").arg(someOf(goingOff));
@@ -252,7 +264,7 @@ QString BenchScene::reasonToStay() const
     if (!outputs.isEmpty()) {
         parts += outputs;
     } else if (!parts.isEmpty()) {
-        parts += qtTrId("close_nothing_on");
+        parts += nothingStaysOn();
     }
     return parts.join(QLatin1Char(' '));
 }

@@ -84,6 +84,8 @@ public:
     void setOffAtEnd(bool off) { m_offAtEnd = off; }
     /// What would end, stay on or go off if the bench were left, for people; empty for nothing.
     QString reasonToStay() const;
+    /// That nothing would stay on then, for people.
+    QString nothingStaysOn() const;
 
 private:
     QSet<QString> drivenLines() const;

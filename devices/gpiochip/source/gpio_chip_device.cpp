@@ -386,8 +386,10 @@ void GpioChipDevice::endCourse(const Held& held, int error, std::vector<std::pai
 std::unique_ptr<LineDevice> makeGpioChipDevice(const GpioChipSetup& setup, DScheduler* scheduler,
                                                DevicePlace place)
 {
-    return std::make_unique<LineDevice>(QStringLiteral("GPIO lines"), GpioChipDevice::linesOf(setup),
-                                        scheduler, place, [setup](DScheduler* clock, LineListener* listener) {
-                                            return std::make_unique<GpioChipDevice>(setup, clock, listener);
-                                        });
+    return std::make_unique<LineDevice>(
+        QStringLiteral("GPIO lines"), GpioChipDevice::linesOf(setup), scheduler, place,
+        [setup](DScheduler* clock, LineListener* listener) {
+            return std::make_unique<GpioChipDevice>(setup, clock, listener);
+        },
+        OutputsAtEnd::Released);
 }

@@ -9,9 +9,11 @@
 #include <algorithm>
 
 LineDevice::LineDevice(const QString& name, const QVector<DLine>& lines, DScheduler* scheduler,
-                       DevicePlace place, const LineDriverMaker& maker, QObject* parent)
+                       DevicePlace place, const LineDriverMaker& maker, OutputsAtEnd outputsAtEnd,
+                       QObject* parent)
     : DDevice(name, scheduler, parent)
     , m_lines(lines)
+    , m_outputsAtEnd(outputsAtEnd)
     , m_levels(lines.size())
 {
     LineListener* const listener = this;

@@ -48,10 +48,12 @@ QString thisHolder()
 std::unique_ptr<LineDevice> makeRigDevice(const RigDeviceSetup& setup, DScheduler* scheduler,
                                           DevicePlace place)
 {
-    return std::make_unique<LineDevice>(QStringLiteral("rig"), rigLines(setup), scheduler, place,
-                                        [setup](DScheduler* clock, LineListener* listener) {
-                                            return std::make_unique<RigDevice>(setup, clock, listener);
-                                        });
+    return std::make_unique<LineDevice>(
+        QStringLiteral("rig"), rigLines(setup), scheduler, place,
+        [setup](DScheduler* clock, LineListener* listener) {
+            return std::make_unique<RigDevice>(setup, clock, listener);
+        },
+        OutputsAtEnd::Stay);
 }
 
 RigDevice::RigDevice(const RigDeviceSetup& setup, DScheduler* scheduler, LineListener* listener)

@@ -14,6 +14,14 @@ enum class DevicePlace
     Count
 };
 
+/// What becomes of the outputs of a device when the program lets go of it.
+enum class OutputsAtEnd
+{
+    Vanish,   ///< they are a part of the program
+    Released, ///< whether they keep their levels is up to their driver
+    Stay      ///< they keep their levels
+};
+
 /// A device of named lines as the program sees it: its requests, and the levels of its lines as they were
 /// told last. The device itself stands behind it.
 class Q_DECL_EXPORT LineDevice : public DDevice, private LineListener
@@ -25,7 +33,8 @@ public:
     /// Makes the closed device called name with these lines. scheduler belongs to this thread and must
     /// outlive the device.
     LineDevice(const QString& name, const QVector<DLine>& lines, DScheduler* scheduler, DevicePlace place,
-               const LineDriverMaker& maker, QObject* parent = nullptr);
+               const LineDriverMaker& maker, OutputsAtEnd outputsAtEnd = OutputsAtEnd::Stay,
+               QObject* parent = nullptr);
     ~LineDevice() override;
 
     bool isRecurring(const QString& instruction) const override;
@@ -35,6 +44,8 @@ public:
     const QVector<DLine>& lines() const { return m_lines; }
     /// Level of a line as it was told last; an unknown one of a line that does not exist.
     LineLevel level(int line) const { return m_levels.value(line); }
+
+    OutputsAtEnd outputsAtEnd() const { return m_outputsAtEnd; }
 
     /// True while requests make a line blink.
     bool blinks(int line) const { return m_blinking.contains(line); }
@@ -73,6 +84,7 @@ private:
     void forgetLevels(qint64 timeUs);
 
     const QVector<DLine> m_lines;
+    const OutputsAtEnd m_outputsAtEnd;
     QVector<LineLevel> m_levels;
     QSet<int> m_blinking;
     std::unique_ptr<LineDriver> m_driver;
