@@ -58,6 +58,11 @@ void LineFilter::showHidden()
     Q_EMIT hiddenChanged();
 }
 
+int LineFilter::rowOf(int line) const
+{
+    return mapFromSource(sourceModel()->index(line, 0)).row();
+}
+
 bool LineFilter::move(int row, int by)
 {
     if (row < 0 || row >= rowCount() || row + by < 0 || row + by >= rowCount()) {

@@ -28,6 +28,8 @@ public:
 
     void setSourceModel(QAbstractItemModel* model) override;
 
+    /// The row of a line of the source; -1 where it is not shown.
+    Q_INVOKABLE int rowOf(int line) const;
     /// Hides these lines of the source; those that are not there are passed over.
     Q_INVOKABLE void hide(const QList<int>& lines);
     /// Shows all lines that were hidden.

@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtQuick.Window 2.15
 import QtQuick.Templates 2.15 as T
 import AppVantor 1.0
 import "../../gui/widgets"
@@ -90,6 +89,13 @@ Pane {
         }
     }
 
+    // The chosen line stays chosen, wherever it goes.
+    function toggleGroups() {
+        const line = chosenLine
+        filter.grouped = !filter.grouped
+        list.currentIndex = line >= 0 ? filter.rowOf(line) : 0
+    }
+
     function lineAt(y) {
         const item = list.itemAt(0, y - list.y + list.contentY)
         return y >= list.y && item ? item.line : -1
@@ -153,7 +159,7 @@ Pane {
             hideChosen()
             return true
         case Qt.Key_G:
-            filter.grouped = !filter.grouped
+            toggleGroups()
             return true
         case Qt.Key_T:
             trigger.next(chosenLine)
@@ -162,7 +168,7 @@ Pane {
         return false
     }
 
-        // The keys that only the list of lines has.
+    // The keys that only the list of lines has.
     function useListKey(key) {
         const item = list.currentItem
         switch (item ? key : -1) {
@@ -195,7 +201,7 @@ Pane {
         return false
     }
 
-function exportCourses() {
+    function exportCourses() {
         saveBar.write = file => exporter.save(file)
         saveBar.done = qsTrId("save_done")
         saveBar.open("courses.csv")
@@ -250,7 +256,7 @@ function exportCourses() {
                     {text: qsTrId("lines_down"), keys: "Alt+\u2193", enabled: list.currentIndex < list.count - 1,
                      run: () => root.moveLine(1)},
                     {text: root.filter.grouped ? qsTrId("lines_ungroup") : qsTrId("lines_group"), keys: "G", enabled: true,
-                     run: () => root.filter.grouped = !root.filter.grouped},
+                     run: () => root.toggleGroups()},
                     {text: qsTrId("lines_trigger"), keys: "T", enabled: root.chosenLine >= 0,
                      run: () => root.trigger.next(root.chosenLine)},
                     {text: qsTrId("export_courses"), keys: "E", enabled: list.count > 0, run: () => root.exportCourses()},
@@ -268,25 +274,11 @@ function exportCourses() {
         }
     ]
 
-    Rectangle {
+    DeviceNotice {
         id: notice
         width: parent.width
-        height: visible ? noticeText.implicitHeight + 2 * Style.defSpacing : 0
-        visible: root.lines.state !== "Connected"
-        color: Style.surfaceRaised
-
-        UiLabel {
-            id: noticeText
-            x: root.inset
-            width: parent.width - 2 * root.inset
-            anchors.verticalCenter: parent.verticalCenter
-            text: root.lines.state === "Connecting" ? qsTrId("board_connecting")
-                  : (root.lines.state === "Unreachable" ? qsTrId("board_not_connected_because").arg(root.lines.problem)
-                                                        : qsTrId("board_not_connected"))
-            wrapMode: TextEdit.Wrap
-            elide: Qt.ElideNone
-            color: root.lines.state === "Unreachable" ? Style.error : Style.text
-        }
+        lines: root.lines
+        inset: root.inset
     }
 
     SaveBar {
@@ -303,86 +295,19 @@ function exportCourses() {
         }
     }
 
-    Item {
+    TimeAxis {
         id: axis
         anchors.top: saveBar.bottom
         width: parent.width
         height: visible ? 24 : 0
         visible: list.count > 0
-
-        UiLabel {
-            objectName: "heldMark"
-            x: root.inset
-            width: ruler.x - x - Style.defSpacing
-            height: parent.height
-            visible: root.held
-            text: root.clock.running ? "\u25c0 " + qsTrId("board_past") : "\u2016 " + qsTrId("board_held")
-            color: Style.accent
-            font.bold: true
-            font.pixelSize: Style.smallTextSize
-
-            Accessible.role: Accessible.Button
-            Accessible.name: text
-            Accessible.description: qsTrId("board_resume_hint")
-            Accessible.onPressAction: root.view.goLive()
-
-            MouseArea {
-                anchors.fill: parent
-                cursorShape: Qt.PointingHandCursor
-                onClicked: root.view.goLive()
-            }
-        }
-
-        Item {
-            id: ruler
-            x: root.inset + columnWidths.names + columnWidths.control + 2 * Style.defSpacing
-            width: parent.width - x - root.inset - columnWidths.level - Style.defSpacing
-            height: parent.height
-
-            Binding {
-                target: root.view
-                property: "width"
-                value: ruler.width
-            }
-
-            Binding {
-                target: root.view
-                property: "pixelRatio"
-                value: Screen.devicePixelRatio
-            }
-
-            Repeater {
-                model: root.view.marks
-
-                UiLabel {
-                    objectName: "axisMark"
-                    x: ruler.width * modelData.share - width / 2
-                    height: ruler.height
-                    visible: root.pointedShare < 0
-                    text: modelData.text
-                    font.pixelSize: Style.smallTextSize
-                    color: Style.textSecondary
-                }
-            }
-
-            UiLabel {
-                objectName: "pointedTime"
-                x: Math.max(0, Math.min(ruler.width - width, ruler.width * root.pointedShare - width / 2))
-                height: ruler.height
-                visible: root.pointedShare >= 0
-                text: visible ? root.view.timeText(root.pointedShare) : ""
-                font.pixelSize: Style.smallTextSize
-                font.bold: true
-            }
-        }
-
-        Rectangle {
-            anchors.bottom: parent.bottom
-            x: root.inset
-            width: parent.width - 2 * x
-            height: 1
-            color: Style.separator
-        }
+        view: root.view
+        clock: root.clock
+        held: root.held
+        pointedShare: root.pointedShare
+        inset: root.inset
+        coursesX: root.inset + columnWidths.names + columnWidths.control + 2 * Style.defSpacing
+        coursesWidth: width - coursesX - root.inset - columnWidths.level - Style.defSpacing
     }
 
     ListView {
@@ -448,17 +373,17 @@ function exportCourses() {
     FocusScope {
         id: courses
         objectName: "courses"
-        x: ruler.x
+        x: axis.coursesX
         anchors.top: axis.top
         anchors.bottom: triggerBar.top
-        width: ruler.width
+        width: axis.coursesWidth
         visible: list.count > 0
         activeFocusOnTab: true
         clip: true
 
         Accessible.role: Accessible.Chart
         Accessible.name: qsTrId("courses_title")
-        Accessible.description: cursorsLabel.text
+        Accessible.description: reading.cursorsText
         Accessible.focusable: true
 
         Keys.onPressed: event.accepted = root.useKey(event) || (root.isPlain(event) && root.useCoursesKey(event.key))
@@ -471,74 +396,11 @@ function exportCourses() {
             shown: courses.activeFocus
         }
 
-        Repeater {
-            model: root.view.cursors
-
-            Item {
-                objectName: "cursor" + modelData.number
-                x: Math.round(courses.width * modelData.share)
-                height: courses.height
-                visible: modelData.share >= 0 && modelData.share <= 1
-
-                Rectangle {
-                    id: numberLabel
-                    x: -8
-                    anchors.bottom: parent.bottom
-                    width: 16
-                    height: 16
-                    radius: Style.radius
-                    color: Style.text
-
-                    UiLabel {
-                        anchors.centerIn: parent
-                        text: modelData.number
-                        color: Style.surface
-                        font.bold: true
-                        font.pixelSize: Style.smallTextSize
-                    }
-                }
-
-                Rectangle {
-                    y: axis.height
-                    width: 1
-                    height: numberLabel.y - y
-                    color: Style.text
-                }
-            }
-        }
-
-        // Where the trigger has found what it waits for. They move all the time, and stay the same items.
-        Repeater {
-            id: triggerMarks
-
-            readonly property var shares: root.trigger.marks
-            property int most: 0
-
-            model: most
-            onSharesChanged: most = Math.max(most, shares.length)
-
-            Item {
-                objectName: "triggerMark"
-                x: visible ? Math.round(courses.width * triggerMarks.shares[index]) : 0
-                height: courses.height
-                visible: index < triggerMarks.shares.length
-
-                // Below the times of the axis, which it would cover, and above the course of the first line.
-                UiLabel {
-                    x: -width / 2
-                    y: axis.height
-                    text: "\u25bc"
-                    color: Style.accent
-                    font.pixelSize: Style.smallestTextSize
-                }
-
-                Rectangle {
-                    y: axis.height
-                    width: 1
-                    height: parent.height - y
-                    color: Style.accent
-                }
-            }
+        CourseMarks {
+            anchors.fill: parent
+            view: root.view
+            trigger: root.trigger
+            coursesY: axis.height
         }
 
         Rectangle {
@@ -580,108 +442,27 @@ function exportCourses() {
         }
     }
 
-    // What the trigger waits for, and what has come of it.
-    Rectangle {
+    TriggerBar {
         id: triggerBar
         objectName: "triggerBar"
         anchors.bottom: reading.top
         width: parent.width
-        height: visible ? (stacked ? 64 : 40) : 0
         visible: root.trigger.active && list.count > 0
-        color: Style.surfaceRaised
-
-        // The text has a line of its own where there is not room for it beside the controls.
-        readonly property bool stacked: triggerText.implicitWidth + triggerControls.width + 2 * root.inset
-                                        + Style.defSpacing > width
-
-        UiLabel {
-            id: triggerText
-            objectName: "triggerText"
-            x: root.inset
-            width: (triggerBar.stacked ? parent.width - root.inset : triggerControls.x - Style.defSpacing) - x
-            height: triggerBar.stacked ? 28 : parent.height
-            text: qsTrId("trigger_text", root.trigger.count).arg(root.trigger.text)
-            font.pixelSize: Style.smallTextSize
-
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-        }
-
-        Row {
-            id: triggerControls
-            anchors.right: parent.right
-            anchors.rightMargin: root.inset
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: (triggerBar.stacked ? 36 : parent.height) / 2 - height / 2
-            spacing: Style.defSpacing
-
-            UiComboBox {
-                objectName: "triggerMode"
-
-                readonly property var modes: ["at", "around", "from", "none"]
-
-                width: 128
-                model: modes.map(mode => qsTrId("trigger_" + mode))
-                currentIndex: modes.indexOf(root.trigger.mode)
-                Accessible.name: qsTrId("trigger_mode")
-                onActivated: root.trigger.mode = modes[index]
-            }
-
-            UiButton {
-                objectName: "triggerClear"
-                text: qsTrId("trigger_clear")
-                onClicked: root.trigger.clear()
-            }
-        }
+        trigger: root.trigger
+        inset: root.inset
     }
 
-    Item {
+    CourseReading {
         id: reading
         anchors.bottom: parent.bottom
         width: parent.width
-        height: list.count > 0 ? 28 : 0
+        height: visible ? 28 : 0
         visible: list.count > 0
-
-        readonly property string measured: {
-            if (root.pointedShare < 0) {
-                return ""
-            }
-            root.view.fromUs // what is under the pointer moves
-            return root.view.measureText(root.lineAt(pointer.mouseY + courses.y), root.pointedShare)
-        }
-
-        Rectangle {
-            width: parent.width
-            height: 1
-            color: Style.separator
-        }
-
-        UiLabel {
-            objectName: "measured"
-            x: root.inset
-            width: Math.max(0, parent.width - 2 * x
-                               - (cursorsLabel.width > 0 ? cursorsLabel.width + Style.defSpacing * 2 : 0))
-            height: parent.height
-            text: reading.measured.length > 0 ? reading.measured : qsTrId("courses_hint")
-            color: reading.measured.length > 0 ? Style.text : Style.textSecondary
-            font.pixelSize: Style.smallTextSize
-        }
-
-        UiLabel {
-            id: cursorsLabel
-            objectName: "cursorsText"
-            anchors.right: parent.right
-            anchors.rightMargin: root.inset
-            width: Math.min(implicitWidth, parent.width - 2 * root.inset)
-            height: parent.height
-            text: {
-                const selected = root.chosenLine >= 0 && root.view.cursors.length === 2
-                                 ? root.view.selectionText(root.chosenLine) : ""
-                return selected.length > 0 ? root.view.cursorsText + " \u00b7 " + selected : root.view.cursorsText
-            }
-            font.bold: true
-            font.pixelSize: Style.smallTextSize
-        }
+        view: root.view
+        inset: root.inset
+        line: root.chosenLine
+        pointedLine: root.pointedShare >= 0 ? root.lineAt(pointer.mouseY + courses.y) : -1
+        pointedShare: root.pointedShare
     }
 
     EmptyState {
