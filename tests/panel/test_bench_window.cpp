@@ -562,6 +562,16 @@ private Q_SLOTS:
         QTRY_VERIFY(label->isVisible());
         const QString text = label->property("text").toString();
         QVERIFY2(QRegularExpression("^\u2212[45]\\.\\d\\d s$"_s).match(text).hasMatch(), qPrintable(text));
+        // Held, it counts from what was the present, and on as soon as the courses run.
+        m_scene->courses().pan(0);
+        m_bench->scheduler().advance(7000000);
+        m_scene->clock().tick();
+        QCOMPARE(label->property("text").toString(), text);
+        m_scene->courses().zoom(0.5, 0.5);
+        m_scene->courses().goLive();
+        QVERIFY2(
+            QRegularExpression("^\u22129\\.\\d+ s$"_s).match(label->property("text").toString()).hasMatch(),
+            qPrintable(label->property("text").toString()));
         QTest::mouseMove(&window(), QPoint(5, 5));
         QTRY_VERIFY(!label->isVisible());
     }
@@ -957,8 +967,14 @@ private Q_SLOTS:
         QCOMPARE(list->property("currentIndex").toInt(), 1);
         QTest::keyClick(&window(), Qt::Key_H);
         QCOMPARE(names(), "di0 ai0 ao0"_s);
+        const auto chosen = [list] {
+            const auto* row = list->property("currentItem").value<QQuickItem*>();
+            return row != nullptr ? row->property("line").toInt() : -1;
+        };
+        QTRY_COMPARE(chosen(), 2); // ai0
         QTest::keyClick(&window(), Qt::Key_G);
         QCOMPARE(names(), "ai0 ai1 ao0"_s);
+        QTRY_COMPARE(chosen(), 2); // in its new place
         QTRY_COMPARE(visibleNamed(root(), "groupName").size(), 4);
         // The same from the menu.
         PanelFixture::click(itemNamed(&root(), "linesButton"_s));
@@ -1163,8 +1179,9 @@ private Q_SLOTS:
         QTRY_COMPARE(m_scene->orders().running(), 1);
         QVERIFY(!closes());
         QTRY_VERIFY(isShown("closeReason"));
-        QCOMPARE(itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
-                 "1 order still runs and would be stopped. These lines blink, which would end: do0."_s);
+        QCOMPARE(
+            itemNamed(window().contentItem(), "closeReason"_s)->property("text").toString(),
+            "1 order still runs and would be stopped. These lines blink, which would end: do0. Nothing stays on: the simulated lines end with the bench."_s);
         PanelFixture::click(itemNamed(window().contentItem(), "closeCancel"_s));
         QTRY_VERIFY(!isShown("closeReason"));
         QCOMPARE(confirmed.count(), 0);
@@ -1209,7 +1226,8 @@ private Q_SLOTS:
     void whatBecomesOfTheOutputsIsUpToTheDevice_data()
     {
         const Rows<OutputsAtEnd, QString, QString> row("outputsAtEnd", "on", "blinking");
-        row("simulated", OutputsAtEnd::Vanish, QString(), "These lines blink, which would end: do0."_s);
+        row("simulated", OutputsAtEnd::Vanish, QString(),
+            "These lines blink, which would end: do0. Nothing stays on: the simulated lines end with the bench."_s);
         row("of a chip", OutputsAtEnd::Released,
             "These outputs are on, and would be left so: do0. Whether a released line keeps its level is up "
             "to its "

@@ -230,7 +230,9 @@ QString BenchScene::outputsAtEnd() const
     }
     QStringList parts;
     if (atEnd == OutputsAtEnd::Vanish) {
-        return blinking.isEmpty() ? QString() : qtTrId("close_blinking_ends").arg(someOf(blinking));
+        return blinking.isEmpty() ? QString()
+                                  : qtTrId("close_blinking_ends").arg(someOf(blinking)) + QLatin1Char(' ') +
+                                        nothingStaysOn();
     }
     if (!blinking.isEmpty()) {
         parts += qtTrId("close_blinking").arg(someOf(blinking));

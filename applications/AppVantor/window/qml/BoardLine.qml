@@ -82,7 +82,7 @@ Item {
     }
 
     UiFocusRing {
-        anchors.margins: 2
+        anchors.margins: 0 // what is remarked below the control stays readable
         z: 1 // above the course
         shown: root.current && root.focused
     }
