@@ -8,6 +8,7 @@
 #include <plugin_management/d_order.h>
 #include <plugin_management/d_tool.h>
 #include <process/diagnostics.h>
+#include <process/time_text.h>
 
 #include <utility>
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr int c_longestMs = 86400000;
 constexpr qint64 c_usPerMs = 1000;
-constexpr double c_usPerSecond = 1000000.0;
 constexpr qint64 c_readingPauseUs = 20 * c_usPerMs;
 
 } // namespace

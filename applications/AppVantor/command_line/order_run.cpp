@@ -5,12 +5,9 @@
 #include <plugin_management/d_scheduler.h>
 #include <plugin_management/d_tool.h>
 #include <process/failure_status.h>
+#include <process/time_text.h>
 
 #include <algorithm>
-
-namespace {
-constexpr double c_usPerSecond = 1000000.0;
-}
 
 OrderRun::OrderRun(DTool* tool, const std::vector<Invocation>& invocations)
     : m_tool(tool)

@@ -65,7 +65,7 @@ Settings readSettings(const ConfigObject& entry)
     return settings;
 }
 
-GpioChipSetup::Line readLine(const ConfigObject& entry)
+GpioChipSetup::Line readGpioLine(const ConfigObject& entry)
 {
     const QString kind = QStringLiteral("kind");
     entry.allowOnly({QStringLiteral("name"), QStringLiteral("chip"), lineKey(), QStringLiteral("direction"),
@@ -105,7 +105,7 @@ GpioChipSetup readGpioLines(const ConfigObject& device)
     QSet<QString> names;
     QSet<QString> places;
     for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
-        const GpioChipSetup::Line line = readLine(entry);
+        const GpioChipSetup::Line line = readGpioLine(entry);
         setup.lines.append(line);
         if (!entry.isSound()) {
             continue;

@@ -10,7 +10,7 @@
 
 namespace {
 
-using Json = nlohmann::json;
+using JsonParser = nlohmann::json;
 
 /// The bytes of a text, of which it is known how many have been read.
 class ByteReader : public std::streambuf
@@ -25,7 +25,7 @@ public:
 };
 
 /// Builds the nodes of a text while it is read.
-class NodeBuilder : public nlohmann::json_sax<Json>
+class NodeBuilder : public nlohmann::json_sax<JsonParser>
 {
 public:
     NodeBuilder(const QByteArray& text, const ByteReader& reader, QVector<JsonMistake>* mistakes)
@@ -60,7 +60,7 @@ public:
         return true;
     }
     bool parse_error(std::size_t position, const std::string& /*token*/,
-                     const Json::exception& /*error*/) override
+                     const JsonParser::exception& /*error*/) override
     {
         const int last = static_cast<int>(position) - 1;
         const int start = qMin(begin(), qMax(0, last));
@@ -197,7 +197,7 @@ std::optional<JsonNode> readJson(const QByteArray& text, QVector<JsonMistake>* m
     ByteReader reader(text);
     std::istream stream(&reader);
     NodeBuilder builder(text, reader, mistakes);
-    if (!Json::sax_parse(stream, &builder)) {
+    if (!JsonParser::sax_parse(stream, &builder)) {
         return std::nullopt;
     }
     return builder.takeRoot();

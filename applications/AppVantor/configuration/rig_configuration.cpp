@@ -11,7 +11,7 @@ QString readFileName(const ConfigObject& device, const QString& key, const QStri
     return name.isEmpty() ? name : QDir::cleanPath(QDir(folder).absoluteFilePath(name));
 }
 
-RigDeviceSetup::Line readLine(const ConfigObject& entry)
+RigDeviceSetup::Line readRigLine(const ConfigObject& entry)
 {
     const QString line = QStringLiteral("line");
     entry.allowOnly({QStringLiteral("name"), line, QStringLiteral("kind"), QStringLiteral("direction")});
@@ -66,7 +66,7 @@ RigDeviceSetup readRigLines(const ConfigObject& device, const QString& folder)
     QSet<QString> names;
     QSet<QString> linesThere;
     for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
-        const RigDeviceSetup::Line line = readLine(entry);
+        const RigDeviceSetup::Line line = readRigLine(entry);
         if (!line.line.name.isEmpty() && names.contains(line.line.name)) {
             entry.addProblem(
                 QStringLiteral("name"),

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr qint64 c_usPerSecond = 1000000;
-
 struct LocalSecond
 {
     qint64 sinceEpoch = std::numeric_limits<qint64>::min(); ///< that of no time

@@ -3,12 +3,13 @@
 #include "line_history.h"
 #include "texts.h"
 
+#include <process/time_text.h>
+
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double c_usPerSecond = 1e6;
 constexpr int c_usDecimals = 6;
 
 /// Decimals of seconds that show steps of so many microseconds.

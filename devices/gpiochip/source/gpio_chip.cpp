@@ -27,11 +27,6 @@ QString textOf(const char (&field)[Size])
     return QString::fromUtf8(field, static_cast<int>(strnlen(field, Size)));
 }
 
-quint64 bitOf(int position)
-{
-    return quint64{1} << static_cast<unsigned>(position);
-}
-
 quint64 flagsOf(const Settings& settings)
 {
     constexpr std::array<quint64, 4> biases = {
@@ -69,14 +64,14 @@ bool share(gpio_v2_line_config* config, int position, const gpio_v2_line_attribu
     for (quint32 index = 0; index < config->num_attrs; ++index) {
         gpio_v2_line_config_attribute& shared = config->attrs[index];
         if (areSame(shared.attr, attribute)) {
-            shared.mask |= bitOf(position);
+            shared.mask |= GpioRequest::bitOf(position);
             return true;
         }
     }
     if (config->num_attrs == GPIO_V2_LINE_NUM_ATTRS_MAX) {
         return false;
     }
-    config->attrs[config->num_attrs++] = {attribute, bitOf(position)};
+    config->attrs[config->num_attrs++] = {attribute, GpioRequest::bitOf(position)};
     return true;
 }
 
@@ -126,8 +121,8 @@ gpio_v2_line_config configurationOf(const QVector<GpioWish>& lines, bool asIs, i
             break;
         }
         if (settings.output) {
-            config.attrs[0].mask |= bitOf(*count);
-            config.attrs[0].attr.values |= settings.level.value_or(0) != 0 ? bitOf(*count) : 0;
+            config.attrs[0].mask |= GpioRequest::bitOf(*count);
+            config.attrs[0].attr.values |= settings.level.value_or(0) != 0 ? GpioRequest::bitOf(*count) : 0;
         }
     }
     return config;
@@ -300,7 +295,7 @@ std::unique_ptr<GpioRequest> GpioChip::request(const QVector<GpioWish>& lines, i
     for (int position = 0; position < count; ++position) {
         const GpioWish& line = lines.at(position);
         request.offsets[position] = static_cast<quint32>(line.offset);
-        kept |= line.settings.output && !line.settings.level ? bitOf(position) : 0;
+        kept |= line.settings.output && !line.settings.level ? GpioRequest::bitOf(position) : 0;
     }
     if (ioctl(m_descriptor, GPIO_V2_GET_LINE_IOCTL, &request) != 0) {
         *error = errno;

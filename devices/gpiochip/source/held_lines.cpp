@@ -12,11 +12,6 @@ using Clock = GpioLineSettings::Clock;
 
 constexpr qint64 c_nsPerUs = 1000;
 
-quint64 bitOf(int position)
-{
-    return quint64{1} << static_cast<unsigned>(position);
-}
-
 qint64 nsOf(clockid_t clock)
 {
     constexpr qint64 nsPerSecond = 1000000000;
@@ -38,22 +33,23 @@ HeldLines::HeldLines(std::shared_ptr<GpioChip> chip, std::unique_ptr<GpioRequest
     for (int position = 0; position < m_lines.size(); ++position) {
         const GpioLineSettings& settings = m_lines.at(position).wish.settings;
         if (!settings.output) {
-            m_inputs |= bitOf(position);
+            m_inputs |= GpioRequest::bitOf(position);
         } else if (!settings.level) {
-            m_keptOutputs |= bitOf(position);
+            m_keptOutputs |= GpioRequest::bitOf(position);
         }
     }
 }
 
 int HeldLines::drive(int position, int level)
 {
-    return m_request->writeLevels(bitOf(position), level != 0 ? bitOf(position) : 0);
+    return m_request->writeLevels(GpioRequest::bitOf(position),
+                                  level != 0 ? GpioRequest::bitOf(position) : 0);
 }
 
 int HeldLines::read(int position, int* level) const
 {
     quint64 levels = 0;
-    const int error = m_request->readLevels(bitOf(position), &levels);
+    const int error = m_request->readLevels(GpioRequest::bitOf(position), &levels);
     *level = levels != 0 ? 1 : 0;
     return error;
 }
@@ -65,8 +61,8 @@ int HeldLines::readLevels(quint64 mask, std::vector<Change>* changes) const
     quint64 levels = 0;
     const int error = mask != 0 ? m_request->readLevels(mask, &levels) : 0;
     for (int position = 0; error == 0 && position < m_lines.size(); ++position) {
-        if ((mask & bitOf(position)) != 0) {
-            const int level = (levels & bitOf(position)) != 0 ? 1 : 0;
+        if ((mask & GpioRequest::bitOf(position)) != 0) {
+            const int level = (levels & GpioRequest::bitOf(position)) != 0 ? 1 : 0;
             changes->push_back({m_lines.at(position).number, level, timeUs, 0, timeUs});
         }
     }

@@ -16,7 +16,7 @@ enum EnEdgeMode
     CeEmLowLevel = 2,
     CeEmRisingEdge = 3,
     CeEmFallingEdge = 4,
-    _CeEmNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): the count of the modes, named as all counts are
+    _CeEmNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): a count, named as all are
 };
 
 // Built when the library is loaded, and read-only then: clazy:excludeall=non-pod-global-static

@@ -18,7 +18,7 @@ enum EnState
     CeStOff = 2,
     CeStBlink = 3,
     CeStPulse = 4,
-    _CeStNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): the count of the states, named as all counts are
+    _CeStNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): a count, named as all are
 };
 
 constexpr int c_steadyOnDuration = 65535;

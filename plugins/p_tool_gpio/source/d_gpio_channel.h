@@ -26,7 +26,7 @@ public:
         CeCtAnaOut = 2,
         CeCtBinIn = 3,
         CeCtBinOut = 4,
-        _CeCtNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): the count of the kinds, named as all counts are
+        _CeCtNbr = 5, // NOLINT(clang-diagnostic-reserved-identifier): a count, named as all are
     };
     Q_ENUM(EnChannelType)
 

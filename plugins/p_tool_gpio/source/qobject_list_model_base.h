@@ -5,7 +5,7 @@
 #include <QQmlEngine>
 #include <QSharedPointer>
 
-namespace __qobjectsqmllist { // NOLINT(clang-diagnostic-reserved-identifier): the name is part of the interface
+namespace __qobjectsqmllist { // NOLINT(clang-diagnostic-reserved-identifier): it is part of the interface
 
 /// The item-model side of a list of objects for QML: each row's object stands under the role "modelData". The
 /// concrete class adds what a template cannot carry, the meta-object.

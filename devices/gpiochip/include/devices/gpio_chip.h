@@ -89,6 +89,8 @@ class GpioRequest
 public:
     /// How many edges the kernel keeps for a request, at most, until they are read.
     static constexpr int c_keptEdges = 1024;
+    /// The bit of the line at a position.
+    static constexpr quint64 bitOf(int position) { return quint64{1} << static_cast<unsigned>(position); }
 
     ~GpioRequest();
     Q_DISABLE_COPY(GpioRequest)
