@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int c_atATime = 4;
-constexpr int c_passMs = 10; // a page has two of these models, and a frame is drawn after both
+constexpr int c_passMs = 5; // a page has two of these models, and a frame is drawn after both
 
 } // namespace
 
