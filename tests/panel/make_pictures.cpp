@@ -131,6 +131,7 @@ std::function<void(QQuickWindow&)> useCalled(const QString& name, BenchScene& sc
              QTest::keyClick(&window, Qt::Key_T);
              bench.play(5000000);
              scene.clock().tick();
+             scene.panel().refresh();
          }},
         {"failedClick"_s,
          [&, shown](QQuickWindow&) {
@@ -147,6 +148,7 @@ std::function<void(QQuickWindow&)> useCalled(const QString& name, BenchScene& sc
              PanelFixture::click(shown("eventsButton"));
          }},
         {"fileMenu"_s, [&, shown](QQuickWindow&) { PanelFixture::click(shown("fileButton")); }},
+        {"help"_s, [&](QQuickWindow& window) { QTest::keyClick(&window, Qt::Key_F1); }},
         {"closing"_s,
          [&](QQuickWindow&) {
              QMetaObject::invokeMethod(&scene.root(), "askToLeave", Q_ARG(QVariant, "close"_s),

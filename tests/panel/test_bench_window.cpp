@@ -1162,6 +1162,30 @@ private Q_SLOTS:
         QTRY_VERIFY(help() == nullptr || !help()->isVisible());
     }
 
+    void aSmallWindowHasRoomForTheHelp()
+    {
+        window().resize(800, 500);
+        root().setSize({800, 500});
+        QTest::keyClick(&window(), Qt::Key_F1);
+        QTRY_VERIFY(isShown("helpText"));
+        for (const char* name : {"helpVersions", "helpClose"}) {
+            const QQuickItem* item = itemNamed(window().contentItem(), QLatin1String(name));
+            QVERIFY(item->mapRectToScene(item->boundingRect()).bottom() < 500);
+        }
+        const QQuickItem* help = itemNamed(window().contentItem(), "helpText"_s);
+        const auto rest = [help] {
+            return help->property("contentHeight").toDouble() - help->height() -
+                   help->property("contentY").toDouble();
+        };
+        QVERIFY(rest() > 0);
+        for (int step = 0; step < 20; ++step) {
+            QTest::keyClick(&window(), Qt::Key_Down);
+        }
+        QCOMPARE(rest(), 0.0);
+        QTest::keyClick(&window(), Qt::Key_Escape);
+        QTRY_VERIFY(!isShown("helpText"));
+    }
+
     void closingAsksWhileSomethingRuns()
     {
         CloseGuard guard(*m_scene, &window());

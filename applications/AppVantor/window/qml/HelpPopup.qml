@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import "../../gui/widgets"
 
 // The keys of the window, where the manual is, and what versions run.
@@ -17,12 +18,19 @@ ModalDialog {
 
     title: qsTrId("help_title")
     wantedWidth: 640
-    bodyHeight: body.implicitHeight
+    bodyHeight: body.implicitHeight + foot.implicitHeight
 
     UiFlickable {
         objectName: "helpText"
-        anchors.fill: parent
+        anchors.top: parent.top
+        anchors.bottom: foot.top
+        width: parent.width
         contentHeight: body.implicitHeight
+        focus: true
+        Keys.onUpPressed: scrollTo(contentY - 40)
+        Keys.onDownPressed: scrollTo(contentY + 40)
+
+        T.ScrollBar.vertical: UiScrollBar {}
 
         Column {
             id: body
@@ -64,21 +72,29 @@ ModalDialog {
                 elide: Text.ElideNone
                 color: Style.textSecondary
             }
+        }
+    }
 
-            UiLabel {
-                objectName: "helpVersions"
-                width: body.width
-                text: root.versions
-                wrapMode: Text.Wrap
-                elide: Text.ElideNone
-                color: Style.textSecondary
-            }
+    Column {
+        id: foot
+        anchors.bottom: parent.bottom
+        width: parent.width
+        topPadding: Style.defSpacing
+        spacing: Style.defSpacing
 
-            UiButton {
-                objectName: "helpClose"
-                text: qsTrId("events_close")
-                onClicked: root.close()
-            }
+        UiLabel {
+            objectName: "helpVersions"
+            width: parent.width
+            text: root.versions
+            wrapMode: Text.Wrap
+            elide: Text.ElideNone
+            color: Style.textSecondary
+        }
+
+        UiButton {
+            objectName: "helpClose"
+            text: qsTrId("events_close")
+            onClicked: root.close()
         }
     }
 }
