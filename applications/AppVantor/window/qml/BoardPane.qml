@@ -22,9 +22,12 @@ Pane {
                                          ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
     // The time there, in microseconds; undefined while it is elsewhere.
     readonly property var pointedUs: {
+        if (pointedShare < 0) {
+            return undefined
+        }
         view.fromUs // what is under the pointer moves
         view.spanUs
-        return pointedShare >= 0 ? view.timeAt(pointedShare) : undefined
+        return view.timeAt(pointedShare)
     }
     readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
     // The lines that are chosen beside that one.

@@ -15,8 +15,11 @@ Item {
     readonly property alias cursorsText: cursorsLabel.text
 
     readonly property string measured: {
+        if (root.pointedShare < 0) {
+            return ""
+        }
         root.view.fromUs // what is under the pointer moves
-        return root.pointedShare >= 0 ? root.view.measureText(root.pointedLine, root.pointedShare) : ""
+        return root.view.measureText(root.pointedLine, root.pointedShare)
     }
 
     Rectangle {
