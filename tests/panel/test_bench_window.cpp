@@ -849,6 +849,18 @@ private Q_SLOTS:
         close();
     }
 
+    void thePageTakesWhatItsHeaderNeeds()
+    {
+        close();
+        m_bench = std::make_unique<ExampleBench>(4);
+        DTool tool(toolEntry({}, "Front panel of the third cabinet"_s), builtPlugin(), &m_bench->board());
+        show({&tool});
+        const QQuickItem* name = itemNamed(m_scene->panel().page(), "panelName"_s);
+        QCOMPARE(name->property("text").toString(), "Front panel of the third cabinet"_s);
+        QVERIFY(!name->property("truncated").toBool());
+        close();
+    }
+
     void theBoardKeepsItsColumnsBesideThePage()
     {
         root().setWidth(1000);

@@ -110,6 +110,7 @@ Item {
 
             UiLabel {
                 id: nameLabel
+                objectName: "panelName"
                 width: parent.width
                 text: panel.name
                 isBigger: true

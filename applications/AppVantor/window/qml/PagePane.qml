@@ -8,7 +8,7 @@ FocusScope {
 
     property alias tool: panel.tool
     // The width at which nothing of the page is cut.
-    readonly property real neededWidth: Math.max(panel.rowsWidth, panel.page ? panel.page.implicitWidth : 0)
+    readonly property real neededWidth: Math.ceil(Math.max(panel.rowsWidth, panel.page ? panel.page.implicitWidth : 0))
                                         + panel.anchors.leftMargin + panel.anchors.rightMargin
 
     function refresh() {
