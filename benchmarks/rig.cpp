@@ -11,7 +11,7 @@ const IPlugin& builtPlugin()
 {
     static const DPluginLoader loader(QStringLiteral(PLUGIN_FILE));
     if (loader.prototype() == nullptr) {
-        qFatal("%s", qPrintable(loader.error()));
+        qFatal("%s", qPrintable(loader.error().english()));
     }
     return *loader.prototype();
 }

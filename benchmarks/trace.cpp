@@ -54,7 +54,7 @@ void traceOurs(benchmark::State& state)
     Announcer device(&scheduler);
     for ([[maybe_unused]] auto step : state) {
         VcdTrace trace(device);
-        const QString problem = trace.begin(traceFile());
+        const DWording problem = trace.begin(traceFile());
         device.announceEvents();
         if (!problem.isEmpty() || !trace.end().isEmpty()) {
             state.SkipWithError("the trace cannot be written");

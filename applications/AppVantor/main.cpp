@@ -52,7 +52,7 @@ QString noSuchTool(const QString& name, const Bench& bench)
     for (const DTool* tool : toolsOf(bench)) {
         known.append(tool->objectName());
     }
-    return QStringLiteral("there is no tool \"%1\"").arg(name) + didYouMean(name, known);
+    return QStringLiteral("there is no tool \"%1\"").arg(name) + didYouMean(name, known).english();
 }
 
 bool opensWindow(const Options& options)
@@ -155,15 +155,15 @@ bool isElsewhere(const Options& options)
 std::optional<BenchConfiguration> rigElsewhere(const Options& options, QVector<Problem>* problems,
                                                Output* output, int* status)
 {
-    QString problem;
+    DWording problem;
     const std::optional<BrokerPlace> place = brokerOf(options, &problem);
     if (!options.configuration.isEmpty()) {
-        problem = QStringLiteral("--config: expected none beside a rig on a broker, which describes itself");
+        problem = wording("--config: expected none beside a rig on a broker, which describes itself");
     } else if (place && place->address.rig.isEmpty()) {
-        problem = QStringLiteral("expected the name of a rig: --rig NAME, or mqtt://HOST/NAME");
+        problem = wording("expected the name of a rig: --rig NAME, or mqtt://HOST/NAME");
     }
     if (!problem.isEmpty()) {
-        *status = refuseUsage(problem, output);
+        *status = refuseUsage(problem.english(), output);
         return std::nullopt;
     }
     const std::optional<QByteArray> description = describedRig(place->address, place->access, &problem);
@@ -202,9 +202,10 @@ int runOn(std::unique_ptr<Operation> operation, DTool* tool, const Options& opti
         return writeOut(std::max(status, operation->end(options)), output, &operation->trace());
     }
     WindowBenches benches(std::move(operation), options, placeOf(options), output);
-    const QString problem = options.orders.isEmpty() ? QString() : benches.beginScript(tool, options.orders);
+    const DWording problem =
+        options.orders.isEmpty() ? DWording() : benches.beginScript(tool, options.orders);
     const int status = problem.isEmpty() ? window->showWindow(benches, windowOptions(options, output))
-                                         : refuseUsage(problem, output);
+                                         : refuseUsage(problem.english(), output);
     return benches.end(status);
 }
 
@@ -220,9 +221,9 @@ int runBench(const Options& options, const WindowPart* window, Output* output)
         return writeOut(refuseUsage(noSuchTool(options.tool, *bench), output), output);
     }
     auto operation = std::make_unique<Operation>(std::move(bench), output);
-    const QString problem = operation->begin(options);
+    const DWording problem = operation->begin(options);
     if (!problem.isEmpty()) {
-        return writeOut(refuseUsage(problem, output), output, &operation->trace());
+        return writeOut(refuseUsage(problem.english(), output), output, &operation->trace());
     }
     return runOn(std::move(operation), tool, options, window, output);
 }

@@ -14,7 +14,7 @@
 namespace {
 
 /// How a bench is put on the broker that the options name. Nothing, and in problem why, when there is none.
-std::optional<RigServerSetup> serverSetup(const Options& options, QString* problem)
+std::optional<RigServerSetup> serverSetup(const Options& options, DWording* problem)
 {
     std::optional<BrokerPlace> place = brokerOf(options, problem);
     if (!place) {
@@ -28,7 +28,7 @@ std::optional<RigServerSetup> serverSetup(const Options& options, QString* probl
 
 /// What puts the bench on the broker of the subcommand serve, or, beside what else it does, of --serve. Null
 /// without them, and, after a problem, when there is no such broker.
-std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, QString* problem)
+std::unique_ptr<RigServer> makeServer(const Bench& bench, const Options& options, DWording* problem)
 {
     Options there = options;
     if (options.subcommand != Options::Subcommand::Serve) {
@@ -90,18 +90,18 @@ Operation::Operation(std::unique_ptr<Bench> bench, Output* output)
 {
     LineDevice& device = m_bench->device();
     QObject::connect(&device, &DDevice::problemTold, &device,
-                     [output](const QString& text) { reportFailure("device", {text}, output); });
+                     [output](const DWording& text) { reportFailure("device", {text}, output); });
 }
 
-QString Operation::begin(const Options& options)
+DWording Operation::begin(const Options& options)
 {
     m_bench->device().open();
-    QString problem;
+    DWording problem;
     if (!options.trace.isEmpty()) {
         const std::vector<DTool*> tools = toolsOf(*m_bench);
         problem = m_trace.begin(options.trace, {tools.cbegin(), tools.cend()});
         // From now on: what keeps it from beginning is returned.
-        QObject::connect(&m_trace, &VcdTrace::failed, &m_trace, [output = m_output](const QString& text) {
+        QObject::connect(&m_trace, &VcdTrace::failed, &m_trace, [output = m_output](const DWording& text) {
             reportFailure("trace", {text}, output);
         });
     }

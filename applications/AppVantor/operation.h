@@ -32,8 +32,8 @@ public:
     Q_DISABLE_COPY(Operation)
 
     Bench& bench() const { return *m_bench; }
-    /// Begins. Returns an empty text, or why the options cannot be kept.
-    QString begin(const Options& options);
+    /// Begins. Returns nothing, or why the options cannot be kept.
+    DWording begin(const Options& options);
     /// Switches off what the options want off, and ends the place on the broker, which hears of it. Returns
     /// the exit status of what happened. The trace goes on.
     int end(const Options& options);

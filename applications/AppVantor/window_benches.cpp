@@ -13,14 +13,9 @@ WindowBenches::WindowBenches(std::unique_ptr<Operation> first, const Options& op
     , m_operation(std::move(first))
 {}
 
-std::unique_ptr<Bench> WindowBenches::make(const QString& configuration, QStringList* mistakes)
+std::unique_ptr<Bench> WindowBenches::make(const QString& configuration, QVector<Problem>* mistakes)
 {
-    QVector<Problem> problems;
-    std::unique_ptr<Bench> bench = readBench(configuration, m_place, &problems);
-    for (const Problem& problem : qAsConst(problems)) {
-        mistakes->append(problem.toString());
-    }
-    return bench;
+    return readBench(configuration, m_place, mistakes);
 }
 
 void WindowBenches::exchange(std::unique_ptr<Bench> next)
@@ -32,7 +27,7 @@ void WindowBenches::exchange(std::unique_ptr<Bench> next)
     m_operation.reset(); // it may hold the lines that the next one wants
     m_options.trace.clear();
     m_operation = std::make_unique<Operation>(std::move(next), m_output);
-    const QString problem = m_operation->begin(m_options);
+    const DWording problem = m_operation->begin(m_options);
     if (!problem.isEmpty()) {
         reportFailure("usage", {problem}, m_output);
         m_status = std::max<int>(m_status, ExitWrongUsage);
@@ -45,7 +40,7 @@ int WindowBenches::end(int status)
     return writeOut(std::max(status, m_status), m_output, &m_operation->trace());
 }
 
-QString WindowBenches::beginScript(DTool* tool, const QString& file)
+DWording WindowBenches::beginScript(DTool* tool, const QString& file)
 {
     stopScript();
     m_script = std::make_unique<OrderFile>(tool, m_output);
@@ -55,7 +50,7 @@ QString WindowBenches::beginScript(DTool* tool, const QString& file)
         }
     });
     QObject::connect(m_script.get(), &OrderFile::linesEnded, m_script.get(),
-                     [this](const QString& complaint) {
+                     [this](const Problem& complaint) {
                          if (m_watch.ended) {
                              m_watch.ended(complaint);
                          }

@@ -18,10 +18,10 @@ public:
     int end(int status);
 
     Bench& bench() const override { return m_operation->bench(); }
-    std::unique_ptr<Bench> make(const QString& configuration, QStringList* mistakes) override;
+    std::unique_ptr<Bench> make(const QString& configuration, QVector<Problem>* mistakes) override;
     void exchange(std::unique_ptr<Bench> next) override;
     void watchScript(ScriptWatch watch) override { m_watch = std::move(watch); }
-    QString beginScript(DTool* tool, const QString& file) override;
+    DWording beginScript(DTool* tool, const QString& file) override;
     int ordersOfScript() const override { return m_script != nullptr ? m_script->runningOrders() : 0; }
     void stopScript() override;
 

@@ -64,10 +64,10 @@ private Q_SLOTS:
     void aSettingIsACommandOfThePlugin()
     {
         QFETCH(QString, order);
-        QString problem;
+        DWording problem;
         const Invocation invocation =
             readSetting(channels(), QString::fromUtf8(QTest::currentDataTag()), &problem);
-        QCOMPARE(problem, QString());
+        QCOMPARE(problem.english(), QString());
         QCOMPARE(written(invocation), order);
     }
 
@@ -98,9 +98,9 @@ private Q_SLOTS:
     void aSettingThatIsNoneIsRefused()
     {
         QFETCH(QString, message);
-        QString problem;
+        DWording problem;
         readSetting(channels(), QString::fromUtf8(QTest::currentDataTag()), &problem);
-        QCOMPARE(problem, message);
+        QCOMPARE(problem.english(), message);
     }
 
     void everythingThatIsDrivenIsSwitchedOff()
@@ -128,21 +128,21 @@ private Q_SLOTS:
         QFETCH(QString, channel);
         QFETCH(int, level);
         QFETCH(QString, text);
-        QString problem;
+        DWording problem;
         const auto all = channels();
         const DToolChannel* found = findChannel(all, channel, &problem);
         QVERIFY(found != nullptr);
         QCOMPARE(levelText(*found, level), text);
         QCOMPARE(readLevel(*found, text, &problem), level);
-        QCOMPARE(problem, QString());
+        QCOMPARE(problem.english(), QString());
     }
 
     void aLevelThatIsNoneIsRefused()
     {
-        QString problem;
+        DWording problem;
         const auto all = channels();
         readLevel(all.first(), "PULSE:5"_s, &problem);
-        QCOMPARE(problem, "channel \"A\": expected ON or OFF, found \"PULSE:5\""_s);
+        QCOMPARE(problem.english(), "channel \"A\": expected ON or OFF, found \"PULSE:5\""_s);
     }
 
     void aWordIsTakenForTheNearestOne_data()
@@ -164,7 +164,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, meant);
         const QString text = didYouMean(QString::fromUtf8(QTest::currentDataTag()),
-                                        {"A"_s, "READY"_s, "DOOR"_s, "DOORS"_s, "TEMPERATURE"_s});
+                                        {"A"_s, "READY"_s, "DOOR"_s, "DOORS"_s, "TEMPERATURE"_s})
+                                 .english();
         QCOMPARE(text, meant.isEmpty() ? QString() : "; did you mean \"%1\"?"_s.arg(meant));
     }
 };

@@ -120,7 +120,7 @@ QStringList mistakesIn(const QString& file)
     readConfiguration(file, &problems);
     QStringList mistakes;
     for (const Problem& problem : qAsConst(problems)) {
-        mistakes.append(problem.text);
+        mistakes.append(problem.text.english());
     }
     return mistakes;
 }

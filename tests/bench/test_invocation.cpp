@@ -41,9 +41,9 @@ private Q_SLOTS:
     void aLineIsSplitAtBlanks()
     {
         QFETCH(QStringList, words);
-        QString problem;
+        DWording problem;
         QCOMPARE(splitLine(QString::fromUtf8(QTest::currentDataTag()), &problem), words);
-        QCOMPARE(problem, QString());
+        QCOMPARE(problem.english(), QString());
     }
 
     void aLineThatIsNotClosedIsRefused_data()
@@ -60,9 +60,9 @@ private Q_SLOTS:
     {
         QFETCH(QString, line);
         QFETCH(QString, message);
-        QString problem;
+        DWording problem;
         splitLine(line, &problem);
-        QCOMPARE(problem, message);
+        QCOMPARE(problem.english(), message);
     }
 
     void aValueThatLooksLikeJsonIsReadAsJson_data()
@@ -82,9 +82,9 @@ private Q_SLOTS:
     {
         QFETCH(QString, word);
         QFETCH(QVariant, value);
-        QString problem;
+        DWording problem;
         const Invocation invocation = readInvocation({"cmd"_s, word}, &problem);
-        QCOMPARE(problem, QString());
+        QCOMPARE(problem.english(), QString());
         QCOMPARE(invocation.command, "cmd"_s);
         QCOMPARE(invocation.arguments.value("v"_s), value);
         QCOMPARE(invocation.arguments.value("v"_s).type(), value.type());
@@ -107,9 +107,9 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, words);
         QFETCH(QString, message);
-        QString problem;
+        DWording problem;
         readInvocation(QStringList{"cmd"_s} + words, &problem);
-        QCOMPARE(problem, message);
+        QCOMPARE(problem.english(), message);
     }
 };
 

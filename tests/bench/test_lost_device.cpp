@@ -16,12 +16,12 @@ private Q_SLOTS:
     void anOrderThatLosesItsDeviceMakesStatus3AlsoWhenItIsBackAtTheEnd()
     {
         QVector<Problem> problems;
-        QString problem;
+        DWording problem;
         const auto configuration = readConfiguration(
             boardFile(R"("lines": [ {"name": "a"} ])", QByteArray(), PLUGIN_FILE), &problems);
         const auto bench =
             configuration ? Bench::make(*configuration, DevicePlace::SameThread, &problem) : nullptr;
-        QVERIFY2(bench != nullptr, qPrintable(problem));
+        QVERIFY2(bench != nullptr, qPrintable(problem.english()));
         LineDevice& board = bench->device();
         board.open();
         Output output(false);

@@ -19,7 +19,7 @@ QStringList linesOf(const QString& text, int most = 100)
     QStringList lines;
     while (!script.isEmpty() && lines.size() < most) {
         const ScriptLine line = script.next();
-        lines.append(line.problem.isEmpty() ? line.text : line.place() + ": "_s + line.problem);
+        lines.append(line.problem.isEmpty() ? line.text : line.place() + ": "_s + line.problem.english());
     }
     return lines;
 }
@@ -109,7 +109,7 @@ private Q_SLOTS:
         }
         script.add({"f"_s, 19, "end"_s});
         const ScriptLine wrong = script.next();
-        QCOMPARE(wrong.place() + ": "_s + wrong.problem,
+        QCOMPARE(wrong.place() + ": "_s + wrong.problem.english(),
                  "f:1: expected a block of at most 16777216 characters"_s);
         QVERIFY(script.isEmpty() && !script.isInBlock());
     }

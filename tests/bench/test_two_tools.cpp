@@ -44,9 +44,9 @@ private Q_SLOTS:
         QVector<Problem> problems;
         const auto read = readConfiguration(temporaryFile(configuration()), &problems);
         QVERIFY2(read, qPrintable(problems.value(0).toString()));
-        QString problem;
+        DWording problem;
         m_bench = Bench::make(*read, DevicePlace::SameThread, &problem);
-        QVERIFY2(m_bench != nullptr, qPrintable(problem));
+        QVERIFY2(m_bench != nullptr, qPrintable(problem.english()));
         m_bench->device().open();
     }
 

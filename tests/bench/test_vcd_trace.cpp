@@ -63,8 +63,8 @@ public:
         m_problem = m_trace.begin(m_folder.filePath("t.vcd"_s));
     }
 
-    void end() { QCOMPARE(m_trace.end(), QString()); }
-    const QString& problem() const { return m_problem; }
+    void end() { QCOMPARE(m_trace.end(), DWording()); }
+    const DWording& problem() const { return m_problem; }
     /// What is in the file, from the time 0 on.
     QByteArray changes() const
     {
@@ -80,7 +80,7 @@ public:
 private:
     QTemporaryDir m_folder;
     VcdTrace m_trace;
-    QString m_problem;
+    DWording m_problem;
 };
 
 const char* const c_start = "#0\n$dumpvars\n0!\nr0 \"\n$end\n";
@@ -130,7 +130,7 @@ private Q_SLOTS:
         Board board;
         board.advance(3723004005);
         const FileTrace file(&board);
-        QCOMPARE(file.problem(), QString());
+        QCOMPARE(file.problem(), DWording());
         const QString date = QString::fromUtf8(file.text()).section(QLatin1Char(' '), 1, 1);
         QCOMPARE(QDateTime::fromString(date.left(19) + date.mid(26), Qt::ISODate).toSecsSinceEpoch(),
                  ManualScheduler::c_wallClockOffsetUs / 1000000 + 3723);
@@ -196,7 +196,7 @@ private Q_SLOTS:
         Board board;
         VcdTrace trace(board.device());
         NarrowPipe pipe(1 << 20); // goes first: the trace waits for no reader then
-        QCOMPARE(trace.begin(pipe.file()), QString());
+        QCOMPARE(trace.begin(pipe.file()), DWording());
         for (int change = 1; change <= changes; ++change) {
             board.advance(1000);
             board.turnKnob(60000 + change % 2);
@@ -209,7 +209,7 @@ private Q_SLOTS:
         };
         QTRY_VERIFY_WITH_TIMEOUT(isWrittenOut(), 30000);
         board.turnKnob(7);
-        QCOMPARE(trace.end(), QString());
+        QCOMPARE(trace.end(), DWording());
         text += pipe.read();
         const int kept = text.count("\nr6000") - 1; // the level after the gap is no change
         const QByteArray lost = QByteArray::number(changes - kept);
@@ -227,7 +227,7 @@ private Q_SLOTS:
         Board board;
         VcdTrace trace(board.device());
         NarrowPipe pipe; // goes first: the trace waits for no reader then
-        QCOMPARE(trace.begin(pipe.file()), QString());
+        QCOMPARE(trace.begin(pipe.file()), DWording());
         board.drive("setBlink", 1, 1);
         board.advance(10000 * 1000);
         sigset_t alarm;
@@ -252,7 +252,7 @@ private Q_SLOTS:
         written = true;
         reader.join();
         text += pipe.read();
-        QCOMPARE(trace.problem(), QString());
+        QCOMPARE(trace.problem(), DWording());
         QVERIFY(alarms >= 2);
         QVERIFY(text.endsWith("#10000000\n"));
     }

@@ -156,8 +156,8 @@ private Q_SLOTS:
         make([](LineListener& listener) {
             flicker(listener, 0, c_bound);
             listener.requestAnswered(1, {{"value"_s, 5}}, 0);
-            listener.requestRefused(2, {DFailure::Kind::RefusedByDevice, "burnt"_s});
-            listener.failureTold("smoke"_s);
+            listener.requestRefused(2, {DFailure::Kind::RefusedByDevice, DWording::told("burnt"_s)});
+            listener.failureTold(DWording::told("smoke"_s));
         });
         RecordingClient client;
         m_device->send(1, "wait"_s, {}, 0, &client);
@@ -173,7 +173,7 @@ private Q_SLOTS:
         make([](LineListener& listener) {
             flicker(listener, 0, c_bound);
             listener.lineTold(1, {1, 5, true});
-            listener.stateTold(State::Unreachable, "cable pulled"_s, 9);
+            listener.stateTold(State::Unreachable, DWording::told("cable pulled"_s), 9);
         });
         bool knownWhenLost = true;
         connect(m_device.get(), &DDevice::stateChanged, this,
@@ -208,7 +208,7 @@ private Q_SLOTS:
         const Rows<QByteArray> row("signal");
         row("level", QByteArray(SIGNAL(lineChanged(int, LineLevel))));
         row("state", QByteArray(SIGNAL(stateChanged())));
-        row("problem", QByteArray(SIGNAL(problemTold(QString))));
+        row("problem", QByteArray(SIGNAL(problemTold(DWording))));
         row("loss", QByteArray(SIGNAL(changesLost(quint64, qint64, qint64))));
     }
     void theFrontMayGoWhereAChangeIsTold()
@@ -217,8 +217,8 @@ private Q_SLOTS:
         make([](LineListener& listener) {
             flicker(listener, 0, 10);
             listener.changesLeftOut(3, 10, {{0, {1, 11, true}}});
-            listener.failureTold("smoke"_s);
-            listener.stateTold(State::Unreachable, "cable pulled"_s, 0);
+            listener.failureTold(DWording::told("smoke"_s));
+            listener.stateTold(State::Unreachable, DWording::told("cable pulled"_s), 0);
             flicker(listener, 0, 10);
         });
         RecordingClient client;
@@ -237,7 +237,9 @@ private Q_SLOTS:
     void theFrontMayGoWhereALevelIsForgotten()
     {
         QFETCH(bool, lost);
-        make([](LineListener& listener) { listener.stateTold(State::Unreachable, "cable pulled"_s, 0); });
+        make([](LineListener& listener) {
+            listener.stateTold(State::Unreachable, DWording::told("cable pulled"_s), 0);
+        });
         connect(m_device.get(), &LineDevice::lineChanged, this, &TestDeviceThread::endDevice);
         if (lost) {
             RecordingClient client;
@@ -274,7 +276,7 @@ private:
                 return std::make_unique<ScriptedDriver>(listener, onRequest);
             });
         connect(m_device.get(), &DDevice::problemTold, this,
-                [this](const QString& text) { m_problems.append(text); });
+                [this](const DWording& text) { m_problems.append(text.english()); });
         m_device->open();
         QTRY_VERIFY(m_device->isConnected());
     }

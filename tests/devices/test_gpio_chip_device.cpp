@@ -22,8 +22,8 @@ private Q_SLOTS:
         for (int time = 1; time <= 2; ++time) {
             device->open();
             QCOMPARE(device->state(), DDevice::State::Unreachable);
-            QCOMPARE(device->connectionProblem(),
-                     "line \"lamp\": "_s + GpioMessages::noSuchChip("/dev/nosuchgpiochip"_s));
+            QCOMPARE(device->connectionProblem().english(),
+                     "line \"lamp\": "_s + GpioMessages::noSuchChip("/dev/nosuchgpiochip"_s).english());
             QVERIFY(!device->level(0).known);
             device->close();
             QCOMPARE(changed.count(), 3 * time);

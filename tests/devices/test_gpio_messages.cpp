@@ -15,10 +15,10 @@ private Q_SLOTS:
     void aFailureNamesChipLineAndRemedyAsTheGuideDoes_data()
     {
         using namespace GpioMessages;
-        const QString lamp = lineText("lamp"_s, 3, "gpiochip0"_s);
-        const QString button = lineText("button"_s, 4, "gpiochip0"_s);
+        const DWording lamp = lineText("lamp"_s, 3, "gpiochip0"_s);
+        const DWording button = lineText("button"_s, 4, "gpiochip0"_s);
         const QString file = "/dev/gpiochip0"_s;
-        const Rows<QString, QString> row("text", "expected");
+        const Rows<DWording, QString> row("text", "expected");
         row("no chips", noChips(),
             "this machine has no GPIO chip: there is no /dev/gpiochip0 or other; plug one in or load its "
             "driver");
@@ -73,8 +73,8 @@ private Q_SLOTS:
 
     void aFailureNamesChipLineAndRemedyAsTheGuideDoes()
     {
-        const auto [text, expected] = Rows<QString, QString>::values();
-        QCOMPARE(text, expected);
+        const auto [text, expected] = Rows<DWording, QString>::values();
+        QCOMPARE(text.english(), expected);
         QFile guide(QStringLiteral(USER_GUIDE));
         QVERIFY(guide.open(QIODevice::ReadOnly));
         QVERIFY(QString::fromUtf8(guide.readAll()).contains("| `"_s + expected + "` |"_s));
@@ -82,7 +82,7 @@ private Q_SLOTS:
 
     void aLineThatIsHeldByNobodyKnownIsBusy()
     {
-        QCOMPARE(GpioMessages::lineBusy("x"_s, QString()),
+        QCOMPARE(GpioMessages::lineBusy(DWording::name("x"_s), QString()).english(),
                  "x is busy: another program or driver holds it; end that, and the bench goes on"_s);
     }
 };

@@ -5,7 +5,7 @@
 
 namespace {
 
-const DFailure c_burnt = {DFailure::Kind::RefusedByDevice, "the driver is burnt"_s};
+const DFailure c_burnt = {DFailure::Kind::RefusedByDevice, DWording::told("the driver is burnt"_s)};
 
 /// Lines that can be driven and read until the test breaks them.
 class BreakableLines : public LineEngine
@@ -77,7 +77,7 @@ private Q_SLOTS:
         QFETCH(QString, instruction);
         m_lines->failure = c_burnt;
         send(1, instruction, c_blink);
-        QCOMPARE(m_client.failures(), QStringList{c_burnt.text});
+        QCOMPARE(m_client.failures(), QStringList{c_burnt.text.english()});
         QCOMPARE(m_lines->drives, 1);
         QVERIFY(m_problems->isEmpty());
         advanceMs(100);
@@ -93,7 +93,8 @@ private Q_SLOTS:
         advanceMs(1000);
         QCOMPARE(m_lines->drives, drives + 1);
         QCOMPARE(m_problems->count(), 1);
-        QCOMPARE(m_problems->at(0).at(0).toString(), "line \"out\" blinks no more: the driver is burnt"_s);
+        QCOMPARE(m_problems->at(0).at(0).value<DWording>().english(),
+                 "line \"out\" blinks no more: the driver is burnt"_s);
         m_lines->failure = {};
         send(2, "setBlink"_s, c_blink);
         advanceMs(10);
@@ -112,14 +113,14 @@ private Q_SLOTS:
         m_lines->setUnreadable(1, c_burnt);
         m_lines->setUnreadable(1, c_burnt);
         QCOMPARE(m_problems->count(), 1);
-        QCOMPARE(m_problems->at(0).at(0).toString(), c_burnt.text);
+        QCOMPARE(m_problems->at(0).at(0).value<DWording>().english(), c_burnt.text.english());
         QCOMPARE(changed.count(), 1);
         QCOMPARE(m_device->level(1), (LineLevel{0, now, false}));
         for (const char* instruction : {"getValue", "listenEvents", "listenToAll"}) {
             send(10, QString::fromLatin1(instruction), {{"channel"_s, "in"_s}});
         }
         QCOMPARE(m_client.ids(), (QVector<quint64>{1, 3, 10, 10, 10}));
-        QCOMPARE(m_client.failures().count(c_burnt.text), 5);
+        QCOMPARE(m_client.failures().count(c_burnt.text.english()), 5);
         QCOMPARE(m_device->pendingRequests(), 1);
         send(1, "listenEvents"_s, {{"channel"_s, "out"_s}});
         m_client.heard.clear();

@@ -218,9 +218,9 @@ private Q_SLOTS:
     void aRequestIsDescribedByInstructionAndChannel()
     {
         const BoardBench bench(board());
-        QCOMPARE(bench.board->describe("get%1"_s, {}), "\"get%1\""_s);
-        QCOMPARE(bench.board->describe("get%1"_s, {{"channel"_s, QString()}}), "\"get%1\""_s);
-        QCOMPARE(bench.board->describe("get%1"_s, {{"channel"_s, "50%1"_s}}),
+        QCOMPARE(bench.board->describe("get%1"_s, {}).english(), "\"get%1\""_s);
+        QCOMPARE(bench.board->describe("get%1"_s, {{"channel"_s, QString()}}).english(), "\"get%1\""_s);
+        QCOMPARE(bench.board->describe("get%1"_s, {{"channel"_s, "50%1"_s}}).english(),
                  "\"get%1\" of channel \"50%1\""_s);
     }
 };

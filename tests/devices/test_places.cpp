@@ -138,7 +138,7 @@ private Q_SLOTS:
         QTRY_COMPARE(m_client->heard.size(), 1);
         m_board->setPluggedIn(false);
         QTRY_COMPARE(m_client->failures(), QStringList{c_unplugged});
-        QCOMPARE(m_board->connectionProblem(), c_unplugged);
+        QCOMPARE(m_board->connectionProblem().english(), c_unplugged);
         QVERIFY(!m_board->level(1).known);
         m_board->setPluggedIn(true);
         QTRY_VERIFY(m_board->isConnected());

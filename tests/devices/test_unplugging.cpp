@@ -16,11 +16,11 @@ private Q_SLOTS:
         setup.connected = false;
         BoardBench bench(setup);
         QVERIFY(!bench.board->isConnected());
-        QCOMPARE(bench.board->connectionProblem(), c_unplugged);
+        QCOMPARE(bench.board->connectionProblem().english(), c_unplugged);
         QCOMPARE(bench.ask("getValue"_s, {{"channel"_s, "in"_s}}), (QVariantMap{{"failure"_s, c_unplugged}}));
         bench.board->setPluggedIn(true);
         QVERIFY(bench.board->isConnected());
-        QCOMPARE(bench.board->connectionProblem(), QString());
+        QCOMPARE(bench.board->connectionProblem().english(), QString());
     }
 
     void unpluggingFailsWhatIsPendingWhichHearsNothingWhenTheBoardIsBack()

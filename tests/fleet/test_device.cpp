@@ -23,7 +23,7 @@ class TestDevice : public QObject
         }
         void requestRefused(quint64 id, const DFailure& failure) override
         {
-            heard.append("%1: %2: %3"_s.arg(id).arg(failure.kindName(), failure.text));
+            heard.append("%1: %2: %3"_s.arg(id).arg(failure.kindName(), failure.text.english()));
         }
         void eventTold(quint64 id, const QVariantMap&, qint64 timeUs) override
         {
@@ -46,11 +46,11 @@ class TestDevice : public QObject
                 }
             }
         }
-        void stateTold(DDevice::State state, const QString& problem, qint64) override
+        void stateTold(DDevice::State state, const DWording& problem, qint64) override
         {
-            heard.append(state == DDevice::State::Connected ? "connected"_s : problem);
+            heard.append(state == DDevice::State::Connected ? "connected"_s : problem.english());
         }
-        void failureTold(const QString&) override {}
+        void failureTold(const DWording&) override {}
     };
 
     static RigDeviceSetup setup()

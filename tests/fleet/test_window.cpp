@@ -79,7 +79,7 @@ private Q_SLOTS:
         publish(broker, "appvantor/1/bench-7/line/lamp/set"_s, "1");
         QTRY_VERIFY_WITH_TIMEOUT(last("line/lamp").contains("\"v\":1,"), 20000);
         const QByteArray before = last("state");
-        QStringList mistakes;
+        QVector<Problem> mistakes;
         benches->exchange(benches->make(benchWith("horn"), &mistakes));
         QTRY_VERIFY_WITH_TIMEOUT(last("line/horn").contains("\"v\":0,"), 20000);
         QTRY_COMPARE(last("line/lamp"), QByteArray("(null)"));

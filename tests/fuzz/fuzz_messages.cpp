@@ -57,11 +57,11 @@ public:
             lineTold(level.key(), *level);
         }
     }
-    void stateTold(DDevice::State state, const QString& problem, qint64) override
+    void stateTold(DDevice::State state, const DWording& problem, qint64) override
     {
         require((state == DDevice::State::Connected) == problem.isEmpty(), "a device is lost for a reason");
     }
-    void failureTold(const QString& text) override { require(!text.isEmpty(), "a failure is told"); }
+    void failureTold(const DWording& text) override { require(!text.isEmpty(), "a failure is told"); }
 
 private:
     void end(quint64 id) { require(m_ended.insert(id).second, "a request is answered once"); }

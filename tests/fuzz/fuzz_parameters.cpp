@@ -84,7 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
         arguments.insert(variants.text(), variants.value());
     }
     const QVariantMap before = arguments;
-    const QString problem = tool().checkInvocation("work"_s, &arguments).text;
+    const QString problem = tool().checkInvocation("work"_s, &arguments).text.english();
     if (!problem.isEmpty()) {
         require(arguments.isSharedWith(before), "arguments that are refused stay as they were");
         require(problem.contains("\"work\""_s), "a refusal names the command");

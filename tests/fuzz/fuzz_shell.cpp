@@ -195,7 +195,7 @@ void checkQuoting(const QStringList& words)
         }
         line += QLatin1Char(' ');
     }
-    QString problem;
+    DWording problem;
     require(splitLine(line, &problem) == words && problem.isEmpty(), "words that are quoted come back");
 }
 
@@ -209,7 +209,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* bytes, std::size_t size)
                            QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<int>(size));
     const QStringList lines = script.split(QLatin1Char('\n')).mid(0, mostLines);
     for (const QString& line : lines) {
-        QString problem;
+        DWording problem;
         checkQuoting(splitLine(line, &problem));
     }
     const bool keepsGoing = size % 2 == 0;

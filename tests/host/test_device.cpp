@@ -170,7 +170,7 @@ private Q_SLOTS:
         }
         QCOMPARE(m_device->state(), state);
         QCOMPARE(m_device->isConnected(), m_device->state() == State::Connected);
-        QCOMPARE(m_device->connectionProblem(), problem);
+        QCOMPARE(m_device->connectionProblem().english(), problem);
         send(1, "getValue"_s);
         QCOMPARE(m_device->requests.size(), failure.isEmpty() ? 1 : 0);
         send(2, "getValue"_s);
@@ -180,7 +180,7 @@ private Q_SLOTS:
         m_device->reply(1, {{"value"_s, 1}});
         deliver();
         QCOMPARE(m_client->ids(), QVector<quint64>{1});
-        QCOMPARE(m_client->heard.constFirst().failure.text, failure);
+        QCOMPARE(m_client->heard.constFirst().failure.text.english(), failure);
         QCOMPARE(m_client->heard.constFirst().failure.kind,
                  failure.isEmpty() ? DFailure::Kind::None : DFailure::Kind::DeviceUnreachable);
         QCOMPARE(m_device->pendingRequests(), 0);

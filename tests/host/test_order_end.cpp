@@ -99,7 +99,7 @@ private Q_SLOTS:
         bench.answer();
         QCOMPARE(order->state(), DOrder::State::Running);
         QVERIFY(finished.wait());
-        QCOMPARE(order->failure().text, failure);
+        QCOMPARE(order->failure().text.english(), failure);
         deliver();
         verifyEndedOnce(bench, *order);
     }
@@ -124,7 +124,7 @@ private Q_SLOTS:
         const auto order = bench.start();
         bench.answer();
         QCOMPARE(order->isSuccessful(), ok);
-        QCOMPARE(order->failure().text, reason);
+        QCOMPARE(order->failure().text.english(), reason);
         verifyEndedOnce(bench, *order);
     }
 

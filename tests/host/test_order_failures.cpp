@@ -75,7 +75,7 @@ private Q_SLOTS:
     {
         QStringList names;
         for (int kind = 0; kind < static_cast<int>(Kind::Count); ++kind) {
-            const DFailure failure = {static_cast<Kind>(kind), "why"_s};
+            const DFailure failure = {static_cast<Kind>(kind), DWording::told("why"_s)};
             QCOMPARE(static_cast<bool>(failure), kind != 0);
             names.append(failure.kindName());
         }
@@ -177,7 +177,7 @@ private Q_SLOTS:
         QCOMPARE(order->state(), DOrder::State::Finished);
         QVERIFY(!order->isSuccessful());
         QCOMPARE(order->failure().kind, kind);
-        QCOMPARE(order->failure().text, text);
+        QCOMPARE(order->failure().text.english(), text);
         QCOMPARE(bench.ended, QVector<bool>{false});
         const bool hadCommand = kind != Kind::WrongInvocation;
         QCOMPARE(bench.script->outcomes, hadCommand ? QVector<bool>{false} : QVector<bool>());
@@ -202,7 +202,7 @@ private Q_SLOTS:
         order->stop();
         order->start();
         QCOMPARE(order->failure().kind, Kind::Stopped);
-        QCOMPARE(order->failure().text, "stopped before it was complete"_s);
+        QCOMPARE(order->failure().text.english(), "stopped before it was complete"_s);
         QCOMPARE(bench.ended, QVector<bool>{false});
         QCOMPARE(bench.script->finishes, started ? 1 : 0);
         QCOMPARE(bench.device->requests.size(), started ? 1 : 0);
@@ -214,7 +214,7 @@ private Q_SLOTS:
         DOrder order(nullptr, "work"_s, {});
         order.start();
         QCOMPARE(order.failure().kind, Kind::ToolClosed);
-        QCOMPARE(order.failure().text, "the tool was closed"_s);
+        QCOMPARE(order.failure().text.english(), "the tool was closed"_s);
         QVERIFY(order.tool() == nullptr);
     }
 
@@ -224,7 +224,7 @@ private Q_SLOTS:
         DOrder order(bench.tool.get(), "play"_s, {});
         order.start();
         QCOMPARE(order.failure().kind, Kind::WrongInvocation);
-        QCOMPARE(order.failure().text, "unknown command \"play\"; the tool has: work, rest"_s);
+        QCOMPARE(order.failure().text.english(), "unknown command \"play\"; the tool has: work, rest"_s);
     }
 
     void thePluginThatMakesNoCommandFailsTheOrder()
@@ -240,7 +240,7 @@ private Q_SLOTS:
         plugin.declareInstructionCommand(new Barren(bench.script, {}, &plugin));
         const auto order = bench.start();
         QCOMPARE(order->failure().kind, Kind::RefusedByCommand);
-        QCOMPARE(order->failure().text, "the plugin made no command \"work\""_s);
+        QCOMPARE(order->failure().text.english(), "the plugin made no command \"work\""_s);
     }
 };
 

@@ -260,12 +260,12 @@ private Q_SLOTS:
         const auto waiting = bench.order();
         bench.tool.reset();
         QCOMPARE(ended, made);
-        QCOMPARE(orders.back()->failure().text, "the tool was closed"_s);
+        QCOMPARE(orders.back()->failure().text.english(), "the tool was closed"_s);
         QVERIFY(orders.back()->tool() == nullptr);
         QCOMPARE(bench.script->alive, 0);
         QCOMPARE(bench.device->pendingRequests(), 0);
         waiting->start();
-        QCOMPARE(waiting->failure().text, "the tool was closed"_s);
+        QCOMPARE(waiting->failure().text.english(), "the tool was closed"_s);
     }
 
     void ordersMayBeDestroyedWhereTheClosingOfTheirToolIsHeard()
@@ -292,7 +292,7 @@ private Q_SLOTS:
         const auto second = bench.order();
         connect(first.get(), &DOrder::finished, second.get(), &DOrder::start);
         bench.tool.reset();
-        QCOMPARE(second->failure().text, "the tool was closed"_s);
+        QCOMPARE(second->failure().text.english(), "the tool was closed"_s);
         QCOMPARE(bench.device->requests.size(), 1);
     }
 

@@ -78,7 +78,7 @@ private Q_SLOTS:
         const Orders orders = startMany(bench);
         bench.device->lose("cable pulled"_s);
         deliver();
-        QCOMPARE(orders.back()->failure().text, "cable pulled"_s);
+        QCOMPARE(orders.back()->failure().text.english(), "cable pulled"_s);
         QCOMPARE(bench.workingCommands(), 0);
     }
 

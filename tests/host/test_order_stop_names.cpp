@@ -53,19 +53,19 @@ private Q_SLOTS:
         makeTool({reader});
         const auto reading = start("work"_s);
         QVERIFY(start("halt"_s)->isSuccessful());
-        QCOMPARE(reading->failure().text, "stopped before it was complete"_s);
+        QCOMPARE(reading->failure().text.english(), "stopped before it was complete"_s);
         QCOMPARE(reader->outcomes, QVector<bool>{false});
     }
 
     void theStopNameFailsWhereNothingRuns()
     {
         const auto stop = start("rest"_s);
-        QCOMPARE(stop->failure().text, "no running order to stop"_s);
+        QCOMPARE(stop->failure().text.english(), "no running order to stop"_s);
         QCOMPARE(stop->failure().kind, DFailure::Kind::RefusedByCommand);
         const auto ended = start("watch"_s);
         ended->stop();
         const DOrder waiting(m_tool.get(), "watch"_s, {});
-        QCOMPARE(start("rest"_s)->failure().text, "no running order to stop"_s);
+        QCOMPARE(start("rest"_s)->failure().text.english(), "no running order to stop"_s);
         QCOMPARE(m_watch->finishes, 1);
     }
 
@@ -107,7 +107,7 @@ private Q_SLOTS:
         running.push_back(start("scan"_s, {{"rate"_s, 7}}));
         const auto stop = start("rest"_s, arguments);
         QCOMPARE(stop->isSuccessful(), stopped >= 0);
-        QCOMPARE(stop->failure().text,
+        QCOMPARE(stop->failure().text.english(),
                  stopped >= 0 ? QString() : "no running order with these arguments to stop"_s);
         for (int i = 0; i < static_cast<int>(running.size()); ++i) {
             QCOMPARE(running.at(static_cast<std::size_t>(i))->state() == DOrder::State::Finished,
@@ -129,7 +129,7 @@ private Q_SLOTS:
     {
         const auto [arguments, reason] = Rows<QVariantMap, QString>::values();
         const auto listening = start("watch"_s);
-        QCOMPARE(start("rest"_s, arguments)->failure().text, reason);
+        QCOMPARE(start("rest"_s, arguments)->failure().text.english(), reason);
         QCOMPARE(listening->state(), DOrder::State::Running);
     }
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
     void anOrderThatIsEndingIsNotStoppedAgain()
     {
         QString reason;
-        m_watch->onFinish = [&](ScriptedCommand&) { reason = start("rest"_s)->failure().text; };
+        m_watch->onFinish = [&](ScriptedCommand&) { reason = start("rest"_s)->failure().text.english(); };
         const auto listening = start("watch"_s);
         listening->stop();
         QCOMPARE(reason, "no running order to stop"_s);
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     void theStopNamesAreAmongWhatAToolHas()
     {
-        QCOMPARE(start("play"_s)->failure().text,
+        QCOMPARE(start("play"_s)->failure().text.english(),
                  "unknown command \"play\"; the tool has: watch, scan, rest"_s);
     }
 

@@ -20,7 +20,7 @@ private Q_SLOTS:
     void aSoundPluginIsLoadedOnce()
     {
         const DPluginLoader loader(plugin("sound"_s));
-        QCOMPARE(loader.error(), QString());
+        QCOMPARE(loader.error().english(), QString());
         QVERIFY(loader.prototype() != nullptr);
         QCOMPARE(loader.prototype()->pluginName(), "Scripted"_s);
         QVERIFY(loader.prototype()->objectUuid().isNull());
@@ -54,15 +54,15 @@ private Q_SLOTS:
         const auto [file, reason] = Rows<QString, QString>::values();
         const DPluginLoader loader(file);
         QVERIFY(loader.prototype() == nullptr);
-        QCOMPARE(loader.error(), "%1: %2"_s.arg(file, reason));
+        QCOMPARE(loader.error().english(), "%1: %2"_s.arg(file, reason));
     }
 
     void aPluginThatMissesAFunctionIsRefusedBeforeItIsCalled()
     {
         const DPluginLoader loader(plugin("incomplete"_s));
         QVERIFY(loader.prototype() == nullptr);
-        QVERIFY2(loader.error().contains("undefined symbol: _Z16nowhereToBeFoundv"_s),
-                 qPrintable(loader.error()));
+        QVERIFY2(loader.error().english().contains("undefined symbol: _Z16nowhereToBeFoundv"_s),
+                 qPrintable(loader.error().english()));
     }
 
     void aFileThatIsNoPluginIsRefused_data()
@@ -87,8 +87,8 @@ private Q_SLOTS:
         file.close();
         const DPluginLoader loader(name);
         QVERIFY(loader.prototype() == nullptr);
-        QVERIFY2(loader.error().startsWith(name + ": not a plugin for this version of Qt ("_s),
-                 qPrintable(loader.error()));
+        QVERIFY2(loader.error().english().startsWith(name + ": not a plugin for this version of Qt ("_s),
+                 qPrintable(loader.error().english()));
         QVERIFY(QFile::remove(name));
     }
 
@@ -96,7 +96,7 @@ private Q_SLOTS:
     {
         const DPluginLoader loader(m_directory.path());
         QVERIFY(loader.prototype() == nullptr);
-        QVERIFY(loader.error().startsWith(m_directory.path() + ": "_s));
+        QVERIFY(loader.error().english().startsWith(m_directory.path() + ": "_s));
     }
 
 private:

@@ -114,7 +114,7 @@ private Q_SLOTS:
             DOrder order(&tool, "work"_s, {});
             order.start();
             QCOMPARE(order.failure().kind, DFailure::Kind::WrongInvocation);
-            QCOMPARE(order.failure().text, "the plugin made no instance that this host can use"_s);
+            QCOMPARE(order.failure().text.english(), "the plugin made no instance that this host can use"_s);
         }
     }
 
@@ -201,7 +201,7 @@ private Q_SLOTS:
             Rows<QString, QVariantMap, QVariantMap, QString>::values();
         const Workbench bench(fillCatalogue);
         const DFailure failure = bench.tool->checkInvocation(command, &arguments);
-        QCOMPARE(failure.text, refusal);
+        QCOMPARE(failure.text.english(), refusal);
         QCOMPARE(static_cast<bool>(failure), !refusal.isEmpty());
         QCOMPARE(arguments, converted);
     }

@@ -74,7 +74,7 @@ private Q_SLOTS:
         deliver();
         QCOMPARE(ends.count(), 1);
         QCOMPARE(ends.constFirst().mid(0, 2), (QVariantList{"work"_s, parameters}));
-        QCOMPARE(ends.constFirst().at(3).value<DFailure>().text, "the device is not connected"_s);
+        QCOMPARE(ends.constFirst().at(3).value<DFailure>().text.english(), "the device is not connected"_s);
     }
 
     void theCommandReadsTheParametersOfItsTreatment()

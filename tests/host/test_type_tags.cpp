@@ -15,7 +15,7 @@ class TestTypeTags : public QObject
             script.parameters = {{"value"_s, tag, "Value"_s, QVariant()}};
         });
         QVariantMap arguments{{"value"_s, value}};
-        *refusal = bench.tool->checkInvocation("work"_s, &arguments).text;
+        *refusal = bench.tool->checkInvocation("work"_s, &arguments).text.english();
         return refusal->isEmpty() ? arguments.value("value"_s) : QVariant();
     }
 

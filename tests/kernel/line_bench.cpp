@@ -76,10 +76,10 @@ LineBench::LineBench(const QVector<QJsonObject>& lines, DevicePlace place)
     file.close();
     QVector<Problem> problems;
     const std::optional<BenchConfiguration> configuration = readConfiguration(file.fileName(), &problems);
-    QString problem = problems.value(0).toString();
+    DWording problem = problems.value(0).text;
     m_bench = configuration ? Bench::make(*configuration, place, &problem) : nullptr;
     if (m_bench == nullptr) {
-        throw std::runtime_error(problem.toStdString());
+        throw std::runtime_error(problem.english().toStdString());
     }
     QEventLoop loop;
     QObject::connect(&device(), &DDevice::stateChanged, &loop, [this, &loop] {

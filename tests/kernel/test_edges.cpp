@@ -68,7 +68,7 @@ public:
                     m_afterGap = true;
                 });
         connect(&bench->device(), &DDevice::problemTold, this,
-                [this](const QString& text) { problems.append(text); });
+                [this](const DWording& text) { problems.append(text.english()); });
     }
 
     std::vector<Told> told;

@@ -18,7 +18,7 @@ namespace {
 /// What the device of these lines cannot be reached for; empty when it can.
 QString problemOf(const QVector<QJsonObject>& lines)
 {
-    return LineBench(lines).device().connectionProblem();
+    return LineBench(lines).device().connectionProblem().english();
 }
 
 } // namespace
@@ -42,7 +42,7 @@ private Q_SLOTS:
             "\"lamp\" (line 3 of %1) is busy: \"appvantor\" holds it; end that, and the bench goes on"_s.arg(
                 chip.name()));
         const Outcome outcome = LineBench({output("lamp"_s, chip.name(), 3)}).get("lamp"_s);
-        QVERIFY(!outcome.success && outcome.failure.text.contains("is busy"_s));
+        QVERIFY(!outcome.success && outcome.failure.text.english().contains("is busy"_s));
     }
 
     void aLineThatIsLetGoIsTaken()
@@ -55,7 +55,7 @@ private Q_SLOTS:
         QTRY_VERIFY(kernel->line(3)->used);
         LineBench bench({input("button"_s, chip.name(), 2), output("lamp"_s, chip.name(), 3)});
         QCOMPARE(
-            bench.device().connectionProblem(),
+            bench.device().connectionProblem().english(),
             "\"lamp\" (line 3 of %1) is busy: \"gpioset\" holds it; end that, and the bench goes on"_s.arg(
                 chip.name()));
         QVERIFY(!kernel->line(2)->used); // all or none
@@ -122,7 +122,7 @@ private Q_SLOTS:
         QVERIFY(seteuid(65534) == 0);
         {
             LineBench bench({output("LAMP"_s, QString(), "LAMP"_s)});
-            const QString problem = bench.device().connectionProblem();
+            const QString problem = bench.device().connectionProblem().english();
             QVERIFY2(problem.startsWith("the chip %1: permission denied; "_s.arg(QString::fromUtf8(file))),
                      qPrintable(problem));
             QVERIFY(seteuid(0) == 0);
@@ -161,10 +161,10 @@ private Q_SLOTS:
         chip.unplug();
         QTRY_VERIFY(listening.isOver());
         QVERIFY(!listening.order().isSuccessful());
-        QCOMPARE(listening.order().failure().text, reason);
+        QCOMPARE(listening.order().failure().text.english(), reason);
         QCOMPARE(listening.order().failure().kind, DFailure::Kind::DeviceUnreachable);
         QVERIFY(!bench.device().isConnected());
-        QCOMPARE(bench.set("lamp"_s, "ON"_s).failure.text, reason);
+        QCOMPARE(bench.set("lamp"_s, "ON"_s).failure.text.english(), reason);
         chip.plugIn();
         QTRY_VERIFY(bench.device().isConnected());
         Listening again(&bench, "startListening"_s, {{"channel"_s, "button"_s}});
@@ -182,9 +182,10 @@ private Q_SLOTS:
             {output("a"_s, "leaving"_s, 0), output("b"_s, "leaving"_s, 1), input("c"_s, "leaving"_s, 2)});
         QStringList told;
         connect(&bench.device(), &DDevice::problemTold, this,
-                [&told](const QString& text) { told.append(text); });
+                [&told](const DWording& text) { told.append(text.english()); });
         connect(&bench.device(), &DDevice::stateChanged, this, [&] {
-            told.append(bench.device().isConnected() ? "back"_s : bench.device().connectionProblem());
+            told.append(bench.device().isConnected() ? "back"_s
+                                                     : bench.device().connectionProblem().english());
         });
         for (const QString& channel : {"a"_s, "b"_s}) {
             QVERIFY(bench.set(channel, "BLINK"_s, 2, 50).success);

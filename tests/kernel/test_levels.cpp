@@ -136,7 +136,7 @@ private Q_SLOTS:
         const QStringList ways = {"/dev/"_s + chip.name(), chip.name(), chip.label()};
         for (const QString& way : ways) {
             LineBench bench({output("lamp"_s, way, 5)});
-            QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem()));
+            QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem().english()));
             QVERIFY(bench.set("lamp"_s, "ON"_s).success);
             QCOMPARE(chip.level(5), 1);
             QCOMPARE(other.level(5), 0);
@@ -168,14 +168,15 @@ private Q_SLOTS:
         const QString told =
             "line \"lamp\": there is more than one \"%1\": line %2 of %3, line %4 of %5; \"chip\" and "
             "\"line\" tell which is meant, by the name of the chip and the offset"_s;
-        QCOMPARE(LineBench({output("lamp"_s, QString(), "SECOND"_s)}).device().connectionProblem(),
+        QCOMPARE(LineBench({output("lamp"_s, QString(), "SECOND"_s)}).device().connectionProblem().english(),
                  told.arg("SECOND"_s, "1"_s, one.name(), "0"_s, two.name()));
-        QCOMPARE(LineBench({output("lamp"_s, "twin"_s, 3)}).device().connectionProblem(),
+        QCOMPARE(LineBench({output("lamp"_s, "twin"_s, 3)}).device().connectionProblem().english(),
                  told.arg("3"_s, "3"_s, one.name(), "3"_s, two.name()));
         QVERIFY(LineBench({output("lamp"_s, one.name(), "SECOND"_s)}).device().isConnected());
         QCOMPARE(LineBench({output("a"_s, one.name(), 1), output("b"_s, one.name(), "SECOND"_s)})
                      .device()
-                     .connectionProblem(),
+                     .connectionProblem()
+                     .english(),
                  "line \"b\": line 1 of %1 is \"a\" already; expected another"_s.arg(one.name()));
     }
 
@@ -229,7 +230,7 @@ private Q_SLOTS:
             lines.append(output("out%1"_s.arg(line), chip.name(), count + line));
         }
         LineBench bench(lines);
-        QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem()));
+        QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem().english()));
         for (const int line : {0, count / 2, count - 1}) {
             chip.pull(line, 1);
             QTRY_COMPARE(bench.device().level(2 * line).level, 1);
@@ -243,7 +244,7 @@ private Q_SLOTS:
         const SimChip chip("levels"_s, 8);
         for (int round = 0; round < 3; ++round) {
             LineBench bench({output("lamp"_s, chip.name(), 0), input("button"_s, chip.name(), 1)});
-            QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem()));
+            QVERIFY2(bench.device().isConnected(), qPrintable(bench.device().connectionProblem().english()));
         }
     }
 
@@ -253,7 +254,7 @@ private Q_SLOTS:
         LineBench bench({output("lamp"_s, chip.name(), 3, {{"level"_s, 1}})});
         const QVariantList channels = {QVariantMap{{"id"_s, "lamp"_s}, {"direction"_s, "out"_s}}};
         const Outcome outcome = bench.run("init"_s, {{"channels"_s, channels}});
-        QVERIFY2(outcome.success, qPrintable(outcome.failure.text));
+        QVERIFY2(outcome.success, qPrintable(outcome.failure.text.english()));
         QCOMPARE(outcome.results.value("doneOk"_s).toBool(), true);
         QCOMPARE(chip.level(3), 1);
     }
@@ -266,7 +267,7 @@ private Q_SLOTS:
         const QString file = folder.filePath("t.vcd"_s);
         VcdTrace trace(bench.device());
         const qint64 beforeUs = bench.device().scheduler()->now();
-        QCOMPARE(trace.begin(file), QString());
+        QCOMPARE(trace.begin(file), DWording());
         const qint64 afterUs = bench.device().scheduler()->now();
         QVector<qint64> times;
         connect(&bench.device(), &LineDevice::lineChanged, this,
@@ -275,7 +276,7 @@ private Q_SLOTS:
             chip.pull(2, level);
             QTRY_COMPARE(bench.device().level(0).level, level);
         }
-        QCOMPARE(trace.end(), QString());
+        QCOMPARE(trace.end().english(), QString());
         QCOMPARE(times.size(), 2);
         const QRegularExpressionMatch traced =
             QRegularExpression("#(\\d+)\n1!\n#(\\d+)\n0!\n"_s).match(QString::fromUtf8(readFile(file)));

@@ -46,13 +46,14 @@ public:
         }
         order.started = true;
         if (order.tool->closed) {
-            order.outcomes.push_back({Kind::ToolClosed, "the tool was closed"_s});
+            order.outcomes.push_back({Kind::ToolClosed, DWording::told("the tool was closed"_s)});
         } else if (order.plan.deed == Deed::RefusedByHost) {
-            order.outcomes.push_back({Kind::WrongInvocation, order.plan.refusal});
+            order.outcomes.push_back({Kind::WrongInvocation, DWording::told(order.plan.refusal)});
         } else if (order.plan.deed == Deed::Stops) {
             Order* other = orderToStop(order);
-            order.outcomes.push_back(other != nullptr ? DFailure()
-                                                      : DFailure{Kind::RefusedByCommand, "to stop"_s});
+            order.outcomes.push_back(other != nullptr
+                                         ? DFailure()
+                                         : DFailure{Kind::RefusedByCommand, DWording::told("to stop"_s)});
             if (other != nullptr) {
                 stop(*other);
             }
@@ -70,7 +71,7 @@ public:
         if (order.isListening()) {
             order.outcomes.push_back({});
         } else {
-            order.outcomes.push_back({Kind::Stopped, "stopped before it was complete"_s});
+            order.outcomes.push_back({Kind::Stopped, DWording::told("stopped before it was complete"_s)});
         }
     }
 
@@ -81,7 +82,7 @@ public:
             order.stopped = true;
             order.decided = !order.made; // it stops another, which ends it
             order.outcomes.clear();
-            order.outcomes.push_back({Kind::Stopped, QString()});
+            order.outcomes.push_back({Kind::Stopped, {}});
         }
     }
 
@@ -90,7 +91,7 @@ public:
         tool->closed = true;
         for (const auto& [id, order] : m_orders) {
             if (order->tool == tool && order->made && order->isRunning()) {
-                order->outcomes.push_back({Kind::ToolClosed, "the tool was closed"_s});
+                order->outcomes.push_back({Kind::ToolClosed, DWording::told("the tool was closed"_s)});
             }
         }
     }
@@ -134,7 +135,8 @@ public:
             const RequestPointer request = known->second;
             const bool here = request->device.get() == &device;
             if (here && !request->over && request->order->isRunning()) {
-                request->order->outcomes.push_back({Kind::DeviceUnreachable, "the device is gone"_s});
+                request->order->outcomes.push_back(
+                    {Kind::DeviceUnreachable, DWording::told("the device is gone"_s)});
             }
             request->atDevice = request->atDevice && !here;
             request->cancel = here ? Cancel::NotDue : request->cancel;
@@ -171,9 +173,11 @@ public:
         require(accepted == (order.plan.deed != Deed::RefusedByCommand), "commandExecute answers wrongly",
                 order);
         if (!accepted) {
-            order.outcomes.push_back({Kind::RefusedByCommand, "the command refused to run"_s});
+            order.outcomes.push_back(
+                {Kind::RefusedByCommand, DWording::told("the command refused to run"_s)});
         } else if (order.sent == 0 && !order.reported) {
-            order.outcomes.push_back({Kind::NothingSent, "the command sent no device request"_s});
+            order.outcomes.push_back(
+                {Kind::NothingSent, DWording::told("the command sent no device request"_s)});
         } else {
             if (order.plan.deed == Deed::Pulses && order.plan.pulseMs >= 0) {
                 order.pulseUs = m_clock.now() + order.plan.pulseMs * c_usPerMs;
@@ -208,14 +212,14 @@ public:
         order.requests.push_back(request);
         m_sending.push_back(request);
         if (request->device == nullptr) {
-            order.outcomes.push_back({Kind::DeviceUnreachable, "the tool has no device"_s});
+            order.outcomes.push_back({Kind::DeviceUnreachable, DWording::told("the tool has no device"_s)});
         } else if (request->device->going) {
-            order.outcomes.push_back({Kind::DeviceUnreachable, "the device is gone"_s});
+            order.outcomes.push_back({Kind::DeviceUnreachable, DWording::told("the device is gone"_s)});
             // An event loop that runs before the device is gone brings its answer.
-            order.outcomes.push_back({Kind::DeviceUnreachable, "the device is closed"_s});
+            order.outcomes.push_back({Kind::DeviceUnreachable, DWording::told("the device is closed"_s)});
         } else if (!request->device->connected) {
             request->device->answers.push_back(
-                {request, {Kind::DeviceUnreachable, request->device->problem}});
+                {request, {Kind::DeviceUnreachable, DWording::told(request->device->problem)}});
         }
     }
 
@@ -310,7 +314,7 @@ public:
         } else if (recurs) {
             ++order.rejected;
         } else {
-            order.outcomes.push_back({Kind::ReplyRejected, "reply rejected"_s});
+            order.outcomes.push_back({Kind::ReplyRejected, DWording::told("reply rejected"_s)});
         }
     }
 
@@ -342,7 +346,8 @@ public:
     {
         const auto request = m_requests.find(id);
         if (device.disconnecting && request != m_requests.end() && !request->second->over) {
-            device.answers.push_back({request->second, {Kind::DeviceUnreachable, device.problem}});
+            device.answers.push_back(
+                {request->second, {Kind::DeviceUnreachable, DWording::told(device.problem)}});
         }
     }
 
@@ -370,13 +375,14 @@ public:
         require(order.decided, "it has finished without finishing its command", order);
         const bool expected =
             std::any_of(order.outcomes.cbegin(), order.outcomes.cend(), [&failure](const DFailure& outcome) {
-                return outcome.kind == failure.kind && failure.text.contains(outcome.text) &&
+                return outcome.kind == failure.kind &&
+                       failure.text.english().contains(outcome.text.english()) &&
                        failure.text.isEmpty() == !failure;
             });
         const DFailure& first = order.outcomes.front();
         require(expected,
                 qPrintable("it ends with \"%1\" (%2), expected \"%3\" (%4)"_s.arg(
-                    failure.text, failure.kindName(), first.text, first.kindName())),
+                    failure.text.english(), failure.kindName(), first.text.english(), first.kindName())),
                 order);
     }
 
@@ -622,7 +628,8 @@ private:
         if (order.reported) {
             order.outcomes.push_back({});
         } else if (!order.pulseUs) {
-            order.outcomes.push_back({Kind::NothingSent, "the command waits for nothing more"_s});
+            order.outcomes.push_back(
+                {Kind::NothingSent, DWording::told("the command waits for nothing more"_s)});
         }
     }
 
@@ -636,8 +643,8 @@ private:
 
     static DFailure timedOut(const Request& request)
     {
-        return {Kind::TimedOut, "no reply to \"%1\" within %2 ms"_s.arg(request.instruction,
-                                                                        QString::number(request.timeoutMs))};
+        return {Kind::TimedOut, DWording::told("no reply to \"%1\" within %2 ms"_s.arg(
+                                    request.instruction, QString::number(request.timeoutMs)))};
     }
 
     const Journal& m_journal;

@@ -406,9 +406,10 @@ private:
         for (int times = m_random.chance(80) ? 1 : 2 + m_random.below(2); times > 0; --times) {
             Answer answer;
             if (m_random.chance(10)) {
-                answer.failure = {DFailure::Kind::RefusedByDevice, "burnt %1"_s.arg(m_random.below(100))};
-                note("refuses request %1: %2"_s.arg(QString::number(request), answer.failure.text));
-                entry.object->refuse(request, answer.failure.text);
+                answer.failure = {DFailure::Kind::RefusedByDevice,
+                                  DWording::told("burnt %1"_s.arg(m_random.below(100)))};
+                note("refuses request %1: %2"_s.arg(QString::number(request), answer.failure.text.english()));
+                entry.object->refuse(request, answer.failure.text.english());
             } else {
                 const ReplyShape& shape =
                     m_random.chance(60) ? replyShapes().constFirst() : m_random.of(replyShapes());

@@ -30,7 +30,7 @@ public:
             const bool isKnown = !all.at(line).name.startsWith("failed"_s);
             m_listener->lineTold(line, {all.at(line).highestLevel() / 2 + 1, m_scheduler->now(), isKnown});
         }
-        m_listener->stateTold(DDevice::State::Connected, QString(), m_scheduler->now());
+        m_listener->stateTold(DDevice::State::Connected, {}, m_scheduler->now());
         m_listener->blinkingTold(c_blinking, true);
     }
     void close() override {}
@@ -40,7 +40,8 @@ public:
     void setPluggedIn(bool pluggedIn) override
     {
         if (!pluggedIn) {
-            m_listener->stateTold(DDevice::State::Unreachable, "unplugged"_s, m_scheduler->now());
+            m_listener->stateTold(DDevice::State::Unreachable, DWording::told("unplugged"_s),
+                                  m_scheduler->now());
         }
     }
 

@@ -366,7 +366,7 @@ private Q_SLOTS:
 
     void whatNoOrderWaitsForIsToldInTheLog()
     {
-        Q_EMIT m_bench->board().problemTold("line \"do0\" blinks no more"_s);
+        Q_EMIT m_bench->board().problemTold(DWording::told("line \"do0\" blinks no more"_s));
         QCOMPARE(m_scene->orders().count(), 1);
         QTRY_COMPARE(visibleNamed(root(), "orderDetail").size(), 1);
         const QQuickItem* detail = visibleNamed(root(), "orderDetail").constFirst();

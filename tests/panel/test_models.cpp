@@ -11,7 +11,6 @@
 #include <window/order_events_model.h>
 #include <window/order_log_model.h>
 #include <window/page_reads_model.h>
-#include <window/reasons.h>
 #include <window/texts.h>
 #include <window/time_axis.h>
 #include <window/tools_model.h>
@@ -303,7 +302,7 @@ private Q_SLOTS:
         QVERIFY(!at(lines, 0, LinesModel::KnownRole).toBool()); // it shows no level
         device.listener->stateTold(DDevice::State::Connected, {}, 0);
         QCOMPARE(statusOf(lines, 0), "failed"_s); // its line cannot be read
-        device.listener->stateTold(DDevice::State::Unreachable, "gone"_s, 0);
+        device.listener->stateTold(DDevice::State::Unreachable, DWording::told("gone"_s), 0);
         QCOMPARE(statusOf(lines, 0), "unknown"_s);
     }
 
@@ -606,7 +605,7 @@ private Q_SLOTS:
 
     void whatFailsBesideAllOrdersIsLogged()
     {
-        m_log->addProblem("board"_s, "line \"do0\" blinks no more"_s);
+        m_log->addProblem("board"_s, DWording::told("line \"do0\" blinks no more"_s));
         QCOMPARE(shown(*m_log, 0,
                        {OrderLogModel::CommandRole, OrderLogModel::StateRole, OrderLogModel::DetailRole}),
                  "board | problem | line \"do0\" blinks no more"_s);
@@ -619,7 +618,7 @@ private Q_SLOTS:
     {
         m_log->addClick("setValue"_s, {{"channel"_s, "START"_s}}, {{"doneOk"_s, true}}, {});
         m_log->addClick("setValue"_s, {{"channel"_s, "E_STOP"_s}}, {},
-                        {DFailure::Kind::RefusedByDevice, "no such line"_s});
+                        {DFailure::Kind::RefusedByDevice, DWording::told("no such line"_s)});
         using Log = OrderLogModel;
         const QVector<int> roles = {Log::CommandRole, Log::StateRole, Log::KindRole, Log::DetailRole,
                                     Log::PageRole};
@@ -650,7 +649,7 @@ private Q_SLOTS:
             reads->add("getValue"_s, {{"channel"_s, "START"_s}}, {{"value"_s, number}}, failure);
         };
         note(1, {});
-        note(2, {DFailure::Kind::TimedOut, "no answer"_s});
+        note(2, {DFailure::Kind::TimedOut, DWording::told("no answer"_s)});
         QCOMPARE(reads->rowCount(), 0);
         m_clock->tick();
         QCOMPARE(reads->total(), 2);
@@ -983,7 +982,7 @@ private Q_SLOTS:
     {
         installTexts(QLocale(QLocale::French));
         for (int kind = 1; kind < static_cast<int>(DFailure::Kind::Count); ++kind) {
-            const DFailure failure = {static_cast<DFailure::Kind>(kind), "reason"_s};
+            const DFailure failure = {static_cast<DFailure::Kind>(kind), DWording::told("reason"_s)};
             const QString text = failureText(failure.kindName(), failure.text);
             QVERIFY2(text.endsWith(" : reason"_s), qPrintable(failure.kindName()));
         }
@@ -992,25 +991,26 @@ private Q_SLOTS:
 
     void whatFailuresNameStaysAsItIs_data()
     {
-        const Rows<QString, QString> row("reason", "text");
-        row("nothing named", "the device is closed"_s, "l\u2019appareil est ferm\u00e9"_s);
-        row("a name", "unknown channel \"true or false\""_s, "voie \u00ab true or false \u00bb inconnue"_s);
-        row("a name with a place in it", "no reply to %2 within 100 ms"_s,
+        const Rows<DWording, QString> row("reason", "text");
+        row("nothing named", wording("the device is closed"), "l\u2019appareil est ferm\u00e9"_s);
+        row("a name", wording("unknown channel \"%1\"").arg("true or false"_s),
+            "voie \u00ab true or false \u00bb inconnue"_s);
+        row("a name with a place in it", wording("no reply to %1 within %2 ms").arg("%2"_s, 100),
             "pas de r\u00e9ponse \u00e0 %2 en 100 ms"_s);
-        row("a reason in a reason", "line \"do0\" blinks no more: the device is gone"_s,
+        row("a reason in a reason",
+            wording("line \"%1\" blinks no more: %2").arg("do0"_s, wording("the device is gone")),
             "la ligne \u00ab do0 \u00bb ne clignote plus : l\u2019appareil n\u2019est plus l\u00e0"_s);
-        row("the more special of two", "the board refuses \"getValue\" of channel \"C\""_s,
-            "la carte refuse \u00ab getValue \u00bb pour la voie \u00ab C \u00bb"_s);
-        row("what nobody has translated", "it is Monday"_s, "it is Monday"_s);
+        row("what the system says", DWording::told("Permission denied"_s), "permission refus\u00e9e"_s);
+        row("what nobody has translated", DWording::told("it is Monday"_s), "it is Monday"_s);
     }
     void whatFailuresNameStaysAsItIs()
     {
-        QFETCH(QString, reason);
+        QFETCH(DWording, reason);
         installTexts(QLocale(QLocale::French));
-        const QString french = reasonText(reason);
+        const QString french = worded(reason);
         installTexts(QLocale(QLocale::English));
         QTEST(french, "text");
-        QCOMPARE(reasonText(reason), reason);
+        QCOMPARE(worded(reason), reason.english());
     }
 
     void numbersHaveTheDecimalSignOfTheLanguage()

@@ -74,7 +74,7 @@ public:
         await([this] { return m_board->isConnected(); }, "connecting the board"_s);
         const DPluginLoader loader(QStringLiteral(PLUGIN_FILE));
         if (loader.prototype() == nullptr) {
-            qFatal("%s", qPrintable(loader.error()));
+            qFatal("%s", qPrintable(loader.error().english()));
         }
         m_tool = std::make_unique<DTool>(configuration(board), *loader.prototype(), m_board.get());
     }
@@ -107,7 +107,7 @@ public:
                 }
                 require(one.order->isSuccessful() == one.invocation->succeeds,
                         "an order of %1 ended with \"%2\""_s.arg(one.order->commandName(),
-                                                                 one.order->failure().text));
+                                                                 one.order->failure().text.english()));
             }
             running.clear();
             require(m_board->pendingRequests() == 0, "requests are pending after their orders"_s);
@@ -146,7 +146,7 @@ public:
         for (const auto& listener : listeners) {
             listener->stop();
             require(listener->isSuccessful(),
-                    "a listening order ended with \"%1\""_s.arg(listener->failure().text));
+                    "a listening order ended with \"%1\""_s.arg(listener->failure().text.english()));
         }
         require(m_board->pendingRequests() == 0, "requests are pending after their listeners"_s);
     }

@@ -43,7 +43,7 @@ public:
         QStringList texts;
         for (const Heard& what : heard) {
             if (what.failure) {
-                texts.append(what.failure.text);
+                texts.append(what.failure.text.english());
             }
         }
         return texts;

@@ -24,7 +24,7 @@ QVector<FoundPlugin> findPlugins(const QDir& folder)
     for (const QString& file : files) {
         const DPluginLoader loader(folder.filePath(file));
         const QString name = loader.prototype() != nullptr ? loader.prototype()->pluginName() : QString();
-        plugins.append({folder.filePath(file), name, loader.error()});
+        plugins.append({folder.filePath(file), name, loader.error().english()});
     }
     return plugins;
 }

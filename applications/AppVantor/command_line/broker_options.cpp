@@ -9,11 +9,11 @@ QString urlOf(const Options& options)
 
 } // namespace
 
-std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem)
+std::optional<BrokerPlace> brokerOf(const Options& options, DWording* problem)
 {
     const QString url = urlOf(options);
     if (url.isEmpty()) {
-        *problem = QStringLiteral("expected a broker: --broker URL, or the variable APPVANTOR_BROKER");
+        *problem = wording("expected a broker: --broker URL, or the variable APPVANTOR_BROKER");
         return std::nullopt;
     }
     const std::optional<BrokerAddress> address = readBrokerAddress(url, problem);
@@ -40,7 +40,7 @@ std::optional<QString> rigMeant(const Options& options)
         return options.rig;
     }
     const QString url = urlOf(options);
-    QString problem;
+    DWording problem;
     const std::optional<BrokerAddress> address = readBrokerAddress(url, &problem);
     const QString rig = address ? address->rig : QString();
     const bool isUsual = options.configuration.isEmpty() && !url.isEmpty() && (!address || !rig.isEmpty());

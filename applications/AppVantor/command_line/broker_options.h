@@ -13,7 +13,7 @@ struct BrokerPlace
 
 /// The broker that the options or the environment name. Returns nothing, and in problem what is wrong or
 /// missing, when there is none.
-std::optional<BrokerPlace> brokerOf(const Options& options, QString* problem);
+std::optional<BrokerPlace> brokerOf(const Options& options, DWording* problem);
 
 /// The rig on a broker that a subcommand is to work on in the place of a configuration; empty when a broker
 /// is named without one. The environment counts where the options name no configuration. Returns nothing when

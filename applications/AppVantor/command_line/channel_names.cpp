@@ -6,24 +6,24 @@ ChannelNames::ChannelNames(const DTool& tool)
     : m_tool(tool)
 {}
 
-QString ChannelNames::define(const QStringList& words)
+DWording ChannelNames::define(const QStringList& words)
 {
     const QString text = words.join(QLatin1Char(' '));
     const QString name = text.section(QLatin1Char('='), 0, 0).trimmed();
     const QString channel = text.section(QLatin1Char('='), 1).trimmed();
     if (name.isEmpty() || name.contains(QLatin1Char(' ')) || channel.isEmpty()) {
-        return QStringLiteral("expected \"let NAME = CHANNEL\"");
+        return wording(R"(expected "let NAME = CHANNEL")");
     }
-    QString problem;
+    DWording problem;
     const DToolChannel* meant = find(channel, &problem);
     if (meant == nullptr) {
         return problem;
     }
     if (all().contains(name)) {
-        return QStringLiteral("\"%1\" stands for the channel %2 already").arg(name, this->channel(name));
+        return wording(R"("%1" stands for the channel %2 already)").arg(name, this->channel(name));
     }
     m_given.insert(name, meant->id);
-    return QString();
+    return {};
 }
 
 QString ChannelNames::channel(const QString& name) const
@@ -31,7 +31,7 @@ QString ChannelNames::channel(const QString& name) const
     return m_given.value(name, name);
 }
 
-const DToolChannel* ChannelNames::find(const QString& name, QString* problem) const
+const DToolChannel* ChannelNames::find(const QString& name, DWording* problem) const
 {
     return findChannel(m_tool.channels(), channel(name), problem);
 }

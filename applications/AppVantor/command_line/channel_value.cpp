@@ -52,20 +52,20 @@ std::optional<Invocation> readCourse(const DToolChannel& channel, const QStringL
     return std::nullopt;
 }
 
-QString unexpected(const DToolChannel& channel, const QString& expected, const QString& found)
+DWording unexpected(const DToolChannel& channel, const DWording& expected, const QString& found)
 {
-    return QStringLiteral("channel \"%1\": expected %2, found \"%3\"").arg(channel.id, expected, found);
+    return wording(R"(channel "%1": expected %2, found "%3")").arg(channel.id, expected, found);
 }
 
-QString levels(const DToolChannel& channel)
+DWording levels(const DToolChannel& channel)
 {
-    return isAnalogue(channel) ? QStringLiteral("a number from 0 to %1 or OFF").arg(c_highestLevel)
-                               : QStringLiteral("ON or OFF");
+    return isAnalogue(channel) ? wording("a number from 0 to %1 or OFF").arg(c_highestLevel)
+                               : wording("ON or OFF");
 }
 
 } // namespace
 
-const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QString& id, QString* problem)
+const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QString& id, DWording* problem)
 {
     QStringList known;
     for (const DToolChannel& channel : channels) {
@@ -74,12 +74,12 @@ const DToolChannel* findChannel(const QVector<DToolChannel>& channels, const QSt
         }
         known.append(channel.id);
     }
-    *problem = QStringLiteral("the tool has no channel \"%1\"").arg(id) + didYouMean(id, known);
+    *problem = wording(R"(the tool has no channel "%1"%2)").arg(id, didYouMean(id, known));
     return nullptr;
 }
 
 QVector<DToolChannel> findChannels(const QVector<DToolChannel>& channels, const QStringList& ids,
-                                   QString* problem)
+                                   DWording* problem)
 {
     QVector<DToolChannel> found;
     QStringList distinct = ids;
@@ -112,7 +112,7 @@ QString levelText(const DToolChannel& channel, const QVariant& reading)
     return level == 1 ? QStringLiteral("ON") : QStringLiteral("OFF");
 }
 
-int readLevel(const DToolChannel& channel, const QString& text, QString* problem)
+int readLevel(const DToolChannel& channel, const QString& text, DWording* problem)
 {
     const std::optional<int> level = levelOf(channel, text.toUpper());
     if (!level) {
@@ -121,11 +121,11 @@ int readLevel(const DToolChannel& channel, const QString& text, QString* problem
     return level.value_or(0);
 }
 
-Invocation readSetting(const QVector<DToolChannel>& channels, const QString& word, QString* problem)
+Invocation readSetting(const QVector<DToolChannel>& channels, const QString& word, DWording* problem)
 {
     const int equals = word.lastIndexOf(QLatin1Char('='));
     if (equals <= 0) {
-        *problem = QStringLiteral("expected CHANNEL=VALUE, found \"%1\"").arg(word);
+        *problem = wording(R"(expected CHANNEL=VALUE, found "%1")").arg(word);
         return {};
     }
     const DToolChannel* channel = findChannel(channels, word.left(equals), problem);
@@ -143,8 +143,8 @@ Invocation readSetting(const QVector<DToolChannel>& channels, const QString& wor
     const auto course = readCourse(*channel, value.toUpper().split(QLatin1Char(':')));
     if (!course) {
         *problem = unexpected(*channel,
-                              QStringLiteral("ON, OFF, PULSE:MS, or BLINK:MS:PERCENT with a cycle of 1 to %1 "
-                                             "milliseconds and 0 to 100 percent")
+                              wording("ON, OFF, PULSE:MS, or BLINK:MS:PERCENT with a cycle of 1 to %1 "
+                                      "milliseconds and 0 to 100 percent")
                                   .arg(c_longestCycleMs),
                               value);
     }

@@ -56,11 +56,11 @@ std::vector<Chip> chipsOfThisMachine(Output* output)
         if (chip != nullptr) {
             chips.push_back(describe(file, *chip));
         } else {
-            tell(GpioMessages::chipRefused(file, error), output);
+            tell(GpioMessages::chipRefused(file, error).english(), output);
         }
     }
     if (files.isEmpty()) {
-        tell(GpioMessages::noChips(), output);
+        tell(GpioMessages::noChips().english(), output);
     }
     return chips;
 }
@@ -147,7 +147,7 @@ int writeConfiguration(const std::vector<Chip>& chips, const QString& wanted, Ou
         return candidate.file == wanted || candidate.name == wanted || candidate.label == wanted;
     });
     if (chip == chips.cend()) {
-        tell(GpioMessages::noSuchChip(wanted), output);
+        tell(GpioMessages::noSuchChip(wanted).english(), output);
         return ExitDeviceUnreachable;
     }
     Json leftOut = Json::array();

@@ -146,8 +146,8 @@ void DiscoverWatch::tellLine(GpioLineChange::Kind kind, const GpioLineInfo& line
         [&] {
             return QStringLiteral("%1 %2 by \"%3\": %4")
                 .arg(timeOfDay(wallClockUs),
-                     line.name.isEmpty() ? GpioMessages::placeText(line.offset, chip)
-                                         : GpioMessages::lineText(line.name, line.offset, chip),
+                     line.name.isEmpty() ? GpioMessages::placeText(line.offset, chip).english()
+                                         : GpioMessages::lineText(line.name, line.offset, chip).english(),
                      consumer, QLatin1String(nameOf(kind)));
         });
 }

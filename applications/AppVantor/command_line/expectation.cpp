@@ -25,13 +25,13 @@ QString ExpectedLevel::text() const
     return name + QLatin1Char('=') + levelText(channel, level);
 }
 
-ExpectedLevel readExpectedLevel(const QStringList& words, const ChannelNames& names, QString* problem)
+ExpectedLevel readExpectedLevel(const QStringList& words, const ChannelNames& names, DWording* problem)
 {
     ExpectedLevel expected;
     const int equals = words.value(0).lastIndexOf(QLatin1Char('='));
     const bool hasLimit = words.size() == 3 && words.at(1) == QLatin1String("within");
     if (equals <= 0 || (words.size() != 1 && !hasLimit)) {
-        *problem = QStringLiteral("expected \"expect CHANNEL=VALUE [within MS]\"");
+        *problem = wording(R"(expected "expect CHANNEL=VALUE [within MS]")");
         return expected;
     }
     expected.name = words.first().left(equals);
@@ -45,9 +45,8 @@ ExpectedLevel readExpectedLevel(const QStringList& words, const ChannelNames& na
         bool ok = false;
         expected.withinMs = words.at(2).toInt(&ok);
         if (!ok || *expected.withinMs < 0 || *expected.withinMs > c_longestMs) {
-            *problem = QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
-                           .arg(c_longestMs)
-                           .arg(words.at(2));
+            *problem =
+                wording(R"(expected milliseconds from 0 to %1, found "%2")").arg(c_longestMs, words.at(2));
         }
     }
     return expected;
@@ -175,15 +174,16 @@ void Expectation::end()
     QMetaObject::invokeMethod(this, &Expectation::ended, Qt::QueuedConnection);
 }
 
-QString Expectation::complaint() const
+DWording Expectation::complaint() const
 {
-    QString complaint = QStringLiteral("expected ") + m_expected.text();
-    if (m_expected.withinMs) {
-        complaint += QStringLiteral(" within %1 ms").arg(*m_expected.withinMs);
-    }
-    complaint += QStringLiteral(", found ") +
-                 (m_found ? levelText(m_expected.channel, *m_found) : QStringLiteral("nothing"));
-    return m_failure ? complaint + QStringLiteral(": ") + m_failure.text : complaint;
+    const QString expected = m_expected.text();
+    const DWording found =
+        m_found ? DWording::name(levelText(m_expected.channel, *m_found)) : wording("nothing");
+    const DWording complaint =
+        m_expected.withinMs
+            ? wording("expected %1 within %2 ms, found %3").arg(expected, *m_expected.withinMs, found)
+            : wording("expected %1, found %2").arg(expected, found);
+    return m_failure ? wording("%1: %2").arg(complaint, m_failure.text) : complaint;
 }
 
 double Expectation::seconds() const
@@ -211,7 +211,7 @@ void Expectation::report(const Problem& place, Output* output) const
     output->json([&] {
         Json failure = json("failure");
         failure["kind"] = m_failure ? toJson(m_failure.kindName()) : Json("unexpectedLevel");
-        failure["reason"] = toJson(problem.text);
+        failure["reason"] = toJson(problem.text.english());
         addPlace(place, &failure);
         return failure;
     });

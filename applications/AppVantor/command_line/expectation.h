@@ -30,7 +30,7 @@ struct ExpectedLevel
 };
 
 /// Reads the words after "expect". problem receives what is wrong, or nothing.
-ExpectedLevel readExpectedLevel(const QStringList& words, const ChannelNames& names, QString* problem);
+ExpectedLevel readExpectedLevel(const QStringList& words, const ChannelNames& names, DWording* problem);
 
 /// Waits for a level of a channel. It reads the channel as an order would; where there is time left, it
 /// listens to it, and reads over and over where it cannot be listened to.
@@ -53,7 +53,7 @@ public:
     /// Why the channel could not be read, if it could not.
     const DFailure& failure() const { return m_failure; }
     /// "expected DOOR=ON within 500 ms, found OFF"
-    QString complaint() const;
+    DWording complaint() const;
     /// How long it took, in seconds.
     double seconds() const;
     /// Writes what became of it; place is where it stands in a script, if it does.

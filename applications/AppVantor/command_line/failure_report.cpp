@@ -26,8 +26,13 @@ void reportFailure(const char* kind, const Problem& problem, Output* output)
 {
     diagnostic(problem.toString());
     output->json([&] {
-        Json json = {{"type", "failure"}, {"kind", kind}, {"reason", toJson(problem.text)}};
+        Json json = {{"type", "failure"}, {"kind", kind}, {"reason", toJson(problem.text.english())}};
         addPlace(problem, &json);
         return json;
     });
+}
+
+void reportFailure(const char* kind, const QString& text, Output* output)
+{
+    reportFailure(kind, Problem{DWording::told(text)}, output);
 }

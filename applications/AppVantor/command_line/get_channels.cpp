@@ -10,7 +10,7 @@
 
 int getChannels(DTool* tool, const Options& options, Output* output)
 {
-    QString problem;
+    DWording problem;
     const QVector<DToolChannel> channels = findChannels(tool->channels(), options.words, &problem);
     if (!problem.isEmpty()) {
         reportFailure("usage", {problem}, output);

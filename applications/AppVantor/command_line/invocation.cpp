@@ -10,7 +10,7 @@ bool looksLikeJson(const QString& text)
            text.startsWith(QLatin1Char('"'));
 }
 
-QVariant readValue(const QString& text, QString* problem)
+QVariant readValue(const QString& text, DWording* problem)
 {
     if (!looksLikeJson(text)) {
         return text;
@@ -20,8 +20,7 @@ QVariant readValue(const QString& text, QString* problem)
     const std::optional<JsonNode> node = readJson(json, &mistakes);
     if (!mistakes.isEmpty()) {
         const int character = QString::fromUtf8(json.left(mistakes.first().offset)).size() + 1;
-        *problem =
-            QStringLiteral("%1 (character %2 of %3)").arg(mistakes.first().text).arg(character).arg(text);
+        *problem = wording("%1 (character %2 of %3)").arg(mistakes.first().text, character, text);
         return QVariant();
     }
     return node->toVariant();
@@ -29,7 +28,7 @@ QVariant readValue(const QString& text, QString* problem)
 
 } // namespace
 
-QStringList splitLine(const QString& line, QString* problem)
+QStringList splitLine(const QString& line, DWording* problem)
 {
     QStringList words;
     QString word;
@@ -74,14 +73,14 @@ QStringList splitLine(const QString& line, QString* problem)
         words.append(word);
     }
     if (!quote.isNull()) {
-        *problem = QStringLiteral("expected a closing %1").arg(quote);
+        *problem = wording("expected a closing %1").arg(QString(quote));
     } else if (depth > 0) {
-        *problem = QStringLiteral("expected a closing bracket");
+        *problem = wording("expected a closing bracket");
     }
     return words;
 }
 
-Invocation readInvocation(const QStringList& words, QString* problem)
+Invocation readInvocation(const QStringList& words, DWording* problem)
 {
     Invocation invocation;
     invocation.command = words.first();
@@ -89,17 +88,17 @@ Invocation readInvocation(const QStringList& words, QString* problem)
     for (const QString& word : assignments) {
         const int equals = word.indexOf(QLatin1Char('='));
         if (equals <= 0) {
-            *problem = QStringLiteral("expected NAME=VALUE, found \"%1\"").arg(word);
+            *problem = wording(R"(expected NAME=VALUE, found "%1")").arg(word);
             return invocation;
         }
         const QString name = word.left(equals);
         if (invocation.arguments.contains(name)) {
-            *problem = QStringLiteral("parameter \"%1\" is given twice").arg(name);
+            *problem = wording(R"(parameter "%1" is given twice)").arg(name);
             return invocation;
         }
         const QVariant value = readValue(word.mid(equals + 1), problem);
         if (!problem->isEmpty()) {
-            *problem = QStringLiteral("parameter \"%1\": %2").arg(name, *problem);
+            *problem = wording(R"(parameter "%1": %2)").arg(name, *problem);
             return invocation;
         }
         invocation.arguments.insert(name, value);

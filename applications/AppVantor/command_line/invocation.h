@@ -8,8 +8,8 @@
 /// Splits a shell line into words at blanks. "…" and '…' keep blanks; a backslash keeps the next character.
 /// JSON keeps its quotes and backslashes: what stands in brackets or braces, and a "…" right after "=".
 /// problem receives what is wrong, or nothing.
-QStringList splitLine(const QString& line, QString* problem);
+QStringList splitLine(const QString& line, DWording* problem);
 
 /// Reads the words of an invocation; there must be one at least. A value that looks like JSON ([, { or a
 /// quoted text) is read as JSON. problem receives what is wrong, or nothing.
-Invocation readInvocation(const QStringList& words, QString* problem);
+Invocation readInvocation(const QStringList& words, DWording* problem);

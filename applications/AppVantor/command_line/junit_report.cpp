@@ -68,12 +68,12 @@ QString JUnitReport::begin(const QString& file)
 void JUnitReport::follow(const Shell& shell)
 {
     QObject::connect(&shell, &Shell::expectationEnded, &m_file,
-                     [this](const ScriptLine& line, double time, const QString& complaint) {
-                         add({line, time, complaint});
+                     [this](const ScriptLine& line, double time, const DWording& complaint) {
+                         add({line, time, complaint.english()});
                      });
     QObject::connect(&shell, &Shell::lineFailed, &m_file,
-                     [this](const ScriptLine& line, const QString& reason) {
-                         add({line, 0, QString(), reason});
+                     [this](const ScriptLine& line, const DWording& reason) {
+                         add({line, 0, QString(), reason.english()});
                      });
 }
 

@@ -37,8 +37,8 @@ public:
         m_link.subscribe(m_topics.answer(m_client));
         connect(&m_link, &BrokerLink::received, this, &LeaseTalk::take);
         connect(&m_link, &BrokerLink::connected, this, &LeaseTalk::tellReturn);
-        connect(&m_link, &BrokerLink::disconnected, this, [this](const QString& problem) {
-            const QString text = QStringLiteral("%1: %2").arg(m_place.address.text(), problem);
+        connect(&m_link, &BrokerLink::disconnected, this, [this](const DWording& problem) {
+            const QString text = QStringLiteral("%1: %2").arg(m_place.address.text(), problem.english());
             if (!m_isHeld) {
                 fail("deviceUnreachable", text);
             } else if (!std::exchange(m_isAway, true)) {
@@ -210,7 +210,7 @@ private:
 
 std::optional<BrokerPlace> placeOf(const Options& options, Output* output)
 {
-    QString problem;
+    DWording problem;
     std::optional<BrokerPlace> place = brokerOf(options, &problem);
     if (!place) {
         reportFailure("usage", {problem}, output);

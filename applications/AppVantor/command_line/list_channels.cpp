@@ -51,7 +51,7 @@ Json toJson(const DTool& tool, const ChannelRow& row)
                  {"value", toJson(valueOf(row))}};
     if (row.reading != nullptr && row.reading->failure()) {
         json["kind"] = toJson(row.reading->failure().kindName());
-        json["reason"] = toJson(row.reading->failure().text);
+        json["reason"] = toJson(row.reading->failure().text.english());
     }
     return json;
 }
@@ -88,7 +88,8 @@ int listChannels(DTool* tool, Output* output)
     int status = ExitSuccess;
     for (const ChannelRow& row : rows) {
         if (row.reading != nullptr && row.reading->failure()) {
-            diagnostic(QStringLiteral("channel \"%1\": %2").arg(row.channel.id, row.reading->failure().text));
+            diagnostic(QStringLiteral("channel \"%1\": %2")
+                           .arg(row.channel.id, row.reading->failure().text.english()));
             status = std::max(status, exitStatusOf(row.reading->failure()));
         }
     }

@@ -110,7 +110,7 @@ int listRigs(const Options& options, Output* output)
 {
     constexpr int quietMs = 300;
     constexpr int longestMs = 3000;
-    QString problem;
+    DWording problem;
     const std::optional<BrokerPlace> place = brokerOf(options, &problem);
     if (!place) {
         reportFailure("usage", {problem}, output);
@@ -153,10 +153,10 @@ int listRigs(const Options& options, Output* output)
             rigs.write(changed, output);
         }
     });
-    QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const QString& why) {
-        if (std::exchange(away, why) != why) {
-            reportFailure("deviceUnreachable", {QStringLiteral("%1: %2").arg(place->address.text(), why)},
-                          output);
+    QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const DWording& why) {
+        if (std::exchange(away, why.english()) != why.english()) {
+            reportFailure("deviceUnreachable",
+                          {QStringLiteral("%1: %2").arg(place->address.text(), why.english())}, output);
         }
         if (!isListed) {
             status = ExitDeviceUnreachable;

@@ -82,7 +82,7 @@ QString unknownOption(const QString& name, const std::vector<OptionRow>& options
     for (const OptionRow& option : options) {
         known.append(QStringLiteral("--") + option.name);
     }
-    return QStringLiteral("unknown option \"%1\"").arg(written) + didYouMean(written, known);
+    return QStringLiteral("unknown option \"%1\"").arg(written) + didYouMean(written, known).english();
 }
 
 QString unknownSubcommand(const QString& name)
@@ -91,7 +91,7 @@ QString unknownSubcommand(const QString& name)
     for (const SubcommandRow& row : subcommandRows()) {
         known.append(row.name);
     }
-    const QString meant = didYouMean(name, known);
+    const QString meant = didYouMean(name, known).english();
     return QStringLiteral("unknown subcommand \"%1\"").arg(name) +
            (meant.isEmpty() ? QStringLiteral("; expected one of: ") + known.join(QStringLiteral(", "))
                             : meant);

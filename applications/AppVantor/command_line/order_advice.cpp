@@ -57,7 +57,7 @@ QString warningOfWord(const DOrder& order, const QString& parameter, const QStri
     }
     return QStringLiteral("\"%1\" is no %2: %3; expected one of %4")
                .arg(word, parameter, meaning, known.join(QStringLiteral(", "))) +
-           didYouMean(word, known);
+           didYouMean(word, known).english();
 }
 
 QString warningOfDutyCycle(const DOrder& order)
@@ -98,11 +98,11 @@ QString reasonOf(const DOrder& order)
 {
     const QString parameter = QStringLiteral("channel");
     const QString channel = order.arguments().value(parameter).toString();
-    QString problem;
+    DWording problem;
     if (!channel.isEmpty() && order.tool() != nullptr &&
         findChannel(order.tool()->channels(), channel, &problem) == nullptr &&
         declares(order.tool()->orderables(), order, parameter)) {
-        return order.failure().text + QStringLiteral("; ") + problem;
+        return order.failure().text.english() + QStringLiteral("; ") + problem.english();
     }
-    return order.failure().text;
+    return order.failure().text.english();
 }

@@ -11,7 +11,7 @@ OrderFile::OrderFile(DTool* tool, Output* output)
     connect(&m_shell, &Shell::lineBegun, this, &OrderFile::lineBegun);
     connect(&m_shell, &Shell::lineFailed, this, &OrderFile::noteFailure);
     connect(&m_shell, &Shell::expectationEnded, this,
-            [this](const ScriptLine& line, double, const QString& complaint) {
+            [this](const ScriptLine& line, double, const DWording& complaint) {
                 if (!complaint.isEmpty()) {
                     noteFailure(line, complaint);
                 }
@@ -19,8 +19,8 @@ OrderFile::OrderFile(DTool* tool, Output* output)
     connect(&m_reader, &ScriptReader::ended, this, &OrderFile::endLines);
     connect(&m_shell, &Shell::ended, this, [this, output] {
         m_ended = true;
-        if (m_complaint.isEmpty() && output->hasFailed()) {
-            m_complaint = QStringLiteral("standard output cannot be written to");
+        if (m_complaint.text.isEmpty() && output->hasFailed()) {
+            m_complaint.text = wording("standard output cannot be written to");
         }
         endLines();
     });
@@ -40,10 +40,10 @@ int OrderFile::end()
     return m_shell.exitStatus();
 }
 
-void OrderFile::noteFailure(const ScriptLine& line, const QString& reason)
+void OrderFile::noteFailure(const ScriptLine& line, const DWording& reason)
 {
-    if (m_complaint.isEmpty()) {
-        m_complaint = line.told(reason).toString();
+    if (m_complaint.text.isEmpty()) {
+        m_complaint = line.told(reason);
     }
 }
 

@@ -14,8 +14,8 @@ public:
     /// tool and output must outlive this.
     OrderFile(DTool* tool, Output* output);
 
-    /// Begins to read file. Returns an empty text, or why it cannot be read.
-    QString begin(const QString& file) { return m_reader.begin({file}); }
+    /// Begins to read file. Returns nothing, or why it cannot be read.
+    DWording begin(const QString& file) { return m_reader.begin({file}); }
     /// Number of orders that have not ended.
     int runningOrders() const { return m_shell.runningOrders(); }
     /// Forgets the lines that are left and stops what still runs. Returns the exit status of what happened.
@@ -24,16 +24,16 @@ public:
 Q_SIGNALS:
     /// The next line is carried out.
     void lineBegun(const ScriptLine& line);
-    /// All lines are done, or, where complaint is not empty, one has failed: it tells file, line and why.
-    void linesEnded(const QString& complaint);
+    /// All lines are done, or, where complaint has a text, one has failed: it tells file, line and why.
+    void linesEnded(const Problem& complaint);
 
 private:
-    void noteFailure(const ScriptLine& line, const QString& reason);
+    void noteFailure(const ScriptLine& line, const DWording& reason);
     void endLines();
 
     Shell m_shell;
     ScriptReader m_reader;
-    QString m_complaint; ///< of the first failure
+    Problem m_complaint; ///< of the first failure
     bool m_areLinesEnded = false;
     bool m_ended = false; ///< by a line, or because nothing can be written any more
 };

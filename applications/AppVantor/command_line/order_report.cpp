@@ -18,7 +18,7 @@ namespace {
 void complain(const QString& text, const Problem& place)
 {
     Problem problem = place;
-    problem.text = text;
+    problem.text = DWording::told(text);
     diagnostic(problem.toString());
 }
 
@@ -157,6 +157,6 @@ int reportOrder(DOrder* order, Output* output, const Problem& place,
 
 void reportRefusal(const DOrder& order, Output* output, const Problem& place)
 {
-    complain(order.failure().text, place);
+    complain(order.failure().text.english(), place);
     output->json([&] { return failureJson(order, 0, place); });
 }

@@ -33,7 +33,7 @@ bool canOrder(const DTool& tool, const QString& command)
 
 int runOrder(DTool* tool, const Options& options, Output* output)
 {
-    QString problem;
+    DWording problem;
     const Invocation invocation = readInvocation(options.words, &problem);
     if (!problem.isEmpty() && canOrder(*tool, invocation.command)) { // else it is refused for its name, below
         reportFailure("syntax", {problem}, output);

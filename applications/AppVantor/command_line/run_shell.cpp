@@ -18,17 +18,17 @@
 
 namespace {
 
-/// Returns what stands in the way of reading files, or an empty text.
-QString runScripts(Shell* shell, const QStringList& files, QEventLoop* loop)
+/// Returns what stands in the way of reading files, or nothing.
+DWording runScripts(Shell* shell, const QStringList& files, QEventLoop* loop)
 {
     UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::interrupted, shell, [shell] {
-        shell->breakOff(QStringLiteral("interrupted by a signal"));
+        shell->breakOff(wording("interrupted by a signal"));
         shell->interrupt();
     });
     ScriptReader reader(shell);
     QObject::connect(&reader, &ScriptReader::ended, shell, &Shell::close);
-    QString problem = reader.begin(files);
+    DWording problem = reader.begin(files);
     if (problem.isEmpty()) {
         loop->exec();
     }
@@ -81,8 +81,10 @@ int runShell(DTool* tool, const Options& options, Output* output)
     if (problem.isEmpty() && terminal) {
         readFromTerminal(&shell, output, &loop);
     } else if (problem.isEmpty()) {
-        problem = runScripts(
-            &shell, options.words.isEmpty() ? QStringList{QStringLiteral("-")} : options.words, &loop);
+        problem =
+            runScripts(&shell, options.words.isEmpty() ? QStringList{QStringLiteral("-")} : options.words,
+                       &loop)
+                .english();
     }
     if (!problem.isEmpty()) {
         reportFailure("usage", {problem}, output);

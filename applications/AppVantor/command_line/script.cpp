@@ -10,7 +10,7 @@ constexpr std::size_t c_deepest = 16;
 constexpr int c_largestBlock = 1 << 24;
 } // namespace
 
-Problem ScriptLine::told(const QString& complaint) const
+Problem ScriptLine::told(const DWording& complaint) const
 {
     return number > 0 ? Problem{complaint, file, number} : Problem{complaint};
 }
@@ -22,7 +22,7 @@ QString ScriptLine::place() const
 
 void Script::add(ScriptLine line)
 {
-    QString problem;
+    DWording problem;
     const QStringList words = splitLine(line.text, &problem); // a problem is told when the line has its turn
     const QString word = problem.isEmpty() ? words.value(0) : QString();
     if (word == QLatin1String("repeat")) {
@@ -41,10 +41,10 @@ void Script::open(ScriptLine line, const QStringList& words)
     if (m_ignoredBlocks > 0) {
         ++m_ignoredBlocks;
     } else if (words.size() != 2 || !ok || rounds < 1 || rounds > c_mostRounds) {
-        refuse(std::move(line), QStringLiteral("expected \"repeat N\", N from 1 to %1").arg(c_mostRounds));
+        refuse(std::move(line), wording(R"(expected "repeat N", N from 1 to %1)").arg(c_mostRounds));
         m_ignoredBlocks = 1;
     } else if (m_open.size() == c_deepest) {
-        refuse(std::move(line), QStringLiteral("expected blocks at most %1 deep").arg(c_deepest));
+        refuse(std::move(line), wording("expected blocks at most %1 deep").arg(c_deepest));
         m_ignoredBlocks = 1;
     } else {
         m_open.push_back({std::move(line), rounds});
@@ -56,9 +56,9 @@ void Script::close(ScriptLine line, const QStringList& words)
     if (m_ignoredBlocks > 0) {
         --m_ignoredBlocks;
     } else if (words.size() != 1) {
-        refuse(std::move(line), QStringLiteral("expected nothing after \"end\""));
+        refuse(std::move(line), wording(R"(expected nothing after "end")"));
     } else if (m_open.empty()) {
-        refuse(std::move(line), QStringLiteral("\"end\" without a \"repeat\""));
+        refuse(std::move(line), wording(R"("end" without a "repeat")"));
     } else {
         Statement block = std::move(m_open.back());
         m_open.pop_back();
@@ -79,14 +79,14 @@ void Script::append(Statement statement)
     if (m_openSize > c_largestBlock) {
         const ScriptLine first = m_open.front().line;
         dropOpenBlock();
-        refuse(first, QStringLiteral("expected a block of at most %1 characters").arg(c_largestBlock));
+        refuse(first, wording("expected a block of at most %1 characters").arg(c_largestBlock));
         m_ignoredBlocks = 1;
         return;
     }
     m_open.back().body.push_back(std::move(statement));
 }
 
-void Script::refuse(ScriptLine line, const QString& problem)
+void Script::refuse(ScriptLine line, const DWording& problem)
 {
     line.problem = problem;
     m_problems.push_back(line);
@@ -98,7 +98,7 @@ void Script::endInput()
     if (!m_open.empty()) {
         const ScriptLine line = m_open.back().line;
         dropOpenBlock();
-        refuse(line, QStringLiteral("\"repeat\" without an \"end\""));
+        refuse(line, wording(R"("repeat" without an "end")"));
     }
     m_ignoredBlocks = 0;
 }

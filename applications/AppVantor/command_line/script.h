@@ -13,10 +13,10 @@ struct ScriptLine
     QString file;
     int number = 0; ///< from 1; 0 where a person types it, who needs no place
     QString text;
-    QString problem = {}; ///< what is wrong with it as the beginning or the end of a block
+    DWording problem = {}; ///< what is wrong with it as the beginning or the end of a block
 
     /// A complaint about the line.
-    Problem told(const QString& complaint = {}) const;
+    Problem told(const DWording& complaint = {}) const;
     /// "tour.orders:12"; empty where a person types.
     QString place() const;
 };
@@ -62,7 +62,7 @@ private:
     void open(ScriptLine line, const QStringList& words);
     void close(ScriptLine line, const QStringList& words);
     void append(Statement statement);
-    void refuse(ScriptLine line, const QString& problem);
+    void refuse(ScriptLine line, const DWording& problem);
     const Statement& step();
 
     std::deque<Statement> m_statements;

@@ -37,11 +37,11 @@ ScriptReader::ScriptReader(Shell* shell)
 
 ScriptReader::~ScriptReader() = default;
 
-QString ScriptReader::begin(const QStringList& files)
+DWording ScriptReader::begin(const QStringList& files)
 {
     for (const QString& file : files) {
         auto source = std::make_unique<Source>();
-        QString problem = open(file, source.get());
+        DWording problem = open(file, source.get());
         if (!problem.isEmpty()) {
             return problem;
         }
@@ -56,38 +56,38 @@ QString ScriptReader::begin(const QStringList& files)
     } else {
         end();
     }
-    return QString();
+    return {};
 }
 
-QString ScriptReader::open(const QString& file, Source* source)
+DWording ScriptReader::open(const QString& file, Source* source)
 {
     if (file == standardInput()) {
         source->name = QStringLiteral("<stdin>");
         source->descriptor = STDIN_FILENO;
-        return QString();
+        return {};
     }
     source->name = file;
     source->descriptor = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const QString failure = QStringLiteral("%1: the orders cannot be read: %2");
+    const DWording failure = wording("%1: the orders cannot be read: %2");
     struct stat status = {};
     if (source->descriptor < 0 || fstat(source->descriptor, &status) != 0) {
-        return failure.arg(file, qt_error_string(errno));
+        return failure.arg(file, DWording::told(qt_error_string(errno)));
     }
     if (S_ISDIR(status.st_mode)) {
-        return failure.arg(file, QStringLiteral("expected a file, found a folder"));
+        return failure.arg(file, wording("expected a file, found a folder"));
     }
     source->isWhole = S_ISREG(status.st_mode);
     if (!source->isWhole) {
-        return QString();
+        return {};
     }
     QFile whole;
     whole.open(source->descriptor, QIODevice::ReadOnly);
     const QByteArray text = whole.read(c_largestFile + 1);
     if (whole.error() != QFileDevice::NoError) {
-        return failure.arg(file, whole.errorString());
+        return failure.arg(file, DWording::told(whole.errorString()));
     }
     if (text.size() > c_largestFile) {
-        return failure.arg(file, QStringLiteral("expected at most %1 bytes").arg(c_largestFile));
+        return failure.arg(file, wording("expected at most %1 bytes").arg(c_largestFile));
     }
     int start = 0;
     while (start < text.size()) {
@@ -97,7 +97,7 @@ QString ScriptReader::open(const QString& file, Source* source)
                                  QString::fromUtf8(text.constData() + start, stop - start)});
         start = stop + 1;
     }
-    return QString();
+    return {};
 }
 
 /// Tells the shell of the blocks that are wrong.
@@ -137,12 +137,12 @@ void ScriptReader::goOn()
 void ScriptReader::read(Source* source)
 {
     const bool isInput = source->descriptor == STDIN_FILENO;
-    source->reader = std::make_unique<LineReader>(source->descriptor,
-                                                  isInput ? QStringLiteral("standard input") : source->name);
+    source->reader = std::make_unique<LineReader>(source->descriptor, isInput ? wording("standard input")
+                                                                              : DWording::name(source->name));
     connect(source->reader.get(), &LineReader::lineRead, this, [this, source](const QString& text) {
         m_shell->addLine({source->name, ++source->linesRead, text});
     });
-    connect(source->reader.get(), &LineReader::ended, this, [this, source](const QString& problem) {
+    connect(source->reader.get(), &LineReader::ended, this, [this, source](const DWording& problem) {
         source->reader.release()->deleteLater(); // its signal is on the stack
         if (!problem.isEmpty()) {
             m_shell->refuse({source->name, 0, QString()}, problem);

@@ -23,9 +23,9 @@ public:
     explicit ScriptReader(Shell* shell);
     ~ScriptReader() override;
 
-    /// Begins to read files; "-" is standard input. Returns an empty text, or which of them cannot be read;
+    /// Begins to read files; "-" is standard input. Returns nothing, or which of them cannot be read;
     /// the shell is told itself of wrong blocks.
-    QString begin(const QStringList& files);
+    DWording begin(const QStringList& files);
 
 Q_SIGNALS:
     /// The shell has had all lines, or wants no more.
@@ -46,7 +46,7 @@ private:
         std::unique_ptr<LineReader> reader; ///< once its turn has come
     };
 
-    static QString open(const QString& file, Source* source);
+    static DWording open(const QString& file, Source* source);
     bool checkBlocks(const Source& source);
     void goOn();
     void read(Source* source);

@@ -17,7 +17,7 @@
 
 namespace {
 
-std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words, QString* problem)
+std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words, DWording* problem)
 {
     std::vector<Invocation> settings;
     QSet<QString> channels;
@@ -28,7 +28,7 @@ std::vector<Invocation> readSettings(const DTool& tool, const QStringList& words
         }
         const QString channel = DrivenChannels::channelOf(settings.back());
         if (channels.contains(channel)) {
-            *problem = QStringLiteral("channel \"%1\" is set twice").arg(channel);
+            *problem = wording(R"(channel "%1" is set twice)").arg(channel);
             return {};
         }
         channels.insert(channel);
@@ -62,7 +62,7 @@ void tellWhatBlinksNoMore(const DTool& tool, const std::vector<Invocation>& sett
 
 int setChannels(DTool* tool, const Options& options, Output* output)
 {
-    QString problem;
+    DWording problem;
     const std::vector<Invocation> settings = readSettings(*tool, options.words, &problem);
     if (!problem.isEmpty()) {
         reportFailure("usage", {problem}, output);

@@ -57,7 +57,7 @@ void Shell::abandon()
     close();
 }
 
-void Shell::breakOff(const QString& reason)
+void Shell::breakOff(const DWording& reason)
 {
     if (m_expectation == nullptr && (!m_script.isEmpty() || isBusy())) { // an expectation tells of itself
         Q_EMIT lineFailed(m_line, reason);
@@ -155,7 +155,7 @@ void Shell::runLine()
     if (m_line.text.trimmed().startsWith(QLatin1Char('#'))) {
         return;
     }
-    QString problem;
+    DWording problem;
     QStringList words = splitLine(m_line.text, &problem);
     problem = m_line.problem.isEmpty() ? problem : m_line.problem;
     if (!problem.isEmpty()) {
@@ -189,7 +189,7 @@ void Shell::endExpectation()
     Expectation* done = m_expectation.release();
     done->deleteLater(); // its signal is on the stack
     done->report(m_line.told(), m_output);
-    Q_EMIT expectationEnded(m_line, done->seconds(), done->isMet() ? QString() : done->complaint());
+    Q_EMIT expectationEnded(m_line, done->seconds(), done->isMet() ? DWording() : done->complaint());
     if (!done->isMet()) {
         noteFailure(done->failure() ? exitStatusOf(done->failure()) : ExitOrderFailed);
     }
@@ -203,7 +203,7 @@ void Shell::endSleep()
     }
 }
 
-void Shell::refuse(const ScriptLine& line, const QString& problem)
+void Shell::refuse(const ScriptLine& line, const DWording& problem)
 {
     reportFailure("syntax", line.told(problem), m_output);
     Q_EMIT lineFailed(line, problem);

@@ -40,14 +40,14 @@ public:
     /// The lines of one input end here.
     void endInput();
     /// Says what is wrong with line, or with the input as a whole; it counts as a failure.
-    void refuse(const ScriptLine& line, const QString& problem);
+    void refuse(const ScriptLine& line, const DWording& problem);
     /// No line will come any more: once the lines are done, everything that runs is stopped, and ended is
     /// emitted.
     void close();
     /// Forgets the lines that wait, and takes no more.
     void abandon();
     /// The same, from outside: what is left out counts as a failure of the line that is being carried out.
-    void breakOff(const QString& reason);
+    void breakOff(const DWording& reason);
     /// Stops what holds the next line back, and forgets a block that is still open.
     void interrupt();
 
@@ -69,9 +69,9 @@ Q_SIGNALS:
     /// The next line is carried out.
     void lineBegun(const ScriptLine& line);
     /// A line "expect" is done, after so many seconds; complaint is empty when it was met.
-    void expectationEnded(const ScriptLine& line, double seconds, const QString& complaint);
+    void expectationEnded(const ScriptLine& line, double seconds, const DWording& complaint);
     /// Another line has failed.
-    void lineFailed(const ScriptLine& line, const QString& reason);
+    void lineFailed(const ScriptLine& line, const DWording& reason);
     /// Because of a failure, all further lines are left out.
     void brokenOff();
     void ended();
@@ -106,7 +106,7 @@ private:
     void endSleep();
     /// Reads the number of an order that was started; 0, after a refusal, when it is none.
     int readNumber(const QString& text);
-    void refuseThis(const QString& problem) { refuse(m_line, problem); }
+    void refuseThis(const DWording& problem) { refuse(m_line, problem); }
     void noteFailure(int status);
     void resume();
     void end();

@@ -21,11 +21,11 @@ constexpr int c_longestSleepMs = 86400000;
 constexpr qint64 c_usPerMs = 1000;
 constexpr int c_usageWidth = -32;
 
-QString unknownCommand(const QString& name, const QStringList& known)
+DWording unknownCommand(const QString& name, const QStringList& known)
 {
-    const QString meant = didYouMean(name, known);
-    return QStringLiteral("unknown command \"%1\"").arg(name) +
-           (meant.isEmpty() ? QStringLiteral("; \"help\" lists what there is") : meant);
+    const DWording meant = didYouMean(name, known);
+    return wording(R"(unknown command "%1"%2)")
+        .arg(name, meant.isEmpty() ? wording(R"(; "help" lists what there is)") : meant);
 }
 
 } // namespace
@@ -109,15 +109,15 @@ bool Shell::runWord(const QStringList& line)
     if (arguments.size() >= word->fewest && arguments.size() <= word->most) {
         (this->*word->run)(arguments);
     } else {
-        refuseThis(word->most == 0 ? QStringLiteral("expected nothing after \"%1\"").arg(word->name)
-                                   : QStringLiteral("expected \"%1\"").arg(word->usage()));
+        refuseThis(word->most == 0 ? wording(R"(expected nothing after "%1")").arg(word->name)
+                                   : wording(R"(expected "%1")").arg(word->usage()));
     }
     return true;
 }
 
 void Shell::startOrder(const QStringList& words)
 {
-    QString problem;
+    DWording problem;
     Invocation invocation = readInvocation(words, &problem);
     if (!problem.isEmpty()) {
         const QStringList known = completions({}, {});
@@ -162,7 +162,7 @@ void Shell::getChannels(const QStringList& arguments)
 {
     QVector<DToolChannel> channels;
     for (const QString& name : arguments) {
-        QString problem;
+        DWording problem;
         const DToolChannel* channel = m_names.find(name, &problem);
         if (channel == nullptr) {
             refuseThis(problem);
@@ -181,7 +181,7 @@ void Shell::setChannels(const QStringList& arguments)
     for (const QString& word : arguments) {
         const int equals = word.lastIndexOf(QLatin1Char('='));
         const QString resolved = equals > 0 ? m_names.channel(word.left(equals)) + word.mid(equals) : word;
-        QString problem;
+        DWording problem;
         settings.push_back(readSetting(m_tool->channels(), resolved, &problem));
         if (!problem.isEmpty()) {
             refuseThis(problem);
@@ -202,7 +202,7 @@ void Shell::listTheChannels(const QStringList& arguments)
     Q_UNUSED(arguments)
     const int status = listChannels(m_tool, m_output);
     if (status != ExitSuccess) {
-        Q_EMIT lineFailed(m_line, QStringLiteral("a channel cannot be read"));
+        Q_EMIT lineFailed(m_line, wording("a channel cannot be read"));
         noteFailure(status);
     }
 }
@@ -215,7 +215,7 @@ void Shell::listTheCommands(const QStringList& arguments)
 
 void Shell::expect(const QStringList& arguments)
 {
-    QString problem;
+    DWording problem;
     const ExpectedLevel expected = readExpectedLevel(arguments, m_names, &problem);
     if (!problem.isEmpty()) {
         refuseThis(problem);
@@ -228,7 +228,7 @@ void Shell::expect(const QStringList& arguments)
 
 void Shell::nameChannel(const QStringList& arguments)
 {
-    const QString problem = m_names.define(arguments);
+    const DWording problem = m_names.define(arguments);
     if (!problem.isEmpty()) {
         refuseThis(problem);
     }
@@ -260,9 +260,8 @@ void Shell::sleep(const QStringList& arguments)
     bool ok = false;
     const int milliseconds = arguments.first().toInt(&ok);
     if (!ok || milliseconds < 0 || milliseconds > c_longestSleepMs) {
-        refuseThis(QStringLiteral("expected milliseconds from 0 to %1, found \"%2\"")
-                       .arg(c_longestSleepMs)
-                       .arg(arguments.first()));
+        refuseThis(wording(R"(expected milliseconds from 0 to %1, found "%2")")
+                       .arg(c_longestSleepMs, arguments.first()));
         return;
     }
     DScheduler* clock = m_tool->device()->scheduler();
@@ -298,8 +297,8 @@ int Shell::readNumber(const QString& text)
     if (ok && number >= 1 && number <= m_orders.last()) {
         return number;
     }
-    const QString range = m_orders.last() > 0 ? QStringLiteral("1 to %1").arg(m_orders.last())
-                                              : QStringLiteral("of which there is none yet");
-    refuseThis(QStringLiteral("expected the number of an order, %1, found \"%2\"").arg(range, text));
+    const DWording range =
+        m_orders.last() > 0 ? wording("1 to %1").arg(m_orders.last()) : wording("of which there is none yet");
+    refuseThis(wording(R"(expected the number of an order, %1, found "%2")").arg(range, text));
     return 0;
 }

@@ -74,7 +74,7 @@ ChannelReport changesOf(const DToolChannel& channel, const Options& options, qin
 
 int watchChannels(DTool* tool, const Options& options, Output* output)
 {
-    QString problem;
+    DWording problem;
     const QVector<DToolChannel> channels = findChannels(tool->channels(), options.words, &problem);
     if (!problem.isEmpty()) {
         reportFailure("usage", {problem}, output);

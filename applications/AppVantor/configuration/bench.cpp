@@ -23,7 +23,7 @@ std::unique_ptr<LineDevice> makeDevice(const RigDeviceSetup& setup, DScheduler* 
 } // namespace
 
 std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, DevicePlace place,
-                                   QString* problem)
+                                   DWording* problem)
 {
     std::unique_ptr<Bench> bench(new Bench);
     bench->m_device =
@@ -39,7 +39,7 @@ std::unique_ptr<Bench> Bench::make(const BenchConfiguration& configuration, Devi
             std::make_unique<DTool>(tool.entry, *loader.prototype(), bench->m_device.get()));
         const DTool& made = *bench->m_tools.back();
         if (made.plugin() == nullptr) {
-            *problem = QStringLiteral("%1: it made no instance that this host can use for the tool \"%2\"")
+            *problem = wording(R"(%1: it made no instance that this host can use for the tool "%2")")
                            .arg(tool.pluginFile, made.objectName());
             return nullptr;
         }

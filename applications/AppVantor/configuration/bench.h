@@ -16,7 +16,7 @@ public:
     /// Builds what configuration describes. Returns null, and says in problem why, when a plugin cannot be
     /// loaded or makes no instance.
     static std::unique_ptr<Bench> make(const BenchConfiguration& configuration, DevicePlace place,
-                                       QString* problem);
+                                       DWording* problem);
 
     LineDevice& device() const { return *m_device; }
     /// The tools; at least one.

@@ -31,11 +31,11 @@ std::optional<QByteArray> readText(const QString& fileName, Problem* problem)
         } while (!chunk.isEmpty() && text.size() <= c_largestFile);
     }
     if (file.error() != QFileDevice::NoError) {
-        problem->text = QStringLiteral("cannot be read: %1").arg(file.errorString());
+        problem->text = wording("cannot be read: %1").arg(DWording::told(file.errorString()));
         return std::nullopt;
     }
     if (text.size() > c_largestFile) {
-        problem->text = QStringLiteral("expected at most %1 bytes").arg(c_largestFile);
+        problem->text = wording("expected at most %1 bytes").arg(c_largestFile);
         return std::nullopt;
     }
     return text;
@@ -69,7 +69,7 @@ std::optional<BenchConfiguration> readBench(const QByteArray& text, const QStrin
         return std::nullopt;
     }
     if (json->type != JsonNode::Type::Object) {
-        problems->add(QString(), json->offset, QStringLiteral("expected an object"));
+        problems->add(QString(), json->offset, wording("expected an object"));
         return std::nullopt;
     }
     const ConfigObject root(*json, QString(), problems);

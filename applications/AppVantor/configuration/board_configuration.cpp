@@ -30,8 +30,7 @@ Waveform readWaveform(const ConfigObject& entry)
     waveform.seed =
         static_cast<quint32>(entry.numberOr(QStringLiteral("seed"), 0, std::numeric_limits<int>::max(), 0));
     if (waveform.high < waveform.low) {
-        entry.addProblem(QStringLiteral("high"),
-                         QStringLiteral("expected at least \"low\", %1").arg(waveform.low));
+        entry.addProblem(QStringLiteral("high"), wording(R"(expected at least "low", %1)").arg(waveform.low));
     }
     return waveform;
 }
@@ -55,8 +54,7 @@ Setup::Line readLine(const ConfigObject& entry)
     if (entry.has(QStringLiteral("waveform"))) {
         line.waveform = readWaveform(entry.object(QStringLiteral("waveform")));
         if (!analog || line.line.direction == DLine::Direction::Out) {
-            entry.addProblem(QStringLiteral("waveform"),
-                             QStringLiteral("expected on an analogue input only"));
+            entry.addProblem(QStringLiteral("waveform"), wording("expected on an analogue input only"));
         }
     }
     return line;
@@ -72,7 +70,7 @@ std::optional<int> readLineName(const ConfigObject& entry, const QString& key, c
     }
     const bool allHaveNames = !numbers.contains(QString());
     if (!name.isEmpty() && allHaveNames) {
-        entry.addProblem(key, QStringLiteral("expected the name of a line, found \"%1\"").arg(name));
+        entry.addProblem(key, wording(R"(expected the name of a line, found "%1")").arg(name));
     }
     return std::nullopt;
 }
@@ -83,15 +81,14 @@ void readLines(const ConfigObject& device, const std::vector<ConfigObject>& entr
     for (const ConfigObject& entry : entries) {
         const Setup::Line line = readLine(entry);
         if (!line.line.name.isEmpty() && numbers->contains(line.line.name)) {
-            entry.addProblem(
-                QStringLiteral("name"),
-                QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.line.name));
+            entry.addProblem(QStringLiteral("name"),
+                             wording(R"(expected a name of its own, "%1" is taken)").arg(line.line.name));
         }
         numbers->insert(line.line.name, setup->lines.size());
         setup->lines.append(line);
     }
     if (setup->lines.isEmpty()) {
-        device.addProblem(QStringLiteral("lines"), QStringLiteral("expected at least one line"));
+        device.addProblem(QStringLiteral("lines"), wording("expected at least one line"));
     }
 }
 
@@ -137,13 +134,11 @@ void readWires(const ConfigObject& device, const LineNumbers& numbers, Setup* se
         }
         const QString name = setup->lines.at(*target).line.name;
         if (setup->lines.at(*target).waveform) {
-            entry.addProblem(to,
-                             QStringLiteral("\"%1\" follows a waveform, expected a free input").arg(name));
+            entry.addProblem(to, wording(R"("%1" follows a waveform, expected a free input)").arg(name));
         } else if (upstream.at(*target) >= 0) {
-            entry.addProblem(to,
-                             QStringLiteral("\"%1\" has a wire already, expected a free input").arg(name));
+            entry.addProblem(to, wording(R"("%1" has a wire already, expected a free input)").arg(name));
         } else if (closesLoop(&upstream, *source, *target)) {
-            entry.addProblem(to, QStringLiteral("the wires of \"%1\" form a loop").arg(name));
+            entry.addProblem(to, wording(R"(the wires of "%1" form a loop)").arg(name));
         } else {
             upstream[*target] = *source;
             setup->wires.append(readWire(entry, *source, *target));
@@ -158,8 +153,9 @@ void makeWiredLinesInputs(const std::vector<ConfigObject>& entries, Setup* setup
         const ConfigObject& entry = entries.at(static_cast<std::size_t>(wire.to));
         const QString direction = QStringLiteral("direction");
         if (entry.value(direction).toString() == QLatin1String("out")) {
-            entry.addProblem(direction, QStringLiteral("a wire leads to \"%1\", expected \"in\"")
-                                            .arg(setup->lines.at(wire.to).line.name));
+            entry.addProblem(
+                direction,
+                wording(R"(a wire leads to "%1", expected "in")").arg(setup->lines.at(wire.to).line.name));
         }
         setup->lines[wire.to].line.direction = DLine::Direction::In;
     }

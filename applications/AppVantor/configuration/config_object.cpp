@@ -9,16 +9,16 @@
 namespace {
 
 /// How a value stands in the file, cut where it is long.
-QString asWritten(const JsonNode* node)
+DWording asWritten(const JsonNode* node)
 {
     constexpr int longest = 40;
     if (node == nullptr) {
-        return QStringLiteral("nothing");
+        return wording("nothing");
     }
     const QJsonArray list = {QJsonValue::fromVariant(node->toVariant())};
     const QByteArray json = QJsonDocument(list).toJson(QJsonDocument::Compact);
     const QString text = QString::fromUtf8(json.mid(1, json.size() - 2));
-    return text.size() > longest ? text.left(longest) + QStringLiteral("…") : text;
+    return DWording::name(text.size() > longest ? text.left(longest) + QStringLiteral("…") : text);
 }
 
 } // namespace
@@ -32,10 +32,10 @@ ConfigProblems::ConfigProblems(const QString& file, const QByteArray& text)
     }
 }
 
-void ConfigProblems::add(const QString& entry, int offset, const QString& text)
+void ConfigProblems::add(const QString& entry, int offset, const DWording& text)
 {
     Problem problem;
-    problem.text = inOneLine(text);
+    problem.text = text.withNames(inOneLine);
     problem.file = m_file;
     problem.entry = inOneLine(entry);
     const auto next = std::upper_bound(m_lineStarts.cbegin(), m_lineStarts.cend(), offset);
@@ -68,14 +68,14 @@ QString ConfigObject::entryOf(const QString& key) const
     return m_entry.isEmpty() ? shown : m_entry + QLatin1Char('.') + shown;
 }
 
-void ConfigObject::addProblem(const QString& key, const QString& text) const
+void ConfigObject::addProblem(const QString& key, const DWording& text) const
 {
     m_isSound = false;
     const JsonNode* node = find(key);
     m_problems->add(entryOf(key), node != nullptr ? node->offset : m_node.offset, text);
 }
 
-QString ConfigObject::quoted(const QString& key) const
+DWording ConfigObject::quoted(const QString& key) const
 {
     return asWritten(find(key));
 }
@@ -84,9 +84,8 @@ void ConfigObject::allowOnly(const QStringList& keys) const
 {
     for (const auto& [key, node] : m_node.entries) {
         if (!keys.contains(key)) {
-            addProblem(
-                key,
-                QStringLiteral("unknown entry, expected one of: %1").arg(keys.join(QStringLiteral(", "))));
+            addProblem(key,
+                       wording("unknown entry, expected one of: %1").arg(keys.join(QStringLiteral(", "))));
         }
     }
 }
@@ -95,7 +94,7 @@ QString ConfigObject::text(const QString& key) const
 {
     const QVariant found = value(key);
     if (found.type() != QVariant::String || found.toString().isEmpty()) {
-        addProblem(key, QStringLiteral("expected a text, found %1").arg(quoted(key)));
+        addProblem(key, wording("expected a text, found %1").arg(quoted(key)));
         return QString();
     }
     return found.toString();
@@ -109,7 +108,7 @@ QString ConfigObject::textOr(const QString& key, const QString& fallback) const
 bool ConfigObject::flagOr(const QString& key, bool fallback) const
 {
     if (has(key) && value(key).type() != QVariant::Bool) {
-        addProblem(key, QStringLiteral("expected true or false, found %1").arg(quoted(key)));
+        addProblem(key, wording("expected true or false, found %1").arg(quoted(key)));
         return fallback;
     }
     return has(key) ? value(key).toBool() : fallback;
@@ -125,10 +124,9 @@ int ConfigObject::numberOr(const QString& key, int lowest, int highest, int fall
         found.isValid() && found.type() != QVariant::String && found.type() != QVariant::Bool;
     const double number = found.toDouble();
     if (!isNumber || std::trunc(number) != number || number < lowest || number > highest) {
-        addProblem(key, QStringLiteral("expected a whole number from %1 to %2, found %3")
-                            .arg(lowest)
-                            .arg(highest)
-                            .arg(quoted(key)));
+        addProblem(
+            key,
+            wording("expected a whole number from %1 to %2, found %3").arg(lowest, highest, quoted(key)));
         return fallback;
     }
     return static_cast<int>(number);
@@ -139,7 +137,7 @@ int ConfigObject::choice(const QString& key, const QStringList& choices) const
     const QVariant found = value(key);
     const int choice = found.type() == QVariant::String ? choices.indexOf(found.toString()) : -1;
     if (choice < 0) {
-        addProblem(key, QStringLiteral("expected one of \"%1\", found %2")
+        addProblem(key, wording(R"(expected one of "%1", found %2)")
                             .arg(choices.join(QStringLiteral("\", \"")), quoted(key)));
     }
     return choice;
@@ -156,7 +154,7 @@ ConfigObject ConfigObject::object(const QString& key) const
     static const JsonNode none;
     const JsonNode* node = find(key);
     if (node == nullptr || node->type != JsonNode::Type::Object) {
-        addProblem(key, QStringLiteral("expected an object, found %1").arg(quoted(key)));
+        addProblem(key, wording("expected an object, found %1").arg(quoted(key)));
     }
     return ConfigObject(node != nullptr ? *node : none, entryOf(key), m_problems);
 }
@@ -169,13 +167,13 @@ std::vector<ConfigObject> ConfigObject::objects(const QString& key) const
         return objects;
     }
     if (list->type != JsonNode::Type::List) {
-        addProblem(key, QStringLiteral("expected a list, found %1").arg(quoted(key)));
+        addProblem(key, wording("expected a list, found %1").arg(quoted(key)));
     }
     for (const JsonNode& element : list->elements) {
         const QString entry = QStringLiteral("%1[%2]").arg(entryOf(key)).arg(objects.size());
         if (element.type != JsonNode::Type::Object) {
             m_problems->add(entry, element.offset,
-                            QStringLiteral("expected an object, found %1").arg(asWritten(&element)));
+                            wording("expected an object, found %1").arg(asWritten(&element)));
         }
         objects.emplace_back(element, entry, m_problems);
     }

@@ -17,7 +17,7 @@ public:
     ConfigProblems(const QString& file, const QByteArray& text);
 
     /// Adds a mistake in the entry ("device.lines[2].name", or empty), at offset bytes of the text.
-    void add(const QString& entry, int offset, const QString& text);
+    void add(const QString& entry, int offset, const DWording& text);
     const QVector<Problem>& all() const { return m_all; }
 
 private:
@@ -39,7 +39,7 @@ public:
     QVariant value(const QString& key) const;
     /// All of it as it stands there.
     QVariantMap toVariantMap() const { return m_node.toVariant().toMap(); }
-    void addProblem(const QString& key, const QString& text) const;
+    void addProblem(const QString& key, const DWording& text) const;
     /// True as long as nothing has been found wrong with its entries: else what they should be is not known.
     bool isSound() const { return m_isSound; }
 
@@ -62,7 +62,7 @@ public:
 private:
     const JsonNode* find(const QString& key) const;
     QString entryOf(const QString& key) const;
-    QString quoted(const QString& key) const;
+    DWording quoted(const QString& key) const;
 
     const JsonNode& m_node;
     QString m_entry;

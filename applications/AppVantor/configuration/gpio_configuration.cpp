@@ -25,11 +25,11 @@ QString readLineKey(const ConfigObject& entry, const QString& name)
 }
 
 /// Entries that suit lines of the other direction only.
-void refuse(const ConfigObject& entry, const QStringList& keys, const QString& wanted)
+void refuse(const ConfigObject& entry, const QStringList& keys, const DWording& wanted)
 {
     for (const QString& key : keys) {
         if (entry.has(key)) {
-            entry.addProblem(key, QStringLiteral("expected on %1 only").arg(wanted));
+            entry.addProblem(key, wording("expected on %1 only").arg(wanted));
         }
     }
 }
@@ -57,10 +57,10 @@ Settings readSettings(const ConfigObject& entry)
                        {QStringLiteral("monotonic"), QStringLiteral("realtime"), QStringLiteral("hte")}, 0));
     settings.debounceUs = entry.numberOr(QStringLiteral("debounceUs"), 0, longestDebounceUs, 0);
     if (output == 1) {
-        refuse(entry, {QStringLiteral("debounceUs"), QStringLiteral("clock")}, QStringLiteral("an input"));
+        refuse(entry, {QStringLiteral("debounceUs"), QStringLiteral("clock")}, wording("an input"));
     } else if (output == 0) {
         refuse(entry, {QStringLiteral("drive"), QStringLiteral("level"), QStringLiteral("onReturn")},
-               QStringLiteral("an output"));
+               wording("an output"));
     }
     return settings;
 }
@@ -78,18 +78,16 @@ GpioChipSetup::Line readGpioLine(const ConfigObject& entry)
     line.line = readLineKey(entry, line.name);
     static const QRegularExpression offset(QStringLiteral("^\\s*[+-]?[0-9]+\\s*$"));
     if (entry.isSound() && line.chip.isEmpty() && line.line.contains(offset)) {
-        entry.addProblem(QStringLiteral("chip"),
-                         QStringLiteral("expected the chip of line %1").arg(line.line));
+        entry.addProblem(QStringLiteral("chip"), wording("expected the chip of line %1").arg(line.line));
     }
     line.settings = readSettings(entry);
     line.onReturn = static_cast<GpioChipSetup::OnReturn>(entry.choiceOr(
         QStringLiteral("onReturn"),
         {QStringLiteral("configured"), QStringLiteral("restore"), QStringLiteral("leave")}, 0));
     if (entry.value(kind).toString() == QLatin1String("analog")) {
-        entry.addProblem(
-            kind,
-            QStringLiteral("line \"%1\" of the chip \"%2\": a GPIO line is digital, expected \"digital\"")
-                .arg(line.line, line.chip));
+        entry.addProblem(kind,
+                         wording(R"(line "%1" of the chip "%2": a GPIO line is digital, expected "digital")")
+                             .arg(line.line, line.chip));
     } else {
         entry.choiceOr(kind, {QStringLiteral("digital")}, 0);
     }
@@ -113,18 +111,18 @@ GpioChipSetup readGpioLines(const ConfigObject& device)
         const QString place = line.chip + QLatin1Char('\n') + line.line;
         if (names.contains(line.name)) {
             entry.addProblem(QStringLiteral("name"),
-                             QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.name));
+                             wording(R"(expected a name of its own, "%1" is taken)").arg(line.name));
         }
         if (places.contains(place)) {
-            entry.addProblem(
-                lineKey(), QStringLiteral("line \"%1\" of the chip \"%2\" is used already, expected another")
-                               .arg(line.line, line.chip));
+            entry.addProblem(lineKey(),
+                             wording(R"(line "%1" of the chip "%2" is used already, expected another)")
+                                 .arg(line.line, line.chip));
         }
         names.insert(line.name);
         places.insert(place);
     }
     if (setup.lines.isEmpty()) {
-        device.addProblem(QStringLiteral("lines"), QStringLiteral("expected at least one line"));
+        device.addProblem(QStringLiteral("lines"), wording("expected at least one line"));
     }
     return setup;
 }

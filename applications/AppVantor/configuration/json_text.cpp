@@ -64,7 +64,7 @@ public:
     {
         const int last = static_cast<int>(position) - 1;
         const int start = qMin(begin(), qMax(0, last));
-        return fail(start, QStringLiteral("expected JSON, found %1").arg(wordAt(start)));
+        return fail(start, wording("expected JSON, found %1").arg(wordAt(start)));
     }
 
 private:
@@ -88,18 +88,18 @@ private:
     }
 
     /// What stands at offset, as far as it shows what is meant.
-    QString wordAt(int offset) const
+    DWording wordAt(int offset) const
     {
         constexpr int longest = 20;
         int end = offset;
         while (end < m_text.size() && end < offset + longest && m_text.at(end) != '\n') {
             ++end;
         }
-        return end > offset ? inOneLine(QString::fromUtf8(m_text.mid(offset, end - offset)))
-                            : QStringLiteral("nothing more");
+        return end > offset ? DWording::name(inOneLine(QString::fromUtf8(m_text.mid(offset, end - offset))))
+                            : wording("nothing more");
     }
 
-    bool fail(int offset, const QString& text)
+    bool fail(int offset, const DWording& text)
     {
         m_mistakes->append({offset, text});
         return false;
@@ -118,8 +118,7 @@ private:
     bool open(JsonNode::Type type)
     {
         if (m_open.size() == c_deepest) {
-            return fail(begin(),
-                        QStringLiteral("nested too deeply, expected at most %1 levels").arg(c_deepest));
+            return fail(begin(), wording("nested too deeply, expected at most %1 levels").arg(c_deepest));
         }
         Open opened;
         opened.node.type = type;
@@ -151,10 +150,9 @@ private:
         }
         node.offset = parent.keyOffset;
         if (!parent.node.entries.emplace(parent.key, std::move(node)).second) {
-            m_mistakes->append(
-                {parent.keyOffset,
-                 QStringLiteral("the entry \"%1\" stands here for the second time, expected it once")
-                     .arg(inOneLine(parent.key))});
+            m_mistakes->append({parent.keyOffset,
+                                wording(R"(the entry "%1" stands here for the second time, expected it once)")
+                                    .arg(inOneLine(parent.key))});
         }
     }
 
@@ -191,7 +189,7 @@ std::optional<JsonNode> readJson(const QByteArray& text, QVector<JsonMistake>* m
 {
     const int nul = text.indexOf('\0'); // the parser takes it for the end
     if (nul >= 0) {
-        mistakes->append({nul, QStringLiteral("expected JSON, found a NUL byte")});
+        mistakes->append({nul, wording("expected JSON, found a NUL byte")});
         return std::nullopt;
     }
     ByteReader reader(text);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
@@ -33,7 +35,7 @@ struct Q_DECL_EXPORT JsonNode
 struct JsonMistake
 {
     int offset = 0;
-    QString text;
+    DWording text;
 };
 
 /// Reads a JSON text in UTF-8. Returns nothing, and one mistake, for what is none, or is nested deeper than

@@ -2,6 +2,11 @@
 
 QString Problem::toString() const
 {
+    return toString(text.english());
+}
+
+QString Problem::toString(const QString& worded) const
+{
     QString place = file;
     if (line > 0) {
         place += QStringLiteral(":%1").arg(line);
@@ -15,5 +20,5 @@ QString Problem::toString() const
             whole += part + QStringLiteral(": ");
         }
     }
-    return whole + text;
+    return whole + worded;
 }

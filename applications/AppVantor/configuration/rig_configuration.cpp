@@ -32,7 +32,7 @@ void readBroker(const ConfigObject& device, const QString& folder, RigDeviceSetu
     const QString login = QStringLiteral("login");
     const QString url = device.text(broker);
     const QString name = device.textOr(rig, QString());
-    QString problem;
+    DWording problem;
     const std::optional<BrokerAddress> address =
         url.isEmpty() ? std::nullopt : readBrokerAddress(url, &problem);
     if (!problem.isEmpty()) {
@@ -42,7 +42,7 @@ void readBroker(const ConfigObject& device, const QString& folder, RigDeviceSetu
         setup->broker = *address;
         setup->broker.rig = name.isEmpty() ? address->rig : name;
         if (setup->broker.rig.isEmpty()) {
-            device.addProblem(rig, QStringLiteral("expected the name of a rig"));
+            device.addProblem(rig, wording("expected the name of a rig"));
         }
     }
     setup->access.authorities = readFileName(device, QStringLiteral("ca"), folder);
@@ -68,19 +68,18 @@ RigDeviceSetup readRigLines(const ConfigObject& device, const QString& folder)
     for (const ConfigObject& entry : device.objects(QStringLiteral("lines"))) {
         const RigDeviceSetup::Line line = readRigLine(entry);
         if (!line.line.name.isEmpty() && names.contains(line.line.name)) {
-            entry.addProblem(
-                QStringLiteral("name"),
-                QStringLiteral("expected a name of its own, \"%1\" is taken").arg(line.line.name));
+            entry.addProblem(QStringLiteral("name"),
+                             wording(R"(expected a name of its own, "%1" is taken)").arg(line.line.name));
         } else if (!line.there.isEmpty() && linesThere.contains(line.there)) {
             entry.addProblem(QStringLiteral("line"),
-                             QStringLiteral("expected a line of its own, \"%1\" is taken").arg(line.there));
+                             wording(R"(expected a line of its own, "%1" is taken)").arg(line.there));
         }
         names.insert(line.line.name);
         linesThere.insert(line.there);
         setup.lines.append(line);
     }
     if (setup.lines.isEmpty()) {
-        device.addProblem(QStringLiteral("lines"), QStringLiteral("expected at least one line"));
+        device.addProblem(QStringLiteral("lines"), wording("expected at least one line"));
     }
     return setup;
 }

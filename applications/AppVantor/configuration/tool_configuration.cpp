@@ -43,7 +43,7 @@ ChannelItems readItems(const ConfigObject& channel)
         item.allowOnly({id, value});
         const QString name = item.text(id);
         if (!name.isEmpty() && names.contains(name)) {
-            item.addProblem(id, QStringLiteral("expected \"%1\" once").arg(name));
+            item.addProblem(id, wording(R"(expected "%1" once)").arg(name));
         }
         names.insert(name);
         if (name == QLatin1String("type")) {
@@ -69,11 +69,10 @@ void checkDirection(const ConfigObject& channel, const QString& id, const Channe
     const QString expected =
         items.type.endsWith(QLatin1String("Input")) ? QStringLiteral("out") : QStringLiteral("in");
     if (items.direction != expected) {
-        channel.addProblem(
-            QStringLiteral("value"),
-            QStringLiteral("channel \"%1\": expected the \"direction\" \"%2\" of a channel of the "
-                           "type \"%3\", found \"%4\"")
-                .arg(id, expected, items.type, items.direction));
+        channel.addProblem(QStringLiteral("value"),
+                           wording(R"(channel "%1": expected the "direction" "%2" of a channel of the )"
+                                   R"(type "%3", found "%4")")
+                               .arg(id, expected, items.type, items.direction));
     }
 }
 
@@ -85,20 +84,17 @@ void checkLink(const ConfigObject& channel, const QString& id, const ChannelItem
         return;
     }
     if (line == lines.directions.constEnd()) {
-        channel.addProblem(value,
-                           QStringLiteral("channel \"%1\": expected \"link\" to name a line of the device, "
-                                          "found \"%2\"")
-                               .arg(id, items.link));
+        channel.addProblem(value, wording(R"(channel "%1": expected "link" to name a line of the device, )"
+                                          R"(found "%2")")
+                                      .arg(id, items.link));
     } else if (items.direction == QLatin1String("out") && *line == DLine::Direction::In) {
-        channel.addProblem(value,
-                           QStringLiteral("channel \"%1\": \"direction\" is \"out\", expected \"link\" to "
-                                          "name an output line, \"%2\" is an input")
-                               .arg(id, items.link));
+        channel.addProblem(value, wording(R"(channel "%1": "direction" is "out", expected "link" to )"
+                                          R"(name an output line, "%2" is an input)")
+                                      .arg(id, items.link));
     } else if (lines.kinds == LineKinds::DigitalOnly && items.type.startsWith(QLatin1String("analog"))) {
-        channel.addProblem(
-            value, QStringLiteral("channel \"%1\": \"type\" is \"%2\", but \"%3\" is a line of a GPIO "
-                                  "chip and digital, expected \"digitalInput\" or \"digitalOutput\"")
-                       .arg(id, items.type, items.link));
+        channel.addProblem(value, wording(R"(channel "%1": "type" is "%2", but "%3" is a line of a GPIO )"
+                                          R"(chip and digital, expected "digitalInput" or "digitalOutput")")
+                                      .arg(id, items.type, items.link));
     }
 }
 
@@ -121,8 +117,7 @@ void readChannels(const ConfigObject& tool, const Lines& lines)
     for (const ConfigObject& channel : tool.objects(QStringLiteral("channels"))) {
         const QString id = channel.text(key);
         if (!id.isEmpty() && ids.contains(id)) {
-            channel.addProblem(key,
-                               QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(id));
+            channel.addProblem(key, wording(R"(expected an identifier of its own, "%1" is taken)").arg(id));
         }
         ids.insert(id);
         readChannel(channel, id, lines);
@@ -153,24 +148,22 @@ QVector<BenchConfiguration::Tool> readTools(const ConfigObject& root,
         entry.allowOnly({name, id, plugin, QStringLiteral("channels")});
         const QString toolName = entry.text(name);
         if (!toolName.isEmpty() && names.contains(toolName)) {
-            entry.addProblem(name,
-                             QStringLiteral("expected a name of its own, \"%1\" is taken").arg(toolName));
+            entry.addProblem(name, wording(R"(expected a name of its own, "%1" is taken)").arg(toolName));
         }
         names.insert(toolName);
         const QString idText = entry.text(id);
         const QUuid toolId(idText);
         if (!idText.isEmpty() && toolId.isNull()) {
-            entry.addProblem(id, QStringLiteral("expected a uuid in braces, found \"%1\"").arg(idText));
+            entry.addProblem(id, wording(R"(expected a uuid in braces, found "%1")").arg(idText));
         } else if (!idText.isEmpty() && ids.contains(toolId)) {
-            entry.addProblem(
-                id, QStringLiteral("expected an identifier of its own, \"%1\" is taken").arg(idText));
+            entry.addProblem(id, wording(R"(expected an identifier of its own, "%1" is taken)").arg(idText));
         }
         ids.insert(toolId);
         readChannels(entry, known);
         tools.append({entry.toVariantMap(), pluginFile(entry.text(plugin), folder)});
     }
     if (tools.isEmpty()) {
-        root.addProblem(QStringLiteral("tools"), QStringLiteral("expected at least one tool"));
+        root.addProblem(QStringLiteral("tools"), wording("expected at least one tool"));
     }
     return tools;
 }

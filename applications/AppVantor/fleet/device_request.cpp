@@ -20,7 +20,7 @@ void DeviceRequest::send(const QString& instruction, const QVariantMap& argument
     m_device->send(m_id, instruction, arguments, timeoutMs, this);
 }
 
-void DeviceRequest::stop(const QString& reason)
+void DeviceRequest::stop(const DWording& reason)
 {
     if (m_id != 0) {
         m_device->cancel(m_id);

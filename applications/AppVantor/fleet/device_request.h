@@ -22,7 +22,7 @@ public:
 
     void send(const QString& instruction, const QVariantMap& arguments, int timeoutMs);
     /// Ends it as stopped.
-    void stop(const QString& reason);
+    void stop(const DWording& reason);
 
 private:
     void requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs) override;

@@ -52,7 +52,7 @@ Json endOf(const RigOrder& request, int number, const QVariantMap& reply, const 
                  {"arguments", toJson(QVariant(request.arguments))}};
     if (failure) {
         json["kind"] = toJson(failure.kindName());
-        json["reason"] = toJson(failure.text);
+        json["reason"] = toJson(failure.text.english());
     }
     json["results"] = toJson(QVariant(reply));
     return json;
@@ -225,7 +225,7 @@ void OrderDesk::stopAll()
     stopThose([](const Running& /*running*/) { return true; });
     const auto requests = findChildren<DeviceRequest*>();
     for (DeviceRequest* request : requests) {
-        request->stop(QStringLiteral("the rig ends"));
+        request->stop(wording("the rig ends"));
     }
 }
 
@@ -273,7 +273,7 @@ void OrderDesk::takeLevel(const BrokerMessage& message)
             {{QStringLiteral("channel"), line}, {QStringLiteral("values"), *level}},
             [this, line](const QVariantMap& /*reply*/, const DFailure& failure) {
                 if (failure) {
-                    tell(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text));
+                    tell(QStringLiteral("line \"%1\" is not set: %2").arg(line, failure.text.english()));
                 }
             });
 }

@@ -63,7 +63,7 @@ std::optional<RigOrder> readRigOrder(const QByteArray& payload, QString* problem
         problems.add(QString(), mistake.offset, mistake.text);
     }
     if (json && json->type != JsonNode::Type::Object) {
-        problems.add(QString(), json->offset, QStringLiteral("expected an object"));
+        problems.add(QString(), json->offset, wording("expected an object"));
     }
     if (!problems.all().isEmpty()) {
         *problem = textOf(problems.all());

@@ -122,19 +122,20 @@ void RigServer::connected()
     m_problem.clear();
 }
 
-void RigServer::disconnected(const QString& problem)
+void RigServer::disconnected(const DWording& problem)
 {
-    if (std::exchange(m_problem, problem) != problem) {
-        diagnostic(QStringLiteral("%1: %2; it is tried again").arg(m_setup.broker.text(), problem));
+    if (std::exchange(m_problem, problem.english()) != problem.english()) {
+        diagnostic(QStringLiteral("%1: %2; it is tried again").arg(m_setup.broker.text(), problem.english()));
     }
 }
 
-void RigServer::refused(const QString& problem)
+void RigServer::refused(const DWording& problem)
 {
     constexpr int most = 256; // answers may go to any topic
-    if (m_refusals.size() < most && !m_refusals.contains(problem)) {
-        m_refusals.insert(problem);
-        diagnostic(QStringLiteral("%1: %2").arg(m_setup.broker.text(), inOneLine(problem)));
+    const QString text = problem.english();
+    if (m_refusals.size() < most && !m_refusals.contains(text)) {
+        m_refusals.insert(text);
+        diagnostic(QStringLiteral("%1: %2").arg(m_setup.broker.text(), inOneLine(text)));
     }
 }
 

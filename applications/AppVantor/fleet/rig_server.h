@@ -46,8 +46,8 @@ Q_SIGNALS:
 
 private:
     void connected();
-    void disconnected(const QString& problem);
-    void refused(const QString& problem);
+    void disconnected(const DWording& problem);
+    void refused(const DWording& problem);
     void take(const BrokerMessage& message);
     void clearLinesOf(const QByteArray& description);
     void hearState(const BrokerMessage& message);

@@ -33,12 +33,12 @@ int distanceOf(const QString& a, const QString& b)
 
 } // namespace
 
-QString didYouMean(const QString& word, const QStringList& known)
+DWording didYouMean(const QString& word, const QStringList& known)
 {
     constexpr int lettersForAMistake = 3;
     constexpr int longest = 64; // of what a person mistypes
     if (word.size() > longest) {
-        return QString();
+        return {};
     }
     const QString* nearest = nullptr;
     int least = std::max(1, word.size() / lettersForAMistake) + 1;
@@ -50,5 +50,5 @@ QString didYouMean(const QString& word, const QStringList& known)
             nearest = &candidate;
         }
     }
-    return nearest != nullptr ? QStringLiteral("; did you mean \"%1\"?").arg(*nearest) : QString();
+    return nearest != nullptr ? wording(R"(; did you mean "%1"?)").arg(*nearest) : DWording();
 }

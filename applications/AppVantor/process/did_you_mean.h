@@ -1,7 +1,8 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QStringList>
 
-/// "; did you mean "DOOR"?" when one of known is close to word, whose case does not count; else an empty
-/// text.
-QString didYouMean(const QString& word, const QStringList& known);
+/// "; did you mean "DOOR"?" when one of known is close to word, whose case does not count; else nothing.
+DWording didYouMean(const QString& word, const QStringList& known);

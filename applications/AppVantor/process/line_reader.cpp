@@ -7,7 +7,7 @@ namespace {
 constexpr int c_longestLine = 1 << 20;
 }
 
-LineReader::LineReader(int descriptor, const QString& name, QObject* parent)
+LineReader::LineReader(int descriptor, const DWording& name, QObject* parent)
     : QObject(parent)
     , m_name(name)
     , m_descriptor(descriptor)
@@ -25,8 +25,9 @@ void LineReader::readMore()
         return;
     }
     if (count <= 0) {
-        end(count == 0 ? QString()
-                       : QStringLiteral("%1 cannot be read: %2").arg(m_name, qt_error_string(errno)));
+        end(count == 0
+                ? DWording()
+                : wording("%1 cannot be read: %2").arg(m_name, DWording::told(qt_error_string(errno))));
         return;
     }
     int start = 0;
@@ -39,7 +40,7 @@ void LineReader::readMore()
     m_rest.remove(0, start);
     if (m_rest.size() > c_longestLine) {
         m_rest.clear();
-        end(QStringLiteral("%1: expected lines of at most %2 bytes").arg(m_name).arg(c_longestLine));
+        end(wording("%1: expected lines of at most %2 bytes").arg(m_name, c_longestLine));
     } else if (start > 0) {
         m_notifier.setEnabled(false);
     }
@@ -56,7 +57,7 @@ void LineReader::resume()
     m_notifier.setEnabled(!m_ended);
 }
 
-void LineReader::end(const QString& problem)
+void LineReader::end(const DWording& problem)
 {
     m_ended = true;
     m_notifier.setEnabled(false);

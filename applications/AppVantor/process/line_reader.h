@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
@@ -13,7 +15,7 @@ class LineReader : public QObject
 
 public:
     /// The descriptor stays the caller's; messages call it name.
-    LineReader(int descriptor, const QString& name, QObject* parent = nullptr);
+    LineReader(int descriptor, const DWording& name, QObject* parent = nullptr);
 
     /// Goes on after a pause.
     void resume();
@@ -21,14 +23,14 @@ public:
 Q_SIGNALS:
     void lineRead(const QString& line);
     /// The input is over, by itself or, with a problem, because it cannot be taken.
-    void ended(const QString& problem);
+    void ended(const DWording& problem);
 
 private:
     void readMore();
     QString lineAt(int start, int end) const;
-    void end(const QString& problem);
+    void end(const DWording& problem);
 
-    const QString m_name;
+    const DWording m_name;
     const int m_descriptor;
     QSocketNotifier m_notifier;
     QByteArray m_rest;

@@ -67,18 +67,18 @@ VcdTrace::~VcdTrace()
     }
 }
 
-QString VcdTrace::begin(const QString& file, const std::vector<const DTool*>& tools)
+DWording VcdTrace::begin(const QString& file, const std::vector<const DTool*>& tools)
 {
     m_file = openForWriting(file);
     if (m_file < 0) {
-        const QString reason =
-            errno == ENXIO ? QStringLiteral("nobody reads this pipe") : qt_error_string(errno);
-        return QStringLiteral("%1: the trace cannot be written: %2").arg(file, reason);
+        const DWording reason =
+            errno == ENXIO ? wording("nobody reads this pipe") : DWording::told(qt_error_string(errno));
+        return wording("%1: the trace cannot be written: %2").arg(file, reason);
     }
-    m_fileName = file == QLatin1String("-") ? QStringLiteral("standard output") : file;
+    m_fileName = file == QLatin1String("-") ? wording("standard output") : DWording::name(file);
     m_outlet = std::make_unique<Outlet>(m_file);
     connect(m_outlet.get(), &Outlet::failed, this, [this](int error) {
-        fail(QStringLiteral("the trace ends here: %1").arg(qt_error_string(error)));
+        fail(wording("the trace ends here: %1").arg(DWording::told(qt_error_string(error))));
     });
     connect(m_outlet.get(), &Outlet::roomAgain, this, &VcdTrace::endGap);
     connect(m_outlet.get(), &Outlet::drained, this, &VcdTrace::closeFile);
@@ -141,7 +141,7 @@ Outlet* VcdTrace::finish()
     return m_outlet.get();
 }
 
-QString VcdTrace::end()
+DWording VcdTrace::end()
 {
     Outlet::drain({finish()});
     return m_problem;
@@ -151,7 +151,7 @@ QString VcdTrace::end()
 void VcdTrace::closeFile()
 {
     if (m_outlet != nullptr && isRemoved(m_file)) {
-        fail(QStringLiteral("the trace is lost: the file was removed meanwhile"));
+        fail(wording("the trace is lost: the file was removed meanwhile"));
     }
     m_outlet.reset();
     close(std::exchange(m_file, -1));
@@ -281,9 +281,9 @@ void VcdTrace::write()
 }
 
 /// The outlet may be on the stack.
-void VcdTrace::fail(const QString& problem)
+void VcdTrace::fail(const DWording& problem)
 {
-    m_problem = QStringLiteral("%1: %2").arg(m_fileName, problem);
+    m_problem = wording("%1: %2").arg(m_fileName, problem);
     m_buffer.clear();
     if (m_outlet != nullptr) {
         m_outlet.release()->deleteLater();

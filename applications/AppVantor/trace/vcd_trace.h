@@ -2,6 +2,7 @@
 
 #include <devices/line.h>
 #include <plugin_management/d_scheduler.h>
+#include <plugin_management/d_wording.h>
 #include <process/outlet.h>
 
 #include <memory>
@@ -29,18 +30,18 @@ public:
     /// Begins the record in file ("-" for standard output), replacing what it holds. The lines stand in the
     /// scope "device", and those that channels are linked to once more in a scope of their tool, by the names
     /// of the channels. Returns an empty text, or why the file cannot be written.
-    QString begin(const QString& file, const std::vector<const DTool*>& tools = {});
+    DWording begin(const QString& file, const std::vector<const DTool*>& tools = {});
     /// Ends the record. Returns what is left of it, for Outlet::drain; null for nothing. The file is closed
     /// as soon as it is written out.
     Outlet* finish();
     /// The same, and writes it out; a signal ends that. Returns the problem.
-    QString end();
+    DWording end();
     /// Empty, or why the record is not complete.
-    const QString& problem() const { return m_problem; }
+    const DWording& problem() const { return m_problem; }
 
 Q_SIGNALS:
     /// The file could not be written any further; the record ends there.
-    void failed(const QString& problem);
+    void failed(const DWording& problem);
 
 private:
     /// A line as the dump knows it.
@@ -62,11 +63,11 @@ private:
     void endGap();
     void writeLater();
     void write();
-    void fail(const QString& problem);
+    void fail(const DWording& problem);
     void closeFile();
 
     const LineDevice& m_device;
-    QString m_fileName;
+    DWording m_fileName;
     int m_file = -1;
     std::unique_ptr<Outlet> m_outlet; ///< while the record goes on
     std::string m_buffer;
@@ -75,5 +76,5 @@ private:
     qint64 m_startUs = 0;
     qint64 m_timeUs = 0; ///< of the last change, since the start
     quint64 m_lost = 0;  ///< changes lost in the present gap; 0 outside of one
-    QString m_problem;
+    DWording m_problem;
 };

@@ -975,25 +975,9 @@
         <source></source>
         <translation>trop de demandes sont en attente</translation>
     </message>
-    <message id='unknown command "%1"; the tool has: %2'>
-        <source></source>
-        <translation>commande « %1 » inconnue ; l’outil a : %2</translation>
-    </message>
-    <message id='unknown parameter "%1" of command "%2"; it takes: %3'>
-        <source></source>
-        <translation>paramètre « %1 » de la commande « %2 » inconnu ; elle accepte : %3</translation>
-    </message>
-    <message id='parameter "%1" of command "%2" cannot hold "%3"; expected %4'>
-        <source></source>
-        <translation>le paramètre « %1 » de la commande « %2 » ne peut contenir « %3 » ; attendu : %4</translation>
-    </message>
     <message id="a text">
         <source></source>
         <translation>un texte</translation>
-    </message>
-    <message id="a whole number from %1 to %2">
-        <source></source>
-        <translation>un nombre entier de %1 à %2</translation>
     </message>
     <message id="true or false">
         <source></source>
@@ -1003,57 +987,17 @@
         <source></source>
         <translation>une valeur</translation>
     </message>
-    <message id='unknown channel "%1"'>
-        <source></source>
-        <translation>voie « %1 » inconnue</translation>
-    </message>
-    <message id='channel "%1" is an input and cannot be written'>
-        <source></source>
-        <translation>la voie « %1 » est une entrée et ne peut être écrite</translation>
-    </message>
-    <message id='"listenToAll" tells %1 binary lines at most, the device has %2'>
-        <source></source>
-        <translation>« listenToAll » suit au plus %1 lignes binaires, l’appareil en a %2</translation>
-    </message>
-    <message id='line "%1" blinks no more: %2'>
-        <source></source>
-        <translation>la ligne « %1 » ne clignote plus : %2</translation>
-    </message>
     <message id="the simulated board is unplugged">
         <source></source>
         <translation>la carte simulée est débranchée</translation>
-    </message>
-    <message id='the board refuses "%1" of channel "%2"'>
-        <source></source>
-        <translation>la carte refuse « %1 » pour la voie « %2 »</translation>
-    </message>
-    <message id='the board refuses "%1"'>
-        <source></source>
-        <translation>la carte refuse « %1 »</translation>
     </message>
     <message id="the chip %1 is gone; plug it in or load its driver, and the bench goes on">
         <source></source>
         <translation>la puce %1 n’est plus là ; branchez-la ou chargez son pilote, et le banc continue</translation>
     </message>
-    <message id='the chip %1 cannot be opened: %2; "appvantor discover" lists those of this machine'>
-        <source></source>
-        <translation>la puce %1 ne peut être ouverte : %2 ; « appvantor discover » liste celles de cette machine</translation>
-    </message>
     <message id="the chip %1: permission denied; %2">
         <source></source>
         <translation>la puce %1 : permission refusée ; %2</translation>
-    </message>
-    <message id='join its group with "sudo usermod -aG %1 $USER", and log in again'>
-        <source></source>
-        <translation>rejoignez son groupe avec « sudo usermod -aG %1 $USER », puis reconnectez-vous</translation>
-    </message>
-    <message id="%1 is busy: another program or driver holds it; end that, and the bench goes on">
-        <source></source>
-        <translation>%1 est occupée : un autre programme ou pilote la tient ; terminez-le, et le banc continue</translation>
-    </message>
-    <message id="%1 is busy: %2 holds it; end that, and the bench goes on">
-        <source></source>
-        <translation>%1 est occupée : %2 la tient ; terminez-le, et le banc continue</translation>
     </message>
     <message id="%1 does not answer: %2; the kernel's log (&quot;sudo dmesg&quot;) may tell why">
         <source></source>
@@ -1067,30 +1011,6 @@
         <source></source>
         <translation>%1 : %2 fronts de lignes maintenant immobiles sont venus trop vite pour être lus et sont perdus</translation>
     </message>
-    <message id='there is no rig "%1" on %2'>
-        <source></source>
-        <translation>il n’y a pas de banc « %1 » sur %2</translation>
-    </message>
-    <message id='the rig "%1" is offline'>
-        <source></source>
-        <translation>le banc « %1 » est hors ligne</translation>
-    </message>
-    <message id='the rig "%1" is lost'>
-        <source></source>
-        <translation>le banc « %1 » est perdu</translation>
-    </message>
-    <message id='the rig "%1" does not answer'>
-        <source></source>
-        <translation>le banc « %1 » ne répond pas</translation>
-    </message>
-    <message id='the rig "%1" does not say why'>
-        <source></source>
-        <translation>le banc « %1 » ne dit pas pourquoi</translation>
-    </message>
-    <message id='line "%1": the rig "%2" has no line "%3"'>
-        <source></source>
-        <translation>ligne « %1 » : le banc « %2 » n’a pas de ligne « %3 »</translation>
-    </message>
     <message id="too much waits for the broker already">
         <source></source>
         <translation>trop de messages attendent déjà le serveur MQTT</translation>
@@ -1099,21 +1019,737 @@
         <source></source>
         <translation>%1 : pas de réponse</translation>
     </message>
-    <message id="%1: it refuses: %2">
-        <source></source>
-        <translation>%1 : refus : %2</translation>
-    </message>
-    <message id="%1: its certificate is refused: %2">
-        <source></source>
-        <translation>%1 : son certificat est refusé : %2</translation>
-    </message>
-    <message id="%1: it ended the connection: %2">
-        <source></source>
-        <translation>%1 : il a mis fin à la connexion : %2</translation>
-    </message>
     <message id="decimal_sign">
         <source></source>
         <translation>,</translation>
+    </message>
+    <message id="&quot;%1&quot;">
+        <source></source>
+        <translation>« %1 »</translation>
+    </message>
+    <message id="&quot;%1&quot; (%2)">
+        <source></source>
+        <translation>« %1 » (%2)</translation>
+    </message>
+    <message id="&quot;%1&quot; follows a waveform, expected a free input">
+        <source></source>
+        <translation>« %1 » suit une forme d’onde ; une entrée libre était attendue</translation>
+    </message>
+    <message id="&quot;%1&quot; has a wire already, expected a free input">
+        <source></source>
+        <translation>« %1 » a déjà un fil ; une entrée libre était attendue</translation>
+    </message>
+    <message id="&quot;%1&quot; names no channel">
+        <source></source>
+        <translation>« %1 » ne nomme aucune voie</translation>
+    </message>
+    <message id="&quot;%1&quot; of channel &quot;%2&quot;: %3">
+        <source></source>
+        <translation>« %1 » pour la voie « %2 » : %3</translation>
+    </message>
+    <message id="&quot;%1&quot; stands for the channel %2 already">
+        <source></source>
+        <translation>« %1 » désigne déjà la voie %2</translation>
+    </message>
+    <message id="&quot;end&quot; without a &quot;repeat&quot;">
+        <source></source>
+        <translation>« end » sans « repeat »</translation>
+    </message>
+    <message id="&quot;listenToAll&quot; tells %1 binary lines at most, the device has %2">
+        <source></source>
+        <translation>« listenToAll » rapporte au plus %1 lignes binaires, l’appareil en a %2</translation>
+    </message>
+    <message id="&quot;repeat&quot; without an &quot;end&quot;">
+        <source></source>
+        <translation>« repeat » sans « end »</translation>
+    </message>
+    <message id="%1 (character %2 of %3)">
+        <source></source>
+        <translation>%1 (caractère %2 de %3)</translation>
+    </message>
+    <message id="%1 cannot be %2 as configured: %3; its driver may not offer this direction, bias, drive or debounce, or edges at all">
+        <source></source>
+        <translation>%1 ne peut pas être %2 comme configuré : %3 ; son pilote n’offre peut-être pas cette direction, cette polarisation, cette commande, cet antirebond, ou aucun front</translation>
+    </message>
+    <message id="%1 cannot be read: %2">
+        <source></source>
+        <translation>lecture de %1 impossible : %2</translation>
+    </message>
+    <message id="%1 changes of lines came too fast and were left out">
+        <source></source>
+        <translation>%1 changements de lignes sont venus trop vite et ont été omis</translation>
+    </message>
+    <message id="%1 is an input and cannot be written; &quot;direction&quot;: &quot;out&quot; in the configuration makes it an output">
+        <source></source>
+        <translation>%1 est une entrée et ne peut pas être commandée ; "direction": "out" dans la configuration en fait une sortie</translation>
+    </message>
+    <message id="%1 of channel &quot;%2&quot;">
+        <source></source>
+        <translation>%1 pour la voie « %2 »</translation>
+    </message>
+    <message id="%1, %2">
+        <source></source>
+        <translation>%1, %2</translation>
+    </message>
+    <message id="%1: %2">
+        <source></source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message id="%1: expected USER:PASSWORD in the first line">
+        <source></source>
+        <translation>%1 : USER:PASSWORD était attendu sur la première ligne</translation>
+    </message>
+    <message id="%1: expected lines of at most %2 bytes">
+        <source></source>
+        <translation>%1 : des lignes de %2 octets au plus étaient attendues</translation>
+    </message>
+    <message id="%1: it made no instance that this host can use for the tool &quot;%2&quot;">
+        <source></source>
+        <translation>%1 : il n’a pas fait d’instance utilisable par cet hôte pour l’outil « %2 »</translation>
+    </message>
+    <message id="%1: the orders cannot be read: %2">
+        <source></source>
+        <translation>%1 : les ordres ne peuvent pas être lus : %2</translation>
+    </message>
+    <message id="%1: the trace cannot be written: %2">
+        <source></source>
+        <translation>%1 : la trace ne peut pas être écrite : %2</translation>
+    </message>
+    <message id="--config: expected none beside a rig on a broker, which describes itself">
+        <source></source>
+        <translation>--config : aucune n’était attendue à côté d’un banc sur un serveur MQTT, qui se décrit lui-même</translation>
+    </message>
+    <message id="1 to %1">
+        <source></source>
+        <translation>de 1 à %1</translation>
+    </message>
+    <message id="; &quot;help&quot; lists what there is">
+        <source></source>
+        <translation> ; « help » donne la liste</translation>
+    </message>
+    <message id="; did you mean &quot;%1&quot;?">
+        <source></source>
+        <translation> ; vouliez-vous dire « %1 » ?</translation>
+    </message>
+    <message id="ON or OFF">
+        <source></source>
+        <translation>ON ou OFF</translation>
+    </message>
+    <message id="ON, OFF, PULSE:MS, or BLINK:MS:PERCENT with a cycle of 1 to %1 milliseconds and 0 to 100 percent">
+        <source></source>
+        <translation>ON, OFF, PULSE:MS, ou BLINK:MS:PERCENT avec un cycle de 1 à %1 millisecondes et de 0 à 100 pour cent</translation>
+    </message>
+    <message id="a channel cannot be read">
+        <source></source>
+        <translation>une voie ne peut pas être lue</translation>
+    </message>
+    <message id="a file in /etc/udev/rules.d with the rule SUBSYSTEM==&quot;gpio&quot;, GROUP=&quot;gpio&quot;, MODE=&quot;0660&quot; gives it to the group &quot;gpio&quot;, which you then join">
+        <source></source>
+        <translation>un fichier dans /etc/udev/rules.d avec la règle SUBSYSTEM=="gpio", GROUP="gpio", MODE="0660" la donne au groupe « gpio », que vous rejoignez ensuite</translation>
+    </message>
+    <message id="a number from 0 to %1 or OFF">
+        <source></source>
+        <translation>un nombre de 0 à %1 ou OFF</translation>
+    </message>
+    <message id="a whole number from -2147483648 to 2147483647">
+        <source></source>
+        <translation>un nombre entier de -2147483648 à 2147483647</translation>
+    </message>
+    <message id="a whole number from 0 to 65535">
+        <source></source>
+        <translation>un nombre entier de 0 à 65535</translation>
+    </message>
+    <message id="a wire leads to &quot;%1&quot;, expected &quot;in&quot;">
+        <source></source>
+        <translation>un fil mène à « %1 » ; « in » était attendu</translation>
+    </message>
+    <message id="an input">
+        <source></source>
+        <translation>une entrée</translation>
+    </message>
+    <message id="an output">
+        <source></source>
+        <translation>une sortie</translation>
+    </message>
+    <message id="another program or driver">
+        <source></source>
+        <translation>un autre programme ou pilote</translation>
+    </message>
+    <message id="%1 is busy: %2 holds it; end that, and the bench goes on">
+        <source></source>
+        <translation>%1 est occupée, tenue par %2 ; terminez-le, et le banc continue</translation>
+    </message>
+    <message id="cannot be read: %1">
+        <source></source>
+        <translation>lecture impossible : %1</translation>
+    </message>
+    <message id="channel &quot;%1&quot; is an input and cannot be written">
+        <source></source>
+        <translation>la voie « %1 » est une entrée et ne peut pas être commandée</translation>
+    </message>
+    <message id="channel &quot;%1&quot; is set twice">
+        <source></source>
+        <translation>la voie « %1 » est donnée deux fois</translation>
+    </message>
+    <message id="channel &quot;%1&quot;: &quot;direction&quot; is &quot;out&quot;, expected &quot;link&quot; to name an output line, &quot;%2&quot; is an input">
+        <source></source>
+        <translation>voie « %1 » : « direction » vaut « out », « link » devrait nommer une ligne de sortie, « %2 » est une entrée</translation>
+    </message>
+    <message id="channel &quot;%1&quot;: &quot;type&quot; is &quot;%2&quot;, but &quot;%3&quot; is a line of a GPIO chip and digital, expected &quot;digitalInput&quot; or &quot;digitalOutput&quot;">
+        <source></source>
+        <translation>voie « %1 » : « type » vaut « %2 », mais « %3 » est une ligne d’une puce GPIO, donc numérique ; « digitalInput » ou « digitalOutput » était attendu</translation>
+    </message>
+    <message id="channel &quot;%1&quot;: expected &quot;link&quot; to name a line of the device, found &quot;%2&quot;">
+        <source></source>
+        <translation>voie « %1 » : « link » devrait nommer une ligne de l’appareil, « %2 » a été trouvé</translation>
+    </message>
+    <message id="channel &quot;%1&quot;: expected %2, found &quot;%3&quot;">
+        <source></source>
+        <translation>voie « %1 » : attendu %2, trouvé « %3 »</translation>
+    </message>
+    <message id="channel &quot;%1&quot;: expected the &quot;direction&quot; &quot;%2&quot; of a channel of the type &quot;%3&quot;, found &quot;%4&quot;">
+        <source></source>
+        <translation>voie « %1 » : la « direction » « %2 » d’une voie du type « %3 » était attendue, « %4 » a été trouvé</translation>
+    </message>
+    <message id="expected &quot;%1&quot;">
+        <source></source>
+        <translation>attendu : « %1 »</translation>
+    </message>
+    <message id="expected &quot;%1&quot; once">
+        <source></source>
+        <translation>« %1 » était attendu une seule fois</translation>
+    </message>
+    <message id="expected &quot;expect CHANNEL=VALUE [within MS]&quot;">
+        <source></source>
+        <translation>attendu : « expect CHANNEL=VALUE [within MS] »</translation>
+    </message>
+    <message id="expected &quot;let NAME = CHANNEL&quot;">
+        <source></source>
+        <translation>attendu : « let NAME = CHANNEL »</translation>
+    </message>
+    <message id="expected &quot;repeat N&quot;, N from 1 to %1">
+        <source></source>
+        <translation>attendu : « repeat N », N de 1 à %1</translation>
+    </message>
+    <message id="expected %1 within %2 ms, found %3">
+        <source></source>
+        <translation>attendu %1 en %2 ms, trouvé %3</translation>
+    </message>
+    <message id="expected %1, found %2">
+        <source></source>
+        <translation>attendu %1, trouvé %2</translation>
+    </message>
+    <message id="expected CHANNEL=VALUE, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu CHANNEL=VALUE, trouvé « %1 »</translation>
+    </message>
+    <message id="expected JSON, found %1">
+        <source></source>
+        <translation>attendu du JSON, trouvé %1</translation>
+    </message>
+    <message id="expected JSON, found a NUL byte">
+        <source></source>
+        <translation>attendu du JSON, trouvé un octet nul</translation>
+    </message>
+    <message id="expected NAME=VALUE, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu NAME=VALUE, trouvé « %1 »</translation>
+    </message>
+    <message id="expected a block of at most %1 characters">
+        <source></source>
+        <translation>un bloc de %1 caractères au plus était attendu</translation>
+    </message>
+    <message id="expected a broker: --broker URL, or the variable APPVANTOR_BROKER">
+        <source></source>
+        <translation>un serveur MQTT était attendu : --broker URL, ou la variable APPVANTOR_BROKER</translation>
+    </message>
+    <message id="expected a closing %1">
+        <source></source>
+        <translation>il manque un %1 fermant</translation>
+    </message>
+    <message id="expected a closing bracket">
+        <source></source>
+        <translation>il manque une parenthèse fermante</translation>
+    </message>
+    <message id="expected a file, found a folder">
+        <source></source>
+        <translation>attendu un fichier, trouvé un dossier</translation>
+    </message>
+    <message id="expected a line of its own, &quot;%1&quot; is taken">
+        <source></source>
+        <translation>une ligne à part était attendue, « %1 » est prise</translation>
+    </message>
+    <message id="expected a list, found %1">
+        <source></source>
+        <translation>attendu une liste, trouvé %1</translation>
+    </message>
+    <message id="expected a name of its own, &quot;%1&quot; is taken">
+        <source></source>
+        <translation>un nom à part était attendu, « %1 » est pris</translation>
+    </message>
+    <message id="expected a text, found %1">
+        <source></source>
+        <translation>attendu un texte, trouvé %1</translation>
+    </message>
+    <message id="expected a uuid in braces, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu un uuid entre accolades, trouvé « %1 »</translation>
+    </message>
+    <message id="expected a whole number from %1 to %2, found %3">
+        <source></source>
+        <translation>attendu un nombre entier de %1 à %2, trouvé %3</translation>
+    </message>
+    <message id="expected an identifier of its own, &quot;%1&quot; is taken">
+        <source></source>
+        <translation>un identifiant à part était attendu, « %1 » est pris</translation>
+    </message>
+    <message id="expected an object">
+        <source></source>
+        <translation>un objet était attendu</translation>
+    </message>
+    <message id="expected an object, found %1">
+        <source></source>
+        <translation>attendu un objet, trouvé %1</translation>
+    </message>
+    <message id="expected at least &quot;low&quot;, %1">
+        <source></source>
+        <translation>au moins « low », %1, était attendu</translation>
+    </message>
+    <message id="expected at least one line">
+        <source></source>
+        <translation>au moins une ligne était attendue</translation>
+    </message>
+    <message id="expected at least one tool">
+        <source></source>
+        <translation>au moins un outil était attendu</translation>
+    </message>
+    <message id="expected at most %1 bytes">
+        <source></source>
+        <translation>%1 octets au plus étaient attendus</translation>
+    </message>
+    <message id="expected blocks at most %1 deep">
+        <source></source>
+        <translation>%1 blocs imbriqués au plus étaient attendus</translation>
+    </message>
+    <message id="expected milliseconds from 0 to %1, found &quot;%2&quot;">
+        <source></source>
+        <translation>attendu des millisecondes de 0 à %1, trouvé « %2 »</translation>
+    </message>
+    <message id="expected mqtt://HOST[:PORT]/[RIG] or mqtts://…, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu mqtt://HOST[:PORT]/[RIG] ou mqtts://…, trouvé « %1 »</translation>
+    </message>
+    <message id="expected no user in a broker's address: user and password come from a file or from the environment">
+        <source></source>
+        <translation>l’adresse d’un serveur MQTT ne devrait pas nommer d’utilisateur : utilisateur et mot de passe viennent d’un fichier ou de l’environnement</translation>
+    </message>
+    <message id="expected nothing after &quot;%1&quot;">
+        <source></source>
+        <translation>rien n’était attendu après « %1 »</translation>
+    </message>
+    <message id="expected nothing after &quot;end&quot;">
+        <source></source>
+        <translation>rien n’était attendu après « end »</translation>
+    </message>
+    <message id="expected on %1 only">
+        <source></source>
+        <translation>attendu pour %1 seulement</translation>
+    </message>
+    <message id="expected on an analogue input only">
+        <source></source>
+        <translation>attendu pour une entrée analogique seulement</translation>
+    </message>
+    <message id="expected one name of a rig behind the broker, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu un seul nom de banc après le serveur MQTT, trouvé « %1 »</translation>
+    </message>
+    <message id="expected one of &quot;%1&quot;, found %2">
+        <source></source>
+        <translation>attendu une valeur parmi "%1", trouvé %2</translation>
+    </message>
+    <message id="expected the chip of line %1">
+        <source></source>
+        <translation>la puce de la ligne %1 était attendue</translation>
+    </message>
+    <message id="expected the name of a line, found &quot;%1&quot;">
+        <source></source>
+        <translation>attendu le nom d’une ligne, trouvé « %1 »</translation>
+    </message>
+    <message id="expected the name of a rig">
+        <source></source>
+        <translation>le nom d’un banc était attendu</translation>
+    </message>
+    <message id="expected the name of a rig: --rig NAME, or mqtt://HOST/NAME">
+        <source></source>
+        <translation>le nom d’un banc était attendu : --rig NAME, ou mqtt://HOST/NAME</translation>
+    </message>
+    <message id="expected the number of an order, %1, found &quot;%2&quot;">
+        <source></source>
+        <translation>attendu le numéro d’un ordre, %1, trouvé « %2 »</translation>
+    </message>
+    <message id="expected true or false, found %1">
+        <source></source>
+        <translation>attendu true ou false, trouvé %1</translation>
+    </message>
+    <message id="interface identifier &quot;%1&quot;, expected &quot;%2&quot;">
+        <source></source>
+        <translation>identifiant d’interface « %1 », « %2 » était attendu</translation>
+    </message>
+    <message id="interrupted by a signal">
+        <source></source>
+        <translation>interrompu par un signal</translation>
+    </message>
+    <message id="it cannot be used">
+        <source></source>
+        <translation>il est inutilisable</translation>
+    </message>
+    <message id="it does not answer">
+        <source></source>
+        <translation>pas de réponse</translation>
+    </message>
+    <message id="it does not take &quot;%1&quot;: %2">
+        <source></source>
+        <translation>il ne prend pas « %1 » : %2</translation>
+    </message>
+    <message id="it ended the connection: %1">
+        <source></source>
+        <translation>il a mis fin à la connexion : %1</translation>
+    </message>
+    <message id="it gave no instance">
+        <source></source>
+        <translation>il n’a pas donné d’instance</translation>
+    </message>
+    <message id="it has no function &quot;qt_plugin_instance&quot;">
+        <source></source>
+        <translation>il n’a pas de fonction « qt_plugin_instance »</translation>
+    </message>
+    <message id="it passes nothing on: %1">
+        <source></source>
+        <translation>il ne transmet rien : %1</translation>
+    </message>
+    <message id="it refuses: %1">
+        <source></source>
+        <translation>refus : %1</translation>
+    </message>
+    <message id="its certificate is refused: %1">
+        <source></source>
+        <translation>son certificat est refusé : %1</translation>
+    </message>
+    <message id="its instance could not be made: %1">
+        <source></source>
+        <translation>son instance n’a pas pu être faite : %1</translation>
+    </message>
+    <message id="its instance could not be made: it threw something unknown">
+        <source></source>
+        <translation>son instance n’a pas pu être faite : exception inconnue</translation>
+    </message>
+    <message id="its instance is no plugin of this host">
+        <source></source>
+        <translation>son instance n’est pas un plugin de cet hôte</translation>
+    </message>
+    <message id="join its group with &quot;sudo usermod -aG %1 $USER&quot;, and log in again">
+        <source></source>
+        <translation>rejoignez son groupe par « sudo usermod -aG %1 $USER », puis reconnectez-vous</translation>
+    </message>
+    <message id="line &quot;%1&quot; blinks no more: %2">
+        <source></source>
+        <translation>la ligne « %1 » ne clignote plus : %2</translation>
+    </message>
+    <message id="line &quot;%1&quot; is not known to the rig &quot;%2&quot;">
+        <source></source>
+        <translation>le banc « %2 » ne connaît pas le niveau de la ligne « %1 »</translation>
+    </message>
+    <message id="line &quot;%1&quot; of the chip &quot;%2&quot; is used already, expected another">
+        <source></source>
+        <translation>la ligne « %1 » de la puce « %2 » est déjà utilisée ; une autre était attendue</translation>
+    </message>
+    <message id="line &quot;%1&quot; of the chip &quot;%2&quot;: a GPIO line is digital, expected &quot;digital&quot;">
+        <source></source>
+        <translation>ligne « %1 » de la puce « %2 » : une ligne GPIO est numérique ; « digital » était attendu</translation>
+    </message>
+    <message id="line &quot;%1&quot;: %2">
+        <source></source>
+        <translation>ligne « %1 » : %2</translation>
+    </message>
+    <message id="line &quot;%1&quot;: %2 is &quot;%3&quot; already; expected another">
+        <source></source>
+        <translation>ligne « %1 » : %2 est déjà « %3 » ; une autre était attendue</translation>
+    </message>
+    <message id="line &quot;%1&quot;: expected a level from 0 to %2 of the rig &quot;%3&quot;, found %4">
+        <source></source>
+        <translation>ligne « %1 » : attendu du banc « %3 » un niveau de 0 à %2, trouvé %4</translation>
+    </message>
+    <message id="line &quot;%1&quot;: no GPIO chip has a line &quot;%2&quot;; &quot;appvantor discover&quot; lists those of this machine">
+        <source></source>
+        <translation>ligne « %1 » : aucune puce GPIO n’a de ligne « %2 » ; « appvantor discover » donne celles de cette machine</translation>
+    </message>
+    <message id="line &quot;%1&quot;: the chip %2 has no line &quot;%3&quot;; &quot;appvantor discover&quot; lists its lines">
+        <source></source>
+        <translation>ligne « %1 » : la puce %2 n’a pas de ligne « %3 » ; « appvantor discover » donne ses lignes</translation>
+    </message>
+    <message id="line &quot;%1&quot;: the rig &quot;%2&quot; has no line &quot;%3&quot;">
+        <source></source>
+        <translation>ligne « %1 » : le banc « %2 » n’a pas de ligne « %3 »</translation>
+    </message>
+    <message id="line &quot;%1&quot;: there is more than one &quot;%2&quot;: %3; &quot;chip&quot; and &quot;line&quot; tell which is meant, by the name of the chip and the offset">
+        <source></source>
+        <translation>ligne « %1 » : il y a plus d’une « %2 » : %3 ; « chip » et « line » disent laquelle, par le nom de la puce et le rang</translation>
+    </message>
+    <message id="line %1 of %2">
+        <source></source>
+        <translation>ligne %1 de %2</translation>
+    </message>
+    <message id="malformed argument &quot;%1&quot;: &quot;%2&quot;, expected a whole number from 0 to %3">
+        <source></source>
+        <translation>argument « %1 » mal formé : « %2 », un nombre entier de 0 à %3 était attendu</translation>
+    </message>
+    <message id="missing argument &quot;%1&quot;">
+        <source></source>
+        <translation>l’argument « %1 » manque</translation>
+    </message>
+    <message id="nested too deeply, expected at most %1 levels">
+        <source></source>
+        <translation>trop de niveaux imbriqués, %1 au plus étaient attendus</translation>
+    </message>
+    <message id="no such plugin library">
+        <source></source>
+        <translation>cette bibliothèque de plugin n’existe pas</translation>
+    </message>
+    <message id="nobody reads this pipe">
+        <source></source>
+        <translation>personne ne lit ce tube</translation>
+    </message>
+    <message id="not a plugin for this version of Qt (%1)">
+        <source></source>
+        <translation>pas un plugin pour cette version de Qt (%1)</translation>
+    </message>
+    <message id="nothing">
+        <source></source>
+        <translation>rien</translation>
+    </message>
+    <message id="nothing more">
+        <source></source>
+        <translation>rien de plus</translation>
+    </message>
+    <message id="of which there is none yet">
+        <source></source>
+        <translation>dont il n’y a aucun pour l’instant</translation>
+    </message>
+    <message id="parameter &quot;%1&quot; is given twice">
+        <source></source>
+        <translation>le paramètre « %1 » est donné deux fois</translation>
+    </message>
+    <message id="parameter &quot;%1&quot; of command &quot;%2&quot; cannot hold &quot;%3&quot;; expected %4">
+        <source></source>
+        <translation>le paramètre « %1 » de la commande « %2 » ne peut pas contenir « %3 » ; attendu : %4</translation>
+    </message>
+    <message id="parameter &quot;%1&quot;: %2">
+        <source></source>
+        <translation>paramètre « %1 » : %2</translation>
+    </message>
+    <message id="standard input">
+        <source></source>
+        <translation>entrée standard</translation>
+    </message>
+    <message id="standard output">
+        <source></source>
+        <translation>sortie standard</translation>
+    </message>
+    <message id="standard output cannot be written to">
+        <source></source>
+        <translation>la sortie standard ne peut pas être écrite</translation>
+    </message>
+    <message id="the board refuses &quot;%1&quot;">
+        <source></source>
+        <translation>la carte refuse « %1 »</translation>
+    </message>
+    <message id="the board refuses &quot;%1&quot; of channel &quot;%2&quot;">
+        <source></source>
+        <translation>la carte refuse « %1 » pour la voie « %2 »</translation>
+    </message>
+    <message id="the chip %1 cannot be opened: %2; &quot;appvantor discover&quot; lists those of this machine">
+        <source></source>
+        <translation>la puce %1 ne peut pas être ouverte : %2 ; « appvantor discover » donne celles de cette machine</translation>
+    </message>
+    <message id="the entry &quot;%1&quot; stands here for the second time, expected it once">
+        <source></source>
+        <translation>l’entrée « %1 » figure ici pour la deuxième fois, elle était attendue une seule fois</translation>
+    </message>
+    <message id="the plugin made no command &quot;%1&quot;">
+        <source></source>
+        <translation>le plugin n’a pas fait de commande « %1 »</translation>
+    </message>
+    <message id="the plugin made no instance that this host can use">
+        <source></source>
+        <translation>le plugin n’a pas fait d’instance utilisable par cet hôte</translation>
+    </message>
+    <message id="the rig &quot;%1&quot; does not answer">
+        <source></source>
+        <translation>le banc « %1 » ne répond pas</translation>
+    </message>
+    <message id="the rig &quot;%1&quot; does not say why">
+        <source></source>
+        <translation>le banc « %1 » ne dit pas pourquoi</translation>
+    </message>
+    <message id="the rig &quot;%1&quot; has begun anew">
+        <source></source>
+        <translation>le banc « %1 » a redémarré</translation>
+    </message>
+    <message id="the rig &quot;%1&quot; is %2">
+        <source></source>
+        <translation>le banc « %1 » est %2</translation>
+    </message>
+    <message id="the rig ends">
+        <source></source>
+        <translation>le banc s’arrête</translation>
+    </message>
+    <message id="the system grants no real-time priority: %1">
+        <source></source>
+        <translation>le système n’accorde pas de priorité temps réel : %1</translation>
+    </message>
+    <message id="the tool has no channel &quot;%1&quot;%2">
+        <source></source>
+        <translation>l’outil n’a pas de voie « %1 »%2</translation>
+    </message>
+    <message id="the trace ends here: %1">
+        <source></source>
+        <translation>la trace s’arrête ici : %1</translation>
+    </message>
+    <message id="the trace is lost: the file was removed meanwhile">
+        <source></source>
+        <translation>la trace est perdue : le fichier a été supprimé entre-temps</translation>
+    </message>
+    <message id="the wires of &quot;%1&quot; form a loop">
+        <source></source>
+        <translation>les fils de « %1 » forment une boucle</translation>
+    </message>
+    <message id="there is no GPIO chip &quot;%1&quot;; &quot;appvantor discover&quot; lists those of this machine">
+        <source></source>
+        <translation>il n’y a pas de puce GPIO « %1 » ; « appvantor discover » donne celles de cette machine</translation>
+    </message>
+    <message id="there is no rig &quot;%1&quot; on %2">
+        <source></source>
+        <translation>il n’y a pas de banc « %1 » sur %2</translation>
+    </message>
+    <message id="this machine has no GPIO chip: there is no /dev/gpiochip0 or other; plug one in or load its driver">
+        <source></source>
+        <translation>cette machine n’a pas de puce GPIO : il n’y a ni /dev/gpiochip0 ni autre ; branchez-en une ou chargez son pilote</translation>
+    </message>
+    <message id="unknown channel &quot;%1&quot;">
+        <source></source>
+        <translation>voie « %1 » inconnue</translation>
+    </message>
+    <message id="unknown command &quot;%1&quot;%2">
+        <source></source>
+        <translation>commande « %1 » inconnue%2</translation>
+    </message>
+    <message id="unknown command &quot;%1&quot;; the tool has: %2">
+        <source></source>
+        <translation>commande « %1 » inconnue ; l’outil a : %2</translation>
+    </message>
+    <message id="unknown entry, expected one of: %1">
+        <source></source>
+        <translation>entrée inconnue, attendu une de : %1</translation>
+    </message>
+    <message id="unknown instruction &quot;%1&quot;">
+        <source></source>
+        <translation>instruction « %1 » inconnue</translation>
+    </message>
+    <message id="unknown parameter &quot;%1&quot; of command &quot;%2&quot;; it takes: %3">
+        <source></source>
+        <translation>paramètre « %1 » inconnu de la commande « %2 » ; elle prend : %3</translation>
+    </message>
+    <message id="unknown target &quot;%1&quot; of &quot;%2&quot;">
+        <source></source>
+        <translation>cible « %1 » inconnue de « %2 »</translation>
+    </message>
+    <message id="No such file or directory">
+        <source></source>
+        <translation>fichier ou dossier inexistant</translation>
+    </message>
+    <message id="Permission denied">
+        <source></source>
+        <translation>permission refusée</translation>
+    </message>
+    <message id="Is a directory">
+        <source></source>
+        <translation>c’est un dossier</translation>
+    </message>
+    <message id="Not a directory">
+        <source></source>
+        <translation>ce n’est pas un dossier</translation>
+    </message>
+    <message id="Read-only file system">
+        <source></source>
+        <translation>système de fichiers en lecture seule</translation>
+    </message>
+    <message id="No space left on device">
+        <source></source>
+        <translation>plus de place sur le support</translation>
+    </message>
+    <message id="File name too long">
+        <source></source>
+        <translation>nom de fichier trop long</translation>
+    </message>
+    <message id="Broken pipe">
+        <source></source>
+        <translation>tube rompu</translation>
+    </message>
+    <message id="Connection refused">
+        <source></source>
+        <translation>connexion refusée</translation>
+    </message>
+    <message id="Connection timed out">
+        <source></source>
+        <translation>délai de connexion dépassé</translation>
+    </message>
+    <message id="Network is unreachable">
+        <source></source>
+        <translation>réseau injoignable</translation>
+    </message>
+    <message id="No route to host">
+        <source></source>
+        <translation>pas de route vers l’hôte</translation>
+    </message>
+    <message id="Host not found">
+        <source></source>
+        <translation>hôte introuvable</translation>
+    </message>
+    <message id="Operation not permitted">
+        <source></source>
+        <translation>opération non permise</translation>
+    </message>
+    <message id="input/output error">
+        <source></source>
+        <translation>erreur d’entrée-sortie</translation>
+    </message>
+    <message id="invalid argument">
+        <source></source>
+        <translation>argument non valable</translation>
+    </message>
+    <message id="no such device">
+        <source></source>
+        <translation>appareil inexistant</translation>
+    </message>
+    <message id="inappropriate ioctl for device">
+        <source></source>
+        <translation>ce n’est pas une puce GPIO</translation>
+    </message>
+    <message id="no such file or directory">
+        <source></source>
+        <translation>fichier ou dossier inexistant</translation>
+    </message>
+    <message id="operation not supported">
+        <source></source>
+        <translation>opération non prise en charge</translation>
+    </message>
+    <message id="offline">
+        <source></source>
+        <translation>hors service</translation>
+    </message>
+    <message id="lost">
+        <source></source>
+        <translation>perdu</translation>
     </message>
 </context>
 </TS>

@@ -1,7 +1,6 @@
 #include "command_form.h"
 
 #include "order_log_model.h"
-#include "reasons.h"
 #include "texts.h"
 
 #include <configuration/channel_orders.h>
@@ -243,7 +242,7 @@ QString CommandForm::problemOf(int row) const
         return qtTrId("form_no_channel").arg(text);
     }
     QVariantMap alone = {{parameter.name, text}};
-    return reasonText(m_tool->checkInvocation(command(), &alone).text);
+    return worded(m_tool->checkInvocation(command(), &alone).text);
 }
 
 QStringList CommandForm::channels() const
@@ -266,7 +265,7 @@ void CommandForm::check()
     } else {
         QVariantMap values = arguments(&problem);
         if (problem.isEmpty()) {
-            problem = reasonText(m_tool->checkInvocation(command(), &values).text);
+            problem = worded(m_tool->checkInvocation(command(), &values).text);
         }
         for (int row = 0; row < count(); ++row) {
             m_rowProblems.append(problemOf(row));

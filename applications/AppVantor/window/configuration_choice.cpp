@@ -1,6 +1,7 @@
 #include "configuration_choice.h"
 
 #include "files.h"
+#include "texts.h"
 #include "window_memory.h"
 
 #include <QDir>
@@ -41,11 +42,15 @@ void ConfigurationChoice::make(const QString& file)
 {
     m_bench.reset();
     QStringList mistakes;
+    QVector<Problem> problems;
     const QFileInfo info(file);
     if (info.exists() && !info.isFile()) { // one could wait for a pipe for ever
         mistakes.append(qtTrId("open_no_file").arg(file));
     } else {
-        m_bench = m_source->make(file, &mistakes);
+        m_bench = m_source->make(file, &problems);
+    }
+    for (const Problem& problem : qAsConst(problems)) {
+        mistakes.append(problem.toString(worded(problem.text)));
     }
     m_chosen = file;
     m_mistakes = mistakes;

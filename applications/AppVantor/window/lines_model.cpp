@@ -1,6 +1,6 @@
 #include "lines_model.h"
 
-#include "reasons.h"
+#include "texts.h"
 
 #include <algorithm>
 
@@ -131,7 +131,7 @@ QString LinesModel::state() const
 
 QString LinesModel::problem() const
 {
-    return m_device.isNull() ? QString() : reasonText(m_device->connectionProblem());
+    return m_device.isNull() ? QString() : worded(m_device->connectionProblem());
 }
 
 QString LinesModel::deviceName() const

@@ -107,7 +107,7 @@ void OrderLogModel::addClick(const QString& command, const QVariantMap& argument
     add(entry);
 }
 
-void OrderLogModel::addProblem(const QString& name, const QString& problem)
+void OrderLogModel::addProblem(const QString& name, const DWording& problem)
 {
     Entry entry;
     entry.command = name;

@@ -60,7 +60,7 @@ public:
     void addClick(const QString& command, const QVariantMap& arguments, const QVariantMap& results,
                   const DFailure& failure);
     /// Notes that something failed: whose, and what, for people.
-    void addProblem(const QString& name, const QString& problem);
+    void addProblem(const QString& name, const DWording& problem);
     /// The events of an order, the latest last; none of one that is not there.
     std::deque<OrderEvent> events(quint64 order) const;
     /// Stops the order of a row; one that has ended stays as it is.
@@ -92,7 +92,7 @@ private:
         QString command;
         QString state;
         QString kind;
-        QString problem;
+        DWording problem;
         QVariantMap values; ///< results, or the last event
         qint64 eventUs = 0;
         int events = 0;

@@ -3,7 +3,6 @@
 #include "gradual_rows.h"
 #include "page_source.h"
 #include "page_width.h"
-#include "reasons.h"
 #include "texts.h"
 
 #include <plugin_management/d_abstract_plugin_backend.h>
@@ -218,7 +217,7 @@ void PagePanel::tellConnection()
 {
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
     if (!m_page.isNull() && device != nullptr) {
-        tell(m_page, "connectionProblem", reasonText(device->connectionProblem()));
+        tell(m_page, "connectionProblem", worded(device->connectionProblem()));
     }
 }
 

@@ -1,6 +1,5 @@
 #include "page_reads_model.h"
 
-#include "reasons.h"
 #include "texts.h"
 
 #include <configuration/value_text.h>
@@ -31,7 +30,7 @@ QVariant PageReadsModel::data(const QModelIndex& index, int role) const
     case CommandRole:
         return invocationText(read.command, read.arguments);
     case DetailRole:
-        return read.problem.isEmpty() ? assignmentsText(read.results) : reasonText(read.problem);
+        return read.problem.isEmpty() ? assignmentsText(read.results) : worded(read.problem);
     case FailedRole:
         return !read.problem.isEmpty();
     default:

@@ -56,7 +56,7 @@ private:
         QString command;
         QVariantMap arguments;
         QVariantMap results;
-        QString problem;
+        DWording problem;
     };
 
     void tell();

@@ -118,7 +118,7 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_script(script)
 {
     m_filter.setSourceModel(&m_lines);
-    QObject::connect(device, &DDevice::problemTold, &m_orders, [this, device](const QString& problem) {
+    QObject::connect(device, &DDevice::problemTold, &m_orders, [this, device](const DWording& problem) {
         m_orders.addProblem(device->objectName(), problem);
     });
     const auto object = [](QObject* part) {

@@ -1,6 +1,7 @@
 #include "script_run.h"
 
 #include "files.h"
+#include "texts.h"
 
 ScriptRun::ScriptRun(BenchSource* source, QObject* parent)
     : QObject(parent)
@@ -11,7 +12,7 @@ ScriptRun::ScriptRun(BenchSource* source, QObject* parent)
     m_showing.setInterval(readableMs);
     connect(&m_showing, &QTimer::timeout, this, &ScriptRun::changed);
     m_source->watchScript({[this](const ScriptPlace& line) { showLine(line); },
-                           [this](const QString& complaint) { showEnd(complaint); }});
+                           [this](const Problem& complaint) { showEnd(complaint); }});
 }
 
 ScriptRun::~ScriptRun()
@@ -29,9 +30,9 @@ void ScriptRun::begin(QObject* tool, const QString& file)
     m_running = true;
     m_line = {path, 0, {}};
     m_outcome.clear();
-    const QString problem = m_source->beginScript(chosen, path);
+    const DWording problem = m_source->beginScript(chosen, path);
     if (!problem.isEmpty()) {
-        showEnd(problem);
+        showEnd({problem});
     }
     Q_EMIT changed();
 }
@@ -63,11 +64,11 @@ void ScriptRun::showLine(const ScriptPlace& line)
     }
 }
 
-void ScriptRun::showEnd(const QString& complaint)
+void ScriptRun::showEnd(const Problem& complaint)
 {
     m_showing.stop();
     m_running = false;
-    m_failed = !complaint.isEmpty();
-    m_outcome = m_failed ? complaint : qtTrId("script_done");
+    m_failed = !complaint.text.isEmpty();
+    m_outcome = m_failed ? complaint.toString(worded(complaint.text)) : qtTrId("script_done");
     Q_EMIT changed();
 }

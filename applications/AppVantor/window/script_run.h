@@ -48,7 +48,7 @@ Q_SIGNALS:
 
 private:
     void showLine(const ScriptPlace& line);
-    void showEnd(const QString& complaint);
+    void showEnd(const Problem& complaint);
 
     BenchSource* const m_source;
     bool m_running = false;

@@ -1,7 +1,5 @@
 #include "texts.h"
 
-#include "reasons.h"
-
 #include <QCoreApplication>
 #include <QTranslator>
 
@@ -28,14 +26,19 @@ void installTexts(const QLocale& locale)
 
 QString textOr(const QString& id, const QString& fallback)
 {
-    const QString text = qtTrId(qPrintable(id));
+    const QString text = qtTrId(id.toUtf8().constData());
     return text == id ? fallback : text;
 }
 
-QString failureText(const QString& kind, const QString& reason)
+QString failureText(const QString& kind, const DWording& reason)
 {
     const QString known = textOr(QStringLiteral("failure_") + kind, QString());
-    return known.isEmpty() ? reasonText(reason) : known.arg(reasonText(reason));
+    return known.isEmpty() ? worded(reason) : known.arg(worded(reason));
+}
+
+QString worded(const DWording& wording)
+{
+    return wording.in([](const QString& source) { return textOr(source, source); });
 }
 
 QString withDecimalSign(QString number)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QLocale>
 
 /// Makes the resources of the window known: its pages, the host's components and the texts. The build puts
@@ -15,7 +17,10 @@ QString textOr(const QString& id, const QString& fallback);
 
 /// Why something failed, for people: what kind of failure it is, where the language has a text for that, and
 /// the reason itself.
-QString failureText(const QString& kind, const QString& reason);
+QString failureText(const QString& kind, const DWording& reason);
+
+/// wording in the language of the window; English where that has no text for it.
+QString worded(const DWording& wording);
 
 /// number, or a time, with the decimal sign of the window's language instead of a point.
 QString withDecimalSign(QString number);

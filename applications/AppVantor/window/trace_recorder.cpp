@@ -1,5 +1,7 @@
 #include "trace_recorder.h"
 
+#include "texts.h"
+
 #include <trace/vcd_trace.h>
 
 TraceRecorder::TraceRecorder(const LineDevice* device, std::vector<const DTool*> tools, QObject* parent)
@@ -24,17 +26,17 @@ QString TraceRecorder::begin(const QString& file)
         return qtTrId("record_runs");
     }
     auto trace = std::make_unique<VcdTrace>(*m_device);
-    QString problem = trace->begin(file, m_tools);
+    const DWording problem = trace->begin(file, m_tools);
     if (problem.isEmpty()) {
         m_trace = std::move(trace);
         m_file = file;
-        connect(m_trace.get(), &VcdTrace::failed, this, [this](const QString& reason) {
+        connect(m_trace.get(), &VcdTrace::failed, this, [this](const DWording& reason) {
             Q_EMIT recordingChanged();
-            Q_EMIT failed(reason);
+            Q_EMIT failed(worded(reason));
         });
         Q_EMIT recordingChanged();
     }
-    return problem;
+    return worded(problem);
 }
 
 QString TraceRecorder::end()
@@ -43,8 +45,8 @@ QString TraceRecorder::end()
         return QString();
     }
     m_trace->disconnect(this);
-    QString problem = m_trace->end();
+    const DWording problem = m_trace->end();
     m_trace.reset();
     Q_EMIT recordingChanged();
-    return problem;
+    return worded(problem);
 }

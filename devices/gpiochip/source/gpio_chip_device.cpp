@@ -57,7 +57,7 @@ void GpioChipDevice::close()
     LineEngine::close();
 }
 
-QString GpioChipDevice::textOf(int line) const
+DWording GpioChipDevice::textOf(int line) const
 {
     const Place& place = m_places.at(line);
     return GpioMessages::lineText(lines().at(line).name, place.lines->lines().at(place.position).wish.offset,
@@ -78,7 +78,7 @@ GpioLineSettings GpioChipDevice::settingsOf(int line) const
 }
 
 /// Finds the lines that are not held, those of each chip together.
-std::vector<GpioChipDevice::Group> GpioChipDevice::findLines(GpioLookup* lookup, QString* problem) const
+std::vector<GpioChipDevice::Group> GpioChipDevice::findLines(GpioLookup* lookup, DWording* problem) const
 {
     std::vector<Group> groups;
     for (int line = 0; line < m_setup.lines.size(); ++line) {
@@ -107,8 +107,8 @@ std::vector<GpioChipDevice::Group> GpioChipDevice::findLines(GpioLookup* lookup,
     return groups;
 }
 
-/// Requests the lines of a chip, all or none. Returns an empty text, or why they cannot be had.
-QString GpioChipDevice::hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held)
+/// Requests the lines of a chip, all or none. Returns nothing, or why they cannot be had.
+DWording GpioChipDevice::hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held)
 {
     Group left = group;
     while (!left.lines.isEmpty()) {
@@ -126,11 +126,11 @@ QString GpioChipDevice::hold(const Group& group, std::vector<std::unique_ptr<Hel
                                                     scheduler()));
         left.lines = left.lines.mid(count);
     }
-    return QString();
+    return {};
 }
 
 /// The kernel does not tell which one of the lines it refuses: the first that it refuses alone.
-QString GpioChipDevice::whyRefused(const Group& group, int error)
+DWording GpioChipDevice::whyRefused(const Group& group, int error)
 {
     const auto& [chip, refused] = group;
     const auto culprit = std::find_if(
@@ -141,7 +141,8 @@ QString GpioChipDevice::whyRefused(const Group& group, int error)
             return isRefused;
         });
     const HeldLines::Line& line = culprit != refused.cend() ? *culprit : refused.constFirst();
-    const QString text = GpioMessages::lineText(lines().at(line.number).name, line.wish.offset, chip->name());
+    const DWording text =
+        GpioMessages::lineText(lines().at(line.number).name, line.wish.offset, chip->name());
     if (error != EBUSY) {
         return GpioMessages::lineRefused(text, line.wish.settings.output, error);
     }
@@ -168,7 +169,7 @@ void GpioChipDevice::awaitRelease(const std::shared_ptr<GpioChip>& chip)
 void GpioChipDevice::connectLines()
 {
     awaitRelease(nullptr);
-    QString problem;
+    DWording problem;
     GpioLookup lookup;
     std::vector<std::unique_ptr<HeldLines>> fresh;
     for (const Group& group : findLines(&lookup, &problem)) {

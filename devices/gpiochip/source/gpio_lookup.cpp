@@ -18,12 +18,12 @@ QStringList filesFor(const QString& chip, const QStringList& all, bool* isFile)
 } // namespace
 
 GpioLookup::Place GpioLookup::find(const QString& name, const QString& chip, const QString& wanted,
-                                   QString* problem)
+                                   DWording* problem)
 {
     bool isFile = false;
     const QStringList files = filesFor(chip, GpioChip::files(), &isFile);
     QVector<Place> places;
-    QString refused; // a chip that cannot be opened may be the one
+    DWording refused; // a chip that cannot be opened may be the one
     QString nameOfChip;
     for (const QString& file : files) {
         Known& known = open(file);
@@ -42,7 +42,7 @@ GpioLookup::Place GpioLookup::find(const QString& name, const QString& chip, con
         return places.constFirst();
     }
     if (places.size() > 1) {
-        QStringList texts;
+        QVector<DWording> texts;
         for (const Place& place : qAsConst(places)) {
             texts.append(GpioMessages::placeText(place.offset, place.chip->name()));
         }

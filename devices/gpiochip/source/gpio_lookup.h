@@ -2,6 +2,8 @@
 
 #include <devices/gpio_chip.h>
 
+#include <plugin_management/d_wording.h>
+
 #include <QHash>
 
 #include <map>
@@ -20,14 +22,14 @@ public:
     /// Finds the line wanted (its offset or name) on the chip of this file, name or label, on any chip
     /// without one. name is what the line is called in messages. Without success problem says why, and
     /// isMissing() whether it may come yet.
-    Place find(const QString& name, const QString& chip, const QString& wanted, QString* problem);
+    Place find(const QString& name, const QString& chip, const QString& wanted, DWording* problem);
     bool isMissing() const { return m_missing; }
 
 private:
     struct Known
     {
         std::shared_ptr<GpioChip> chip; ///< null when it cannot be opened
-        QString problem;                ///< why; empty when it has gone
+        DWording problem;               ///< why; empty when it has gone
         bool named = false;
         QMultiHash<QString, int> offsets; ///< by the names of lines
     };

@@ -88,8 +88,8 @@ public:
         const sched_param priority = {c_realtimePriority};
         const int error = realtime ? pthread_setschedparam(pthread_self(), SCHED_FIFO, &priority) : 0;
         if (error != 0) {
-            failureTold(
-                QStringLiteral("the system grants no real-time priority: %1").arg(qt_error_string(error)));
+            failureTold(wording("the system grants no real-time priority: %1")
+                            .arg(DWording::told(qt_error_string(error))));
         }
     }
 
@@ -161,14 +161,14 @@ private:
         }
     }
 
-    void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override
+    void stateTold(DDevice::State state, const DWording& problem, qint64 timeUs) override
     {
         makeUp(); // a state is true of the levels that were told before it
         queue(
             [state, problem, timeUs](LineListener& listener) { listener.stateTold(state, problem, timeUs); });
     }
 
-    void failureTold(const QString& text) override
+    void failureTold(const DWording& text) override
     {
         queue([text](LineListener& listener) { listener.failureTold(text); });
     }

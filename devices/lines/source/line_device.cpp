@@ -31,12 +31,11 @@ bool LineDevice::isRecurring(const QString& instruction) const
     return instruction == QLatin1String("listenEvents") || instruction == QLatin1String("listenToAll");
 }
 
-QString LineDevice::describe(const QString& instruction, const QVariantMap& arguments) const
+DWording LineDevice::describe(const QString& instruction, const QVariantMap& arguments) const
 {
     const QString channel = arguments.value(QStringLiteral("channel")).toString();
-    const QString described = DDevice::describe(instruction, arguments);
-    return channel.isEmpty() ? described
-                             : described + QStringLiteral(" of channel \"") + channel + QLatin1Char('"');
+    const DWording described = DDevice::describe(instruction, arguments);
+    return channel.isEmpty() ? described : wording(R"(%1 of channel "%2")").arg(described, channel);
 }
 
 void LineDevice::setInput(int line, int level)
@@ -122,12 +121,12 @@ void LineDevice::changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, Li
     }
 }
 
-QString changesLeftOutText(quint64 count)
+DWording changesLeftOutText(quint64 count)
 {
-    return QStringLiteral("%1 changes of lines came too fast and were left out").arg(count);
+    return wording("%1 changes of lines came too fast and were left out").arg(count);
 }
 
-void LineDevice::stateTold(DDevice::State state, const QString& problem, qint64 timeUs)
+void LineDevice::stateTold(DDevice::State state, const DWording& problem, qint64 timeUs)
 {
     if (state == State::Unreachable) {
         const QPointer<LineDevice> self(this);
@@ -139,7 +138,7 @@ void LineDevice::stateTold(DDevice::State state, const QString& problem, qint64 
     setState(state, problem);
 }
 
-void LineDevice::failureTold(const QString& text)
+void LineDevice::failureTold(const DWording& text)
 {
     Q_EMIT problemTold(text);
 }

@@ -32,7 +32,7 @@ void LineEngine::close()
 {
     stopAllBlinking();
     m_state = DDevice::State::Closed;
-    m_problem.clear();
+    m_problem = {};
 }
 
 void LineEngine::setInput(int line, int level)
@@ -49,7 +49,7 @@ void LineEngine::setPluggedIn(bool pluggedIn)
 void LineEngine::setConnected(qint64 sinceUs)
 {
     m_state = DDevice::State::Connected;
-    m_problem.clear();
+    m_problem = {};
     for (int line = 0; line < m_lines.size(); ++line) {
         m_levels[line].sinceUs = sinceUs;
         m_listener->lineTold(line, m_levels.at(line));
@@ -57,7 +57,7 @@ void LineEngine::setConnected(qint64 sinceUs)
     m_listener->stateTold(m_state, m_problem, m_scheduler->now());
 }
 
-void LineEngine::setUnreachable(const QString& problem)
+void LineEngine::setUnreachable(const DWording& problem)
 {
     stopAllBlinking();
     m_state = DDevice::State::Unreachable;
@@ -156,7 +156,7 @@ int LineEngine::lineNamed(const QString& name) const
     return m_lineNumbers.value(name, -1);
 }
 
-void LineEngine::refuse(quint64 id, const QString& reason)
+void LineEngine::refuse(quint64 id, const DWording& reason)
 {
     m_listener->requestRefused(id, {DFailure::Kind::RefusedByDevice, reason});
 }
@@ -176,15 +176,15 @@ void LineEngine::request(quint64 id, const QString& instruction, const QVariantM
             listenToAll(id);
             return;
         }
-        refuse(id, QStringLiteral("unknown instruction \"%1\"").arg(instruction));
+        refuse(id, wording(R"(unknown instruction "%1")").arg(instruction));
         return;
     }
     const QString channel = arguments.value(QStringLiteral("channel")).toString();
     const int line = lineNamed(channel);
     if (channel.isEmpty()) {
-        refuse(id, QStringLiteral("\"%1\" names no channel").arg(instruction));
+        refuse(id, wording(R"("%1" names no channel)").arg(instruction));
     } else if (line < 0) {
-        refuse(id, QStringLiteral("unknown channel \"%1\"").arg(channel));
+        refuse(id, wording(R"(unknown channel "%1")").arg(channel));
     } else if (reads) {
         read(id, line);
     } else if (listens) {
@@ -216,11 +216,11 @@ void LineEngine::write(quint64 id, const QString& instruction, int line, const Q
 {
     const DLine& target = m_lines.at(line);
     if (target.direction == DLine::Direction::In) {
-        refuse(id, QStringLiteral("channel \"%1\" is an input and cannot be written").arg(target.name));
+        refuse(id, wording(R"(channel "%1" is an input and cannot be written)").arg(target.name));
         return;
     }
     const bool blinks = instruction == QLatin1String("setBlink");
-    QString problem;
+    DWording problem;
     const std::optional<int> values = wholeArgument(arguments, QStringLiteral("values"), &problem);
     std::optional<int> onWidth = 0;
     std::optional<int> offWidth = 0;
@@ -230,7 +230,7 @@ void LineEngine::write(quint64 id, const QString& instruction, int line, const Q
             onWidth ? wholeArgument(arguments, QStringLiteral("pulseOffWidth"), &problem) : std::nullopt;
     }
     if (!values || !onWidth || !offWidth) {
-        refuse(id, QStringLiteral("\"%1\" of channel \"%2\": %3").arg(instruction, target.name, problem));
+        refuse(id, wording(R"("%1" of channel "%2": %3)").arg(instruction, target.name, problem));
         return;
     }
     const int level = target.kind == DLine::Kind::Analog ? *values : (*values != 0 ? 1 : 0);
@@ -297,7 +297,7 @@ void LineEngine::blinkPhase(int line)
     }
     if (failure && failure.kind != DFailure::Kind::DeviceUnreachable) { // else its loss is told, once
         m_listener->failureTold(
-            QStringLiteral("line \"%1\" blinks no more: %2").arg(m_lines.at(line).name, failure.text));
+            wording(R"(line "%1" blinks no more: %2)").arg(m_lines.at(line).name, failure.text));
     }
 }
 
@@ -314,7 +314,7 @@ void LineEngine::listenToLine(quint64 id, int line)
 void LineEngine::listenToAll(quint64 id)
 {
     if (m_binaryLines > c_binaryNumberBits) {
-        refuse(id, QStringLiteral("\"listenToAll\" tells %1 binary lines at most, the device has %2")
+        refuse(id, wording(R"("listenToAll" tells %1 binary lines at most, the device has %2)")
                        .arg(c_binaryNumberBits)
                        .arg(m_binaryLines));
         return;

@@ -23,16 +23,15 @@ std::optional<int> wholeNumber(const QVariant& value)
 
 } // namespace
 
-std::optional<int> wholeArgument(const QVariantMap& arguments, const QString& key, QString* problem)
+std::optional<int> wholeArgument(const QVariantMap& arguments, const QString& key, DWording* problem)
 {
     const QVariant argument = arguments.value(key);
     const std::optional<int> number = wholeNumber(argument);
     if (!number) {
-        *problem =
-            argument.isValid()
-                ? QStringLiteral("malformed argument \"%1\": \"%2\", expected a whole number from 0 to %3")
-                      .arg(key, argument.toString(), QString::number(c_highest))
-                : QStringLiteral("missing argument \"%1\"").arg(key);
+        *problem = argument.isValid()
+                       ? wording(R"(malformed argument "%1": "%2", expected a whole number from 0 to %3)")
+                             .arg(key, argument.toString(), c_highest)
+                       : wording(R"(missing argument "%1")").arg(key);
     }
     return number;
 }

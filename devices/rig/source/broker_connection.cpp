@@ -17,9 +17,9 @@ namespace {
 constexpr int c_qos = 1;
 constexpr int c_keepAliveSeconds = 10;
 
-QString silence()
+DWording silence()
 {
-    return QStringLiteral("it does not answer");
+    return wording("it does not answer");
 }
 
 void startLibrary()
@@ -208,7 +208,7 @@ void BrokerConnection::begin(const QString& number)
                               properties.release());
     }
     if (m_address.encrypted) {
-        QString problem;
+        DWording problem;
         m_security = makeSecurity(m_address, m_access, &m_verdict, &problem);
         if (m_security == nullptr) {
             end(problem);
@@ -235,7 +235,7 @@ void BrokerConnection::begin(const QString& number)
     passOn(result);
 }
 
-int BrokerConnection::publish(const BrokerMessage& message, QString* problem)
+int BrokerConnection::publish(const BrokerMessage& message, DWording* problem)
 {
     Properties properties;
     if (!message.responseTopic.isEmpty()) {
@@ -256,7 +256,7 @@ int BrokerConnection::publish(const BrokerMessage& message, QString* problem)
                       result == MOSQ_ERR_TLS; // the end of the connection comes by itself
     watch();
     if (!kept) {
-        *problem = QString::fromUtf8(mosquitto_strerror(result));
+        *problem = DWording::told(QString::fromUtf8(mosquitto_strerror(result)));
     }
     return kept ? number : 0;
 }
@@ -370,32 +370,32 @@ void BrokerConnection::passOn(int result)
     }
 }
 
-QString BrokerConnection::whyEnded(int result) const
+DWording BrokerConnection::whyEnded(int result) const
 {
     if (m_notes->refusal) {
-        return QStringLiteral("it refuses: %1")
-            .arg(QString::fromUtf8(mosquitto_reason_string(*m_notes->refusal)));
+        return wording("it refuses: %1")
+            .arg(DWording::told(QString::fromUtf8(mosquitto_reason_string(*m_notes->refusal))));
     }
     if (!m_verdict.isEmpty()) {
-        return QStringLiteral("its certificate is refused: %1").arg(m_verdict);
+        return wording("its certificate is refused: %1").arg(DWording::told(m_verdict));
     }
     if (m_notes->farewell && *m_notes->farewell >= MQTT_RC_UNSPECIFIED) {
-        return QStringLiteral("it ended the connection: %1")
-            .arg(QString::fromUtf8(mosquitto_reason_string(*m_notes->farewell)));
+        return wording("it ended the connection: %1")
+            .arg(DWording::told(QString::fromUtf8(mosquitto_reason_string(*m_notes->farewell))));
     }
     if (result == MOSQ_ERR_KEEPALIVE) {
         return silence();
     }
     if (result == MOSQ_ERR_ERRNO) {
-        return qt_error_string();
+        return DWording::told(qt_error_string());
     }
     if (result == MOSQ_ERR_TLS && !m_notes->complaint.isEmpty()) {
-        return m_notes->complaint;
+        return DWording::told(m_notes->complaint);
     }
-    return QString::fromUtf8(mosquitto_strerror(result));
+    return DWording::told(QString::fromUtf8(mosquitto_strerror(result)));
 }
 
-void BrokerConnection::end(const QString& problem)
+void BrokerConnection::end(const DWording& problem)
 {
     if (m_ended) {
         return;

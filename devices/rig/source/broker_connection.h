@@ -39,7 +39,7 @@ public:
     void begin(const QString& number);
     /// Hands message to the broker. Returns its number, or 0, and in problem why, when the broker cannot take
     /// such a message.
-    int publish(const BrokerMessage& message, QString* problem);
+    int publish(const BrokerMessage& message, DWording* problem);
     void subscribe(const std::vector<QByteArray>& topics);
     /// Takes leave: the will is not said.
     void leave();
@@ -52,7 +52,7 @@ Q_SIGNALS:
     /// The broker does not pass on what was subscribed; reason as that of taken.
     void subscriptionRefused(int reason);
     /// There is no connection any more.
-    void ended(const QString& problem);
+    void ended(const DWording& problem);
 
 private:
     struct Notes;
@@ -65,8 +65,8 @@ private:
     bool isSilent() const; ///< nothing of the broker waits to be read
     void noteEmptiness();
     void passOn(int result);
-    void end(const QString& problem);
-    QString whyEnded(int result) const;
+    void end(const DWording& problem);
+    DWording whyEnded(int result) const;
 
     const BrokerAddress m_address;
     const BrokerAccess m_access;

@@ -25,9 +25,9 @@ int sizeOf(const BrokerMessage& message)
            message.correlation.size() + besides;
 }
 
-QString notTaken(const BrokerMessage& message, const QString& why)
+DWording notTaken(const BrokerMessage& message, const DWording& why)
 {
-    return QStringLiteral("it does not take \"%1\": %2").arg(QString::fromUtf8(message.topic), why);
+    return wording(R"(it does not take "%1": %2)").arg(QString::fromUtf8(message.topic), why);
 }
 
 } // namespace
@@ -130,7 +130,7 @@ void BrokerLink::lookUp()
             m_hosts.append(address.toString());
         }
         if (m_hosts.isEmpty()) {
-            tryLater(found.errorString());
+            tryLater(DWording::told(found.errorString()));
         } else {
             reach();
         }
@@ -149,8 +149,8 @@ void BrokerLink::reach()
     connect(m_connection.get(), &BrokerConnection::received, this, &BrokerLink::received);
     connect(m_connection.get(), &BrokerConnection::taken, this, &BrokerLink::taken);
     connect(m_connection.get(), &BrokerConnection::subscriptionRefused, this, [this](int reason) {
-        Q_EMIT refused(QStringLiteral("it passes nothing on: %1")
-                           .arg(QString::fromUtf8(mosquitto_reason_string(reason))));
+        Q_EMIT refused(wording("it passes nothing on: %1")
+                           .arg(DWording::told(QString::fromUtf8(mosquitto_reason_string(reason)))));
     });
     connect(m_connection.get(), &BrokerConnection::ended, this, &BrokerLink::ended);
     m_connection->begin(m_hosts.takeFirst());
@@ -166,7 +166,7 @@ void BrokerLink::opened()
     pump();
 }
 
-void BrokerLink::ended(const QString& problem)
+void BrokerLink::ended(const DWording& problem)
 {
     m_connection->setParent(this);
     m_connection.release()->deleteLater(); // it is at work
@@ -183,7 +183,7 @@ void BrokerLink::ended(const QString& problem)
     }
 }
 
-void BrokerLink::tryLater(const QString& problem)
+void BrokerLink::tryLater(const DWording& problem)
 {
     m_pauseMs = std::clamp(m_pauseMs * 2, c_shortestPauseMs, c_longestPauseMs);
     m_pause.start(m_pauseMs);
@@ -201,7 +201,7 @@ void BrokerLink::taken(int number, int reason)
     m_underWay.erase(found);
     m_waitingBytes -= sizeOf(message);
     if (reason >= MQTT_RC_UNSPECIFIED) {
-        Q_EMIT refused(notTaken(message, QString::fromUtf8(mosquitto_reason_string(reason))));
+        Q_EMIT refused(notTaken(message, DWording::told(QString::fromUtf8(mosquitto_reason_string(reason)))));
     }
     if (reason >= MQTT_RC_NO_MATCHING_SUBSCRIBERS) {
         Q_EMIT unheard(message.topic);
@@ -231,7 +231,7 @@ void BrokerLink::pump()
     while (m_isConnected && !m_waiting.empty() && m_underWay.size() < mostUnderWay()) {
         Waiting next = std::move(m_waiting.front());
         m_waiting.pop_front();
-        QString problem;
+        DWording problem;
         const int number = next.expiry.hasExpired() ? 0 : m_connection->publish(dueNow(next), &problem);
         if (number == 0) {
             m_waitingBytes -= sizeOf(next.message);

@@ -8,12 +8,12 @@
 
 namespace {
 
-QString whatWentWrong()
+DWording whatWentWrong()
 {
     const unsigned long error = ERR_peek_last_error();
     ERR_clear_error();
     const char* reason = ERR_reason_error_string(error);
-    return reason != nullptr ? QString::fromUtf8(reason) : QStringLiteral("it cannot be used");
+    return reason != nullptr ? DWording::told(QString::fromUtf8(reason)) : wording("it cannot be used");
 }
 
 bool loadAuthorities(SSL_CTX* context, const QString& file)
@@ -46,18 +46,18 @@ int noteVerdict(int isTrusted, X509_STORE_CTX* store)
 } // namespace
 
 SecurityContext makeSecurity(const BrokerAddress& address, const BrokerAccess& access, QString* verdict,
-                             QString* problem)
+                             DWording* problem)
 {
     SecurityContext context(SSL_CTX_new(TLS_client_method()));
     SSL_CTX_set_app_data(context.get(), verdict);
     SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, noteVerdict);
     SSL_CTX_set_min_proto_version(context.get(), TLS1_2_VERSION);
     if (!loadAuthorities(context.get(), access.authorities)) {
-        *problem = QStringLiteral("%1: %2").arg(access.authorities, whatWentWrong());
+        *problem = wording("%1: %2").arg(access.authorities, whatWentWrong());
         return nullptr;
     }
     if (!expectName(context.get(), address.host)) {
-        *problem = QStringLiteral("%1: %2").arg(address.host, whatWentWrong());
+        *problem = wording("%1: %2").arg(address.host, whatWentWrong());
         return nullptr;
     }
     if (access.certificate.isEmpty()) {
@@ -66,12 +66,12 @@ SecurityContext makeSecurity(const BrokerAddress& address, const BrokerAccess& a
     const QString key = access.key.isEmpty() ? access.certificate : access.key;
     if (SSL_CTX_use_certificate_chain_file(context.get(),
                                            QFile::encodeName(access.certificate).constData()) != 1) {
-        *problem = QStringLiteral("%1: %2").arg(access.certificate, whatWentWrong());
+        *problem = wording("%1: %2").arg(access.certificate, whatWentWrong());
         return nullptr;
     }
     if (SSL_CTX_use_PrivateKey_file(context.get(), QFile::encodeName(key).constData(), SSL_FILETYPE_PEM) !=
         1) {
-        *problem = QStringLiteral("%1: %2").arg(key, whatWentWrong());
+        *problem = wording("%1: %2").arg(key, whatWentWrong());
         return nullptr;
     }
     return context;

@@ -16,4 +16,4 @@ using SecurityContext = std::unique_ptr<SSL_CTX, SecurityContextDeleter>;
 /// in its certificate, and with no other; verdict, which must outlive them, receives why another one was
 /// refused. Returns null, and in problem why, when a file of access cannot be used.
 SecurityContext makeSecurity(const BrokerAddress& address, const BrokerAccess& access, QString* verdict,
-                             QString* problem);
+                             DWording* problem);

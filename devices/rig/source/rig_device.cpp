@@ -81,7 +81,7 @@ void RigDevice::open()
     }
     QObject::connect(m_link.get(), &BrokerLink::connected, m_link.get(), [this] { linkMade(); });
     QObject::connect(m_link.get(), &BrokerLink::disconnected, m_link.get(),
-                     [this](const QString& problem) { linkLost(problem); });
+                     [this](const DWording& problem) { linkLost(problem); });
     QObject::connect(m_link.get(), &BrokerLink::received, m_link.get(),
                      [this](const BrokerMessage& message) { take(message); });
     m_link->open();
@@ -105,13 +105,13 @@ void RigDevice::linkMade()
 {
     m_isCurrent = false;
     loseAfter(c_patienceUs,
-              QStringLiteral("there is no rig \"%1\" on %2").arg(m_setup.broker.rig, m_setup.broker.text()));
+              wording(R"(there is no rig "%1" on %2)").arg(m_setup.broker.rig, m_setup.broker.text()));
 }
 
 /// A broker that is back soon has been away for nobody.
-void RigDevice::linkLost(const QString& problem)
+void RigDevice::linkLost(const DWording& problem)
 {
-    const QString text = QStringLiteral("%1: %2").arg(m_setup.broker.text(), problem);
+    const DWording text = wording("%1: %2").arg(m_setup.broker.text(), problem);
     m_isOnline = false; // the rig's state comes anew
     m_isCurrent = false;
     if (isConnected()) {
@@ -122,7 +122,7 @@ void RigDevice::linkLost(const QString& problem)
 }
 
 /// A rig may have left out a question when it had too much to tell: it is asked again.
-void RigDevice::loseAfter(qint64 patienceUs, const QString& problem)
+void RigDevice::loseAfter(qint64 patienceUs, const DWording& problem)
 {
     m_impatience = problem;
     if (m_patience == DScheduler::Appointment()) {
@@ -134,7 +134,7 @@ void RigDevice::loseAfter(qint64 patienceUs, const QString& problem)
     }
 }
 
-void RigDevice::lose(const QString& problem)
+void RigDevice::lose(const DWording& problem)
 {
     scheduler()->cancel(std::exchange(m_patience, {}));
     m_isCurrent = false;
@@ -194,7 +194,7 @@ void RigDevice::takeDescription(const QByteArray& payload)
             m_lineNumbers.insert(*index, line);
         } else {
             setUnreadable(line, {DFailure::Kind::RefusedByDevice,
-                                 QStringLiteral("line \"%1\": the rig \"%2\" has no line \"%3\"")
+                                 wording(R"(line "%1": the rig "%2" has no line "%3")")
                                      .arg(lines().at(line).name, m_setup.broker.rig, there)});
         }
     }
@@ -206,12 +206,12 @@ void RigDevice::takeState(const RigState& state)
 {
     m_isOnline = state.isOnline();
     if (!m_isOnline) {
-        lose(QStringLiteral("the rig \"%1\" is %2").arg(m_setup.broker.rig, state.state));
+        lose(wording(R"(the rig "%1" is %2)").arg(m_setup.broker.rig, DWording::told(state.state)));
         return;
     }
     if (m_session != state.session) {
         if (isConnected()) { // what it did last, and what it did with requests, nobody knows
-            lose(QStringLiteral("the rig \"%1\" has begun anew").arg(m_setup.broker.rig));
+            lose(wording(R"(the rig "%1" has begun anew)").arg(m_setup.broker.rig));
         }
         m_session = state.session;
         m_next = 0;
@@ -232,7 +232,7 @@ void RigDevice::catchUp()
     if (!m_unsettled.isEmpty() && !m_levelsAfterLoss) {
         askLevels();
     }
-    loseAfter(c_patienceUs, QStringLiteral("the rig \"%1\" does not answer").arg(m_setup.broker.rig));
+    loseAfter(c_patienceUs, wording(R"(the rig "%1" does not answer)").arg(m_setup.broker.rig));
 }
 
 /// The history answers who asks from 0 on with the levels.
@@ -344,17 +344,15 @@ void RigDevice::setLevelOf(const RigChange& change)
     m_unsettled.remove(*line);
     const DLine& told = lines().at(*line);
     if (change.level > told.highestLevel()) {
-        setUnreadable(
-            *line, {DFailure::Kind::RefusedByDevice,
-                    QStringLiteral("line \"%1\": expected a level from 0 to %2 of the rig \"%3\", found %4")
-                        .arg(told.name, QString::number(told.highestLevel()), m_setup.broker.rig,
-                             QString::number(change.level))});
+        setUnreadable(*line, {DFailure::Kind::RefusedByDevice,
+                              wording(R"(line "%1": expected a level from 0 to %2 of the rig "%3", found %4)")
+                                  .arg(told.name, told.highestLevel(), m_setup.broker.rig, change.level)});
     } else if (change.level >= 0) {
         setLevel(*line, change.level, steadyTime(change.timeUs));
     } else {
-        setUnreadable(*line, {DFailure::Kind::DeviceUnreachable,
-                              QStringLiteral("line \"%1\" is not known to the rig \"%2\"")
-                                  .arg(told.name, m_setup.broker.rig)});
+        setUnreadable(
+            *line, {DFailure::Kind::DeviceUnreachable,
+                    wording(R"(line "%1" is not known to the rig "%2")").arg(told.name, m_setup.broker.rig)});
     }
 }
 
@@ -411,7 +409,7 @@ void RigDevice::request(quint64 id, const QString& instruction, const QVariantMa
     if (m_link->publish(order)) {
         m_requests.insert(id, channel);
     } else {
-        refuse(id, QStringLiteral("too much waits for the broker already"));
+        refuse(id, wording("too much waits for the broker already"));
     }
 }
 
@@ -440,8 +438,8 @@ void RigDevice::takeAnswer(quint64 id, const QJsonObject& answer)
         m_requests.remove(id);
         listener().requestRefused(
             id, {kindCalled(answer.value(QStringLiteral("kind")).toString()),
-                 reason.isEmpty() ? QStringLiteral("the rig \"%1\" does not say why").arg(m_setup.broker.rig)
-                                  : reason});
+                 reason.isEmpty() ? wording(R"(the rig "%1" does not say why)").arg(m_setup.broker.rig)
+                                  : DWording::told(reason)});
     }
 }
 

@@ -33,9 +33,9 @@ protected:
 
 private:
     void linkMade();
-    void linkLost(const QString& problem);
-    void lose(const QString& problem);
-    void loseAfter(qint64 patienceUs, const QString& problem);
+    void linkLost(const DWording& problem);
+    void lose(const DWording& problem);
+    void loseAfter(qint64 patienceUs, const DWording& problem);
     void takeState(const RigState& state);
     void takeDescription(const QByteArray& payload);
     void takeEvents(const RigChanges& events);
@@ -68,5 +68,5 @@ private:
     QHash<quint64, QString> m_requests;               ///< channels of those that wait for their answer
     std::map<quint64, std::function<void()>> m_early; ///< requests that wait for the first connection
     DScheduler::Appointment m_patience;               ///< after which the device is unreachable
-    QString m_impatience;                             ///< why it is, then
+    DWording m_impatience;                            ///< why it is, then
 };

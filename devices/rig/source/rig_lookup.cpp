@@ -8,7 +8,7 @@
 #include <QUuid>
 
 std::optional<QByteArray> describedRig(const BrokerAddress& address, const BrokerAccess& access,
-                                       QString* problem)
+                                       DWording* problem)
 {
     constexpr int patienceMs = 3000;
     const RigTopics topics(address.rig);
@@ -19,12 +19,12 @@ std::optional<QByteArray> describedRig(const BrokerAddress& address, const Broke
     QEventLoop loop;
     bool isOnline = false;
     std::optional<QByteArray> description;
-    *problem = QStringLiteral("%1: it does not answer").arg(address.text());
+    *problem = wording("%1: it does not answer").arg(address.text());
     QObject::connect(&link, &BrokerLink::connected, &loop, [&] {
-        *problem = QStringLiteral("there is no rig \"%1\" on %2").arg(address.rig, address.text());
+        *problem = wording(R"(there is no rig "%1" on %2)").arg(address.rig, address.text());
     });
-    QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const QString& why) {
-        *problem = QStringLiteral("%1: %2").arg(address.text(), why);
+    QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const DWording& why) {
+        *problem = wording("%1: %2").arg(address.text(), why);
         loop.quit();
     });
     QObject::connect(&link, &BrokerLink::received, &loop, [&](const BrokerMessage& message) {
@@ -32,7 +32,7 @@ std::optional<QByteArray> describedRig(const BrokerAddress& address, const Broke
             description = message.payload;
         } else if (const auto state = RigState::fromJson(message.payload)) {
             isOnline = state->isOnline();
-            *problem = QStringLiteral("the rig \"%1\" is %2").arg(address.rig, state->state);
+            *problem = wording(R"(the rig "%1" is %2)").arg(address.rig, DWording::told(state->state));
         }
         if (isOnline && description) {
             loop.quit();

@@ -53,7 +53,7 @@ void SimulatedBoard::open()
     if (m_pluggedIn) {
         setConnected(scheduler()->now());
     } else {
-        setUnreachable(QStringLiteral("the simulated board is unplugged"));
+        setUnreachable(wording("the simulated board is unplugged"));
     }
 }
 
@@ -110,10 +110,9 @@ void SimulatedBoard::request(quint64 id, const QString& instruction, const QVari
         listener().requestAnswered(id, {{QStringLiteral("garbled"), true}}, scheduler()->now());
         break;
     case Fault::Kind::Refused:
-        refuse(id,
-               channel.isEmpty()
-                   ? QStringLiteral("the board refuses \"%1\"").arg(instruction)
-                   : QStringLiteral("the board refuses \"%1\" of channel \"%2\"").arg(instruction, channel));
+        refuse(id, channel.isEmpty()
+                       ? wording(R"(the board refuses "%1")").arg(instruction)
+                       : wording(R"(the board refuses "%1" of channel "%2")").arg(instruction, channel));
         break;
     }
 }

@@ -68,9 +68,8 @@ bool DAbstractPluginBackend::queueTreatment(int id, const QString& name, const Q
         QMetaObject::invokeMethod(
             this,
             [this, self = QPointer<DAbstractPluginBackend>(this), id, name, parameters] {
-                Q_EMIT treatmentEnded(
-                    name, parameters, {},
-                    {DFailure::Kind::NothingSent, QStringLiteral("too many treatments wait")});
+                Q_EMIT treatmentEnded(name, parameters, {},
+                                      {DFailure::Kind::NothingSent, wording("too many treatments wait")});
                 if (!self.isNull()) { // who heard of it may have destroyed the backend
                     treatmentReleased(id, name, false);
                 }

@@ -66,7 +66,7 @@ struct DDevice::Private
     DScheduler::Appointment expiry;
     bool deliveryPosted = false;
     State state = State::Closed;
-    QString problem;
+    DWording problem;
 
     DFailure unreachable() const { return {DFailure::Kind::DeviceUnreachable, problem}; }
     void setDeadline(DDevice* device, quint64 id, qint64 timeUs);
@@ -148,7 +148,7 @@ DDevice::~DDevice()
         Q_UNUSED(id)
         request.handling = false; // nobody is left to hear of the end
     }
-    const DFailure gone = {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is gone")};
+    const DFailure gone = {DFailure::Kind::DeviceUnreachable, wording("the device is gone")};
     while (!d->requests.empty()) {
         const auto request = d->requests.begin();
         const quint64 id = request->first;
@@ -170,10 +170,10 @@ bool DDevice::isRecurring(const QString& instruction) const
     return false;
 }
 
-QString DDevice::describe(const QString& instruction, const QVariantMap& arguments) const
+DWording DDevice::describe(const QString& instruction, const QVariantMap& arguments) const
 {
     Q_UNUSED(arguments)
-    return QLatin1Char('"') + instruction + QLatin1Char('"');
+    return wording(R"("%1")").arg(instruction);
 }
 
 DDevice::State DDevice::state() const
@@ -181,7 +181,7 @@ DDevice::State DDevice::state() const
     return d->state;
 }
 
-QString DDevice::connectionProblem() const
+DWording DDevice::connectionProblem() const
 {
     return d->problem;
 }
@@ -197,7 +197,7 @@ void DDevice::open()
 void DDevice::close()
 {
     if (d->state != State::Closed) {
-        d->failAll(this, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device was closed")});
+        d->failAll(this, {DFailure::Kind::DeviceUnreachable, wording("the device was closed")});
         const QPointer<DDevice> self(this); // what is told of the end may destroy the device
         handleClose();
         if (!self.isNull()) {
@@ -228,7 +228,7 @@ void DDevice::send(quint64 id, const QString& instruction, const QVariantMap& ar
     } else if (d->state == State::Unreachable) {
         fail(id, d->unreachable());
     } else {
-        fail(id, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is closed")});
+        fail(id, {DFailure::Kind::DeviceUnreachable, wording("the device is closed")});
     }
 }
 
@@ -264,7 +264,7 @@ void DDevice::fail(quint64 id, const DFailure& failure)
     d->queue(this, {id, QVariantMap(), 0, failure});
 }
 
-void DDevice::setState(State state, const QString& problem)
+void DDevice::setState(State state, const DWording& problem)
 {
     if (state == d->state && problem == d->problem) {
         return;
@@ -339,14 +339,12 @@ void DDevice::expire()
             continue; // its client has ended it meanwhile
         }
         DDeviceClient* client = late->second.client;
-        const QString described = describe(late->second.instruction, late->second.arguments);
+        const DWording described = describe(late->second.instruction, late->second.arguments);
         const int timeoutMs = late->second.timeoutMs;
         d->requests.erase(late);
         d->arm(this); // the client may run an event loop, where other times pass
-        client->requestFailed(id,
-                              {DFailure::Kind::TimedOut,
-                               QStringLiteral("no reply to %1 within %2 ms") // a name may hold a percent sign
-                                   .arg(described, QString::number(timeoutMs))});
+        client->requestFailed(
+            id, {DFailure::Kind::TimedOut, wording("no reply to %1 within %2 ms").arg(described, timeoutMs)});
         if (self.isNull()) {
             return;
         }

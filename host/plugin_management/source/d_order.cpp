@@ -164,7 +164,7 @@ DOrder::~DOrder()
 {
     blockSignals(true);
     if (d->state == State::Running) {
-        end({DFailure::Kind::Stopped, QString()});
+        end({DFailure::Kind::Stopped, {}});
         detach();
     }
     d->destroyed = true;
@@ -234,7 +234,7 @@ void DOrder::start()
     }
     d->state = State::Running;
     if (d->tool.isNull()) {
-        end({DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")});
+        end({DFailure::Kind::ToolClosed, wording("the tool was closed")});
         return;
     }
     DAbstractCommand* prototype = d->tool->prototype(d->commandName);
@@ -260,9 +260,9 @@ void DOrder::execute()
         return;
     }
     if (!accepted) {
-        end({DFailure::Kind::RefusedByCommand, QStringLiteral("the command refused to run")});
+        end({DFailure::Kind::RefusedByCommand, wording("the command refused to run")});
     } else if (!d->hasSent && !d->hasUpdated) {
-        end({DFailure::Kind::NothingSent, QStringLiteral("the command sent no device request")});
+        end({DFailure::Kind::NothingSent, wording("the command sent no device request")});
     } else {
         endWhenComplete();
     }
@@ -274,7 +274,7 @@ void DOrder::stop()
         d->state = State::Running;
     }
     end(isListening() ? DFailure()
-                      : DFailure{DFailure::Kind::Stopped, QStringLiteral("stopped before it was complete")});
+                      : DFailure{DFailure::Kind::Stopped, wording("stopped before it was complete")});
 }
 
 bool DOrder::isStoppedBy(const QString& stopName, const QVariantMap& arguments) const
@@ -296,8 +296,8 @@ void DOrder::stopAnother()
     DOrder* running = d->tool->orderToStop(d->commandName, d->arguments);
     if (running == nullptr) {
         end({DFailure::Kind::RefusedByCommand,
-             d->arguments.isEmpty() ? QStringLiteral("no running order to stop")
-                                    : QStringLiteral("no running order with these arguments to stop")});
+             d->arguments.isEmpty() ? wording("no running order to stop")
+                                    : wording("no running order with these arguments to stop")});
         return;
     }
     const Kept<Private> order(d);
@@ -313,7 +313,7 @@ void DOrder::makeCommand(DAbstractCommand* prototype)
     d->command = prototype->createCommand(d->arguments);
     if (d->command.isNull()) {
         end({DFailure::Kind::RefusedByCommand,
-             QStringLiteral("the plugin made no command \"%1\"").arg(d->commandName)});
+             wording(R"(the plugin made no command "%1")").arg(d->commandName)});
         return;
     }
     d->place = d->tool->orderStarted(this);
@@ -345,9 +345,9 @@ quint64 DOrder::addInstruction(const QString& target, const QString& instruction
     d->hasSent = true;
     if (target != QLatin1String("device")) {
         failLater(id, {DFailure::Kind::RefusedByDevice,
-                       QStringLiteral("unknown target \"%1\" of \"%2\"").arg(target, instruction)});
+                       wording(R"(unknown target "%1" of "%2")").arg(target, instruction)});
     } else if (device == nullptr) {
-        failLater(id, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the tool has no device")});
+        failLater(id, {DFailure::Kind::DeviceUnreachable, wording("the tool has no device")});
     } else {
         device->send(id, instruction, arguments, timeoutMs, this);
     }
@@ -441,8 +441,7 @@ void DOrder::commandHasFinished(DAbstractCommand& command, bool ok)
     const CommandCode frame(d);
     if (d->isRunning()) {
         const DFailure failure =
-            ok ? DFailure()
-               : DFailure{DFailure::Kind::RefusedByCommand, QStringLiteral("the command failed")};
+            ok ? DFailure() : DFailure{DFailure::Kind::RefusedByCommand, wording("the command failed")};
         QMetaObject::invokeMethod(
             this, [this, failure] { end(failure); }, Qt::QueuedConnection);
     }
@@ -474,7 +473,7 @@ void DOrder::requestReplied(quint64 id, const QVariantMap& reply, qint64 timeUs)
     } else if (recurring || isListening()) {
         ++d->rejectedReplies;
     } else {
-        end({DFailure::Kind::ReplyRejected, QStringLiteral("reply rejected")});
+        end({DFailure::Kind::ReplyRejected, wording("reply rejected")});
     }
 }
 
@@ -524,7 +523,7 @@ void DOrder::endWhenComplete()
     } else if (!commandTimes()) {
         missing.sort();
         end({DFailure::Kind::NothingSent,
-             QStringLiteral("the command waits for nothing more, without having reported %1")
+             wording("the command waits for nothing more, without having reported %1")
                  .arg(missing.join(QStringLiteral(", ")))});
     }
 }
@@ -578,7 +577,7 @@ void DOrder::toolIsClosing()
     if (d->ending) {
         detach();
     } else {
-        end({DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")});
+        end({DFailure::Kind::ToolClosed, wording("the tool was closed")});
     }
 }
 

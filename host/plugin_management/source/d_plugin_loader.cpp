@@ -11,30 +11,31 @@
 
 DPluginLoader::DPluginLoader(const QString& file)
 {
-    QString problem;
+    DWording problem;
     m_prototype = load(file, &problem);
     if (m_prototype == nullptr) {
-        m_error = QStringLiteral("%1: %2").arg(file, problem);
+        m_error = wording("%1: %2").arg(file, problem);
     }
 }
 
-IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
+IPlugin* DPluginLoader::load(const QString& file, DWording* problem) const
 {
     if (!QFileInfo::exists(file)) {
-        *problem = QStringLiteral("no such plugin library");
+        *problem = wording("no such plugin library");
         return nullptr;
     }
     QPluginLoader loader(file);
     const QJsonObject metaData = loader.metaData();
     if (metaData.isEmpty()) {
-        *problem = QStringLiteral("not a plugin for this version of Qt (%1)").arg(loader.errorString());
+        *problem =
+            wording("not a plugin for this version of Qt (%1)").arg(DWording::told(loader.errorString()));
         return nullptr;
     }
     const QString iid = metaData.value(QLatin1String("IID")).toString();
     const QString expected =
         QStringLiteral("fr.velt.rd.tav.") + metaData.value(QLatin1String("className")).toString();
     if (iid != expected) {
-        *problem = QStringLiteral("interface identifier \"%1\", expected \"%2\"").arg(iid, expected);
+        *problem = wording(R"(interface identifier "%1", expected "%2")").arg(iid, expected);
         return nullptr;
     }
     // Bound when they are first called: the functions of the module that every plugin with a page links.
@@ -45,28 +46,27 @@ IPlugin* DPluginLoader::load(const QString& file, QString* problem) const
     if (!loader.load()) {
         // Qt has no words for a library that was loaded and lacks the entry point.
         *problem = QLibrary(loader.fileName()).isLoaded()
-                       ? QStringLiteral("it has no function \"qt_plugin_instance\"")
-                       : loader.errorString();
+                       ? wording(R"(it has no function "qt_plugin_instance")")
+                       : DWording::told(loader.errorString());
         return nullptr;
     }
     QObject* instance = nullptr;
     try {
         instance = loader.instance();
     } catch (const std::exception& exception) {
-        *problem =
-            QStringLiteral("its instance could not be made: %1").arg(QString::fromUtf8(exception.what()));
+        *problem = wording("its instance could not be made: %1").arg(QString::fromUtf8(exception.what()));
         return nullptr;
     } catch (...) {
-        *problem = QStringLiteral("its instance could not be made: it threw something unknown");
+        *problem = wording("its instance could not be made: it threw something unknown");
         return nullptr;
     }
     if (instance == nullptr) {
-        *problem = QStringLiteral("it gave no instance");
+        *problem = wording("it gave no instance");
         return nullptr;
     }
     IPlugin* plugin = qobject_cast<DAbstractPlugin*>(instance);
     if (plugin == nullptr) {
-        *problem = QStringLiteral("its instance is no plugin of this host");
+        *problem = wording("its instance is no plugin of this host");
     }
     return plugin;
 }

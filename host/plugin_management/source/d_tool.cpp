@@ -65,8 +65,8 @@ QString namesOf(const DDeclarations& declarations)
 }
 
 /// Checks arguments against what is declared and converts each to its declared type. Returns what was wrong,
-/// or an empty text.
-QString problemOf(const DCommandDescription& declared, QVariantMap* arguments)
+/// or nothing.
+DWording problemOf(const DCommandDescription& declared, QVariantMap* arguments)
 {
     const DDeclarations& parameters = declared.parameters;
     QVariantMap converted; // empty while they stay as they are
@@ -76,7 +76,7 @@ QString problemOf(const DCommandDescription& declared, QVariantMap* arguments)
             continue;
         }
         if (parameter == nullptr) {
-            return QStringLiteral("unknown parameter \"%1\" of command \"%2\"; it takes: %3")
+            return wording(R"(unknown parameter "%1" of command "%2"; it takes: %3)")
                 .arg(argument.key(), declared.name, namesOf(parameters));
         }
         if (isOfTypeTag(parameter->typeTag, *argument)) {
@@ -84,7 +84,7 @@ QString problemOf(const DCommandDescription& declared, QVariantMap* arguments)
         }
         QVariant value = *argument;
         if (!convertToTypeTag(parameter->typeTag, &value)) {
-            return QStringLiteral("parameter \"%1\" of command \"%2\" cannot hold \"%3\"; expected %4")
+            return wording(R"(parameter "%1" of command "%2" cannot hold "%3"; expected %4)")
                 .arg(argument.key(), declared.name, shown(*argument), typeTagExpectation(parameter->typeTag));
         }
         if (value.userType() != argument->userType()) {
@@ -97,11 +97,11 @@ QString problemOf(const DCommandDescription& declared, QVariantMap* arguments)
     if (!converted.isEmpty()) {
         *arguments = converted;
     }
-    return QString();
+    return {};
 }
 
-/// No failure for an empty text.
-DFailure wrongInvocation(const QString& problem)
+/// No failure for nothing.
+DFailure wrongInvocation(const DWording& problem)
 {
     return problem.isEmpty() ? DFailure() : DFailure{DFailure::Kind::WrongInvocation, problem};
 }
@@ -259,11 +259,11 @@ DFailure DTool::checkArguments(const QString& command, const DAbstractCommand* k
                                QVariantMap* arguments) const
 {
     if (d->closing) {
-        return {DFailure::Kind::ToolClosed, QStringLiteral("the tool was closed")};
+        return {DFailure::Kind::ToolClosed, wording("the tool was closed")};
     }
     if (d->plugin == nullptr) {
         return {DFailure::Kind::WrongInvocation,
-                QStringLiteral("the plugin made no instance that this host can use")};
+                wording("the plugin made no instance that this host can use")};
     }
     if (known != nullptr) {
         return wrongInvocation(problemOf(known->declaration(), arguments));
@@ -276,8 +276,8 @@ DFailure DTool::checkArguments(const QString& command, const DAbstractCommand* k
         }
         names.append(stop.name);
     }
-    return wrongInvocation(QStringLiteral("unknown command \"%1\"; the tool has: %2")
-                               .arg(command, names.join(QStringLiteral(", "))));
+    return wrongInvocation(
+        wording(R"(unknown command "%1"; the tool has: %2)").arg(command, names.join(QStringLiteral(", "))));
 }
 
 DAbstractCommand* DTool::prototype(const QString& name) const

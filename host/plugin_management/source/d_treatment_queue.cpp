@@ -53,7 +53,7 @@ void DTreatmentQueue::runNext()
     waiting.pop_front();
     const DDevice* device = m_tool.isNull() ? nullptr : m_tool->device();
     if (device == nullptr || !device->isConnected()) {
-        release({}, {DFailure::Kind::DeviceUnreachable, QStringLiteral("the device is not connected")});
+        release({}, {DFailure::Kind::DeviceUnreachable, wording("the device is not connected")});
         return;
     }
     auto* order = new DOrder(m_tool, m_running->name, m_running->parameters, this);

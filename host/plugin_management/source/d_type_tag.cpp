@@ -14,7 +14,7 @@ struct TypeTag
 {
     QString name;
     Conversion convert;
-    QString expectation;
+    DWording expectation;
 };
 
 /// The whole number that value is, a bool counting as 0 or 1.
@@ -83,10 +83,10 @@ std::optional<QVariant> toText(const QVariant& value)
 const TypeTag* find(const QString& tag)
 {
     static const QVector<TypeTag> tags = {
-        {QStringLiteral("strg"), toText, QStringLiteral("a text")},
-        {QStringLiteral("ui16"), toUi16, QStringLiteral("a whole number from 0 to 65535")},
-        {QStringLiteral("int"), toInt, QStringLiteral("a whole number from -2147483648 to 2147483647")},
-        {QStringLiteral("bool"), toBool, QStringLiteral("true or false")},
+        {QStringLiteral("strg"), toText, wording("a text")},
+        {QStringLiteral("ui16"), toUi16, wording("a whole number from 0 to 65535")},
+        {QStringLiteral("int"), toInt, wording("a whole number from -2147483648 to 2147483647")},
+        {QStringLiteral("bool"), toBool, wording("true or false")},
     };
     for (const TypeTag& known : tags) {
         if (known.name == tag) {
@@ -118,8 +118,8 @@ bool convertToTypeTag(const QString& tag, QVariant* value)
     return true;
 }
 
-QString typeTagExpectation(const QString& tag)
+DWording typeTagExpectation(const QString& tag)
 {
     const TypeTag* known = find(tag);
-    return known != nullptr ? known->expectation : QStringLiteral("any value");
+    return known != nullptr ? known->expectation : wording("any value");
 }

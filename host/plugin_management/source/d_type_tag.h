@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QString>
 #include <QVariant>
 
@@ -12,4 +14,4 @@ bool isOfTypeTag(const QString& tag, const QVariant& value);
 bool convertToTypeTag(const QString& tag, QVariant* value);
 
 /// What a declaration's tag takes, for messages: "a whole number from 0 to 65535", for example.
-QString typeTagExpectation(const QString& tag);
+DWording typeTagExpectation(const QString& tag);

@@ -49,7 +49,7 @@ public:
         deliver();
         for (const RecordingClient::Heard& what : qAsConst(client.heard)) {
             if (what.id == id) {
-                return what.failure ? QVariantMap{{"failure"_s, what.failure.text}} : what.reply;
+                return what.failure ? QVariantMap{{"failure"_s, what.failure.text.english()}} : what.reply;
             }
         }
         return {};

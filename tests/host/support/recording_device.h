@@ -36,8 +36,11 @@ public:
     /// Answers with what is true since now.
     void reply(quint64 id, const QVariantMap& reply) { DDevice::reply(id, reply, scheduler()->now()); }
     /// Refuses a request.
-    void refuse(quint64 id, const QString& reason) { fail(id, {DFailure::Kind::RefusedByDevice, reason}); }
-    void lose(const QString& problem) { setState(State::Unreachable, problem); }
+    void refuse(quint64 id, const QString& reason)
+    {
+        fail(id, {DFailure::Kind::RefusedByDevice, DWording::told(reason)});
+    }
+    void lose(const QString& problem) { setState(State::Unreachable, DWording::told(problem)); }
     void restore() { setState(State::Connected); }
 
     /// Identifier of the latest request; 0 when there was none.

@@ -71,10 +71,10 @@ private:
         int position = 0;
     };
 
-    std::vector<Group> findLines(GpioLookup* lookup, QString* problem) const;
+    std::vector<Group> findLines(GpioLookup* lookup, DWording* problem) const;
     GpioLineSettings settingsOf(int line) const;
-    QString hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held);
-    QString whyRefused(const Group& group, int error);
+    DWording hold(const Group& group, std::vector<std::unique_ptr<HeldLines>>* held);
+    DWording whyRefused(const Group& group, int error);
     void awaitRelease(const std::shared_ptr<GpioChip>& chip);
     void connectLines();
     void take(std::unique_ptr<HeldLines> held);
@@ -87,7 +87,7 @@ private:
     void tellLosses(const QString& chip, const QMap<int, quint32>& lost, quint32 lostOfStill);
     void endCourse(const Held& held, int error, std::vector<std::pair<int, DFailure>>* unreadable);
     void readInput(quint64 id, int line);
-    QString textOf(int line) const;
+    DWording textOf(int line) const;
 
     GpioChipSetup m_setup;
     std::vector<Held> m_held;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QString>
 #include <QStringList>
 
@@ -7,31 +9,31 @@
 namespace GpioMessages {
 
 /// A line for people: "button" (line 3 of gpiochip0).
-QString lineText(const QString& name, int offset, const QString& chip);
+DWording lineText(const QString& name, int offset, const QString& chip);
 
 /// A line of a chip: line 3 of gpiochip0.
-QString placeText(int offset, const QString& chip);
+DWording placeText(int offset, const QString& chip);
 
-QString noChips();
-QString noSuchChip(const QString& chip);
-QString noSuchLine(const QString& line, const QString& chip, const QString& wanted);
-QString lineWithoutChip(const QString& line, const QString& chip);
-QString noLineOfName(const QString& line, const QString& wanted);
+DWording noChips();
+DWording noSuchChip(const QString& chip);
+DWording noSuchLine(const QString& line, const QString& chip, const QString& wanted);
+DWording lineWithoutChip(const QString& line, const QString& chip);
+DWording noLineOfName(const QString& line, const QString& wanted);
 /// places are those of the lines that it may be.
-QString lineTwice(const QString& line, const QString& wanted, const QStringList& places);
+DWording lineTwice(const QString& line, const QString& wanted, const QVector<DWording>& places);
 /// other is the name of the line that this one is, too.
-QString sameLine(const QString& line, const QString& other, const QString& place);
+DWording sameLine(const QString& line, const QString& other, const DWording& place);
 /// group is the owner of the chip's file.
-QString permissionDenied(const QString& file, const QString& group);
+DWording permissionDenied(const QString& file, const QString& group);
 /// Why the chip of a file cannot be opened.
-QString chipRefused(const QString& file, int error);
+DWording chipRefused(const QString& file, int error);
 /// consumer is who holds the line; empty when the kernel does not tell.
-QString lineBusy(const QString& line, const QString& consumer);
-QString lineRefused(const QString& line, bool output, int error);
-QString lineFailed(const QString& line, int error);
-QString lineIsInput(const QString& line);
-QString chipGone(const QString& chip);
-QString edgesLost(const QString& line, quint32 count);
-QString edgesLostElsewhere(const QString& chip, quint32 count);
+DWording lineBusy(const DWording& line, const QString& consumer);
+DWording lineRefused(const DWording& line, bool output, int error);
+DWording lineFailed(const DWording& line, int error);
+DWording lineIsInput(const DWording& line);
+DWording chipGone(const QString& chip);
+DWording edgesLost(const DWording& line, quint32 count);
+DWording edgesLostElsewhere(const QString& chip, quint32 count);
 
 } // namespace GpioMessages

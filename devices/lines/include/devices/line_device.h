@@ -38,7 +38,7 @@ public:
     ~LineDevice() override;
 
     bool isRecurring(const QString& instruction) const override;
-    QString describe(const QString& instruction, const QVariantMap& arguments) const override;
+    DWording describe(const QString& instruction, const QVariantMap& arguments) const override;
 
     /// The lines; level and lineChanged count them from 0 in this order.
     const QVector<DLine>& lines() const { return m_lines; }
@@ -79,8 +79,8 @@ private:
     void lineTold(int line, const LineLevel& level) override;
     void blinkingTold(int line, bool blinks) override;
     void changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels) override;
-    void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) override;
-    void failureTold(const QString& text) override;
+    void stateTold(DDevice::State state, const DWording& problem, qint64 timeUs) override;
+    void failureTold(const DWording& text) override;
     void forgetLevels(qint64 timeUs);
 
     const QVector<DLine> m_lines;

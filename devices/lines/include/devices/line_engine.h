@@ -37,7 +37,7 @@ protected:
     /// sinceUs, nobody saw it.
     void setConnected(qint64 sinceUs);
     /// The device cannot be reached: its requests and its blinking are over, no level is known.
-    void setUnreachable(const QString& problem);
+    void setUnreachable(const DWording& problem);
     DDevice::State state() const { return m_state; }
     bool isConnected() const { return m_state == DDevice::State::Connected; }
     /// Why the device cannot be reached.
@@ -61,7 +61,7 @@ protected:
     int lineNamed(const QString& name) const;
     DScheduler* scheduler() const { return m_scheduler; }
     LineListener& listener() const { return *m_listener; }
-    void refuse(quint64 id, const QString& reason);
+    void refuse(quint64 id, const DWording& reason);
 
 private:
     struct Blink
@@ -92,7 +92,7 @@ private:
     DScheduler* const m_scheduler;
     LineListener* const m_listener;
     DDevice::State m_state = DDevice::State::Closed;
-    QString m_problem;
+    DWording m_problem;
     QHash<QString, int> m_lineNumbers;
     QVector<LineLevel> m_levels;
     QHash<int, Blink> m_blinks;

@@ -30,9 +30,9 @@ public:
     virtual void changesLeftOut(quint64 count, qint64 fromUs, const QMap<int, LineLevel>& levels) = 0;
     /// Since timeUs the device is Connected, and has told the levels of its lines, or it is Unreachable, and
     /// they are no longer known.
-    virtual void stateTold(DDevice::State state, const QString& problem, qint64 timeUs) = 0;
+    virtual void stateTold(DDevice::State state, const DWording& problem, qint64 timeUs) = 0;
     /// Something failed that nobody waits for.
-    virtual void failureTold(const QString& text) = 0;
+    virtual void failureTold(const DWording& text) = 0;
 
 protected:
     ~LineListener() = default;
@@ -59,7 +59,7 @@ public:
 };
 
 /// The failure that is told of so many changes that came too fast for who hears of them.
-QString changesLeftOutText(quint64 count);
+DWording changesLeftOutText(quint64 count);
 
 /// Makes a device in the thread that it is to live in; scheduler and listener outlive it.
 using LineDriverMaker =

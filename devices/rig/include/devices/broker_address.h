@@ -1,5 +1,7 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
+
 #include <QByteArray>
 #include <QString>
 
@@ -19,7 +21,7 @@ struct BrokerAddress
 
 /// Reads "mqtt://HOST[:PORT]/[RIG]" or "mqtts://…", with the ports 1883 and 8883. Returns nothing, and in
 /// problem what was expected, for anything else.
-std::optional<BrokerAddress> readBrokerAddress(const QString& text, QString* problem);
+std::optional<BrokerAddress> readBrokerAddress(const QString& text, DWording* problem);
 
 /// What a broker asks of who comes to it; files as their names, empty for none.
 struct BrokerAccess
@@ -32,8 +34,8 @@ struct BrokerAccess
 };
 
 /// What keeps the files of access from being read; empty when nothing does.
-QString unreadableFile(const BrokerAccess& access);
+DWording unreadableFile(const BrokerAccess& access);
 
 /// Takes user and password from file, whose first line is "USER:PASSWORD"; without a file from the
-/// environment, APPVANTOR_USER and APPVANTOR_PASSWORD. Returns what is wrong with the file, or an empty text.
-QString readLogin(const QString& file, BrokerAccess* access);
+/// environment, APPVANTOR_USER and APPVANTOR_PASSWORD. Returns what is wrong with the file, or nothing.
+DWording readLogin(const QString& file, BrokerAccess* access);

@@ -65,14 +65,14 @@ Q_SIGNALS:
     /// There is a connection; what was subscribed is subscribed again.
     void connected();
     /// There is none, and why: once for each time that it could not be made or was lost.
-    void disconnected(const QString& problem);
+    void disconnected(const DWording& problem);
     void received(const BrokerMessage& message);
     /// A message would go out at once again.
     void freeAgain();
     /// The broker took a message to topic, but nobody hears of it, or nobody may.
     void unheard(const QByteArray& topic);
     /// The broker does not take what is published here, or does not pass on what was subscribed.
-    void refused(const QString& problem);
+    void refused(const DWording& problem);
 
 private:
     struct Waiting
@@ -84,8 +84,8 @@ private:
     void lookUp();
     void reach();
     void opened();
-    void ended(const QString& problem);
-    void tryLater(const QString& problem);
+    void ended(const DWording& problem);
+    void tryLater(const DWording& problem);
     void taken(int number, int reason);
     static BrokerMessage dueNow(const Waiting& waiting);
     void pump();

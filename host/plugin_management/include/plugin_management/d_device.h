@@ -61,13 +61,13 @@ public:
     /// True when instruction is answered again and again until it is cancelled. The base knows none.
     virtual bool isRecurring(const QString& instruction) const;
     /// The request as messages name it: its instruction in quotes, and what it is about.
-    virtual QString describe(const QString& instruction, const QVariantMap& arguments) const;
+    virtual DWording describe(const QString& instruction, const QVariantMap& arguments) const;
 
     State state() const;
     /// True while the device can be reached.
     bool isConnected() const { return state() == State::Connected; }
     /// Why the device cannot be reached; empty while it is connected or closed.
-    QString connectionProblem() const;
+    DWording connectionProblem() const;
 
     /// Begins to reach for the device; what comes of it is told by stateChanged. Does nothing while it is
     /// open.
@@ -91,7 +91,7 @@ Q_SIGNALS:
     /// state and connectionProblem have changed.
     void stateChanged();
     /// Something failed that nobody waits for, a text for people.
-    void problemTold(const QString& text);
+    void problemTold(const DWording& text);
 
 protected:
     /// Reaches for the device, and tells by setState what comes of it, at once or later.
@@ -111,7 +111,7 @@ protected:
     void fail(quint64 id, const DFailure& failure);
     /// The device's state has changed; problem says why it is unreachable. Pending requests of an unreachable
     /// device are cancelled, and fail with the problem.
-    void setState(State state, const QString& problem = QString());
+    void setState(State state, const DWording& problem = {});
 
     bool event(QEvent* event) override;
 

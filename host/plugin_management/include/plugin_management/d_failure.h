@@ -1,5 +1,6 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
 #include <plugin_management/plugin_management_global.h>
 
 #include <QMetaType>
@@ -24,7 +25,7 @@ struct PLUGIN_MANAGEMENT_EXPORT DFailure
     };
 
     Kind kind = Kind::None;
-    QString text;
+    DWording text;
 
     explicit operator bool() const { return kind != Kind::None; }
     /// Name of the kind for other programs, "deviceUnreachable" for example; empty for None.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <plugin_management/d_wording.h>
 #include <plugin_management/plugin_management_global.h>
 
 #include <QString>
@@ -16,11 +17,11 @@ public:
     /// The plugin's prototype, owned by the library; null when it could not be loaded.
     IPlugin* prototype() const { return m_prototype; }
     /// What went wrong, with the file's name; empty when the plugin was loaded.
-    QString error() const { return m_error; }
+    DWording error() const { return m_error; }
 
 private:
-    IPlugin* load(const QString& file, QString* problem) const;
+    IPlugin* load(const QString& file, DWording* problem) const;
 
     IPlugin* m_prototype = nullptr;
-    QString m_error;
+    DWording m_error;
 };
