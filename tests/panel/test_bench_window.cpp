@@ -12,6 +12,8 @@
 #include <QClipboard>
 #include <QQuickWindow>
 
+#include <cmath>
+
 Q_DECLARE_METATYPE(OutputsAtEnd)
 
 /// The bench window, used by hand and by keyboard.
@@ -805,12 +807,43 @@ private Q_SLOTS:
         }
     }
 
-    void aTitleThatFindsNoRoomStandsOverNothing()
+    void aTitleIsReadableOrLeftOut_data()
     {
-        QQuickItem* title = visibleNamed(root(), "paneTitle").constFirst();
-        QVERIFY(title->isVisible());
-        title->parentItem()->setWidth(64); // its button alone is wider
-        QVERIFY(!title->isVisible());
+        const Rows<double, bool> row("width of the pane", "isThere");
+        row("room for all of it", 176, true);
+        row("room for a letter or two", 130, false);
+        row("not even room for its button", 64, false);
+    }
+    void aTitleIsReadableOrLeftOut()
+    {
+        const auto [width, isThere] = Rows<double, bool>::values();
+        const QQuickItem* title = visibleNamed(root(), "paneTitle").constFirst();
+        title->parentItem()->setWidth(width);
+        QCOMPARE(title->isVisible(), isThere);
+        QCOMPARE(title->property("truncated").toBool(), !isThere);
+    }
+
+    void aRecordIsMarkedInTheNarrowestBar_data()
+    {
+        const Rows<double, QString> row("width of the window", "mark");
+        row("wide", 1280, "\u25cf REC"_s);
+        row("narrow", 800, "\u25cf"_s);
+    }
+    void aRecordIsMarkedInTheNarrowestBar()
+    {
+        const auto [width, mark] = Rows<double, QString>::values();
+        const QTemporaryDir folder;
+        root().setWidth(width);
+        QVERIFY(visibleNamed(root(), "paneMark").isEmpty());
+        auto* recorder = root().property("recorder").value<TraceRecorder*>();
+        QCOMPARE(recorder->begin(folder.filePath("a.vcd"_s)), QString());
+        const QQuickItem* label = visibleNamed(root(), "paneMark").value(0);
+        QVERIFY(label != nullptr);
+        QCOMPARE(label->property("text").toString(), mark);
+        QVERIFY(!label->property("truncated").toBool());
+        const QQuickItem* filter = itemNamed(&root(), "lineFilter"_s);
+        QTRY_VERIFY(label->mapToScene(QPointF(label->width(), 0)).x() < filter->mapToScene(QPointF()).x());
+        QCOMPARE(recorder->end(), QString());
     }
 
     void theRoomOfThePanesIsSharedByDragging()
@@ -861,15 +894,33 @@ private Q_SLOTS:
         close();
     }
 
-    void theBoardKeepsItsColumnsBesideThePage()
+    void thePageIsWholeBeforeWhatIsBesideItIsWide()
     {
-        root().setWidth(1000);
         const QQuickItem* board = itemNamed(&root(), "boardLines"_s);
-        QCOMPARE(board->width(), 420.0);
+        const QQuickItem* tools = itemNamed(&root(), "toolsList"_s);
+        root().setWidth(1064);
+        QVERIFY(showsWhole(root()));
+        QCOMPARE(board->width(), 320.0);
+        QVERIFY(tools->width() < 176);
+        root().setWidth(1280);
+        QVERIFY(showsWhole(root()));
+        QVERIFY(board->width() > 320);
+        QCOMPARE(tools->width(), 176.0);
+    }
+
+    void thePageLeavesTheBoardAThird()
+    {
+        close();
+        m_bench = std::make_unique<ExampleBench>(4);
+        DTool tool(toolEntry({}, "Front panel "_s.repeated(20)), builtPlugin(), &m_bench->board());
+        show({&tool});
+        const QQuickItem* board = itemNamed(&root(), "boardLines"_s);
+        QCOMPARE(board->width(), std::round(root().property("besideTools").toDouble() / 3));
         itemNamed(&root(), "boardHandle"_s)->forceActiveFocus(Qt::TabFocusReason);
         QTest::keyClick(&window(), Qt::Key_Right);
-        QCOMPARE(board->width(), 404.0);
+        QCOMPARE(board->width(), std::round(root().property("besideTools").toDouble() / 3) - 16);
         QVERIFY(m_scene->arrangement().value("wantedPageWidth"_s).toDouble() > 0);
+        close();
     }
 
     void theRoomOfThePanesIsSharedByKeys_data()
@@ -992,8 +1043,11 @@ private Q_SLOTS:
         PanelFixture::click(itemNamed(&root(), "linesButton"_s));
         QTRY_VERIFY(itemNamed(window().contentItem(), "menuEntry1"_s) != nullptr);
         QTRY_VERIFY(itemNamed(window().contentItem(), "menuEntry1"_s)->isVisible());
-        PanelFixture::click(itemNamed(window().contentItem(), "menuEntry1"_s));
+        QQuickItem* entry = itemNamed(window().contentItem(), "menuEntry1"_s);
+        QCOMPARE(entry->property("text").toString(), "Show 1 hidden line"_s);
+        PanelFixture::click(entry);
         QCOMPARE(m_scene->lineFilter().hiddenCount(), 0);
+        QCOMPARE(entry->property("text").toString(), "Show all lines"_s);
     }
 
     void theCursorFollowsTheEdgesOfAllChosenLines()

@@ -465,6 +465,10 @@
         <source></source>
         <translation>Hide the chosen lines</translation>
     </message>
+    <message id="lines_show_all">
+        <source></source>
+        <translation>Show all lines</translation>
+    </message>
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
         <translation>

@@ -465,6 +465,10 @@
         <source></source>
         <translation>Masquer les lignes choisies</translation>
     </message>
+    <message id="lines_show_all">
+        <source></source>
+        <translation>Montrer toutes les lignes</translation>
+    </message>
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
         <translation>

@@ -31,7 +31,8 @@ Rectangle {
     property string theme: ""
 
     // Where the user has dragged the gaps to.
-    property real wantedToolsWidth: 176
+    // 0 for what the page leaves it.
+    property real wantedToolsWidth: 0
     // 0 for what its rows need.
     property real wantedPageWidth: 0
     property real wantedCommandWidth: 448
@@ -41,13 +42,21 @@ Rectangle {
     property bool toolsFolded: false
     property bool pageFolded: false
     property bool lowerFolded: false
-    // Where they are: every pane keeps a least size while the window has room for it.
-    readonly property real toolsWidth: toolsFolded ? 0 : bounded(96, wantedToolsWidth, width - 640)
+    // Where they are: every pane keeps a least size while the window has room for it. The page comes first, but
+    // leaves the board a third of what is beside the tools.
+    readonly property real leastBoardWidth: 320
+    readonly property real toolsWidth: {
+        if (toolsFolded) {
+            return 0
+        }
+        return wantedToolsWidth > 0 ? bounded(96, wantedToolsWidth, width - 640)
+                                    : bounded(144, width - 16 - leastBoardWidth - (pageFolded ? 0 : pagePane.neededWidth), 176)
+    }
     readonly property real besideTools: width - toolsWidth - 16
     readonly property real pageWidth: wantedPageWidth > 0 ? wantedPageWidth
-                                                          : Math.min(pagePane.neededWidth, besideTools - 420)
+                                                          : Math.min(pagePane.neededWidth, besideTools * 2 / 3)
     readonly property real boardWidth: pageFolded ? besideTools
-                                                  : bounded(320, besideTools - pageWidth, besideTools - 320)
+                                                  : bounded(leastBoardWidth, besideTools - pageWidth, besideTools - 320)
     readonly property real commandWidth: bounded(280, wantedCommandWidth, width - 285)
     readonly property real lowerHeight: lowerFolded ? 0 : bounded(120, wantedLowerShare > 0 ? wantedLowerShare * height
                                                                              : Math.max(height * 0.3, Math.min(300, height * 0.4)),

@@ -225,13 +225,18 @@ Pane {
         }
     }
 
-    title: (recorder.recording ? "\u25cf REC  " : "") + lines.deviceName
+    mark: recorder.recording ? (columnWidths.narrow ? "\u25cf" : "\u25cf REC") : ""
+    title: lines.deviceName
 
     controls: [
         UiTextField {
             id: filterField
             objectName: "lineFilter"
-            width: Math.max(64, Math.min(136, root.width - 320))
+            // A narrow bar is its own; in a wider one it leaves room for the title.
+            width: Math.max(64, Math.min(136, columnWidths.narrow
+                                              ? root.width - 2 * root.inset - linesButton.width - freezeButton.width
+                                                - 2 * Style.defSpacing - (root.mark.length > 0 ? 24 : 0)
+                                              : root.width - 320))
             placeholderText: qsTrId("board_filter")
             Accessible.name: qsTrId("board_filter")
             onTextChanged: {
@@ -253,7 +258,8 @@ Pane {
                 y: linesButton.height + 2
                 actions: [
                     {text: qsTrId("lines_hide"), keys: "H", enabled: root.chosenLine >= 0, run: () => root.hideChosen()},
-                    {text: qsTrId("lines_show_hidden", root.filter.hiddenCount), keys: "",
+                    {text: root.filter.hiddenCount > 0 ? qsTrId("lines_show_hidden", root.filter.hiddenCount)
+                                                       : qsTrId("lines_show_all"), keys: "",
                      enabled: root.filter.hiddenCount > 0, run: () => root.filter.showHidden()},
                     {text: qsTrId("lines_up"), keys: "Alt+\u2191", enabled: list.currentIndex > 0, run: () => root.moveLine(-1)},
                     {text: qsTrId("lines_down"), keys: "Alt+\u2193", enabled: list.currentIndex < list.count - 1,
@@ -269,6 +275,7 @@ Pane {
             }
         },
         UiButton {
+            id: freezeButton
             objectName: "freezeButton"
             text: root.held ? qsTrId("board_resume") : qsTrId("board_freeze")
             otherText: root.held ? qsTrId("board_freeze") : qsTrId("board_resume")

@@ -7,13 +7,15 @@ FocusScope {
     id: root
 
     property string title: ""
+    // Stands before the title, whole even where that has no room.
+    property string mark: ""
     property alias controls: controlRow.data
     default property alias content: body.data
 
     readonly property int inset: Style.defSpacing * 2
 
     Accessible.role: Accessible.Pane
-    Accessible.name: title
+    Accessible.name: (mark + " " + title).trim()
 
     Rectangle {
         anchors.fill: parent
@@ -21,12 +23,23 @@ FocusScope {
     }
 
     UiLabel {
+        id: markLabel
+        objectName: "paneMark"
+        x: root.inset
+        height: titleLabel.height
+        visible: text.length > 0
+        text: root.mark
+        isBigger: true
+        font.bold: true
+    }
+
+    UiLabel {
         id: titleLabel
         objectName: "paneTitle"
-        x: root.inset
-        width: Math.max(0, root.width - 2 * root.inset - controlRow.width - Style.defSpacing)
+        x: root.inset + (markLabel.visible ? markLabel.width + Style.defSpacing : 0)
+        width: Math.max(0, root.width - x - root.inset - controlRow.width - Style.defSpacing)
         height: 48
-        visible: width > 0 // a text without a width would be as wide as it likes
+        visible: width >= Math.min(implicitWidth, 80) // less of it could not be read
         text: root.title
         isBigger: true
         font.bold: true
