@@ -563,7 +563,8 @@ private Q_SLOTS:
         QTest::mouseMove(&window(), middle.toPoint());
         QTRY_VERIFY(label->isVisible());
         const QString text = label->property("text").toString();
-        QVERIFY2(QRegularExpression("^\u2212[45]\\.\\d\\d s$"_s).match(text).hasMatch(), qPrintable(text));
+        QVERIFY2(QRegularExpression("^\u2212[45]\\.\\d\\d\u00a0s$"_s).match(text).hasMatch(),
+                 qPrintable(text));
         // Held, it counts from what was the present, and on as soon as the courses run.
         m_scene->courses().pan(0);
         m_bench->scheduler().advance(7000000);
@@ -571,9 +572,10 @@ private Q_SLOTS:
         QCOMPARE(label->property("text").toString(), text);
         m_scene->courses().zoom(0.5, 0.5);
         m_scene->courses().goLive();
-        QVERIFY2(
-            QRegularExpression("^\u22129\\.\\d+ s$"_s).match(label->property("text").toString()).hasMatch(),
-            qPrintable(label->property("text").toString()));
+        QVERIFY2(QRegularExpression("^\u22129\\.\\d+\u00a0s$"_s)
+                     .match(label->property("text").toString())
+                     .hasMatch(),
+                 qPrintable(label->property("text").toString()));
         QTest::mouseMove(&window(), QPoint(5, 5));
         QTRY_VERIFY(!label->isVisible());
     }
@@ -751,7 +753,7 @@ private Q_SLOTS:
         QTest::keyClick(&window(), Qt::Key_Right);
         QTest::keyClick(&window(), Qt::Key_Right);
         QCOMPARE(text->property("text").toString(),
-                 "1\u20132: 250 ms \u00b7 4 Hz \u00b7 2 edges \u00b7 1 to 1 \u00b7 mean 1"_s);
+                 "1\u20132: 250\u00a0ms \u00b7 4\u00a0Hz \u00b7 2 edges \u00b7 1 to 1 \u00b7 mean 1"_s);
         QTest::keyClick(&window(), Qt::Key_Escape);
         QVERIFY(visibleNamed(root(), "cursor1").isEmpty());
         QCOMPARE(text->property("text").toString(), QString());
@@ -766,8 +768,9 @@ private Q_SLOTS:
         m_scene->clock().tick();
         QTest::mouseMove(&window(), atCourse(0.5, 5));
         const QQuickItem* measured = itemNamed(&root(), "measured"_s);
-        QTRY_COMPARE(measured->property("text").toString(),
-                     "low for 3 s \u00b7 period 4 s \u00b7 0.25 Hz \u00b7 duty cycle 25 %"_s);
+        QTRY_COMPARE(
+            measured->property("text").toString(),
+            "low for 3\u00a0s \u00b7 period 4\u00a0s \u00b7 0.25\u00a0Hz \u00b7 duty cycle 25\u00a0%"_s);
         QTest::mouseMove(&window(), QPoint(5, 5));
         QTRY_VERIFY(measured->property("text").toString().startsWith(QLatin1String("Wheel")));
     }

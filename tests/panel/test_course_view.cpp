@@ -239,14 +239,14 @@ private Q_SLOTS:
     void lengthsAndFrequenciesHaveFittingUnits_data()
     {
         const Rows<qint64, QString, QString> row("us", "length", "frequency");
-        row("1", 1, "1 \u00b5s", "1000 kHz");
-        row("999", 999, "999 \u00b5s", "1.001 kHz");
-        row("1000", 1000, "1 ms", "1 kHz");
-        row("12345", 12345, "12.345 ms", "81 Hz");
-        row("12500", 12500, "12.5 ms", "80 Hz");
-        row("1000000", 1000000, "1 s", "1 Hz");
-        row("2500001", 2500001, "2.500001 s", "0.4 Hz");
-        row("600000000", 600000000, "600 s", "0.001667 Hz");
+        row("1", 1, "1\u00a0\u00b5s", "1,000\u00a0kHz");
+        row("999", 999, "999\u00a0\u00b5s", "1.001\u00a0kHz");
+        row("1000", 1000, "1\u00a0ms", "1\u00a0kHz");
+        row("12345", 12345, "12.345\u00a0ms", "81\u00a0Hz");
+        row("12500", 12500, "12.5\u00a0ms", "80\u00a0Hz");
+        row("1000000", 1000000, "1\u00a0s", "1\u00a0Hz");
+        row("2500001", 2500001, "2.500001\u00a0s", "0.4\u00a0Hz");
+        row("600000000", 600000000, "600\u00a0s", "0.001667\u00a0Hz");
     }
     void lengthsAndFrequenciesHaveFittingUnits()
     {
@@ -941,7 +941,7 @@ private Q_SLOTS:
         QCOMPARE(shown.view.span().toUs(), 15 * c_second);
         shown.pass(c_second);
         QCOMPARE(shown.view.span().toUs(), 15 * c_second);
-        QCOMPARE(shown.view.timeText(1), "\u22125.00 s"_s);
+        QCOMPARE(shown.view.timeText(1), "\u22125.00\u00a0s"_s);
         shown.view.goLive();
         QCOMPARE(shown.view.span().toUs(), 21 * c_second);
     }
@@ -967,11 +967,11 @@ private Q_SLOTS:
         shown.makeEdges();
         shown.setCursor(1, 5200000, c_line);
         shown.setCursor(2, 8100000, c_line);
-        QCOMPARE(shown.view.cursorsText(), "1\u20132: 3 s \u00b7 0.3333 Hz"_s);
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 3\u00a0s \u00b7 0.3333\u00a0Hz"_s);
         shown.setCursor(2, 7 * c_second, c_line); // too far from any
-        QCOMPARE(shown.view.cursorsText(), "1\u20132: 2 s \u00b7 0.5 Hz"_s);
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 2\u00a0s \u00b7 0.5\u00a0Hz"_s);
         shown.setCursor(2, 5 * c_second);
-        QCOMPARE(shown.view.cursorsText(), "1\u20132: 0 \u00b5s"_s);
+        QCOMPARE(shown.view.cursorsText(), "1\u20132: 0\u00a0\u00b5s"_s);
         shown.setCursor(3, 5 * c_second, c_line);
         QCOMPARE(shown.view.cursors().size(), 2);
         shown.view.clearCursors();

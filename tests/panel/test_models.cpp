@@ -8,6 +8,7 @@
 #include <window/gradual_rows.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
+#include <window/local_text.h>
 #include <window/order_events_model.h>
 #include <window/order_log_model.h>
 #include <window/page_reads_model.h>
@@ -584,7 +585,7 @@ private Q_SLOTS:
         QCOMPARE(logged(0, OrderLogModel::DetailRole), "value=0"_s);
         QCOMPARE(m_log->running(), 0);
         const qint64 startUs = ManualScheduler::c_wallClockOffsetUs + m_bench->scheduler().now();
-        QCOMPARE(logged(0, OrderLogModel::TimeRole), timeOfDay(startUs));
+        QCOMPARE(logged(0, OrderLogModel::TimeRole), timeOfDayText(startUs));
     }
 
     void anOrderThatFailsIsLoggedWithReasonAndKind()
@@ -658,7 +659,8 @@ private Q_SLOTS:
         const QVector<int> roles = {Reads::CommandRole, Reads::DetailRole, Reads::FailedRole};
         QCOMPARE(shown(*reads, 0, roles), "getValue channel=START | no answer | true"_s);
         QCOMPARE(shown(*reads, 1, roles), "getValue channel=START | value=1 | false"_s);
-        QCOMPARE(at(*reads, 0, Reads::TimeRole).toString(), timeOfDay(ManualScheduler::c_wallClockOffsetUs));
+        QCOMPARE(at(*reads, 0, Reads::TimeRole).toString(),
+                 timeOfDayText(ManualScheduler::c_wallClockOffsetUs));
         for (int number = 0; number < Reads::c_mostReads + 50; ++number) {
             note(number, {});
             if (number % 30 == 0) {
@@ -688,7 +690,7 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         }
         QTRY_VERIFY(at(*m_log, 0, OrderLogModel::EventsRole).toInt() >= 2);
-        const QString time = timeOfDay(ManualScheduler::c_wallClockOffsetUs + 3 * 1234567);
+        const QString time = timeOfDayText(ManualScheduler::c_wallClockOffsetUs + 3 * 1234567);
         const QString detail = logged(0, OrderLogModel::DetailRole);
         QVERIFY2(detail.contains("the last at "_s + time), qPrintable(detail));
         readSetPoint();
@@ -722,7 +724,7 @@ private Q_SLOTS:
         using Events = OrderEventsModel;
         QCOMPARE(events->rowCount(), before + 1);
         QCOMPARE(shown(*events, 0, {Events::TimeRole, Events::TextRole}),
-                 timeOfDay(ManualScheduler::c_wallClockOffsetUs + 2000000) + " | lastValue=0 value=0"_s);
+                 timeOfDayText(ManualScheduler::c_wallClockOffsetUs + 2000000) + " | lastValue=0 value=0"_s);
         const QStringList lines = events->text().split(QLatin1Char('\n'));
         QCOMPARE(lines.constFirst(), "time,lastValue,value"_s);
         QCOMPARE(lines.at(before + 1), fullTime(ManualScheduler::c_wallClockOffsetUs + 2000000) + ",0,0"_s);
@@ -969,7 +971,8 @@ private Q_SLOTS:
         installTexts(QLocale(QLocale::French));
         run("noSuchCommand");
         QVERIFY(logged(0, OrderLogModel::DetailRole)
-                    .startsWith("appel incorrect : commande \u00ab noSuchCommand \u00bb inconnue"_s));
+                    .startsWith(
+                        "appel incorrect\u00a0: commande \u00ab\u00a0noSuchCommand\u00a0\u00bb inconnue"_s));
         QCOMPARE(m_form->description(), "Donner un \u00e9tat \u00e0 une ligne"_s);
         QCOMPARE(at(*m_form, 0, CommandForm::DescriptionRole).toString(), "Voie de l\u2019outil"_s);
         installTexts(QLocale(QLocale::English));
@@ -984,7 +987,7 @@ private Q_SLOTS:
         for (int kind = 1; kind < static_cast<int>(DFailure::Kind::Count); ++kind) {
             const DFailure failure = {static_cast<DFailure::Kind>(kind), DWording::told("reason"_s)};
             const QString text = failureText(failure.kindName(), failure.text);
-            QVERIFY2(text.endsWith(" : reason"_s), qPrintable(failure.kindName()));
+            QVERIFY2(text.endsWith("\u00a0: reason"_s), qPrintable(failure.kindName()));
         }
         installTexts(QLocale(QLocale::English));
     }
@@ -994,12 +997,12 @@ private Q_SLOTS:
         const Rows<DWording, QString> row("reason", "text");
         row("nothing named", wording("the device is closed"), "l\u2019appareil est ferm\u00e9"_s);
         row("a name", wording("unknown channel \"%1\"").arg("true or false"_s),
-            "voie \u00ab true or false \u00bb inconnue"_s);
+            "voie \u00ab\u00a0true or false\u00a0\u00bb inconnue"_s);
         row("a name with a place in it", wording("no reply to %1 within %2 ms").arg("%2"_s, 100),
-            "pas de r\u00e9ponse \u00e0 %2 en 100 ms"_s);
+            "pas de r\u00e9ponse \u00e0 %2 en 100\u00a0ms"_s);
         row("a reason in a reason",
             wording("line \"%1\" blinks no more: %2").arg("do0"_s, wording("the device is gone")),
-            "la ligne \u00ab do0 \u00bb ne clignote plus : l\u2019appareil n\u2019est plus l\u00e0"_s);
+            "la ligne \u00ab\u00a0do0\u00a0\u00bb ne clignote plus\u00a0: l\u2019appareil n\u2019est plus l\u00e0"_s);
         row("what the system says", DWording::told("Permission denied"_s), "permission refus\u00e9e"_s);
         row("what nobody has translated", DWording::told("it is Monday"_s), "it is Monday"_s);
     }
@@ -1013,14 +1016,26 @@ private Q_SLOTS:
         QCOMPARE(worded(reason), reason.english());
     }
 
-    void numbersHaveTheDecimalSignOfTheLanguage()
+    void numbersAreWrittenAsTheLanguageDoes_data()
     {
-        installTexts(QLocale(QLocale::French));
-        const QStringList french = {offsetText(-9500000, 500000), lengthText(1500), frequencyText(1500),
-                                    withDecimalSign(timeOfDay(1500000)).right(8)};
+        const Rows<QLocale, QString> row("locale", "texts");
+        const QString french = "\u22129,5\u00a0s; 1,5\u00a0ms; 666,7\u00a0Hz; 1,500000; 58\u202f000; "
+                               "1\u202f234 lectures de la page"_s;
+        const QString english = "\u22129.5\u00a0s; 1.5\u00a0ms; 666.7\u00a0Hz; 1.500000; 58,000; "
+                                "1,234 reads of the page"_s;
+        row("French", QLocale(QLocale::French), french);
+        row("English", QLocale(QLocale::English), english);
+        row("a language without texts", QLocale(QLocale::German), english);
+    }
+    void numbersAreWrittenAsTheLanguageDoes()
+    {
+        const auto [locale, texts] = Rows<QLocale, QString>::values();
+        installTexts(locale);
+        const QStringList written = {
+            offsetText(-9500000, 500000),    lengthText(1500),  frequencyText(1500),
+            timeOfDayText(1500000).right(8), numberText(58000), qtTrId("orders_reads", 1234)};
         installTexts(QLocale(QLocale::English));
-        QCOMPARE(french, (QStringList{"\u22129,5 s"_s, "1,5 ms"_s, "666,7 Hz"_s, "1,500000"_s}));
-        QCOMPARE(lengthText(1500), "1.5 ms"_s);
+        QCOMPARE(written.join("; "_s), texts);
     }
 
     /// An hour leaves no more than ten minutes do.

@@ -15,7 +15,7 @@ class TestTranslations : public QObject
     Q_OBJECT
 
     /// The form for one may do without it.
-    const QSet<QString> c_number = {"%n"_s};
+    const QSet<QString> c_number = {"%Ln"_s};
 
     using Texts = QHash<QString, QStringList>; ///< by their ids, each in its plural forms
 
@@ -74,7 +74,7 @@ class TestTranslations : public QObject
 
     static QSet<QString> placesIn(const QString& text)
     {
-        static const QRegularExpression place("%[1-9n]"_s);
+        static const QRegularExpression place("%L?[1-9n]"_s);
         QSet<QString> places;
         auto match = place.globalMatch(text);
         while (match.hasNext()) {
@@ -110,6 +110,18 @@ private Q_SLOTS:
         }
         wrong.sort();
         QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join("\n"_s)));
+    }
+
+    /// What stands alone there, and what a line must not begin with, hangs on by a no-break space.
+    void frenchIsPunctuatedAsInFrance()
+    {
+        static const QRegularExpression wrong("\u00ab[^\u00a0]|[^\u00a0]\u00bb| [:;?!%]( |$)|%[1-9] ms"_s);
+        const Texts french = translated("fr"_s);
+        QStringList found;
+        for (auto text = french.cbegin(); text != french.cend(); ++text) {
+            found += text->filter(wrong);
+        }
+        QVERIFY2(found.isEmpty(), qPrintable(found.join("\n"_s)));
     }
 
     void noWordingIsTranslatedThatNobodySays()

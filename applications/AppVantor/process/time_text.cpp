@@ -43,7 +43,7 @@ const LocalSecond& secondOf(qint64 wallClockUs)
 QString decimals(qint64 wallClockUs)
 {
     constexpr int digits = 6;
-    return QStringLiteral(".%1").arg(fractionOf(wallClockUs), digits, 10, QLatin1Char('0'));
+    return QStringLiteral("%1").arg(fractionOf(wallClockUs), digits, 10, QLatin1Char('0'));
 }
 
 } // namespace
@@ -51,10 +51,11 @@ QString decimals(qint64 wallClockUs)
 QString fullTime(qint64 wallClockUs)
 {
     const LocalSecond& second = secondOf(wallClockUs);
-    return second.date + QLatin1Char('T') + second.timeOfDay + decimals(wallClockUs) + second.offset;
+    return second.date + QLatin1Char('T') + second.timeOfDay + QLatin1Char('.') + decimals(wallClockUs) +
+           second.offset;
 }
 
-QString timeOfDay(qint64 wallClockUs)
+QString timeOfDay(qint64 wallClockUs, QChar decimalPoint)
 {
-    return secondOf(wallClockUs).timeOfDay + decimals(wallClockUs);
+    return secondOf(wallClockUs).timeOfDay + decimalPoint + decimals(wallClockUs);
 }

@@ -83,8 +83,8 @@
     <message id="tools_detail" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1 · %n channel</numerusform>
-            <numerusform>%1 · %n channels</numerusform>
+            <numerusform>%1 · %Ln channel</numerusform>
+            <numerusform>%1 · %Ln channels</numerusform>
         </translation>
     </message>
     <message id="tools_empty">
@@ -230,22 +230,22 @@
     <message id="orders_events" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n event, at %1</numerusform>
-            <numerusform>%n events, the last at %1</numerusform>
+            <numerusform>%Ln event, at %1</numerusform>
+            <numerusform>%Ln events, the last at %1</numerusform>
         </translation>
     </message>
     <message id="orders_lost" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n event lost</numerusform>
-            <numerusform>%n events lost</numerusform>
+            <numerusform>%Ln event lost</numerusform>
+            <numerusform>%Ln events lost</numerusform>
         </translation>
     </message>
     <message id="orders_rejected" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n reply rejected</numerusform>
-            <numerusform>%n replies rejected</numerusform>
+            <numerusform>%Ln reply rejected</numerusform>
+            <numerusform>%Ln replies rejected</numerusform>
         </translation>
     </message>
     <message id="orders_empty">
@@ -302,7 +302,7 @@
     </message>
     <message id="measure_duty">
         <source></source>
-        <translation>duty cycle %1 %</translation>
+        <translation>duty cycle %1 %</translation>
     </message>
     <message id="board_driven">
         <source></source>
@@ -339,15 +339,15 @@
     <message id="orders_reads" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n read of the page</numerusform>
-            <numerusform>%n reads of the page</numerusform>
+            <numerusform>%Ln read of the page</numerusform>
+            <numerusform>%Ln reads of the page</numerusform>
         </translation>
     </message>
     <message id="orders_reads_failed" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n failed</numerusform>
-            <numerusform>%n failed</numerusform>
+            <numerusform>%Ln failed</numerusform>
+            <numerusform>%Ln failed</numerusform>
         </translation>
     </message>
     <message id="tools_all_off">
@@ -381,8 +381,8 @@
     <message id="events_title" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1: %n event</numerusform>
-            <numerusform>%1: %n events</numerusform>
+            <numerusform>%1: %Ln event</numerusform>
+            <numerusform>%1: %Ln events</numerusform>
         </translation>
     </message>
     <message id="events_copy">
@@ -472,8 +472,8 @@
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>Show %n hidden line</numerusform>
-            <numerusform>Show %n hidden lines</numerusform>
+            <numerusform>Show %Ln hidden line</numerusform>
+            <numerusform>Show %Ln hidden lines</numerusform>
         </translation>
     </message>
     <message id="lines_up">
@@ -499,8 +499,8 @@
     <message id="trigger_text" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>Trigger %1: %n time</numerusform>
-            <numerusform>Trigger %1: %n times</numerusform>
+            <numerusform>Trigger %1: %Ln time</numerusform>
+            <numerusform>Trigger %1: %Ln times</numerusform>
         </translation>
     </message>
     <message id="trigger_mode">
@@ -530,8 +530,8 @@
     <message id="selection_measure" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n edge · %1 to %2 · mean %3</numerusform>
-            <numerusform>%n edges · %1 to %2 · mean %3</numerusform>
+            <numerusform>%Ln edge · %1 to %2 · mean %3</numerusform>
+            <numerusform>%Ln edges · %1 to %2 · mean %3</numerusform>
         </translation>
     </message>
     <message id="tools_help">
@@ -589,8 +589,8 @@
     <message id="close_running" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n order still runs and would be stopped.</numerusform>
-            <numerusform>%n orders still run and would be stopped.</numerusform>
+            <numerusform>%Ln order still runs and would be stopped.</numerusform>
+            <numerusform>%Ln orders still run and would be stopped.</numerusform>
         </translation>
     </message>
     <message id="close_blinking">
@@ -628,8 +628,8 @@
     <message id="close_more" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1 and %n more</numerusform>
-            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %Ln more</numerusform>
+            <numerusform>%1 and %Ln more</numerusform>
         </translation>
     </message>
     <message id="close_stop">
@@ -784,7 +784,7 @@
         <source></source>
         <translation>
             <numerusform>Not opened: one mistake</numerusform>
-            <numerusform>Not opened: %n mistakes</numerusform>
+            <numerusform>Not opened: %Ln mistakes</numerusform>
         </translation>
     </message>
     <message id="file_script">

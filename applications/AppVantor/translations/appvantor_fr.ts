@@ -57,7 +57,7 @@
     </message>
     <message id="panel_not_connected_because">
         <source></source>
-        <translation>L’appareil n’est pas connecté : %1. Les valeurs seront lues dès son retour.</translation>
+        <translation>L’appareil n’est pas connecté : %1. Les valeurs seront lues dès son retour.</translation>
     </message>
     <message id="panel_no_public_channels">
         <source></source>
@@ -65,11 +65,11 @@
     </message>
     <message id="page_none">
         <source></source>
-        <translation>Le plugin « %1 » n’a pas de page de maintenance.</translation>
+        <translation>Le plugin « %1 » n’a pas de page de maintenance.</translation>
     </message>
     <message id="page_broken">
         <source></source>
-        <translation>La page de maintenance du plugin « %1 » contient des erreurs :
+        <translation>La page de maintenance du plugin « %1 » contient des erreurs :
 %2</translation>
     </message>
     <message id="page_no_tool">
@@ -83,13 +83,13 @@
     <message id="tools_detail" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1 · %n voie</numerusform>
-            <numerusform>%1 · %n voies</numerusform>
+            <numerusform>%1 · %Ln voie</numerusform>
+            <numerusform>%1 · %Ln voies</numerusform>
         </translation>
     </message>
     <message id="tools_empty">
         <source></source>
-        <translation>Il n’y a pas d’outil. Ajoutez-en un sous « tools » dans le fichier de configuration.</translation>
+        <translation>Il n’y a pas d’outil. Ajoutez-en un sous « tools » dans le fichier de configuration.</translation>
     </message>
     <message id="tools_dark">
         <source></source>
@@ -117,7 +117,7 @@
     </message>
     <message id="board_not_connected_because">
         <source></source>
-        <translation>L’appareil n’est pas connecté : %1.</translation>
+        <translation>L’appareil n’est pas connecté : %1.</translation>
     </message>
     <message id="board_connecting">
         <source></source>
@@ -129,11 +129,11 @@
     </message>
     <message id="board_empty">
         <source></source>
-        <translation>L’appareil n’a pas de ligne. Nommez-les sous « device », « lines » dans le fichier de configuration.</translation>
+        <translation>L’appareil n’a pas de ligne. Nommez-les sous « device », « lines » dans le fichier de configuration.</translation>
     </message>
     <message id="board_no_match">
         <source></source>
-        <translation>Aucune ligne ne contient « %1 » dans son nom ou ses voies. Effacez le filtre pour toutes les voir.</translation>
+        <translation>Aucune ligne ne contient « %1 » dans son nom ou ses voies. Effacez le filtre pour toutes les voir.</translation>
     </message>
     <message id="form_title">
         <source></source>
@@ -153,7 +153,7 @@
     </message>
     <message id="form_default">
         <source></source>
-        <translation>par défaut : %1</translation>
+        <translation>par défaut : %1</translation>
     </message>
     <message id="form_not_given">
         <source></source>
@@ -173,11 +173,11 @@
     </message>
     <message id="form_sections_expected">
         <source></source>
-        <translation>Sections : un objet JSON est attendu, {"nom": [ … ]}</translation>
+        <translation>Sections : un objet JSON est attendu, {"nom": [ … ]}</translation>
     </message>
     <message id="form_sections_broken">
         <source></source>
-        <translation>Sections : pas de JSON à partir du caractère %1</translation>
+        <translation>Sections : pas de JSON à partir du caractère %1</translation>
     </message>
     <message id="form_no_command">
         <source></source>
@@ -230,22 +230,22 @@
     <message id="orders_events" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n événement, à %1</numerusform>
-            <numerusform>%n événements, le dernier à %1</numerusform>
+            <numerusform>%Ln événement, à %1</numerusform>
+            <numerusform>%Ln événements, le dernier à %1</numerusform>
         </translation>
     </message>
     <message id="orders_lost" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n événement perdu</numerusform>
-            <numerusform>%n événements perdus</numerusform>
+            <numerusform>%Ln événement perdu</numerusform>
+            <numerusform>%Ln événements perdus</numerusform>
         </translation>
     </message>
     <message id="orders_rejected" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n réponse rejetée</numerusform>
-            <numerusform>%n réponses rejetées</numerusform>
+            <numerusform>%Ln réponse rejetée</numerusform>
+            <numerusform>%Ln réponses rejetées</numerusform>
         </translation>
     </message>
     <message id="orders_empty">
@@ -274,7 +274,7 @@
     </message>
     <message id="courses_hint">
         <source></source>
-        <translation>Molette : zoom · glisser : déplacer · 1, 2 : curseurs · F : tout · L : direct · Espace : figer</translation>
+        <translation>Molette : zoom · glisser : déplacer · 1, 2 : curseurs · F : tout · L : direct · Espace : figer</translation>
     </message>
     <message id="cursors_one">
         <source></source>
@@ -282,7 +282,7 @@
     </message>
     <message id="cursors_between">
         <source></source>
-        <translation>1–2 : %1</translation>
+        <translation>1–2 : %1</translation>
     </message>
     <message id="measure_high">
         <source></source>
@@ -302,7 +302,7 @@
     </message>
     <message id="measure_duty">
         <source></source>
-        <translation>rapport cyclique %1 %</translation>
+        <translation>rapport cyclique %1 %</translation>
     </message>
     <message id="board_driven">
         <source></source>
@@ -310,7 +310,7 @@
     </message>
     <message id="page_click_failed">
         <source></source>
-        <translation>%1 : %2</translation>
+        <translation>%1 : %2</translation>
     </message>
     <message id="page_dismiss">
         <source></source>
@@ -339,15 +339,15 @@
     <message id="orders_reads" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n lecture de la page</numerusform>
-            <numerusform>%n lectures de la page</numerusform>
+            <numerusform>%Ln lecture de la page</numerusform>
+            <numerusform>%Ln lectures de la page</numerusform>
         </translation>
     </message>
     <message id="orders_reads_failed" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n en échec</numerusform>
-            <numerusform>%n en échec</numerusform>
+            <numerusform>%Ln en échec</numerusform>
+            <numerusform>%Ln en échec</numerusform>
         </translation>
     </message>
     <message id="tools_all_off">
@@ -360,7 +360,7 @@
     </message>
     <message id="form_needed">
         <source></source>
-        <translation>Nécessaire : sans cela, la commande ne fait rien.</translation>
+        <translation>Nécessaire : sans cela, la commande ne fait rien.</translation>
     </message>
     <message id="glyph_analogue">
         <source></source>
@@ -368,7 +368,7 @@
     </message>
     <message id="form_no_channel">
         <source></source>
-        <translation>L’outil n’a pas de voie « %1 ».</translation>
+        <translation>L’outil n’a pas de voie « %1 ».</translation>
     </message>
     <message id="orders_show_events">
         <source></source>
@@ -381,8 +381,8 @@
     <message id="events_title" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1 : %n événement</numerusform>
-            <numerusform>%1 : %n événements</numerusform>
+            <numerusform>%1 : %Ln événement</numerusform>
+            <numerusform>%1 : %Ln événements</numerusform>
         </translation>
     </message>
     <message id="events_copy">
@@ -411,7 +411,7 @@
     </message>
     <message id="save_exists">
         <source></source>
-        <translation>%1 existe déjà ; enregistrez encore une fois pour le remplacer.</translation>
+        <translation>%1 existe déjà ; enregistrez encore une fois pour le remplacer.</translation>
     </message>
     <message id="save_replace">
         <source></source>
@@ -423,11 +423,11 @@
     </message>
     <message id="save_no_file">
         <source></source>
-        <translation>« %1 » ne désigne pas un fichier ordinaire.</translation>
+        <translation>« %1 » ne désigne pas un fichier ordinaire.</translation>
     </message>
     <message id="save_failed">
         <source></source>
-        <translation>Impossible d’écrire %1 : %2</translation>
+        <translation>Impossible d’écrire %1 : %2</translation>
     </message>
     <message id="fold_hide_tools">
         <source></source>
@@ -472,8 +472,8 @@
     <message id="lines_show_hidden" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>Montrer %n ligne masquée</numerusform>
-            <numerusform>Montrer %n lignes masquées</numerusform>
+            <numerusform>Montrer %Ln ligne masquée</numerusform>
+            <numerusform>Montrer %Ln lignes masquées</numerusform>
         </translation>
     </message>
     <message id="lines_up">
@@ -494,13 +494,13 @@
     </message>
     <message id="lines_trigger">
         <source></source>
-        <translation>Déclencheur : ↑ ↓ ↕ 1 0</translation>
+        <translation>Déclencheur : ↑ ↓ ↕ 1 0</translation>
     </message>
     <message id="trigger_text" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>Déclencheur %1 : %n fois</numerusform>
-            <numerusform>Déclencheur %1 : %n fois</numerusform>
+            <numerusform>Déclencheur %1 : %Ln fois</numerusform>
+            <numerusform>Déclencheur %1 : %Ln fois</numerusform>
         </translation>
     </message>
     <message id="trigger_mode">
@@ -530,8 +530,8 @@
     <message id="selection_measure" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n front · %1 à %2 · moyenne %3</numerusform>
-            <numerusform>%n fronts · %1 à %2 · moyenne %3</numerusform>
+            <numerusform>%Ln front · %1 à %2 · moyenne %3</numerusform>
+            <numerusform>%Ln fronts · %1 à %2 · moyenne %3</numerusform>
         </translation>
     </message>
     <message id="tools_help">
@@ -544,7 +544,7 @@
     </message>
     <message id="export_courses">
         <source></source>
-        <translation>Exporter : CSV, VCD, SVG, PNG</translation>
+        <translation>Exporter : CSV, VCD, SVG, PNG</translation>
     </message>
     <message id="export_kinds">
         <source></source>
@@ -584,26 +584,26 @@
     </message>
     <message id="close_title">
         <source></source>
-        <translation>Fermer la fenêtre ?</translation>
+        <translation>Fermer la fenêtre ?</translation>
     </message>
     <message id="close_running" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%n ordre est en cours et serait arrêté.</numerusform>
-            <numerusform>%n ordres sont en cours et seraient arrêtés.</numerusform>
+            <numerusform>%Ln ordre est en cours et serait arrêté.</numerusform>
+            <numerusform>%Ln ordres sont en cours et seraient arrêtés.</numerusform>
         </translation>
     </message>
     <message id="close_blinking">
         <source></source>
-        <translation>Ces lignes clignotent ; cela cesserait, et chacune resterait comme elle est alors : %1.</translation>
+        <translation>Ces lignes clignotent ; cela cesserait, et chacune resterait comme elle est alors : %1.</translation>
     </message>
     <message id="close_blinking_ends">
         <source></source>
-        <translation>Ces lignes clignotent ; cela cesserait : %1.</translation>
+        <translation>Ces lignes clignotent ; cela cesserait : %1.</translation>
     </message>
     <message id="close_simulated">
         <source></source>
-        <translation>Rien ne reste actif : les lignes simulées disparaissent avec le banc.</translation>
+        <translation>Rien ne reste actif : les lignes simulées disparaissent avec le banc.</translation>
     </message>
     <message id="close_released">
         <source></source>
@@ -611,7 +611,7 @@
     </message>
     <message id="close_recording">
         <source></source>
-        <translation>Une trace est enregistrée ; elle se terminerait.</translation>
+        <translation>Une trace est enregistrée ; elle se terminerait.</translation>
     </message>
     <message id="close_nothing_on">
         <source></source>
@@ -619,17 +619,17 @@
     </message>
     <message id="close_stays_on">
         <source></source>
-        <translation>Ces sorties sont actives et le resteraient : %1.</translation>
+        <translation>Ces sorties sont actives et le resteraient : %1.</translation>
     </message>
     <message id="close_goes_off">
         <source></source>
-        <translation>Ces sorties seraient éteintes : %1.</translation>
+        <translation>Ces sorties seraient éteintes : %1.</translation>
     </message>
     <message id="close_more" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>%1 et %n autre</numerusform>
-            <numerusform>%1 et %n autres</numerusform>
+            <numerusform>%1 et %Ln autre</numerusform>
+            <numerusform>%1 et %Ln autres</numerusform>
         </translation>
     </message>
     <message id="close_stop">
@@ -662,7 +662,7 @@
     </message>
     <message id="help_find">
         <source></source>
-        <translation>filtre les lignes ; Échap efface le filtre</translation>
+        <translation>filtre les lignes ; Échap efface le filtre</translation>
     </message>
     <message id="help_fold">
         <source></source>
@@ -678,7 +678,7 @@
     </message>
     <message id="help_freeze">
         <source></source>
-        <translation>sur les courbes : les fige ou les relance ; sur la liste : commute la ligne</translation>
+        <translation>sur les courbes : les fige ou les relance ; sur la liste : commute la ligne</translation>
     </message>
     <message id="help_cursors">
         <source></source>
@@ -706,43 +706,43 @@
     </message>
     <message id="help_manual">
         <source></source>
-        <translation>Le manuel : « man appvantor », ou docs/user-guide.md du projet.</translation>
+        <translation>Le manuel : « man appvantor », ou docs/user-guide.md du projet.</translation>
     </message>
     <message id="failure_wrongInvocation">
         <source></source>
-        <translation>appel incorrect : %1</translation>
+        <translation>appel incorrect : %1</translation>
     </message>
     <message id="failure_refusedByCommand">
         <source></source>
-        <translation>refusé par la commande : %1</translation>
+        <translation>refusé par la commande : %1</translation>
     </message>
     <message id="failure_nothingSent">
         <source></source>
-        <translation>rien n’a été envoyé : %1</translation>
+        <translation>rien n’a été envoyé : %1</translation>
     </message>
     <message id="failure_replyRejected">
         <source></source>
-        <translation>réponse rejetée : %1</translation>
+        <translation>réponse rejetée : %1</translation>
     </message>
     <message id="failure_refusedByDevice">
         <source></source>
-        <translation>refusé par l’appareil : %1</translation>
+        <translation>refusé par l’appareil : %1</translation>
     </message>
     <message id="failure_deviceUnreachable">
         <source></source>
-        <translation>appareil injoignable : %1</translation>
+        <translation>appareil injoignable : %1</translation>
     </message>
     <message id="failure_timedOut">
         <source></source>
-        <translation>délai dépassé : %1</translation>
+        <translation>délai dépassé : %1</translation>
     </message>
     <message id="failure_stopped">
         <source></source>
-        <translation>arrêté : %1</translation>
+        <translation>arrêté : %1</translation>
     </message>
     <message id="failure_toolClosed">
         <source></source>
-        <translation>outil fermé : %1</translation>
+        <translation>outil fermé : %1</translation>
     </message>
     <message id="command_setValue">
         <source></source>
@@ -794,11 +794,11 @@
     </message>
     <message id="parameter_dutyCycle">
         <source></source>
-        <translation>Rapport cyclique, en %</translation>
+        <translation>Rapport cyclique, en %</translation>
     </message>
     <message id="parameter_edge">
         <source></source>
-        <translation>RE : front montant, FE : descendant, HL : niveau haut, LL : bas</translation>
+        <translation>RE : front montant, FE : descendant, HL : niveau haut, LL : bas</translation>
     </message>
     <message id="file_menu">
         <source></source>
@@ -834,7 +834,7 @@
     </message>
     <message id="open_no_file">
         <source></source>
-        <translation>%1 : un fichier était attendu</translation>
+        <translation>%1 : un fichier était attendu</translation>
     </message>
     <message id="mistakes_hint">
         <source></source>
@@ -858,7 +858,7 @@
     </message>
     <message id="replace_title">
         <source></source>
-        <translation>Ouvrir l’autre configuration ?</translation>
+        <translation>Ouvrir l’autre configuration ?</translation>
     </message>
     <message id="replace_stop">
         <source></source>
@@ -875,8 +875,8 @@
     <message id="mistakes_title" numerus="yes">
         <source></source>
         <translation>
-            <numerusform>Non ouverte : une erreur</numerusform>
-            <numerusform>Non ouverte : %n erreurs</numerusform>
+            <numerusform>Non ouverte : une erreur</numerusform>
+            <numerusform>Non ouverte : %Ln erreurs</numerusform>
         </translation>
     </message>
     <message id="file_script">
@@ -913,7 +913,7 @@
     </message>
     <message id="export_too_high">
         <source></source>
-        <translation>Une image ne peut contenir autant de lignes ; en masquer, ou les enregistrer en .svg.</translation>
+        <translation>Une image ne peut contenir autant de lignes ; en masquer, ou les enregistrer en .svg.</translation>
     </message>
     <message id="the device is not connected">
         <source></source>
@@ -973,7 +973,7 @@
     </message>
     <message id="no reply to %1 within %2 ms">
         <source></source>
-        <translation>pas de réponse à %1 en %2 ms</translation>
+        <translation>pas de réponse à %1 en %2 ms</translation>
     </message>
     <message id="too many treatments wait">
         <source></source>
@@ -997,23 +997,23 @@
     </message>
     <message id="the chip %1 is gone; plug it in or load its driver, and the bench goes on">
         <source></source>
-        <translation>la puce %1 n’est plus là ; branchez-la ou chargez son pilote, et le banc continue</translation>
+        <translation>la puce %1 n’est plus là ; branchez-la ou chargez son pilote, et le banc continue</translation>
     </message>
     <message id="the chip %1: permission denied; %2">
         <source></source>
-        <translation>la puce %1 : permission refusée ; %2</translation>
+        <translation>la puce %1 : permission refusée ; %2</translation>
     </message>
     <message id="%1 does not answer: %2; the kernel's log (&quot;sudo dmesg&quot;) may tell why">
         <source></source>
-        <translation>%1 ne répond pas : %2 ; le journal du noyau (« sudo dmesg ») dit peut-être pourquoi</translation>
+        <translation>%1 ne répond pas : %2 ; le journal du noyau (« sudo dmesg ») dit peut-être pourquoi</translation>
     </message>
     <message id="%1: %2 edges came faster than they could be read, and are lost">
         <source></source>
-        <translation>%1 : %2 fronts sont venus trop vite pour être lus et sont perdus</translation>
+        <translation>%1 : %2 fronts sont venus trop vite pour être lus et sont perdus</translation>
     </message>
     <message id="%1: %2 edges of lines that are still now came faster than they could be read, and are lost">
         <source></source>
-        <translation>%1 : %2 fronts de lignes maintenant immobiles sont venus trop vite pour être lus et sont perdus</translation>
+        <translation>%1 : %2 fronts de lignes maintenant immobiles sont venus trop vite pour être lus et sont perdus</translation>
     </message>
     <message id="too much waits for the broker already">
         <source></source>
@@ -1021,51 +1021,47 @@
     </message>
     <message id="%1: it does not answer">
         <source></source>
-        <translation>%1 : pas de réponse</translation>
-    </message>
-    <message id="decimal_sign">
-        <source></source>
-        <translation>,</translation>
+        <translation>%1 : pas de réponse</translation>
     </message>
     <message id="&quot;%1&quot;">
         <source></source>
-        <translation>« %1 »</translation>
+        <translation>« %1 »</translation>
     </message>
     <message id="&quot;%1&quot; (%2)">
         <source></source>
-        <translation>« %1 » (%2)</translation>
+        <translation>« %1 » (%2)</translation>
     </message>
     <message id="&quot;%1&quot; follows a waveform, expected a free input">
         <source></source>
-        <translation>« %1 » suit une forme d’onde ; une entrée libre était attendue</translation>
+        <translation>« %1 » suit une forme d’onde ; une entrée libre était attendue</translation>
     </message>
     <message id="&quot;%1&quot; has a wire already, expected a free input">
         <source></source>
-        <translation>« %1 » a déjà un fil ; une entrée libre était attendue</translation>
+        <translation>« %1 » a déjà un fil ; une entrée libre était attendue</translation>
     </message>
     <message id="&quot;%1&quot; names no channel">
         <source></source>
-        <translation>« %1 » ne nomme aucune voie</translation>
+        <translation>« %1 » ne nomme aucune voie</translation>
     </message>
     <message id="&quot;%1&quot; of channel &quot;%2&quot;: %3">
         <source></source>
-        <translation>« %1 » pour la voie « %2 » : %3</translation>
+        <translation>« %1 » pour la voie « %2 » : %3</translation>
     </message>
     <message id="&quot;%1&quot; stands for the channel %2 already">
         <source></source>
-        <translation>« %1 » désigne déjà la voie %2</translation>
+        <translation>« %1 » désigne déjà la voie %2</translation>
     </message>
     <message id="&quot;end&quot; without a &quot;repeat&quot;">
         <source></source>
-        <translation>« end » sans « repeat »</translation>
+        <translation>« end » sans « repeat »</translation>
     </message>
     <message id="&quot;listenToAll&quot; tells %1 binary lines at most, the device has %2">
         <source></source>
-        <translation>« listenToAll » rapporte au plus %1 lignes binaires, l’appareil en a %2</translation>
+        <translation>« listenToAll » rapporte au plus %1 lignes binaires, l’appareil en a %2</translation>
     </message>
     <message id="&quot;repeat&quot; without an &quot;end&quot;">
         <source></source>
-        <translation>« repeat » sans « end »</translation>
+        <translation>« repeat » sans « end »</translation>
     </message>
     <message id="%1 (character %2 of %3)">
         <source></source>
@@ -1073,11 +1069,11 @@
     </message>
     <message id="%1 cannot be %2 as configured: %3; its driver may not offer this direction, bias, drive or debounce, or edges at all">
         <source></source>
-        <translation>%1 ne peut pas être %2 comme configuré : %3 ; son pilote n’offre peut-être pas cette direction, cette polarisation, cette commande, cet antirebond, ou aucun front</translation>
+        <translation>%1 ne peut pas être %2 comme configuré : %3 ; son pilote n’offre peut-être pas cette direction, cette polarisation, cette commande, cet antirebond, ou aucun front</translation>
     </message>
     <message id="%1 cannot be read: %2">
         <source></source>
-        <translation>lecture de %1 impossible : %2</translation>
+        <translation>lecture de %1 impossible : %2</translation>
     </message>
     <message id="%1 changes of lines came too fast and were left out">
         <source></source>
@@ -1085,11 +1081,11 @@
     </message>
     <message id="%1 is an input and cannot be written; &quot;direction&quot;: &quot;out&quot; in the configuration makes it an output">
         <source></source>
-        <translation>%1 est une entrée et ne peut pas être commandée ; "direction": "out" dans la configuration en fait une sortie</translation>
+        <translation>%1 est une entrée et ne peut pas être commandée ; "direction": "out" dans la configuration en fait une sortie</translation>
     </message>
     <message id="%1 of channel &quot;%2&quot;">
         <source></source>
-        <translation>%1 pour la voie « %2 »</translation>
+        <translation>%1 pour la voie « %2 »</translation>
     </message>
     <message id="%1, %2">
         <source></source>
@@ -1097,31 +1093,31 @@
     </message>
     <message id="%1: %2">
         <source></source>
-        <translation>%1 : %2</translation>
+        <translation>%1 : %2</translation>
     </message>
     <message id="%1: expected USER:PASSWORD in the first line">
         <source></source>
-        <translation>%1 : USER:PASSWORD était attendu sur la première ligne</translation>
+        <translation>%1 : USER:PASSWORD était attendu sur la première ligne</translation>
     </message>
     <message id="%1: expected lines of at most %2 bytes">
         <source></source>
-        <translation>%1 : des lignes de %2 octets au plus étaient attendues</translation>
+        <translation>%1 : des lignes de %2 octets au plus étaient attendues</translation>
     </message>
     <message id="%1: it made no instance that this host can use for the tool &quot;%2&quot;">
         <source></source>
-        <translation>%1 : il n’a pas fait d’instance utilisable par cet hôte pour l’outil « %2 »</translation>
+        <translation>%1 : il n’a pas fait d’instance utilisable par cet hôte pour l’outil « %2 »</translation>
     </message>
     <message id="%1: the orders cannot be read: %2">
         <source></source>
-        <translation>%1 : les ordres ne peuvent pas être lus : %2</translation>
+        <translation>%1 : les ordres ne peuvent pas être lus : %2</translation>
     </message>
     <message id="%1: the trace cannot be written: %2">
         <source></source>
-        <translation>%1 : la trace ne peut pas être écrite : %2</translation>
+        <translation>%1 : la trace ne peut pas être écrite : %2</translation>
     </message>
     <message id="--config: expected none beside a rig on a broker, which describes itself">
         <source></source>
-        <translation>--config : aucune n’était attendue à côté d’un banc sur un serveur MQTT, qui se décrit lui-même</translation>
+        <translation>--config : aucune n’était attendue à côté d’un banc sur un serveur MQTT, qui se décrit lui-même</translation>
     </message>
     <message id="1 to %1">
         <source></source>
@@ -1129,11 +1125,11 @@
     </message>
     <message id="; &quot;help&quot; lists what there is">
         <source></source>
-        <translation> ; « help » donne la liste</translation>
+        <translation> ; « help » donne la liste</translation>
     </message>
     <message id="; did you mean &quot;%1&quot;?">
         <source></source>
-        <translation> ; vouliez-vous dire « %1 » ?</translation>
+        <translation> ; vouliez-vous dire « %1 » ?</translation>
     </message>
     <message id="ON or OFF">
         <source></source>
@@ -1149,7 +1145,7 @@
     </message>
     <message id="a file in /etc/udev/rules.d with the rule SUBSYSTEM==&quot;gpio&quot;, GROUP=&quot;gpio&quot;, MODE=&quot;0660&quot; gives it to the group &quot;gpio&quot;, which you then join">
         <source></source>
-        <translation>un fichier dans /etc/udev/rules.d avec la règle SUBSYSTEM=="gpio", GROUP="gpio", MODE="0660" la donne au groupe « gpio », que vous rejoignez ensuite</translation>
+        <translation>un fichier dans /etc/udev/rules.d avec la règle SUBSYSTEM=="gpio", GROUP="gpio", MODE="0660" la donne au groupe « gpio », que vous rejoignez ensuite</translation>
     </message>
     <message id="a number from 0 to %1 or OFF">
         <source></source>
@@ -1165,7 +1161,7 @@
     </message>
     <message id="a wire leads to &quot;%1&quot;, expected &quot;in&quot;">
         <source></source>
-        <translation>un fil mène à « %1 » ; « in » était attendu</translation>
+        <translation>un fil mène à « %1 » ; « in » était attendu</translation>
     </message>
     <message id="an input">
         <source></source>
@@ -1181,63 +1177,63 @@
     </message>
     <message id="%1 is busy: %2 holds it; end that, and the bench goes on">
         <source></source>
-        <translation>%1 est occupée, tenue par %2 ; terminez-le, et le banc continue</translation>
+        <translation>%1 est occupée, tenue par %2 ; terminez-le, et le banc continue</translation>
     </message>
     <message id="cannot be read: %1">
         <source></source>
-        <translation>lecture impossible : %1</translation>
+        <translation>lecture impossible : %1</translation>
     </message>
     <message id="channel &quot;%1&quot; is an input and cannot be written">
         <source></source>
-        <translation>la voie « %1 » est une entrée et ne peut pas être commandée</translation>
+        <translation>la voie « %1 » est une entrée et ne peut pas être commandée</translation>
     </message>
     <message id="channel &quot;%1&quot; is set twice">
         <source></source>
-        <translation>la voie « %1 » est donnée deux fois</translation>
+        <translation>la voie « %1 » est donnée deux fois</translation>
     </message>
     <message id="channel &quot;%1&quot;: &quot;direction&quot; is &quot;out&quot;, expected &quot;link&quot; to name an output line, &quot;%2&quot; is an input">
         <source></source>
-        <translation>voie « %1 » : « direction » vaut « out », « link » devrait nommer une ligne de sortie, « %2 » est une entrée</translation>
+        <translation>voie « %1 » : « direction » vaut « out », « link » devrait nommer une ligne de sortie, « %2 » est une entrée</translation>
     </message>
     <message id="channel &quot;%1&quot;: &quot;type&quot; is &quot;%2&quot;, but &quot;%3&quot; is a line of a GPIO chip and digital, expected &quot;digitalInput&quot; or &quot;digitalOutput&quot;">
         <source></source>
-        <translation>voie « %1 » : « type » vaut « %2 », mais « %3 » est une ligne d’une puce GPIO, donc numérique ; « digitalInput » ou « digitalOutput » était attendu</translation>
+        <translation>voie « %1 » : « type » vaut « %2 », mais « %3 » est une ligne d’une puce GPIO, donc numérique ; « digitalInput » ou « digitalOutput » était attendu</translation>
     </message>
     <message id="channel &quot;%1&quot;: expected &quot;link&quot; to name a line of the device, found &quot;%2&quot;">
         <source></source>
-        <translation>voie « %1 » : « link » devrait nommer une ligne de l’appareil, « %2 » a été trouvé</translation>
+        <translation>voie « %1 » : « link » devrait nommer une ligne de l’appareil, « %2 » a été trouvé</translation>
     </message>
     <message id="channel &quot;%1&quot;: expected %2, found &quot;%3&quot;">
         <source></source>
-        <translation>voie « %1 » : attendu %2, trouvé « %3 »</translation>
+        <translation>voie « %1 » : attendu %2, trouvé « %3 »</translation>
     </message>
     <message id="channel &quot;%1&quot;: expected the &quot;direction&quot; &quot;%2&quot; of a channel of the type &quot;%3&quot;, found &quot;%4&quot;">
         <source></source>
-        <translation>voie « %1 » : la « direction » « %2 » d’une voie du type « %3 » était attendue, « %4 » a été trouvé</translation>
+        <translation>voie « %1 » : la « direction » « %2 » d’une voie du type « %3 » était attendue, « %4 » a été trouvé</translation>
     </message>
     <message id="expected &quot;%1&quot;">
         <source></source>
-        <translation>attendu : « %1 »</translation>
+        <translation>attendu : « %1 »</translation>
     </message>
     <message id="expected &quot;%1&quot; once">
         <source></source>
-        <translation>« %1 » était attendu une seule fois</translation>
+        <translation>« %1 » était attendu une seule fois</translation>
     </message>
     <message id="expected &quot;expect CHANNEL=VALUE [within MS]&quot;">
         <source></source>
-        <translation>attendu : « expect CHANNEL=VALUE [within MS] »</translation>
+        <translation>attendu : « expect CHANNEL=VALUE [within MS] »</translation>
     </message>
     <message id="expected &quot;let NAME = CHANNEL&quot;">
         <source></source>
-        <translation>attendu : « let NAME = CHANNEL »</translation>
+        <translation>attendu : « let NAME = CHANNEL »</translation>
     </message>
     <message id="expected &quot;repeat N&quot;, N from 1 to %1">
         <source></source>
-        <translation>attendu : « repeat N », N de 1 à %1</translation>
+        <translation>attendu : « repeat N », N de 1 à %1</translation>
     </message>
     <message id="expected %1 within %2 ms, found %3">
         <source></source>
-        <translation>attendu %1 en %2 ms, trouvé %3</translation>
+        <translation>attendu %1 en %2 ms, trouvé %3</translation>
     </message>
     <message id="expected %1, found %2">
         <source></source>
@@ -1245,7 +1241,7 @@
     </message>
     <message id="expected CHANNEL=VALUE, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu CHANNEL=VALUE, trouvé « %1 »</translation>
+        <translation>attendu CHANNEL=VALUE, trouvé « %1 »</translation>
     </message>
     <message id="expected JSON, found %1">
         <source></source>
@@ -1257,7 +1253,7 @@
     </message>
     <message id="expected NAME=VALUE, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu NAME=VALUE, trouvé « %1 »</translation>
+        <translation>attendu NAME=VALUE, trouvé « %1 »</translation>
     </message>
     <message id="expected a block of at most %1 characters">
         <source></source>
@@ -1265,7 +1261,7 @@
     </message>
     <message id="expected a broker: --broker URL, or the variable APPVANTOR_BROKER">
         <source></source>
-        <translation>un serveur MQTT était attendu : --broker URL, ou la variable APPVANTOR_BROKER</translation>
+        <translation>un serveur MQTT était attendu : --broker URL, ou la variable APPVANTOR_BROKER</translation>
     </message>
     <message id="expected a closing %1">
         <source></source>
@@ -1281,7 +1277,7 @@
     </message>
     <message id="expected a line of its own, &quot;%1&quot; is taken">
         <source></source>
-        <translation>une ligne à part était attendue, « %1 » est prise</translation>
+        <translation>une ligne à part était attendue, « %1 » est prise</translation>
     </message>
     <message id="expected a list, found %1">
         <source></source>
@@ -1289,7 +1285,7 @@
     </message>
     <message id="expected a name of its own, &quot;%1&quot; is taken">
         <source></source>
-        <translation>un nom à part était attendu, « %1 » est pris</translation>
+        <translation>un nom à part était attendu, « %1 » est pris</translation>
     </message>
     <message id="expected a text, found %1">
         <source></source>
@@ -1297,7 +1293,7 @@
     </message>
     <message id="expected a uuid in braces, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu un uuid entre accolades, trouvé « %1 »</translation>
+        <translation>attendu un uuid entre accolades, trouvé « %1 »</translation>
     </message>
     <message id="expected a whole number from %1 to %2, found %3">
         <source></source>
@@ -1305,7 +1301,7 @@
     </message>
     <message id="expected an identifier of its own, &quot;%1&quot; is taken">
         <source></source>
-        <translation>un identifiant à part était attendu, « %1 » est pris</translation>
+        <translation>un identifiant à part était attendu, « %1 » est pris</translation>
     </message>
     <message id="expected an object">
         <source></source>
@@ -1317,7 +1313,7 @@
     </message>
     <message id="expected at least &quot;low&quot;, %1">
         <source></source>
-        <translation>au moins « low », %1, était attendu</translation>
+        <translation>au moins « low », %1, était attendu</translation>
     </message>
     <message id="expected at least one line">
         <source></source>
@@ -1337,23 +1333,23 @@
     </message>
     <message id="expected milliseconds from 0 to %1, found &quot;%2&quot;">
         <source></source>
-        <translation>attendu des millisecondes de 0 à %1, trouvé « %2 »</translation>
+        <translation>attendu des millisecondes de 0 à %1, trouvé « %2 »</translation>
     </message>
     <message id="expected mqtt://HOST[:PORT]/[RIG] or mqtts://…, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu mqtt://HOST[:PORT]/[RIG] ou mqtts://…, trouvé « %1 »</translation>
+        <translation>attendu mqtt://HOST[:PORT]/[RIG] ou mqtts://…, trouvé « %1 »</translation>
     </message>
     <message id="expected no user in a broker's address: user and password come from a file or from the environment">
         <source></source>
-        <translation>l’adresse d’un serveur MQTT ne devrait pas nommer d’utilisateur : utilisateur et mot de passe viennent d’un fichier ou de l’environnement</translation>
+        <translation>l’adresse d’un serveur MQTT ne devrait pas nommer d’utilisateur : utilisateur et mot de passe viennent d’un fichier ou de l’environnement</translation>
     </message>
     <message id="expected nothing after &quot;%1&quot;">
         <source></source>
-        <translation>rien n’était attendu après « %1 »</translation>
+        <translation>rien n’était attendu après « %1 »</translation>
     </message>
     <message id="expected nothing after &quot;end&quot;">
         <source></source>
-        <translation>rien n’était attendu après « end »</translation>
+        <translation>rien n’était attendu après « end »</translation>
     </message>
     <message id="expected on %1 only">
         <source></source>
@@ -1365,7 +1361,7 @@
     </message>
     <message id="expected one name of a rig behind the broker, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu un seul nom de banc après le serveur MQTT, trouvé « %1 »</translation>
+        <translation>attendu un seul nom de banc après le serveur MQTT, trouvé « %1 »</translation>
     </message>
     <message id="expected one of &quot;%1&quot;, found %2">
         <source></source>
@@ -1377,7 +1373,7 @@
     </message>
     <message id="expected the name of a line, found &quot;%1&quot;">
         <source></source>
-        <translation>attendu le nom d’une ligne, trouvé « %1 »</translation>
+        <translation>attendu le nom d’une ligne, trouvé « %1 »</translation>
     </message>
     <message id="expected the name of a rig">
         <source></source>
@@ -1385,11 +1381,11 @@
     </message>
     <message id="expected the name of a rig: --rig NAME, or mqtt://HOST/NAME">
         <source></source>
-        <translation>le nom d’un banc était attendu : --rig NAME, ou mqtt://HOST/NAME</translation>
+        <translation>le nom d’un banc était attendu : --rig NAME, ou mqtt://HOST/NAME</translation>
     </message>
     <message id="expected the number of an order, %1, found &quot;%2&quot;">
         <source></source>
-        <translation>attendu le numéro d’un ordre, %1, trouvé « %2 »</translation>
+        <translation>attendu le numéro d’un ordre, %1, trouvé « %2 »</translation>
     </message>
     <message id="expected true or false, found %1">
         <source></source>
@@ -1397,7 +1393,7 @@
     </message>
     <message id="interface identifier &quot;%1&quot;, expected &quot;%2&quot;">
         <source></source>
-        <translation>identifiant d’interface « %1 », « %2 » était attendu</translation>
+        <translation>identifiant d’interface « %1 », « %2 » était attendu</translation>
     </message>
     <message id="interrupted by a signal">
         <source></source>
@@ -1413,11 +1409,11 @@
     </message>
     <message id="it does not take &quot;%1&quot;: %2">
         <source></source>
-        <translation>il ne prend pas « %1 » : %2</translation>
+        <translation>il ne prend pas « %1 » : %2</translation>
     </message>
     <message id="it ended the connection: %1">
         <source></source>
-        <translation>il a mis fin à la connexion : %1</translation>
+        <translation>il a mis fin à la connexion : %1</translation>
     </message>
     <message id="it gave no instance">
         <source></source>
@@ -1425,27 +1421,27 @@
     </message>
     <message id="it has no function &quot;qt_plugin_instance&quot;">
         <source></source>
-        <translation>il n’a pas de fonction « qt_plugin_instance »</translation>
+        <translation>il n’a pas de fonction « qt_plugin_instance »</translation>
     </message>
     <message id="it passes nothing on: %1">
         <source></source>
-        <translation>il ne transmet rien : %1</translation>
+        <translation>il ne transmet rien : %1</translation>
     </message>
     <message id="it refuses: %1">
         <source></source>
-        <translation>refus : %1</translation>
+        <translation>refus : %1</translation>
     </message>
     <message id="its certificate is refused: %1">
         <source></source>
-        <translation>son certificat est refusé : %1</translation>
+        <translation>son certificat est refusé : %1</translation>
     </message>
     <message id="its instance could not be made: %1">
         <source></source>
-        <translation>son instance n’a pas pu être faite : %1</translation>
+        <translation>son instance n’a pas pu être faite : %1</translation>
     </message>
     <message id="its instance could not be made: it threw something unknown">
         <source></source>
-        <translation>son instance n’a pas pu être faite : exception inconnue</translation>
+        <translation>son instance n’a pas pu être faite : exception inconnue</translation>
     </message>
     <message id="its instance is no plugin of this host">
         <source></source>
@@ -1453,51 +1449,51 @@
     </message>
     <message id="join its group with &quot;sudo usermod -aG %1 $USER&quot;, and log in again">
         <source></source>
-        <translation>rejoignez son groupe par « sudo usermod -aG %1 $USER », puis reconnectez-vous</translation>
+        <translation>rejoignez son groupe par « sudo usermod -aG %1 $USER », puis reconnectez-vous</translation>
     </message>
     <message id="line &quot;%1&quot; blinks no more: %2">
         <source></source>
-        <translation>la ligne « %1 » ne clignote plus : %2</translation>
+        <translation>la ligne « %1 » ne clignote plus : %2</translation>
     </message>
     <message id="line &quot;%1&quot; is not known to the rig &quot;%2&quot;">
         <source></source>
-        <translation>le banc « %2 » ne connaît pas le niveau de la ligne « %1 »</translation>
+        <translation>le banc « %2 » ne connaît pas le niveau de la ligne « %1 »</translation>
     </message>
     <message id="line &quot;%1&quot; of the chip &quot;%2&quot; is used already, expected another">
         <source></source>
-        <translation>la ligne « %1 » de la puce « %2 » est déjà utilisée ; une autre était attendue</translation>
+        <translation>la ligne « %1 » de la puce « %2 » est déjà utilisée ; une autre était attendue</translation>
     </message>
     <message id="line &quot;%1&quot; of the chip &quot;%2&quot;: a GPIO line is digital, expected &quot;digital&quot;">
         <source></source>
-        <translation>ligne « %1 » de la puce « %2 » : une ligne GPIO est numérique ; « digital » était attendu</translation>
+        <translation>ligne « %1 » de la puce « %2 » : une ligne GPIO est numérique ; « digital » était attendu</translation>
     </message>
     <message id="line &quot;%1&quot;: %2">
         <source></source>
-        <translation>ligne « %1 » : %2</translation>
+        <translation>ligne « %1 » : %2</translation>
     </message>
     <message id="line &quot;%1&quot;: %2 is &quot;%3&quot; already; expected another">
         <source></source>
-        <translation>ligne « %1 » : %2 est déjà « %3 » ; une autre était attendue</translation>
+        <translation>ligne « %1 » : %2 est déjà « %3 » ; une autre était attendue</translation>
     </message>
     <message id="line &quot;%1&quot;: expected a level from 0 to %2 of the rig &quot;%3&quot;, found %4">
         <source></source>
-        <translation>ligne « %1 » : attendu du banc « %3 » un niveau de 0 à %2, trouvé %4</translation>
+        <translation>ligne « %1 » : attendu du banc « %3 » un niveau de 0 à %2, trouvé %4</translation>
     </message>
     <message id="line &quot;%1&quot;: no GPIO chip has a line &quot;%2&quot;; &quot;appvantor discover&quot; lists those of this machine">
         <source></source>
-        <translation>ligne « %1 » : aucune puce GPIO n’a de ligne « %2 » ; « appvantor discover » donne celles de cette machine</translation>
+        <translation>ligne « %1 » : aucune puce GPIO n’a de ligne « %2 » ; « appvantor discover » donne celles de cette machine</translation>
     </message>
     <message id="line &quot;%1&quot;: the chip %2 has no line &quot;%3&quot;; &quot;appvantor discover&quot; lists its lines">
         <source></source>
-        <translation>ligne « %1 » : la puce %2 n’a pas de ligne « %3 » ; « appvantor discover » donne ses lignes</translation>
+        <translation>ligne « %1 » : la puce %2 n’a pas de ligne « %3 » ; « appvantor discover » donne ses lignes</translation>
     </message>
     <message id="line &quot;%1&quot;: the rig &quot;%2&quot; has no line &quot;%3&quot;">
         <source></source>
-        <translation>ligne « %1 » : le banc « %2 » n’a pas de ligne « %3 »</translation>
+        <translation>ligne « %1 » : le banc « %2 » n’a pas de ligne « %3 »</translation>
     </message>
     <message id="line &quot;%1&quot;: there is more than one &quot;%2&quot;: %3; &quot;chip&quot; and &quot;line&quot; tell which is meant, by the name of the chip and the offset">
         <source></source>
-        <translation>ligne « %1 » : il y a plus d’une « %2 » : %3 ; « chip » et « line » disent laquelle, par le nom de la puce et le rang</translation>
+        <translation>ligne « %1 » : il y a plus d’une « %2 » : %3 ; « chip » et « line » disent laquelle, par le nom de la puce et le rang</translation>
     </message>
     <message id="line %1 of %2">
         <source></source>
@@ -1505,11 +1501,11 @@
     </message>
     <message id="malformed argument &quot;%1&quot;: &quot;%2&quot;, expected a whole number from 0 to %3">
         <source></source>
-        <translation>argument « %1 » mal formé : « %2 », un nombre entier de 0 à %3 était attendu</translation>
+        <translation>argument « %1 » mal formé : « %2 », un nombre entier de 0 à %3 était attendu</translation>
     </message>
     <message id="missing argument &quot;%1&quot;">
         <source></source>
-        <translation>l’argument « %1 » manque</translation>
+        <translation>l’argument « %1 » manque</translation>
     </message>
     <message id="nested too deeply, expected at most %1 levels">
         <source></source>
@@ -1541,15 +1537,15 @@
     </message>
     <message id="parameter &quot;%1&quot; is given twice">
         <source></source>
-        <translation>le paramètre « %1 » est donné deux fois</translation>
+        <translation>le paramètre « %1 » est donné deux fois</translation>
     </message>
     <message id="parameter &quot;%1&quot; of command &quot;%2&quot; cannot hold &quot;%3&quot;; expected %4">
         <source></source>
-        <translation>le paramètre « %1 » de la commande « %2 » ne peut pas contenir « %3 » ; attendu : %4</translation>
+        <translation>le paramètre « %1 » de la commande « %2 » ne peut pas contenir « %3 » ; attendu : %4</translation>
     </message>
     <message id="parameter &quot;%1&quot;: %2">
         <source></source>
-        <translation>paramètre « %1 » : %2</translation>
+        <translation>paramètre « %1 » : %2</translation>
     </message>
     <message id="standard input">
         <source></source>
@@ -1565,23 +1561,23 @@
     </message>
     <message id="the board refuses &quot;%1&quot;">
         <source></source>
-        <translation>la carte refuse « %1 »</translation>
+        <translation>la carte refuse « %1 »</translation>
     </message>
     <message id="the board refuses &quot;%1&quot; of channel &quot;%2&quot;">
         <source></source>
-        <translation>la carte refuse « %1 » pour la voie « %2 »</translation>
+        <translation>la carte refuse « %1 » pour la voie « %2 »</translation>
     </message>
     <message id="the chip %1 cannot be opened: %2; &quot;appvantor discover&quot; lists those of this machine">
         <source></source>
-        <translation>la puce %1 ne peut pas être ouverte : %2 ; « appvantor discover » donne celles de cette machine</translation>
+        <translation>la puce %1 ne peut pas être ouverte : %2 ; « appvantor discover » donne celles de cette machine</translation>
     </message>
     <message id="the entry &quot;%1&quot; stands here for the second time, expected it once">
         <source></source>
-        <translation>l’entrée « %1 » figure ici pour la deuxième fois, elle était attendue une seule fois</translation>
+        <translation>l’entrée « %1 » figure ici pour la deuxième fois, elle était attendue une seule fois</translation>
     </message>
     <message id="the plugin made no command &quot;%1&quot;">
         <source></source>
-        <translation>le plugin n’a pas fait de commande « %1 »</translation>
+        <translation>le plugin n’a pas fait de commande « %1 »</translation>
     </message>
     <message id="the plugin made no instance that this host can use">
         <source></source>
@@ -1589,19 +1585,19 @@
     </message>
     <message id="the rig &quot;%1&quot; does not answer">
         <source></source>
-        <translation>le banc « %1 » ne répond pas</translation>
+        <translation>le banc « %1 » ne répond pas</translation>
     </message>
     <message id="the rig &quot;%1&quot; does not say why">
         <source></source>
-        <translation>le banc « %1 » ne dit pas pourquoi</translation>
+        <translation>le banc « %1 » ne dit pas pourquoi</translation>
     </message>
     <message id="the rig &quot;%1&quot; has begun anew">
         <source></source>
-        <translation>le banc « %1 » a redémarré</translation>
+        <translation>le banc « %1 » a redémarré</translation>
     </message>
     <message id="the rig &quot;%1&quot; is %2">
         <source></source>
-        <translation>le banc « %1 » est %2</translation>
+        <translation>le banc « %1 » est %2</translation>
     </message>
     <message id="the rig ends">
         <source></source>
@@ -1609,63 +1605,63 @@
     </message>
     <message id="the system grants no real-time priority: %1">
         <source></source>
-        <translation>le système n’accorde pas de priorité temps réel : %1</translation>
+        <translation>le système n’accorde pas de priorité temps réel : %1</translation>
     </message>
     <message id="the tool has no channel &quot;%1&quot;%2">
         <source></source>
-        <translation>l’outil n’a pas de voie « %1 »%2</translation>
+        <translation>l’outil n’a pas de voie « %1 »%2</translation>
     </message>
     <message id="the trace ends here: %1">
         <source></source>
-        <translation>la trace s’arrête ici : %1</translation>
+        <translation>la trace s’arrête ici : %1</translation>
     </message>
     <message id="the trace is lost: the file was removed meanwhile">
         <source></source>
-        <translation>la trace est perdue : le fichier a été supprimé entre-temps</translation>
+        <translation>la trace est perdue : le fichier a été supprimé entre-temps</translation>
     </message>
     <message id="the wires of &quot;%1&quot; form a loop">
         <source></source>
-        <translation>les fils de « %1 » forment une boucle</translation>
+        <translation>les fils de « %1 » forment une boucle</translation>
     </message>
     <message id="there is no GPIO chip &quot;%1&quot;; &quot;appvantor discover&quot; lists those of this machine">
         <source></source>
-        <translation>il n’y a pas de puce GPIO « %1 » ; « appvantor discover » donne celles de cette machine</translation>
+        <translation>il n’y a pas de puce GPIO « %1 » ; « appvantor discover » donne celles de cette machine</translation>
     </message>
     <message id="there is no rig &quot;%1&quot; on %2">
         <source></source>
-        <translation>il n’y a pas de banc « %1 » sur %2</translation>
+        <translation>il n’y a pas de banc « %1 » sur %2</translation>
     </message>
     <message id="this machine has no GPIO chip: there is no /dev/gpiochip0 or other; plug one in or load its driver">
         <source></source>
-        <translation>cette machine n’a pas de puce GPIO : il n’y a ni /dev/gpiochip0 ni autre ; branchez-en une ou chargez son pilote</translation>
+        <translation>cette machine n’a pas de puce GPIO : il n’y a ni /dev/gpiochip0 ni autre ; branchez-en une ou chargez son pilote</translation>
     </message>
     <message id="unknown channel &quot;%1&quot;">
         <source></source>
-        <translation>voie « %1 » inconnue</translation>
+        <translation>voie « %1 » inconnue</translation>
     </message>
     <message id="unknown command &quot;%1&quot;%2">
         <source></source>
-        <translation>commande « %1 » inconnue%2</translation>
+        <translation>commande « %1 » inconnue%2</translation>
     </message>
     <message id="unknown command &quot;%1&quot;; the tool has: %2">
         <source></source>
-        <translation>commande « %1 » inconnue ; l’outil a : %2</translation>
+        <translation>commande « %1 » inconnue ; l’outil a : %2</translation>
     </message>
     <message id="unknown entry, expected one of: %1">
         <source></source>
-        <translation>entrée inconnue, attendu une de : %1</translation>
+        <translation>entrée inconnue, attendu une de : %1</translation>
     </message>
     <message id="unknown instruction &quot;%1&quot;">
         <source></source>
-        <translation>instruction « %1 » inconnue</translation>
+        <translation>instruction « %1 » inconnue</translation>
     </message>
     <message id="unknown parameter &quot;%1&quot; of command &quot;%2&quot;; it takes: %3">
         <source></source>
-        <translation>paramètre « %1 » inconnu de la commande « %2 » ; elle prend : %3</translation>
+        <translation>paramètre « %1 » inconnu de la commande « %2 » ; elle prend : %3</translation>
     </message>
     <message id="unknown target &quot;%1&quot; of &quot;%2&quot;">
         <source></source>
-        <translation>cible « %1 » inconnue de « %2 »</translation>
+        <translation>cible « %1 » inconnue de « %2 »</translation>
     </message>
     <message id="No such file or directory">
         <source></source>

@@ -1,7 +1,7 @@
 #include "course_view.h"
 
 #include "course_measure.h"
-#include "texts.h"
+#include "local_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,20 +12,18 @@ constexpr double c_snapDistance = 8; // pixels
 constexpr double c_rightEdge = 0.98; // a share from which on the pointer means the present
 
 /// Of levels, which have five digits at most.
-QString numberText(double number)
+QString meanText(double mean)
 {
     constexpr double large = 1000;
-    return withDecimalSign(number < large ? QString::number(number, 'g', 4)
-                                          : QString::number(number, 'f', 0));
+    return mean < large ? roundedText(mean, 4) : decimalText(mean, 0);
 }
 
 QString measuredText(const LineHistory& history, qint64 fromUs, qint64 toUs)
 {
     const std::optional<SelectionMeasure> measure = measureBetween(history, fromUs, toUs);
     return measure ? qtTrId("selection_measure", measure->edges)
-                         .arg(measure->levels.lowest)
-                         .arg(measure->levels.highest)
-                         .arg(numberText(measure->mean))
+                         .arg(numberText(measure->levels.lowest), numberText(measure->levels.highest),
+                              meanText(measure->mean))
                    : QString();
 }
 
@@ -227,15 +225,15 @@ QString CourseView::measureText(int line, double share) const
         return QString();
     }
     const bool digital = m_lines->highestLevel(line) == 1;
-    const QString level = digital ? qtTrId(measure->level == 1 ? "measure_high" : "measure_low")
-                                  : QString::number(measure->level);
+    const QString level =
+        digital ? qtTrId(measure->level == 1 ? "measure_high" : "measure_low") : numberText(measure->level);
     QStringList parts{qtTrId("measure_width").arg(level, lengthText(*measure->widthUs))};
     if (digital && measure->periodUs) {
         constexpr double percent = 100;
         const double high = measure->level == 1 ? measure->share : 1 - measure->share;
         parts += qtTrId("measure_period").arg(lengthText(*measure->periodUs));
         parts += frequencyText(*measure->periodUs);
-        parts += qtTrId("measure_duty").arg(withDecimalSign(QString::number(high * percent, 'g', 3)));
+        parts += qtTrId("measure_duty").arg(roundedText(high * percent, 3));
     }
     return parts.join(QStringLiteral(" \u00b7 "));
 }

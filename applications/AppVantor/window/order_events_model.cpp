@@ -2,7 +2,7 @@
 
 #include "csv_field.h"
 #include "files.h"
-#include "texts.h"
+#include "local_text.h"
 
 #include <configuration/value_text.h>
 #include <process/time_text.h>
@@ -36,7 +36,7 @@ QVariant OrderEventsModel::data(const QModelIndex& index, int role) const
     const OrderEvent& event = m_events.at(m_events.size() - 1 - static_cast<std::size_t>(index.row()));
     switch (role) {
     case TimeRole:
-        return withDecimalSign(timeOfDay(m_clock->scheduler().wallClock(event.timeUs)));
+        return timeOfDayText(m_clock->scheduler().wallClock(event.timeUs));
     case Qt::DisplayRole:
     case TextRole:
         return assignmentsText(event.values);

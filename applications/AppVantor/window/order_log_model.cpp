@@ -1,10 +1,10 @@
 #include "order_log_model.h"
 
+#include "local_text.h"
 #include "texts.h"
 
 #include <configuration/channel_orders.h>
 #include <configuration/value_text.h>
-#include <process/time_text.h>
 
 #include <algorithm>
 
@@ -235,7 +235,7 @@ void OrderLogModel::forgetEvent()
 
 QString OrderLogModel::timeText(qint64 timeUs) const
 {
-    return withDecimalSign(timeOfDay(m_clock->scheduler().wallClock(timeUs)));
+    return timeOfDayText(m_clock->scheduler().wallClock(timeUs));
 }
 
 QString OrderLogModel::detail(const Entry& entry) const

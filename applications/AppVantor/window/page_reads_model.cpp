@@ -1,9 +1,9 @@
 #include "page_reads_model.h"
 
+#include "local_text.h"
 #include "texts.h"
 
 #include <configuration/value_text.h>
-#include <process/time_text.h>
 
 PageReadsModel::PageReadsModel(DeviceClock* clock, QObject* parent)
     : QAbstractListModel(parent)
@@ -25,7 +25,7 @@ QVariant PageReadsModel::data(const QModelIndex& index, int role) const
     const Read& read = m_reads.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case TimeRole:
-        return withDecimalSign(timeOfDay(m_clock->scheduler().wallClock(read.timeUs)));
+        return timeOfDayText(m_clock->scheduler().wallClock(read.timeUs));
     case Qt::DisplayRole:
     case CommandRole:
         return invocationText(read.command, read.arguments);

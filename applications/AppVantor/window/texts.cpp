@@ -22,6 +22,7 @@ void installTexts(const QLocale& locale)
         translator->load(QStringLiteral("appvantor_en"), folder);
     }
     QCoreApplication::installTranslator(translator);
+    QLocale::setDefault(QLocale(translator->language()));
 }
 
 QString textOr(const QString& id, const QString& fallback)
@@ -39,9 +40,4 @@ QString failureText(const QString& kind, const DWording& reason)
 QString worded(const DWording& wording)
 {
     return wording.in([](const QString& source) { return textOr(source, source); });
-}
-
-QString withDecimalSign(QString number)
-{
-    return number.replace(QLatin1Char('.'), textOr(QStringLiteral("decimal_sign"), QStringLiteral(".")));
 }

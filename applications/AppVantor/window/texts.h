@@ -8,8 +8,9 @@
 /// them into a static library, whose resources announce themselves to nobody.
 void initializeGuiResources();
 
-/// Installs the texts of locale's language for the whole application, replacing those installed before;
-/// English where there are none of it. Needs the application object.
+/// Installs the texts of locale's language for the whole application, replacing those installed before, with
+/// the way in which that language writes numbers; English where there are none of it. Needs the application
+/// object.
 void installTexts(const QLocale& locale);
 
 /// The text of this id in the language of the window; fallback where there is none.
@@ -21,6 +22,3 @@ QString failureText(const QString& kind, const DWording& reason);
 
 /// wording in the language of the window; English where that has no text for it.
 QString worded(const DWording& wording);
-
-/// number, or a time, with the decimal sign of the window's language instead of a point.
-QString withDecimalSign(QString number);

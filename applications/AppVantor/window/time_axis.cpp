@@ -1,8 +1,7 @@
 #include "time_axis.h"
 
 #include "line_history.h"
-#include "texts.h"
-
+#include "local_text.h"
 #include <process/time_text.h>
 
 #include <algorithm>
@@ -20,21 +19,6 @@ int decimalsOf(qint64 stepUs)
         --decimals;
     }
     return decimals;
-}
-
-/// Without the zeros at its end.
-QString shortNumber(double value, int decimals)
-{
-    QString text = QString::number(value, 'f', decimals);
-    if (decimals > 0) {
-        while (text.endsWith(QLatin1Char('0'))) {
-            text.chop(1);
-        }
-        if (text.endsWith(QLatin1Char('.'))) {
-            text.chop(1);
-        }
-    }
-    return withDecimalSign(text);
 }
 
 } // namespace
@@ -86,9 +70,9 @@ QVector<qint64> axisMarks(const TimeSpan& span, double width)
 
 QString offsetText(qint64 us, qint64 resolutionUs)
 {
-    const QString text = QString::number(static_cast<double>(std::abs(us)) / c_usPerSecond, 'f',
-                                         decimalsOf(std::max<qint64>(1, resolutionUs)));
-    return (us < 0 ? QStringLiteral("\u2212") : QString()) + withDecimalSign(text) + QStringLiteral(" s");
+    const QString text = decimalText(static_cast<double>(std::abs(us)) / c_usPerSecond,
+                                     decimalsOf(std::max<qint64>(1, resolutionUs)));
+    return (us < 0 ? QStringLiteral("\u2212") : QString()) + withUnit(text, QStringLiteral("s"));
 }
 
 QString lengthText(qint64 us)
@@ -96,10 +80,11 @@ QString lengthText(qint64 us)
     constexpr qint64 ms = 1000;
     constexpr qint64 second = 1000 * ms;
     if (us < ms) {
-        return QString::number(us) + QStringLiteral(" \u00b5s");
+        return withUnit(numberText(us), QStringLiteral("\u00b5s"));
     }
-    return us < second ? shortNumber(static_cast<double>(us) / ms, 3) + QStringLiteral(" ms")
-                       : shortNumber(static_cast<double>(us) / second, c_usDecimals) + QStringLiteral(" s");
+    constexpr int digits = 12; // a microsecond of the longest recording
+    return us < second ? withUnit(roundedText(static_cast<double>(us) / ms, digits), QStringLiteral("ms"))
+                       : withUnit(roundedText(static_cast<double>(us) / second, digits), QStringLiteral("s"));
 }
 
 QString frequencyText(qint64 periodUs)
@@ -107,7 +92,6 @@ QString frequencyText(qint64 periodUs)
     constexpr double kilo = 1000;
     constexpr int digits = 4;
     const double hertz = c_usPerSecond / static_cast<double>(periodUs);
-    return hertz < kilo
-               ? withDecimalSign(QString::number(hertz, 'g', digits)) + QStringLiteral(" Hz")
-               : withDecimalSign(QString::number(hertz / kilo, 'g', digits)) + QStringLiteral(" kHz");
+    return hertz < kilo ? withUnit(roundedText(hertz, digits), QStringLiteral("Hz"))
+                        : withUnit(roundedText(hertz / kilo, digits), QStringLiteral("kHz"));
 }
