@@ -3,6 +3,7 @@
 #include <window/gradual_rows.h>
 #include <window/page_source.h>
 #include <window/qml_types.h>
+#include <window/rows_in_view.h>
 #include <window/texts.h>
 
 #include <plugin_management/d_abstract_plugin.h>
@@ -311,6 +312,36 @@ private Q_SLOTS:
                 QVERIFY2(showsRowAt(fixture, y), qPrintable(QString::number(y)));
             }
         }
+    }
+
+    void rowsOutOfSightAreNeverMade()
+    {
+        QQmlEngine engine;
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick 2.15\n"
+                          "Flickable {\n"
+                          "    property int made: 0\n"
+                          "    height: 100; contentHeight: column.height\n"
+                          "    Column {\n"
+                          "        id: column\n"
+                          "        Repeater {\n"
+                          "            objectName: 'rows'\n"
+                          "            Loader { sourceComponent: row }\n"
+                          "        }\n"
+                          "    }\n"
+                          "    Component {\n"
+                          "        id: row\n"
+                          "        Item { width: 10; height: 20; Component.onCompleted: ++made }\n"
+                          "    }\n"
+                          "}",
+                          QUrl());
+        const std::unique_ptr<QObject> view(component.create());
+        QVERIFY2(view != nullptr, qPrintable(component.errorString()));
+        auto* repeater = view->findChild<QQuickItem*>("rows"_s);
+        RowsInView::watch(repeater);
+        repeater->setProperty("model", 1000);
+        QTRY_COMPARE(repeater->property("count").toInt(), 1000);
+        QCOMPARE(view->property("made").toInt(), GradualRows::c_first + 1); // which tells how high they are
     }
 
     void aRowWithTheKeyboardStays()

@@ -31,7 +31,7 @@ RowsInView::RowsInView(QQuickItem* repeater, QQuickItem* view)
     , m_column(repeater->parentItem())
     , m_view(view)
 {
-    connect(m_column, &QQuickItem::childrenChanged, this, &RowsInView::adoptNew);
+    connect(m_column, &QQuickItem::childrenChanged, this, &RowsInView::adoptLast);
     connect(repeater, SIGNAL(itemAdded(int, QQuickItem*)), this, SLOT(holdPlace(int, QQuickItem*)));
     connect(m_column, &QQuickItem::heightChanged, this,
             &RowsInView::showThoseInView); // they have their places
@@ -39,12 +39,18 @@ RowsInView::RowsInView(QQuickItem* repeater, QQuickItem* view)
     connect(m_view, SIGNAL(contentYChanged()), this, SLOT(showThoseInView()));
 }
 
-/// A row stands here before it knows what it shows.
-void RowsInView::adoptNew()
+/// A new child is the last one.
+void RowsInView::adoptLast()
 {
     const QList<QQuickItem*> children = m_column->childItems();
-    QQuickItem* row = children.isEmpty() ? nullptr : children.constLast();
-    if (row == nullptr || m_known.contains(row) || !row->inherits("QQuickLoader")) {
+    if (!children.isEmpty()) {
+        adopt(children.constLast());
+    }
+}
+
+void RowsInView::adopt(QQuickItem* row)
+{
+    if (m_known.contains(row) || !row->inherits("QQuickLoader")) {
         return;
     }
     m_known.insert(row);
@@ -65,6 +71,7 @@ void RowsInView::forget(QObject* row)
 void RowsInView::holdPlace(int index, QQuickItem* row)
 {
     Q_UNUSED(index)
+    adopt(row);
     if (m_rows.isEmpty() || m_rows.constLast() != row ||
         row->property("sourceComponent").value<QObject*>() == nullptr) {
         return;

@@ -9,6 +9,10 @@
 ///
 /// It does so with rows that are Loaders, after as many as there are at once in any case. How high the others
 /// are the first of them tells.
+///
+/// The rows belong to a plugin's page and cannot ask, and a Repeater tells of a row when that has been made.
+/// But it puts the row into its column before it lets the row know what to show, where it is caught. One that
+/// came otherwise would be caught when it is told of: made in vain, and all the same only its place then.
 class RowsInView : public QObject
 {
     Q_OBJECT
@@ -25,7 +29,8 @@ private Q_SLOTS:
 private:
     RowsInView(QQuickItem* repeater, QQuickItem* view);
 
-    void adoptNew();
+    void adoptLast();
+    void adopt(QQuickItem* row);
     void forget(QObject* row);
 
     QQuickItem* const m_column;
