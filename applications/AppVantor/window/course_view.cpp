@@ -33,7 +33,14 @@ CourseView::CourseView(LinesModel* lines, QObject* parent)
     : QObject(parent)
     , m_lines(lines)
 {
+    const auto tellPointed = [this] {
+        if (m_pointer >= 0) {
+            Q_EMIT pointed();
+        }
+    };
     connect(&lines->clock(), &DeviceClock::ticked, this, &CourseView::follow);
+    connect(this, &CourseView::moved, this, tellPointed);
+    connect(this, &CourseView::changed, this, tellPointed);
 }
 
 TimeSpan CourseView::span() const
@@ -96,6 +103,29 @@ void CourseView::setPixelRatio(double ratio)
         m_pixelRatio = ratio;
         Q_EMIT changed();
     }
+}
+
+void CourseView::setPointer(double share)
+{
+    if (share != m_pointer) {
+        m_pointer = share;
+        Q_EMIT pointed();
+    }
+}
+
+QVariant CourseView::pointedUs() const
+{
+    return m_pointer >= 0 ? timeAt(m_pointer) : QVariant();
+}
+
+QString CourseView::pointedText() const
+{
+    if (m_pointer < 0) {
+        return QString();
+    }
+    const auto resolutionUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width));
+    const auto timeUs = static_cast<qint64>(timeAt(m_pointer));
+    return offsetText(timeUs - (m_live ? presentUs() : m_zeroUs), resolutionUs);
 }
 
 /// In a view that runs they stand still.
@@ -209,18 +239,11 @@ void CourseView::goLive()
     m_lines->clock().want();
 }
 
-QString CourseView::timeText(double share) const
-{
-    const auto resolutionUs = static_cast<qint64>(spanUs() / std::max(1.0, m_width));
-    const auto timeUs = static_cast<qint64>(timeAt(share));
-    return offsetText(timeUs - (m_live ? presentUs() : m_zeroUs), resolutionUs);
-}
-
-QString CourseView::measureText(int line, double share) const
+QString CourseView::measureText(int line, double timeUs) const
 {
     const LineHistory* history = m_lines->history(line);
     const std::optional<LevelMeasure> measure =
-        history != nullptr ? measureAt(*history, static_cast<qint64>(timeAt(share))) : std::nullopt;
+        history != nullptr ? measureAt(*history, static_cast<qint64>(timeUs)) : std::nullopt;
     if (!measure || !measure->widthUs) {
         return QString();
     }

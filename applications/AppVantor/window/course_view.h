@@ -26,6 +26,12 @@ class CourseView : public QObject
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
     /// Columns in which a course is drawn, to each of these.
     Q_PROPERTY(double pixelRatio READ pixelRatio WRITE setPixelRatio NOTIFY changed)
+    /// Where the pointer is, a share of the width; negative while it is elsewhere.
+    Q_PROPERTY(double pointer READ pointer WRITE setPointer NOTIFY pointed)
+    /// What is drawn there: the time in microseconds; undefined while the pointer is elsewhere.
+    Q_PROPERTY(QVariant pointedUs READ pointedUs NOTIFY pointed)
+    /// That time beside the present or what was it; empty while the pointer is elsewhere.
+    Q_PROPERTY(QString pointedText READ pointedText NOTIFY pointed)
     /// The marks of the time axis: maps with "share" and "text", the time beside the present, or where the
     /// view does not follow it any more, beside the present of that moment.
     Q_PROPERTY(QVariantList marks READ marks NOTIFY changed)
@@ -44,7 +50,7 @@ public:
     /// Where timeUs is drawn: the share of the width at which its column of the courses begins.
     double placeOf(qint64 timeUs) const;
     /// What is drawn at share: the time whose level its column of the courses begins with.
-    Q_INVOKABLE double timeAt(double share) const;
+    double timeAt(double share) const;
     double fromUs() const { return static_cast<double>(span().fromUs); }
     double spanUs() const { return static_cast<double>(m_span.lengthUs); }
     bool isLive() const { return m_live; }
@@ -52,6 +58,10 @@ public:
     void setWidth(double width);
     double pixelRatio() const { return m_pixelRatio; }
     void setPixelRatio(double ratio);
+    double pointer() const { return m_pointer; }
+    void setPointer(double share);
+    QVariant pointedUs() const;
+    QString pointedText() const;
     QVariantList marks() const;
     QVariantList cursors() const;
     QString cursorsText() const;
@@ -67,11 +77,9 @@ public:
     /// Follows the present, which runs on.
     Q_INVOKABLE void goLive();
 
-    /// The time at share, beside the present or what was it.
-    Q_INVOKABLE QString timeText(double share) const;
-    /// What can be said of the level of line there: how long it lasts, its period, frequency and duty cycle.
-    /// Empty where nobody knows the level.
-    Q_INVOKABLE QString measureText(int line, double share) const;
+    /// What can be said of the level of line at a time in microseconds: how long it lasts, its period,
+    /// frequency and duty cycle. Empty where nobody knows the level.
+    Q_INVOKABLE QString measureText(int line, double timeUs) const;
 
     /// Sets the cursor number, 1 or 2, at share, or at an edge of line that is near; line may be -1.
     Q_INVOKABLE void setCursor(int number, double share, int line);
@@ -93,6 +101,8 @@ Q_SIGNALS:
     void changed();
     /// The left edge is at another time.
     void moved();
+    /// The pointer is elsewhere, or something else is under it.
+    void pointed();
     void cursorsChanged();
 
 private:
@@ -118,6 +128,7 @@ private:
     bool m_live = true;
     double m_width = 0;
     double m_pixelRatio = 1;
+    double m_pointer = -1;
     std::array<std::optional<qint64>, 2> m_cursors;
     std::size_t m_activeCursor = 0;
     mutable Selected m_selected; ///< what was measured last

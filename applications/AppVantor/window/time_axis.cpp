@@ -77,14 +77,14 @@ QString offsetText(qint64 us, qint64 resolutionUs)
 
 QString lengthText(qint64 us)
 {
-    constexpr qint64 ms = 1000;
-    constexpr qint64 second = 1000 * ms;
+    constexpr qint64 ms = c_usPerSecond / 1000;
     if (us < ms) {
         return withUnit(numberText(us), QStringLiteral("\u00b5s"));
     }
     constexpr int digits = 12; // a microsecond of the longest recording
-    return us < second ? withUnit(roundedText(static_cast<double>(us) / ms, digits), QStringLiteral("ms"))
-                       : withUnit(roundedText(static_cast<double>(us) / second, digits), QStringLiteral("s"));
+    return us < c_usPerSecond
+               ? withUnit(roundedText(static_cast<double>(us) / ms, digits), QStringLiteral("ms"))
+               : withUnit(roundedText(static_cast<double>(us) / c_usPerSecond, digits), QStringLiteral("s"));
 }
 
 QString frequencyText(qint64 periodUs)

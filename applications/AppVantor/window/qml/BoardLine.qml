@@ -11,14 +11,13 @@ Item {
     property var trigger
     // Widths of the names, the controls and the level.
     property var columns
-    // The time at the pointer, in microseconds; undefined while that is elsewhere.
-    property var pointedUs
     property bool current: false
     // Chosen beside the current one.
     property bool alsoChosen: false
     property bool focused: false
 
     readonly property int line: model.line
+    readonly property var pointedUs: view.pointedUs
     readonly property bool known: model.known // or asked for
     readonly property bool adjustable: known && (model.settable || model.drivable)
     // Undefined while nobody knows it.

@@ -17,18 +17,6 @@ Pane {
     property alias rowHeight: columnWidths.wantedRowHeight
     property var exporter
     property var recorder
-    // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
-    readonly property real pointedShare: pointer.containsMouse
-                                         ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
-    // The time there, in microseconds; undefined while it is elsewhere.
-    readonly property var pointedUs: {
-        if (pointedShare < 0) {
-            return undefined
-        }
-        view.fromUs // what is under the pointer moves
-        view.spanUs
-        return view.timeAt(pointedShare)
-    }
     readonly property int chosenLine: list.currentItem ? list.currentItem.line : -1
     // The lines that are chosen beside that one.
     property var alsoChosen: []
@@ -127,11 +115,11 @@ Pane {
     }
 
     function usePlainKey(key) {
-        const share = pointedShare >= 0 ? pointedShare : 0.5
+        const share = pointer.inside ? view.pointer : 0.5
         switch (key) {
         case Qt.Key_Plus:
         case Qt.Key_Equal:
-            view.zoom(2, pointedShare >= 0 ? pointedShare : (view.live ? 1 : 0.5))
+            view.zoom(2, pointer.inside ? view.pointer : (view.live ? 1 : 0.5))
             return true
         case Qt.Key_Minus:
             view.zoom(0.5, share)
@@ -145,7 +133,7 @@ Pane {
         case Qt.Key_1:
         case Qt.Key_2:
             view.setCursor(key === Qt.Key_1 ? 1 : 2, share,
-                           pointedShare >= 0 ? lineAt(pointer.mouseY + courses.y) : chosenLine)
+                           pointer.inside ? lineAt(pointer.mouseY + courses.y) : chosenLine)
             return true
         case Qt.Key_Escape:
             view.clearCursors()
@@ -314,7 +302,6 @@ Pane {
         view: root.view
         clock: root.clock
         held: root.held
-        pointedShare: root.pointedShare
         inset: root.inset
         coursesX: root.inset + columnWidths.names + columnWidths.control + 2 * Style.defSpacing
         coursesWidth: width - coursesX - root.inset - columnWidths.level - Style.defSpacing
@@ -368,7 +355,6 @@ Pane {
             columns: columnWidths
             trigger: root.trigger
             onHeightWanted: columnWidths.wantedRowHeight = height
-            pointedUs: root.pointedUs
             current: ListView.isCurrentItem
             focused: list.activeFocus || courses.activeFocus
             alsoChosen: root.alsoChosen.includes(line)
@@ -414,18 +400,25 @@ Pane {
         }
 
         Rectangle {
-            x: courses.width * root.pointedShare
+            x: courses.width * root.view.pointer
             y: axis.height
             width: 1
             height: parent.height - y
-            visible: root.pointedShare >= 0
+            visible: pointer.inside
             color: Style.text
             opacity: 0.5
+        }
+
+        Binding {
+            target: root.view
+            property: "pointer"
+            value: pointer.containsMouse ? Math.max(0, Math.min(1, pointer.mouseX / pointer.width)) : -1
         }
 
         MouseArea {
             id: pointer
 
+            readonly property bool inside: root.view.pointer >= 0
             property real grip: -1
             property bool drags: false
 
@@ -448,7 +441,7 @@ Pane {
                     grip = mouse.x
                 }
             }
-            onWheel: root.view.zoom(Math.pow(1.25, wheel.angleDelta.y / 120), root.pointedShare)
+            onWheel: root.view.zoom(Math.pow(1.25, wheel.angleDelta.y / 120), root.view.pointer)
         }
     }
 
@@ -471,8 +464,7 @@ Pane {
         view: root.view
         inset: root.inset
         line: root.chosenLine
-        pointedLine: root.pointedShare >= 0 ? root.lineAt(pointer.mouseY + courses.y) : -1
-        pointedShare: root.pointedShare
+        pointedLine: pointer.inside ? root.lineAt(pointer.mouseY + courses.y) : -1
     }
 
     EmptyState {

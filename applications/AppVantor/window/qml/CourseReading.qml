@@ -9,18 +9,10 @@ Item {
     property real inset: 0
     // The line of which the time between the cursors tells.
     property int line: -1
-    // The line under the pointer, and where that is in the time of the view; negative while it is elsewhere.
+    // The line under the pointer; -1 while there is none.
     property int pointedLine: -1
-    property real pointedShare: -1
     readonly property alias cursorsText: cursorsLabel.text
-
-    readonly property string measured: {
-        if (root.pointedShare < 0) {
-            return ""
-        }
-        root.view.fromUs // what is under the pointer moves
-        return root.view.measureText(root.pointedLine, root.pointedShare)
-    }
+    readonly property string measured: view.pointer >= 0 ? view.measureText(pointedLine, view.pointedUs) : ""
 
     Rectangle {
         width: parent.width

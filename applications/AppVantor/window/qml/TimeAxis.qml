@@ -9,8 +9,6 @@ Item {
     property var view
     property var clock
     property bool held: false
-    // Where the pointer is in the time of the view, from 0 to 1; negative while it is elsewhere.
-    property real pointedShare: -1
     property real inset: 0
     // Where the courses are.
     property real coursesX: 0
@@ -64,7 +62,7 @@ Item {
                 objectName: "axisMark"
                 x: ruler.width * modelData.share - width / 2
                 height: ruler.height
-                visible: root.pointedShare < 0
+                visible: root.view.pointer < 0
                 text: modelData.text
                 font.pixelSize: Style.smallTextSize
                 color: Style.textSecondary
@@ -73,13 +71,10 @@ Item {
 
         UiLabel {
             objectName: "pointedTime"
-            x: Math.max(0, Math.min(ruler.width - width, ruler.width * root.pointedShare - width / 2))
+            x: Math.max(0, Math.min(ruler.width - width, ruler.width * root.view.pointer - width / 2))
             height: ruler.height
-            visible: root.pointedShare >= 0
-            text: {
-                root.view.live // as soon as the courses are held or run, it counts from another present
-                return visible ? root.view.timeText(root.pointedShare) : ""
-            }
+            visible: root.view.pointer >= 0
+            text: root.view.pointedText
             font.pixelSize: Style.smallTextSize
             font.bold: true
         }
