@@ -20,8 +20,9 @@ class Announcer : public LineDevice
 {
 public:
     explicit Announcer(DScheduler* scheduler)
-        : LineDevice(QStringLiteral("announcer"), inputs(), scheduler, DevicePlace::SameThread,
-                     [](DScheduler*, ::LineListener*) { return nullptr; })
+        : LineDevice(
+              QStringLiteral("announcer"), inputs(), scheduler, DevicePlace::SameThread,
+              [](DScheduler*, ::LineListener*) { return nullptr; }, OutputsAtEnd::Vanish)
     {}
 
     void announceEvents()

@@ -274,7 +274,8 @@ private:
             "Scripted"_s, SimulatedBoard::linesOf(digitalOutputs(c_lines)), &m_scheduler, place,
             [onRequest](DScheduler*, LineListener* listener) {
                 return std::make_unique<ScriptedDriver>(listener, onRequest);
-            });
+            },
+            OutputsAtEnd::Vanish);
         connect(m_device.get(), &DDevice::problemTold, this,
                 [this](const DWording& text) { m_problems.append(text.english()); });
         m_device->open();

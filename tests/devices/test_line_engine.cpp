@@ -58,7 +58,8 @@ private Q_SLOTS:
                     std::make_unique<BreakableLines>(SimulatedBoard::linesOf(setup), scheduler, listener);
                 m_lines = made.get();
                 return made;
-            });
+            },
+            OutputsAtEnd::Vanish);
         m_problems = std::make_unique<QSignalSpy>(m_device.get(), &DDevice::problemTold);
         m_device->open();
         m_client.heard.clear();

@@ -87,12 +87,7 @@ public:
             channels.append(entry);
         }
         setup.wires.append({0, 1, 300000, false});
-        m_board = std::make_unique<LineDevice>(
-            "Simulated board"_s, SimulatedBoard::linesOf(setup), &m_scheduler, DevicePlace::SameThread,
-            [setup](DScheduler* clock, LineListener* listener) {
-                return std::make_unique<SimulatedBoard>(setup, clock, listener);
-            },
-            outputsAtEnd);
+        m_board = makeSimulatedBoard(setup, &m_scheduler, DevicePlace::SameThread, outputsAtEnd);
         m_tool = std::make_unique<DTool>(toolEntry(channels, "Front panel"_s), builtPlugin(), m_board.get());
         m_board->open();
     }

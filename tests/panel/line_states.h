@@ -17,10 +17,12 @@ public:
 
     static std::unique_ptr<LineDevice> make(DScheduler* scheduler)
     {
-        return std::make_unique<LineDevice>("Lines"_s, lines(), scheduler, DevicePlace::SameThread,
-                                            [](DScheduler* clock, LineListener* listener) {
-                                                return std::make_unique<LineStates>(clock, listener);
-                                            });
+        return std::make_unique<LineDevice>(
+            "Lines"_s, lines(), scheduler, DevicePlace::SameThread,
+            [](DScheduler* clock, LineListener* listener) {
+                return std::make_unique<LineStates>(clock, listener);
+            },
+            OutputsAtEnd::Vanish);
     }
 
     void open() override

@@ -84,11 +84,14 @@ struct DeafDevice
     };
 
     explicit DeafDevice(DScheduler& scheduler, int lines = 1)
-        : front("deaf"_s, QVector<DLine>(lines, {"line"_s, DLine::Kind::Digital, DLine::Direction::In}),
-                &scheduler, DevicePlace::SameThread, [this](DScheduler*, LineListener* told) {
-                    listener = told;
-                    return std::make_unique<Driver>();
-                })
+        : front(
+              "deaf"_s, QVector<DLine>(lines, {"line"_s, DLine::Kind::Digital, DLine::Direction::In}),
+              &scheduler, DevicePlace::SameThread,
+              [this](DScheduler*, LineListener* told) {
+                  listener = told;
+                  return std::make_unique<Driver>();
+              },
+              OutputsAtEnd::Vanish)
     {}
 
     LineListener* listener = nullptr;

@@ -225,12 +225,12 @@ DScheduler::Appointment SimulatedBoard::at(qint64 timeUs, DScheduler::Action act
 }
 
 std::unique_ptr<LineDevice> makeSimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler,
-                                               DevicePlace place)
+                                               DevicePlace place, OutputsAtEnd outputsAtEnd)
 {
     return std::make_unique<LineDevice>(
         QStringLiteral("Simulated board"), SimulatedBoard::linesOf(setup), scheduler, place,
         [setup](DScheduler* clock, LineListener* listener) {
             return std::make_unique<SimulatedBoard>(setup, clock, listener);
         },
-        OutputsAtEnd::Vanish);
+        outputsAtEnd);
 }

@@ -33,8 +33,7 @@ public:
     /// Makes the closed device called name with these lines. scheduler belongs to this thread and must
     /// outlive the device.
     LineDevice(const QString& name, const QVector<DLine>& lines, DScheduler* scheduler, DevicePlace place,
-               const LineDriverMaker& maker, OutputsAtEnd outputsAtEnd = OutputsAtEnd::Stay,
-               QObject* parent = nullptr);
+               const LineDriverMaker& maker, OutputsAtEnd outputsAtEnd, QObject* parent = nullptr);
     ~LineDevice() override;
 
     bool isRecurring(const QString& instruction) const override;

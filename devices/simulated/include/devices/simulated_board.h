@@ -87,6 +87,8 @@ private:
     QHash<quint64, DScheduler::Appointment> m_lateRequests;
 };
 
-/// Makes a simulated board behind its front, closed; see LineDevice.
+/// Makes a simulated board behind its front, closed; see LineDevice. Its outputs end as those of the device
+/// that it stands for, where it stands for one.
 std::unique_ptr<LineDevice> makeSimulatedBoard(const SimulatedBoardSetup& setup, DScheduler* scheduler,
-                                               DevicePlace place);
+                                               DevicePlace place,
+                                               OutputsAtEnd outputsAtEnd = OutputsAtEnd::Vanish);
