@@ -107,6 +107,18 @@ private Q_SLOTS:
         }
     }
 
+    /// The window's texts follow the language of the user; what scripts and logs read does not.
+    void theCommandLineIsEnglishInEveryLanguage()
+    {
+        const QString orders = "unset LC_ALL; $BENCH run getValue channel=NOWHERE; "
+                               "$BENCH shell <<<'repeat 2'; $BENCH run getValue chanel=START; "
+                               "echo '{\"nam\": 1}' >wrong.json; $BENCH --config wrong.json channels"_s;
+        const BenchRun english = runScript("export LANG=C.UTF-8 LANGUAGE=en; "_s + orders);
+        QCOMPARE(runScript("export LANG=fr_FR.UTF-8 LANGUAGE=fr; "_s + orders), english);
+        QVERIFY2(english.errors.contains("the command sent no device request"), english.errors);
+        QVERIFY2(english.errors.contains("\"repeat\" without an \"end\""), english.errors);
+    }
+
     void helpOfASubcommandShowsItsOwnOptionsOnly_data()
     {
         const Rows<QStringList, QStringList> row("own", "foreign");

@@ -5,6 +5,7 @@
 #include <process/time_text.h>
 #include <window/command_form.h>
 #include <window/csv_field.h>
+#include <window/files.h>
 #include <window/gradual_rows.h>
 #include <window/line_filter.h>
 #include <window/lines_model.h>
@@ -981,6 +982,60 @@ private Q_SLOTS:
         installTexts(QLocale(QLocale::English));
         QCOMPARE(m_form->description(), "Set the value of a GPIO pin"_s);
         QVERIFY(logged(0, OrderLogModel::DetailRole).startsWith("unknown command "_s));
+    }
+
+    void failuresAreToldInFrench()
+    {
+        installTexts(QLocale(QLocale::French));
+        const auto told = [this] {
+            return logged(0, OrderLogModel::DetailRole).split(" \u00b7 "_s).constLast();
+        };
+        const auto listen = [this] {
+            run("startListening", {{"channel"_s, "READY"_s}, {"edge"_s, "RE"_s}});
+            QCoreApplication::processEvents();
+        };
+        run("getValue", {{"channel"_s, "NOT_LINKED"_s}});
+        QTRY_COMPARE(told(), "rien n\u2019a \u00e9t\u00e9 envoy\u00e9\u00a0: la commande n\u2019a rien "
+                             "demand\u00e9 \u00e0 l\u2019appareil"_s);
+        listen();
+        m_bench->board().setPluggedIn(false);
+        QTRY_COMPARE(told(), "appareil injoignable\u00a0: la carte simul\u00e9e est d\u00e9branch\u00e9e"_s);
+        m_bench->board().setPluggedIn(true);
+        listen();
+        m_bench->closeTool();
+        QTRY_COMPARE(told(), "outil ferm\u00e9\u00a0: l\u2019outil a \u00e9t\u00e9 ferm\u00e9"_s);
+        installTexts(QLocale(QLocale::English));
+    }
+
+    void aSilentDeviceIsToldInFrench()
+    {
+        installTexts(QLocale(QLocale::French));
+        DeafDevice device(m_bench->scheduler());
+        device.front.open();
+        device.listener->stateTold(DDevice::State::Connected, {}, 0);
+        DTool tool(toolEntry({channelEntry("LINE"_s, "digitalOutput"_s, "in"_s, "line"_s)}), builtPlugin(),
+                   &device.front);
+        const auto read = [&] {
+            m_log->run(&tool, "getValue"_s, {{"channel"_s, "LINE"_s}});
+            QCoreApplication::processEvents();
+        };
+        read();
+        m_log->stopAll();
+        QTRY_COMPARE(logged(0, OrderLogModel::DetailRole),
+                     "arr\u00eat\u00e9\u00a0: arr\u00eat\u00e9 avant la fin"_s);
+        read();
+        m_bench->scheduler().advance(60000000);
+        QTRY_VERIFY(logged(0, OrderLogModel::DetailRole)
+                        .startsWith("d\u00e9lai d\u00e9pass\u00e9\u00a0: pas de r\u00e9ponse"_s));
+        installTexts(QLocale(QLocale::English));
+    }
+
+    void aFileThatCannotBeWrittenIsToldInFrench()
+    {
+        installTexts(QLocale(QLocale::French));
+        const QString told = Files::write("/nowhere/a.csv"_s, {});
+        installTexts(QLocale(QLocale::English));
+        QCOMPARE(told, "Impossible d\u2019\u00e9crire /nowhere/a.csv\u00a0: fichier ou dossier inexistant"_s);
     }
 
     /// Every kind of failure has a text of its own in French.

@@ -45,6 +45,7 @@ protected:
     {
         m_window.reset();
         m_benches.reset();
+        installTexts(QLocale(QLocale::English));
     }
 
 private Q_SLOTS:
@@ -118,13 +119,23 @@ private Q_SLOTS:
 
     void whatCannotBeReadLeavesTheBench_data()
     {
-        const Rows<QString, QString> row("kind", "text");
-        row("no file", "none", "left.json: cannot be read: No such file or directory");
-        row("a folder", "folder", "left.json: expected a file");
-        row("a pipe", "pipe", "left.json: expected a file");
-        row("an endless device", "device", "left.json: expected a file");
-        row("a huge file", "huge", "left.json: expected at most 67108864 bytes");
-        row("an empty file", "empty", "left.json:1:1: expected JSON, found nothing more");
+        const Rows<QString, QString, QString> row("kind", "text", "french");
+        row("no file", "none", "left.json: cannot be read: No such file or directory",
+            "left.json: lecture impossible\u00a0: fichier ou dossier inexistant");
+        row("a folder", "folder", "left.json: expected a file",
+            "left.json\u00a0: un fichier \u00e9tait attendu");
+        row("a pipe", "pipe", "left.json: expected a file", "left.json\u00a0: un fichier \u00e9tait attendu");
+        row("an endless device", "device", "left.json: expected a file",
+            "left.json\u00a0: un fichier \u00e9tait attendu");
+        row("a huge file", "huge", "left.json: expected at most 67108864 bytes",
+            "left.json: 67108864 octets au plus \u00e9taient attendus");
+        row("an empty file", "empty", "left.json:1:1: expected JSON, found nothing more",
+            "left.json:1:1: attendu du JSON, trouv\u00e9 rien de plus");
+        row("an entry that there is not", "entry",
+            "left.json:1:45: device.lines[0].nam: unknown entry, expected one of: name, kind, direction, "
+            "level, waveform",
+            "left.json:1:45: device.lines[0].nam: entr\u00e9e inconnue, attendu une de\u00a0: name, kind, "
+            "direction, level, waveform");
     }
 
     void whatCannotBeReadLeavesTheBench()
@@ -143,6 +154,9 @@ private Q_SLOTS:
             QVERIFY(QFile::resize(path("left.json"_s), 1LL << 36));
         } else if (kind == "empty"_s) {
             write("left.json"_s, {});
+        } else if (kind == "entry"_s) {
+            write("left.json"_s,
+                  benchNamed("left0").replace("{\"name\": \"left0\"", "{\"nam\": 1, \"name\": \"left0\""));
         }
         const Bench* before = &m_benches->bench();
         press(Qt::Key_R, Qt::ControlModifier);
@@ -152,6 +166,10 @@ private Q_SLOTS:
         QCOMPARE(&m_benches->bench(), before);
         QCOMPARE(m_benches->count(), 1);
         QVERIFY(m_window->scene().panel().hasValues());
+        installTexts(QLocale(QLocale::French));
+        PanelFixture::click(item("mistakesRetry"));
+        QFETCH(QString, french);
+        QTRY_COMPARE(texts("mistakeText"), QStringList{french});
     }
 
     void mistakesAreListedAndCopied()
@@ -289,28 +307,34 @@ private Q_SLOTS:
 
     void theEndOfAScriptIsTold_data()
     {
-        const Rows<QByteArray, QString> row("orders", "told");
-        row("done", "getValue channel=START\n", "tour.orders: done");
+        const Rows<QByteArray, QString, QString> row("orders", "told", "french");
+        row("done", "getValue channel=START\n", "tour.orders: done", "tour.orders\u00a0: termin\u00e9");
         row("an order that fails", "# to begin with\ngetValue channel=NOWHERE\nsleep 100000\n",
-            "%1/tour.orders:2: the command sent no device request");
+            "%1/tour.orders:2: the command sent no device request",
+            "%1/tour.orders:2: la commande n\u2019a rien demand\u00e9 \u00e0 l\u2019appareil");
         row("an expectation that is not met", "expect START=ON\n",
-            "%1/tour.orders:1: expected START=ON, found OFF");
+            "%1/tour.orders:1: expected START=ON, found OFF",
+            "%1/tour.orders:1: attendu START=ON, trouv\u00e9 OFF");
         row("a line that is wrong", "repeat 2\ngetValue channel=START\n",
-            "%1/tour.orders:1: \"repeat\" without an \"end\"");
-        row("the end", "quit\ngetValue channel=NOWHERE\n", "tour.orders: done");
+            "%1/tour.orders:1: \"repeat\" without an \"end\"",
+            "%1/tour.orders:1: \u00ab\u00a0repeat\u00a0\u00bb sans \u00ab\u00a0end\u00a0\u00bb");
+        row("the end", "quit\ngetValue channel=NOWHERE\n", "tour.orders: done",
+            "tour.orders\u00a0: termin\u00e9");
     }
 
     void theEndOfAScriptIsTold()
     {
         QFETCH(QByteArray, orders);
         QFETCH(QString, told);
+        QFETCH(QString, french);
 
         write("tour.orders"_s, orders);
         runScript("tour.orders"_s);
-        if (told.contains("%1"_s)) {
-            told = told.arg(m_folder->path());
-        }
-        QTRY_COMPARE(item("scriptText")->property("text").toString(), told);
+        QTRY_COMPARE(item("scriptText")->property("text").toString(), told.replace("%1"_s, m_folder->path()));
+        installTexts(QLocale(QLocale::French));
+        runScript("tour.orders"_s);
+        QTRY_COMPARE(item("scriptText")->property("text").toString(),
+                     french.replace("%1"_s, m_folder->path()));
         QCOMPARE(m_window->scene().reasonToStay(), QString());
         m_log->takeProblems(); // of the order
     }
@@ -321,6 +345,11 @@ private Q_SLOTS:
         QTRY_VERIFY(isShown("scriptText"));
         QCOMPARE(item("scriptText")->property("text").toString(),
                  path("nowhere.orders"_s) + ": the orders cannot be read: No such file or directory"_s);
+        installTexts(QLocale(QLocale::French));
+        runScript("nowhere.orders"_s);
+        QTRY_COMPARE(item("scriptText")->property("text").toString(),
+                     path("nowhere.orders"_s) + "\u00a0: les ordres ne peuvent pas \u00eatre lus\u00a0: "
+                                                "fichier ou dossier inexistant"_s);
     }
 
     void aScriptEndsWithItsBench()

@@ -644,6 +644,34 @@
         <source></source>
         <translation>Keys</translation>
     </message>
+    <message id="key_panes">
+        <source></source>
+        <translation>F6, Shift+F6</translation>
+    </message>
+    <message id="key_run">
+        <source></source>
+        <translation>Ctrl+Enter</translation>
+    </message>
+    <message id="key_cursors">
+        <source></source>
+        <translation>1  2  ←  →  Esc</translation>
+    </message>
+    <message id="key_choose">
+        <source></source>
+        <translation>Shift+↑↓</translation>
+    </message>
+    <message id="key_row_height">
+        <source></source>
+        <translation>Shift+Alt+↑↓</translation>
+    </message>
+    <message id="help_key">
+        <source></source>
+        <translation>%1: %2</translation>
+    </message>
+    <message id="script_outcome">
+        <source></source>
+        <translation>%1: %2</translation>
+    </message>
     <message id="help_space">
         <source></source>
         <translation>Space</translation>

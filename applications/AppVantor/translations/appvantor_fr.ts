@@ -644,6 +644,34 @@
         <source></source>
         <translation>Touches</translation>
     </message>
+    <message id="key_panes">
+        <source></source>
+        <translation>F6, Maj+F6</translation>
+    </message>
+    <message id="key_run">
+        <source></source>
+        <translation>Ctrl+Entrée</translation>
+    </message>
+    <message id="key_cursors">
+        <source></source>
+        <translation>1  2  ←  →  Échap</translation>
+    </message>
+    <message id="key_choose">
+        <source></source>
+        <translation>Maj+↑↓</translation>
+    </message>
+    <message id="key_row_height">
+        <source></source>
+        <translation>Maj+Alt+↑↓</translation>
+    </message>
+    <message id="help_key">
+        <source></source>
+        <translation>%1 : %2</translation>
+    </message>
+    <message id="script_outcome">
+        <source></source>
+        <translation>%1 : %2</translation>
+    </message>
     <message id="help_space">
         <source></source>
         <translation>Espace</translation>

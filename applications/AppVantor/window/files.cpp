@@ -1,5 +1,7 @@
 #include "files.h"
 
+#include "texts.h"
+
 #include <QClipboard>
 #include <QDir>
 #include <QDirIterator>
@@ -79,5 +81,6 @@ QString Files::write(const QString& file, const QByteArray& content)
     QSaveFile target(path);
     const bool written =
         target.open(QIODevice::WriteOnly) && target.write(content) == content.size() && target.commit();
-    return written ? QString() : qtTrId("save_failed").arg(path, target.errorString());
+    return written ? QString()
+                   : qtTrId("save_failed").arg(path, worded(DWording::told(target.errorString())));
 }

@@ -9,10 +9,10 @@ ModalDialog {
     property string versions: ""
 
     readonly property var keys: [
-        ["F1", "help_f1"], ["Ctrl+O, Ctrl+R", "help_open"], ["F9", "help_script"], ["F5", "help_f5"], ["F6, Shift+F6", "help_f6"], ["Ctrl+F", "help_find"],
-        ["Ctrl+1, Ctrl+2, Ctrl+3", "help_fold"], ["Ctrl+Enter", "help_run"], ["+  \u2212  F  L", "help_zoom"],
-        [qsTrId("help_space"), "help_freeze"], ["1  2  \u2190  \u2192  Esc", "help_cursors"], ["Shift+\u2191\u2193", "help_choose"], ["T", "help_trigger"],
-        ["H  G  Alt+\u2191\u2193", "help_lines"], ["Shift+Alt+\u2191\u2193", "help_row_height"],
+        ["F1", "help_f1"], ["Ctrl+O, Ctrl+R", "help_open"], ["F9", "help_script"], ["F5", "help_f5"], [qsTrId("key_panes"), "help_f6"], ["Ctrl+F", "help_find"],
+        ["Ctrl+1, Ctrl+2, Ctrl+3", "help_fold"], [qsTrId("key_run"), "help_run"], ["+  \u2212  F  L", "help_zoom"],
+        [qsTrId("help_space"), "help_freeze"], [qsTrId("key_cursors"), "help_cursors"], [qsTrId("key_choose"), "help_choose"], ["T", "help_trigger"],
+        ["H  G  Alt+\u2191\u2193", "help_lines"], [qsTrId("key_row_height"), "help_row_height"],
         ["E  R", "help_files"]
     ]
 
@@ -45,7 +45,7 @@ ModalDialog {
                     height: meaning.implicitHeight
 
                     Accessible.role: Accessible.StaticText
-                    Accessible.name: modelData[0] + ": " + meaning.text
+                    Accessible.name: qsTrId("help_key").arg(modelData[0]).arg(meaning.text)
 
                     UiLabel {
                         width: 184

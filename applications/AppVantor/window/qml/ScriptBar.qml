@@ -27,7 +27,7 @@ Rectangle {
             }
             const name = root.script.file.slice(root.script.file.lastIndexOf("/") + 1)
             if (!root.running) {
-                return root.failed ? root.script.outcome : name + ": " + root.script.outcome
+                return root.failed ? root.script.outcome : qsTrId("script_outcome").arg(name).arg(root.script.outcome)
             }
             return root.script.number > 0 ? name + ":" + root.script.number + "  " + root.script.text : name
         }
