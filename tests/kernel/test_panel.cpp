@@ -3,6 +3,9 @@
 #include "panel_fixture.h"
 #include "sim_chip.h"
 
+#include <window/scene.h>
+#include <window/texts.h>
+
 #include <QGuiApplication>
 #include <QtTest>
 
@@ -14,6 +17,7 @@ class TestPanel : public QObject
 private Q_SLOTS:
     void aClickOnThePageTogglesTheKernelLine();
     void aChipThatGoesWhileThePageRefreshesIsShownAgain();
+    void closingSaysThatAChipReleasesItsLines();
 };
 
 void TestPanel::aClickOnThePageTogglesTheKernelLine()
@@ -57,11 +61,25 @@ void TestPanel::aChipThatGoesWhileThePageRefreshesIsShownAgain()
     }
 }
 
+void TestPanel::closingSaysThatAChipReleasesItsLines()
+{
+    const SimChip chip("panel"_s, 4);
+    LineBench bench({output("lamp"_s, chip.name(), 2)});
+    BenchScene scene(&bench.device(), {bench.tool()}, WindowOptions::Theme::Light);
+    QCOMPARE(scene.reasonToStay(), QString());
+    QVERIFY(bench.set("lamp"_s, "ON"_s).success);
+    QTRY_COMPARE(
+        scene.reasonToStay(),
+        "These outputs are on, and would be left so: lamp. Whether a released line keeps its level is "
+        "up to its driver."_s);
+}
+
 int main(int argc, char* argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     const QGuiApplication application(argc, argv);
+    installTexts(QLocale(QLocale::English));
     TestPanel test;
     return QTest::qExec(&test, argc, argv);
 }
