@@ -7,6 +7,7 @@
 #include <devices/rig_changes.h>
 #include <devices/rig_device.h>
 #include <devices/rig_topics.h>
+#include <process/absence.h>
 #include <process/diagnostics.h>
 #include <process/exit_status.h>
 #include <process/time_text.h>
@@ -27,22 +28,23 @@ class LeaseTalk : public QObject
 {
 public:
     LeaseTalk(const BrokerPlace& place, const QString& rig, Output* output)
-        : m_place(place)
-        , m_topics(rig)
+        : m_topics(rig)
         , m_rig(rig)
         , m_client("appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces))
         , m_output(output)
         , m_link(place.address, place.access, m_client)
+        , m_broker(place.address.text())
     {
         m_link.subscribe(m_topics.answer(m_client));
         connect(&m_link, &BrokerLink::received, this, &LeaseTalk::take);
-        connect(&m_link, &BrokerLink::connected, this, &LeaseTalk::tellReturn);
+        connect(&m_link, &BrokerLink::connected, this, [this] { m_broker.end(); });
         connect(&m_link, &BrokerLink::disconnected, this, [this](const DWording& problem) {
-            const QString text = QStringLiteral("%1: %2").arg(m_place.address.text(), problem.english());
-            if (!m_isHeld) {
-                fail("deviceUnreachable", text);
-            } else if (!std::exchange(m_isAway, true)) {
-                diagnostic(text + QStringLiteral("; it is tried again")); // the rig keeps the lease meanwhile
+            const std::optional<QString> text = m_broker.begin(problem);
+            if (text && !m_isHeld) {
+                fail("deviceUnreachable", *text);
+            } else if (text) {
+                diagnostic(*text +
+                           QStringLiteral("; it is tried again")); // the rig keeps the lease meanwhile
             }
         });
     }
@@ -159,13 +161,6 @@ private:
         m_link.publish(order(question));
     }
 
-    void tellReturn()
-    {
-        if (std::exchange(m_isAway, false)) {
-            diagnostic(QStringLiteral("%1 is there again").arg(m_place.address.text()));
-        }
-    }
-
     void tell(const RigHolder& holder)
     {
         m_output->write(
@@ -191,12 +186,12 @@ private:
         m_loop.quit();
     }
 
-    const BrokerPlace m_place;
     const RigTopics m_topics;
     const QString m_rig;
     const QByteArray m_client;
     Output* const m_output;
     BrokerLink m_link;
+    Absence m_broker;
     QEventLoop m_loop;
     Json m_question;
     QElapsedTimer m_asked;
@@ -204,7 +199,6 @@ private:
     bool m_stays = false;
     bool m_isAnswered = false;
     bool m_isHeld = false;
-    bool m_isAway = false; ///< the broker
     int m_status = ExitSuccess;
 };
 

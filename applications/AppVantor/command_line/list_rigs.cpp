@@ -8,7 +8,7 @@
 #include <devices/broker_link.h>
 #include <devices/rig_changes.h>
 #include <devices/rig_topics.h>
-#include <process/diagnostics.h>
+#include <process/absence.h>
 #include <process/exit_status.h>
 #include <process/time_text.h>
 #include <process/unix_signals.h>
@@ -19,8 +19,6 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QUuid>
-
-#include <utility>
 
 namespace {
 
@@ -118,7 +116,6 @@ int listRigs(const Options& options, Output* output)
     }
     BrokerLink link(place->address, place->access,
                     "appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces));
-    link.setLargestPayload(BrokerLink::c_longestDescription);
     for (const char* topic : {"state", "description", "lease"}) {
         link.subscribe(RigTopics::ofAnyRig(topic));
     }
@@ -133,11 +130,9 @@ int listRigs(const Options& options, Output* output)
     QObject::connect(&unixSignals, &UnixSignals::interrupted, &loop, &QEventLoop::quit);
     QObject::connect(output, &Output::failed, &loop, &QEventLoop::quit);
     QDeadlineTimer latest;
-    QString away; // why the broker is
+    Absence absence(place->address.text());
     QObject::connect(&link, &BrokerLink::connected, &quiet, [&] {
-        if (!std::exchange(away, QString()).isEmpty()) {
-            diagnostic(QStringLiteral("%1 is there again").arg(place->address.text()));
-        }
+        absence.end();
         if (!isListed) {
             latest.setRemainingTime(longestMs);
             quiet.start();
@@ -154,9 +149,8 @@ int listRigs(const Options& options, Output* output)
         }
     });
     QObject::connect(&link, &BrokerLink::disconnected, &loop, [&](const DWording& why) {
-        if (std::exchange(away, why.english()) != why.english()) {
-            reportFailure("deviceUnreachable",
-                          {QStringLiteral("%1: %2").arg(place->address.text(), why.english())}, output);
+        if (const std::optional<QString> text = absence.begin(why)) {
+            reportFailure("deviceUnreachable", {*text}, output);
         }
         if (!isListed) {
             status = ExitDeviceUnreachable;

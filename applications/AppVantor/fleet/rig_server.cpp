@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int c_lostAfterSeconds = 5;
+constexpr int c_longestPayload = 64 << 10; ///< but of descriptions
 
 DScheduler* schedulerOf(const Bench& bench)
 {
@@ -40,9 +41,9 @@ RigServer::RigServer(const Bench& bench, const RigServerSetup& setup, const RigF
     , m_events(&m_ring, m_topics.events(), &m_link, schedulerOf(bench))
     , m_levels(bench.device().lines(), m_topics, m_session, &m_link, schedulerOf(bench))
     , m_desk(bench, m_topics, forms, &m_link, !setup.readOnly)
+    , m_broker(setup.broker.text())
 {
     m_link.setWill({m_topics.state(), stateCalled("lost"), true}, c_lostAfterSeconds);
-    m_link.setLargestPayload(BrokerLink::c_longestDescription);
     for (const QByteArray& topic : {m_topics.state(), m_topics.description(), m_topics.order(),
                                     m_topics.history(), m_topics.anyLineSet()}) {
         m_link.subscribe(topic);
@@ -116,16 +117,14 @@ void RigServer::connected()
     m_levels.tellAll();
     if (isFirst) {
         Q_EMIT served();
-    } else {
-        diagnostic(QStringLiteral("%1 is there again").arg(m_setup.broker.text()));
     }
-    m_problem.clear();
+    m_broker.end();
 }
 
 void RigServer::disconnected(const DWording& problem)
 {
-    if (std::exchange(m_problem, problem.english()) != problem.english()) {
-        diagnostic(QStringLiteral("%1: %2; it is tried again").arg(m_setup.broker.text(), problem.english()));
+    if (const std::optional<QString> text = m_broker.begin(problem)) {
+        diagnostic(*text + QStringLiteral("; it is tried again"));
     }
 }
 
@@ -145,7 +144,7 @@ void RigServer::take(const BrokerMessage& message)
         if (message.retained) {
             clearLinesOf(message.payload);
         }
-    } else if (message.payload.size() > BrokerLink::c_longestPayload) {
+    } else if (message.payload.size() > c_longestPayload) {
         return;
     } else if (message.topic == m_topics.state()) {
         hearState(message);

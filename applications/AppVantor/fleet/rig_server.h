@@ -6,6 +6,7 @@
 #include "order_desk.h"
 
 #include <devices/rig_changes.h>
+#include <process/absence.h>
 
 #include <QObject>
 #include <QSet>
@@ -69,7 +70,7 @@ private:
     EventFeed m_events;
     LevelFeed m_levels;
     OrderDesk m_desk;
-    QString m_problem;        ///< why there is no connection
+    Absence m_broker;
     QSet<QString> m_refusals; ///< what the broker refuses, each told once
     bool m_wasConnected = false;
 };

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int c_qos = 1;
 constexpr int c_keepAliveSeconds = 10;
+constexpr int c_longestPayload = 8 << 20; ///< a description of a rig; what is longer does not come
 
 DWording silence()
 {
@@ -89,7 +90,6 @@ QByteArray correlationOf(const mosquitto_property* properties)
 /// What the library tells while it is at work, for afterwards: who hears of it may end the connection.
 struct BrokerConnection::Notes
 {
-    int largestPayload = 0;
     QElapsedTimer sinceEmpty; ///< how long what is read may have waited to be read
     bool opened = false;
     std::optional<int> refusal;
@@ -138,8 +138,7 @@ struct BrokerConnection::Callbacks
     static void received(mosquitto* /*client*/, void* notes, const mosquitto_message* message,
                          const mosquitto_property* properties)
     {
-        if (message->payloadlen > of(notes).largestPayload ||
-            of(notes).sinceEmpty.hasExpired(lifeOf(properties))) {
+        if (message->payloadlen > c_longestPayload || of(notes).sinceEmpty.hasExpired(lifeOf(properties))) {
             return;
         }
         BrokerMessage taken;
@@ -169,7 +168,6 @@ BrokerConnection::BrokerConnection(const BrokerAddress& address, const BrokerAcc
     constexpr int upkeepMs = 500; // below 1 s, the shortest life of a message
     constexpr int patienceMs = 5000;
     startLibrary();
-    m_notes->largestPayload = client.largestPayload;
     m_notes->sinceEmpty.start();
     m_mosquitto = mosquitto_new(client.name.constData(), true, m_notes.get());
     connect(&m_upkeep, &QTimer::timeout, this, &BrokerConnection::keepUp);
@@ -223,7 +221,7 @@ void BrokerConnection::begin(const QString& number)
     const int sessionSeconds = m_client.willDelaySeconds > 0 ? 60 : 0; // a session's end ends the delay
     Properties properties;
     properties.addNumber(MQTT_PROP_SESSION_EXPIRY_INTERVAL, sessionSeconds);
-    properties.addNumber(MQTT_PROP_MAXIMUM_PACKET_SIZE, m_client.largestPayload + besidesPayload);
+    properties.addNumber(MQTT_PROP_MAXIMUM_PACKET_SIZE, c_longestPayload + besidesPayload);
     mosquitto_connect_bind_v5(m_mosquitto, nullptr, m_address.port, c_keepAliveSeconds, nullptr,
                               properties.list());
     m_patience.start();

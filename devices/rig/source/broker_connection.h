@@ -20,7 +20,6 @@ struct BrokerClient
     QByteArray name;                   ///< the broker knows one of each name
     std::optional<BrokerMessage> will; ///< what the broker says for a client that is lost
     int willDelaySeconds = 0;
-    int largestPayload = 0; ///< in bytes; what is larger does not come
 };
 
 /// One connection with a broker, from its begin to its end, in the event loop of its thread. Its signals come

@@ -143,7 +143,6 @@ void BrokerLink::reach()
     client.name = m_client;
     client.will = m_will;
     client.willDelaySeconds = m_willDelaySeconds;
-    client.largestPayload = m_largestPayload;
     m_connection = std::make_unique<BrokerConnection>(m_address, m_access, client);
     connect(m_connection.get(), &BrokerConnection::opened, this, &BrokerLink::opened);
     connect(m_connection.get(), &BrokerConnection::received, this, &BrokerLink::received);

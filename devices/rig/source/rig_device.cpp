@@ -74,7 +74,6 @@ RigDevice::~RigDevice()
 void RigDevice::open()
 {
     m_link = std::make_unique<BrokerLink>(m_setup.broker, m_setup.access, m_client);
-    m_link->setLargestPayload(BrokerLink::c_longestDescription);
     for (const QByteArray& topic :
          {m_topics.description(), m_topics.state(), m_topics.events(), m_topics.answer(m_client)}) {
         m_link->subscribe(topic);

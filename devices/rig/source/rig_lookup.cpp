@@ -13,7 +13,6 @@ std::optional<QByteArray> describedRig(const BrokerAddress& address, const Broke
     constexpr int patienceMs = 3000;
     const RigTopics topics(address.rig);
     BrokerLink link(address, access, "appvantor-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces));
-    link.setLargestPayload(BrokerLink::c_longestDescription);
     link.subscribe(topics.state());
     link.subscribe(topics.description());
     QEventLoop loop;

@@ -28,10 +28,6 @@ class Q_DECL_EXPORT BrokerLink : public QObject
 public:
     /// What may wait for the broker, in bytes.
     static constexpr int c_bound = 8 << 20;
-    /// The longest message that is taken, in bytes, unless descriptions of rigs are wanted, and the longest
-    /// of those.
-    static constexpr int c_longestPayload = 64 << 10;
-    static constexpr int c_longestDescription = 8 << 20;
 
     /// The broker knows one client of each name, and sends away the older one.
     BrokerLink(const BrokerAddress& address, const BrokerAccess& access, const QByteArray& client,
@@ -41,8 +37,6 @@ public:
 
     /// What the broker is to say so many seconds after this side is lost. To be set before open().
     void setWill(const BrokerMessage& will, int delaySeconds);
-    /// Payloads that are larger, in bytes, are passed over. To be set before open(); 64 KiB without it.
-    void setLargestPayload(int bytes) { m_largestPayload = bytes; }
     /// Subscribes a topic or pattern, and again after each reconnection.
     void subscribe(const QByteArray& topic);
     void open();
@@ -95,7 +89,6 @@ private:
     const QByteArray m_client;
     std::optional<BrokerMessage> m_will;
     int m_willDelaySeconds = 0;
-    int m_largestPayload = c_longestPayload;
     std::vector<QByteArray> m_topics;
     std::unique_ptr<BrokerConnection> m_connection;
     bool m_isConnected = false;
