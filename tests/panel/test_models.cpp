@@ -978,6 +978,7 @@ private Q_SLOTS:
                     .startsWith(
                         "appel incorrect\u00a0: commande \u00ab\u00a0noSuchCommand\u00a0\u00bb inconnue"_s));
         QCOMPARE(m_form->description(), "Donner un \u00e9tat \u00e0 une ligne"_s);
+        QCOMPARE(m_lines->deviceName(), "Carte simul\u00e9e"_s);
         QCOMPARE(at(*m_form, 0, CommandForm::DescriptionRole).toString(), "Voie de l\u2019outil"_s);
         installTexts(QLocale(QLocale::English));
         QCOMPARE(m_form->description(), "Set the value of a GPIO pin"_s);

@@ -1771,6 +1771,14 @@
         <source></source>
         <translation>opération non prise en charge</translation>
     </message>
+    <message id="Simulated board">
+        <source></source>
+        <translation>Carte simulée</translation>
+    </message>
+    <message id="GPIO lines">
+        <source></source>
+        <translation>Lignes GPIO</translation>
+    </message>
     <message id="offline">
         <source></source>
         <translation>hors service</translation>

@@ -136,7 +136,7 @@ QString LinesModel::problem() const
 
 QString LinesModel::deviceName() const
 {
-    return m_device.isNull() ? QString() : m_device->objectName();
+    return m_device.isNull() ? QString() : worded(DWording::told(m_device->objectName()));
 }
 
 OutputsAtEnd LinesModel::outputsAtEnd() const

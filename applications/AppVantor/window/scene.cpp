@@ -118,9 +118,8 @@ BenchScene::BenchScene(LineDevice* device, const QVector<DTool*>& tools, WindowO
     , m_script(script)
 {
     m_filter.setSourceModel(&m_lines);
-    QObject::connect(device, &DDevice::problemTold, &m_orders, [this, device](const DWording& problem) {
-        m_orders.addProblem(device->objectName(), problem);
-    });
+    QObject::connect(device, &DDevice::problemTold, &m_orders,
+                     [this](const DWording& problem) { m_orders.addProblem(m_lines.deviceName(), problem); });
     const auto object = [](QObject* part) {
         if (part != nullptr) {
             QQmlEngine::setObjectOwnership(part, QQmlEngine::CppOwnership);
