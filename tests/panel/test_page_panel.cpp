@@ -213,6 +213,22 @@ private Q_SLOTS:
         QCOMPARE(title(".idOutputsColumn"), outputs);
     }
 
+    /// Where the page is narrow, its middle goes.
+    void theStateStaysBesideTheSwitch()
+    {
+        PanelFixture fixture(toolEntry({}));
+        const QQuickItem* state = itemNamed(fixture.page(), "panelState"_s);
+        const QQuickItem* live = itemNamed(fixture.page(), "panelLive"_s);
+        const auto right = [&] {
+            return state->mapRectToItem(fixture.page(), state->boundingRect()).right();
+        };
+        const auto left = [&] { return live->mapToItem(fixture.page(), {}).x(); };
+        QVERIFY(!state->property("truncated").toBool());
+        fixture.page()->setWidth(fixture.page()->width() - left() + right() - 20);
+        QTRY_VERIFY(state->property("truncated").toBool());
+        QVERIFY2(right() <= left(), qPrintable("%1 %2"_s.arg(right()).arg(left())));
+    }
+
     void theTypesServeAfterSeveralInstances()
     {
         std::vector<std::unique_ptr<IPlugin>> instances;

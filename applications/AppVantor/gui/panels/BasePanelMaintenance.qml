@@ -126,6 +126,8 @@ Item {
                 }
 
                 UiLabel {
+                    objectName: "panelState"
+                    width: Math.max(0, Math.min(implicitWidth, actions.x - x))
                     leftPadding: 4
                     text: panel.connected ? qsTrId("connected") : qsTrId("not_connected")
                     font.pixelSize: Style.smallTextSize
