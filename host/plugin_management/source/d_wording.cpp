@@ -32,7 +32,7 @@ QString DWording::in(const Translation& translation) const
     const QString text = translation(m_source);
     QString filled;
     for (int place = 0; place < text.size(); ++place) {
-        const int number = text.at(place) == QLatin1Char('%') ? text.mid(place + 1, 1).toInt() : 0;
+        const int number = text.at(place) == QLatin1Char('%') ? text.midRef(place + 1, 1).toInt() : 0;
         if (number < 1 || number > m_arguments.size()) {
             filled += text.at(place);
         } else {
