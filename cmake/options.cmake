@@ -10,6 +10,10 @@ option(FUZZ "Build the fuzzers of tests/fuzz, with the sanitizers; needs clang" 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    # It takes the sources of a unit for headers, whose classes must not have members of unnamed namespaces.
+    target_compile_options(project_options INTERFACE -Wno-subobject-linkage)
+endif()
 target_compile_definitions(project_options INTERFACE QT_DEPRECATED_WARNINGS)
 if(NOT HOST_SDK_DIR)
     # They narrow what Qt accepts, which the headers of another host may use.
