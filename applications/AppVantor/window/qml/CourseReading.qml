@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../../gui/widgets"
 
-// What can be read off the courses: what is under the pointer, and between the cursors.
+// What can be read off the courses: what is under the pointer, and between the cursors. What matters most stands first.
 Item {
     id: root
 
@@ -29,6 +29,7 @@ Item {
         text: root.measured.length > 0 ? root.measured : qsTrId("courses_hint")
         color: root.measured.length > 0 ? Style.text : Style.textSecondary
         font.pixelSize: Style.smallTextSize
+        elide: Text.ElideRight
     }
 
     UiLabel {
@@ -44,5 +45,6 @@ Item {
         }
         font.bold: true
         font.pixelSize: Style.smallTextSize
+        elide: Text.ElideRight
     }
 }
