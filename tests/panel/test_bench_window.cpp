@@ -1243,7 +1243,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isShown("helpText"));
         for (const char* name : {"helpVersions", "helpClose"}) {
             const QQuickItem* item = itemNamed(window().contentItem(), QLatin1String(name));
-            QVERIFY(item->mapRectToScene(item->boundingRect()).bottom() < 500);
+            QTRY_VERIFY(item->mapRectToScene(item->boundingRect()).bottom() < 500);
         }
         const QQuickItem* help = itemNamed(window().contentItem(), "helpText"_s);
         const auto rest = [help] {
