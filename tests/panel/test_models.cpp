@@ -107,10 +107,9 @@ class TestModels : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { installTexts(QLocale(QLocale::English)); }
-
     void init()
     {
+        installTexts(QLocale(QLocale::English));
         m_bench = std::make_unique<ExampleBench>(8);
         m_clock = std::make_unique<DeviceClock>(&m_bench->scheduler());
         m_tools = watched<ToolsModel>(m_bench->tools());
@@ -1005,7 +1004,6 @@ private Q_SLOTS:
         listen();
         m_bench->closeTool();
         QTRY_COMPARE(told(), "outil ferm\u00e9\u00a0: l\u2019outil a \u00e9t\u00e9 ferm\u00e9"_s);
-        installTexts(QLocale(QLocale::English));
     }
 
     void aSilentDeviceIsToldInFrench()
@@ -1028,15 +1026,13 @@ private Q_SLOTS:
         m_bench->scheduler().advance(60000000);
         QTRY_VERIFY(logged(0, OrderLogModel::DetailRole)
                         .startsWith("d\u00e9lai d\u00e9pass\u00e9\u00a0: pas de r\u00e9ponse"_s));
-        installTexts(QLocale(QLocale::English));
     }
 
     void aFileThatCannotBeWrittenIsToldInFrench()
     {
         installTexts(QLocale(QLocale::French));
-        const QString told = Files::write("/nowhere/a.csv"_s, {});
-        installTexts(QLocale(QLocale::English));
-        QCOMPARE(told, "Impossible d\u2019\u00e9crire /nowhere/a.csv\u00a0: fichier ou dossier inexistant"_s);
+        QCOMPARE(Files::write("/nowhere/a.csv"_s, {}),
+                 "Impossible d\u2019\u00e9crire /nowhere/a.csv\u00a0: fichier ou dossier inexistant"_s);
     }
 
     /// Every kind of failure has a text of its own in French.
@@ -1048,7 +1044,6 @@ private Q_SLOTS:
             const QString text = failureText(failure.kindName(), failure.text);
             QVERIFY2(text.endsWith("\u00a0: reason"_s), qPrintable(failure.kindName()));
         }
-        installTexts(QLocale(QLocale::English));
     }
 
     void whatFailuresNameStaysAsItIs_data()
@@ -1093,7 +1088,6 @@ private Q_SLOTS:
         const QStringList written = {
             offsetText(-9500000, 500000),    lengthText(1500),  frequencyText(1500),
             timeOfDayText(1500000).right(8), numberText(58000), qtTrId("orders_reads", 1234)};
-        installTexts(QLocale(QLocale::English));
         QCOMPARE(written.join("; "_s), texts);
     }
 

@@ -43,8 +43,8 @@ public:
             if (text && !m_isHeld) {
                 fail("deviceUnreachable", *text);
             } else if (text) {
-                diagnostic(*text +
-                           QStringLiteral("; it is tried again")); // the rig keeps the lease meanwhile
+                // The rig keeps the lease meanwhile.
+                diagnostic(*text + QStringLiteral("; it is tried again"));
             }
         });
     }

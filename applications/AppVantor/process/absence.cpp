@@ -6,10 +6,11 @@
 
 std::optional<QString> Absence::begin(const DWording& why)
 {
-    if (std::exchange(m_why, why.english()) == why.english()) {
+    const QString text = why.english();
+    if (std::exchange(m_why, text) == text) {
         return std::nullopt;
     }
-    return QStringLiteral("%1: %2").arg(m_name, m_why);
+    return QStringLiteral("%1: %2").arg(m_name, text);
 }
 
 void Absence::end()

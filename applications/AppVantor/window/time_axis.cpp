@@ -2,6 +2,7 @@
 
 #include "line_history.h"
 #include "local_text.h"
+
 #include <process/time_text.h>
 
 #include <algorithm>

@@ -116,8 +116,7 @@ DWording lineFailed(const DWording& line, int error)
 DWording lineIsInput(const DWording& line)
 {
     return wording(R"(%1 is an input and cannot be written; "direction": "out" in the configuration )"
-                   "makes it an "
-                   "output")
+                   "makes it an output")
         .arg(line);
 }
 
