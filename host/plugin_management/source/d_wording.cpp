@@ -5,18 +5,41 @@ DWording wording(const char* source)
     return DWording::told(QString::fromUtf8(source));
 }
 
+struct DWording::Content
+{
+    QString source;
+    QVector<DWording> arguments;
+    bool isName = false;
+};
+
+DWording::DWording(const Content& content)
+    : m_content(std::make_shared<const Content>(content))
+{}
+
+const DWording::Content& DWording::content() const
+{
+    static const Content nothing;
+    return m_content != nullptr ? *m_content : nothing;
+}
+
 DWording DWording::told(const QString& text)
 {
-    DWording wording;
-    wording.m_source = text;
-    return wording;
+    return DWording({text, {}, false});
 }
 
 DWording DWording::name(const QString& name)
 {
-    DWording wording = told(name);
-    wording.m_isName = true;
-    return wording;
+    return DWording({name, {}, true});
+}
+
+DWording DWording::withArguments(const QVector<DWording>& arguments) const
+{
+    return DWording({content().source, content().arguments + arguments, content().isName});
+}
+
+bool DWording::isEmpty() const
+{
+    return content().source.isEmpty();
 }
 
 QString DWording::english() const
@@ -26,17 +49,18 @@ QString DWording::english() const
 
 QString DWording::in(const Translation& translation) const
 {
-    if (m_isName) {
-        return m_source;
+    if (content().isName) {
+        return content().source;
     }
-    const QString text = translation(m_source);
+    const QVector<DWording>& arguments = content().arguments;
+    const QString text = translation(content().source);
     QString filled;
     for (int place = 0; place < text.size(); ++place) {
         const int number = text.at(place) == QLatin1Char('%') ? text.midRef(place + 1, 1).toInt() : 0;
-        if (number < 1 || number > m_arguments.size()) {
+        if (number < 1 || number > arguments.size()) {
             filled += text.at(place);
         } else {
-            filled += m_arguments.at(number - 1).in(translation);
+            filled += arguments.at(number - 1).in(translation);
             ++place;
         }
     }
@@ -45,17 +69,20 @@ QString DWording::in(const Translation& translation) const
 
 DWording DWording::withNames(const std::function<QString(const QString& name)>& change) const
 {
-    DWording changed(*this);
-    if (m_isName) {
-        changed.m_source = change(m_source);
+    Content changed = content();
+    if (changed.isName) {
+        changed.source = change(changed.source);
     }
-    for (DWording& argument : changed.m_arguments) {
+    for (DWording& argument : changed.arguments) {
         argument = argument.withNames(change);
     }
-    return changed;
+    return DWording(changed);
 }
 
 bool DWording::operator==(const DWording& other) const
 {
-    return m_isName == other.m_isName && m_source == other.m_source && m_arguments == other.m_arguments;
+    const Content& ours = content();
+    const Content& theirs = other.content();
+    return &ours == &theirs || (ours.isName == theirs.isName && ours.source == theirs.source &&
+                                ours.arguments == theirs.arguments);
 }

@@ -7,6 +7,7 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 #include <type_traits>
 
 /// A text for people that can be said in any language: its English source with the places %1 to %9, and what
@@ -28,15 +29,13 @@ public:
     template <typename... Arguments>
     DWording arg(const Arguments&... arguments) const
     {
-        DWording filled(*this);
-        (filled.m_arguments.append(asWording(arguments)), ...);
-        return filled;
+        return withArguments({asWording(arguments)...});
     }
 
     /// The same with each name as change gives it.
     DWording withNames(const std::function<QString(const QString& name)>& change) const;
 
-    bool isEmpty() const { return m_source.isEmpty(); }
+    bool isEmpty() const;
     QString english() const;
     QString in(const Translation& translation) const;
 
@@ -44,6 +43,11 @@ public:
     bool operator!=(const DWording& other) const { return !(*this == other); }
 
 private:
+    struct Content;
+
+    explicit DWording(const Content& content);
+    const Content& content() const;
+    DWording withArguments(const QVector<DWording>& arguments) const;
     static DWording asWording(const DWording& wording) { return wording; }
     static DWording asWording(const QString& text) { return name(text); }
     template <typename Number, std::enable_if_t<std::is_integral_v<Number>, bool> = true>
@@ -52,9 +56,8 @@ private:
         return name(QString::number(number));
     }
 
-    QString m_source;
-    QVector<DWording> m_arguments;
-    bool m_isName = false;
+    /// Null when it says nothing: every answer carries a failure, which seldom is one.
+    std::shared_ptr<const Content> m_content;
 };
 
 /// The wording of an English source. The catalogues of other languages have their texts by this source:
