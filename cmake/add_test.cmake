@@ -11,16 +11,31 @@ function(tool_gpio_add_test)
     target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} test_support Qt5::Test project_options)
     if(CMAKE_CXX_VISIBILITY_PRESET STREQUAL hidden) # what was read with another one is of no use
         target_precompile_headers(${target} REUSE_FROM test_headers)
-        # Mostly empty, since a test includes what moc makes of it: reading them would be all there is to do.
-        set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
-            PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     endif()
+    tool_gpio_call_moc(${target})
     set(command ${target})
     if(arg_BELOW)
         set(command ${arg_BELOW} $<TARGET_FILE:${target}>)
     endif()
     add_test(NAME ${folder}/${arg_NAME} COMMAND ${command})
     tool_gpio_set_test_surroundings(${folder}/${arg_NAME} ${folder} "${arg_TIMEOUT}")
+endfunction()
+
+# tool_gpio_call_moc(<program>)
+#
+# Calls moc for each source of a program of tests, which includes the result by its own name with the suffix "moc". To
+# search the sources of a hundred programs for what moc might be needed for would take a fifth of the whole build.
+function(tool_gpio_call_moc target)
+    set(mocs ${CMAKE_CURRENT_BINARY_DIR}/${target}_mocs)
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF)
+    target_include_directories(${target} PRIVATE ${mocs})
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    foreach(source IN LISTS sources)
+        cmake_path(GET source STEM name)
+        qt5_generate_moc(${source} ${mocs}/${name}.moc)
+        target_sources(${target} PRIVATE ${mocs}/${name}.moc)
+    endforeach()
 endfunction()
 
 # tool_gpio_run_again(<name> <suffix> <variable=value>...)
