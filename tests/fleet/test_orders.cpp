@@ -200,7 +200,8 @@ private Q_SLOTS:
         const QByteArray listen = R"({"command":"startListening","arguments":{"channel":"TEMPERATURE"}})";
         sendMany(broker, listen, 257);
         // Each was stopped with its first event that reached nobody: there is room for more.
-        QTRY_VERIFY_WITH_TIMEOUT(ask(broker, order(), listen).contains("\"event\""), 30000);
+        bool heard = false; // the test asks again what has come true
+        QTRY_VERIFY_WITH_TIMEOUT(heard = heard || ask(broker, order(), listen).contains("\"event\""), 30000);
     }
 
     void thatListenForNobodyTakeNoPlace()
